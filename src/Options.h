@@ -1,0 +1,22 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+/// What the command line asks for.
+struct Options {
+    std::string product;
+    bool help = false;
+    bool version = false;
+    bool listMonitors = false;
+};
+
+struct ParsedOptions {
+    Options options;
+    std::optional<std::string> error; ///< one line, for a command line that makes no sense
+};
+
+ParsedOptions parseOptions(int argc, char** argv);
+
+/// The text of --help.
+std::string usage();

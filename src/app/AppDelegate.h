@@ -1,0 +1,209 @@
+#pragma once
+
+#include "app/CheckBox.h"
+#include "engine/Appoggio.h"
+#include "platform/Platform.h"
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+// The application object: all run-time state and every named operation of the program. It is
+// declared here once; each section below names the folder, and the line above a group the file,
+// that implements it. Everything runs on the main thread. No operation reports an error to its
+// caller: what can fail is logged by the platform and otherwise ignored.
+//
+// Settings and the variant number are read from their stores at each use and never kept.
+
+namespace palisor {
+
+using platform::Point;
+using platform::Rect;
+using platform::ScreenId;
+using platform::TimerId;
+
+class AppDelegate {
+  public:
+    /// The platform's services must outlive the object, which is the one of its process.
+    explicit AppDelegate(const platform::Platform& services);
+    ~AppDelegate();
+    AppDelegate(const AppDelegate&) = delete;
+    AppDelegate& operator=(const AppDelegate&) = delete;
+
+    /// The application object of this process; null when there is none.
+    static AppDelegate* shared() { return sharedInstance; }
+
+    /// The product's number in the family, 0 when the information dictionary has none.
+    int IDApp() const { return services.bundle.integer("IDApp"); }
+
+    // ---- app/ -------------------------------------------------------------------------------
+
+    // Launch.cpp
+    void applicationDidFinishLaunching();
+    void start();
+
+    // Defaults.cpp
+    void initiailValuesForUserDefaults();
+
+    // Enable.cpp
+    void enableDisable();
+    void quit();
+    void killapp();
+
+    // ---- screens/ ---------------------------------------------------------------------------
+
+    // Screens.cpp
+    void updateScreensSize();
+    void detectCurrentScreen();
+    void noSecondaryMonitor();
+    void applicationDidChangeScreenParameters();
+
+    // ---- engine/ ----------------------------------------------------------------------------
+
+    // Intake.cpp
+    void createMouseEvent();
+    void globalMonitorHandler(const platform::InputEvent& event);
+    void eventTapCallback(const platform::InputEvent& event);
+    /// Top-left coordinates.
+    Point getCurrentMouseLocation();
+
+    // Barrier.cpp
+    /// P in top-left coordinates.
+    void onMouseMovedOrClicked(Point P);
+
+    // Crossing.cpp; directions are 0 left, 1 right, 2 top, 3 bottom
+    /// The length in pixels beyond which one step is a push.
+    float calculatedSettedDistance() const;
+    bool distanceBewteenCGPoint_andCGPoint_distanceMax(Point A, Point B, double D) const;
+    void runForDirection(int direction);
+    void runForRightLeft(int direction);
+    void runForUpDown(int direction);
+
+    // Placement.cpp; points in top-left coordinates
+    void forceMouseToPoint(Point P);
+    void forceMouseInCalculatedPoint();
+    Rect restrictRect_aboutPixel(Rect rect, float pixels) const;
+    /// The centre in the screen list's own bottom-left coordinates; (0, 0) for no screen.
+    Point getCenterPointOfScreen(ScreenId screen) const;
+    void moveCursorOnScreen(ScreenId screen);
+    void moveCursorOnMainScreen();
+    void rimettiCursoreSulleGiusteCoordinate();
+    void updateCustomCursorPosition();
+    void playTheSound();
+
+    // Keyboard.cpp
+    void onKeyPressed(std::uint16_t keyCode);
+    void comboPressedReleased(bool held);
+
+    // Hiding.cpp
+    void hidecursor();
+    void hidecursor2();
+    void showcursor();
+    void showcursor2();
+    void hidecursorwithRetard();
+    void killTimer();
+
+    // ---- ui/ --------------------------------------------------------------------------------
+
+    // Darkening.cpp
+    void updatePalisor();
+    void otherMonitorsDark();
+    void otherMonitorsLight();
+    void updateShadow();
+
+    // Markers.cpp
+    /// A new marker window over the whole screen, on screen already.
+    std::unique_ptr<platform::Window> initwindowCursor2(const platform::Screen& screen);
+    void initwindowCursor(platform::Window& window);
+
+    // ---- state ------------------------------------------------------------------------------
+
+    using WindowList = std::vector<std::unique_ptr<platform::Window>>;
+
+    /// Calls `field(name, value)` for each field with a plain value, in the order of declaration.
+    template <class Visitor>
+    void visitFields(Visitor&& field) const;
+
+    std::unique_ptr<Appoggio> appoggio;
+    std::map<std::string, std::string, std::less<>> proKeys; ///< held modifiers, by key code
+    bool flagriopenInfo = false;
+    std::int32_t keycombo = 0;
+    bool inHotArea = false; ///< an edge has fired and the cursor has not been back inside since
+
+    // The extent of the desktop; y in top-left coordinates. MAX_X is the largest *left* edge.
+    float MIN_X = 0;
+    float MAX_X = 0;
+    float MIN_Y = 0;
+    float MAX_Y = 0;
+    float MAX_W = 0; ///< right edge of screenMax
+    float MAX_H = 0; ///< height of the main screen
+    ScreenId screenMax = ScreenId::none;
+    ScreenId screenMaxH = ScreenId::none;
+    ScreenId switchedScreen =
+        ScreenId::none;      ///< the screen that held the cursor at the last detection
+    Rect switchedScreenRect; ///< its frame, top-left coordinates
+
+    // Cursor positions, top-left coordinates.
+    Point cordmouse;
+    Point oldcordmouse;
+    Point oldoldcordmouse;
+    Point savedcoordsMD;
+    Point lastCoord; ///< last place known to be inside the current screen
+    bool JUST_MY_MOVE = false;
+    bool cursorMustToBeHidden = false;
+    bool combo = false; ///< CTRL+ALT+CMD is held
+    TimerId timerRetardHide = TimerId::none;
+    TimerId timerCursorMustToBeHidden = TimerId::none;
+    TimerId timerSchedule = TimerId::none;
+
+    // The switches of the hot borders. Corners: 1 top-left, 2 top-right, 3 bottom-right,
+    // 4 bottom-left. Sides: 1 left, 2 top, 3 right, 4 bottom.
+    CheckBox butangolo1, butangolo2, butangolo3, butangolo4;
+    CheckBox butlato1, butlato2, butlato3, butlato4;
+    std::vector<CheckBox*> AButtonBounds;
+    std::string TFBounds;
+
+    std::optional<WindowList> AWindowsDark; ///< one per darkened screen, nothing before the first
+    std::unique_ptr<platform::Window> windowCursorX, windowCursorY;
+    std::optional<WindowList> aWindowCursorX; ///< one per screen, nothing before they are made
+
+  private:
+    bool settingIsOne(std::string_view key) const;
+    void setAndSynchronize(std::string_view key, platform::Value value);
+    /// The operation is a template argument so that the callback holds one pointer and fits its
+    /// function object: scheduling happens for every pointer event of a cursor hider.
+    template <void (AppDelegate::*operation)()>
+    TimerId schedule(double seconds, bool repeats, std::string_view selector) {
+        return services.runLoop.schedule(seconds, repeats, selector,
+                                         [this] { (this->*operation)(); });
+    }
+    void invalidate(TimerId timer) { services.runLoop.invalidate(timer); }
+
+    void setUpHotBorderButtons(int variant);
+    void takeFirstActions();
+    void installEventIntake();
+    Rect topLeftFrame(const platform::Screen& screen) const;
+    Rect frameOf(ScreenId screen) const;
+
+    bool wantsPointerEvent(platform::EventType type) const;
+    void rearmHideTimer(double secondsWhenZero);
+    void holdInsideScreen(Point P);
+    void moveCrossHair();
+    void followHotEdges(Point P, int variant);
+    int armedEdgeAt(Point P, int variant) const;
+    void fireEdge(int direction, int variant);
+    void postArrowKeystroke(std::uint16_t keyCode);
+
+    std::unique_ptr<platform::Window> coveringWindow(const platform::Screen& screen, int variant);
+    void createMarkers();
+    float darkness() const;
+
+    static AppDelegate* sharedInstance;
+    const platform::Platform services;
+};
+
+} // namespace palisor

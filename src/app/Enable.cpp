@@ -1,0 +1,39 @@
+#include "app/AppDelegate.h"
+#include "app/Keys.h"
+#include "app/Variants.h"
+
+// Switching the product on and off, and ending it.
+
+namespace palisor {
+
+void AppDelegate::enableDisable() {
+    auto& settings = services.settings;
+    setAndSynchronize(keys::ATTIVO, platform::Value{!settings.boolForKey(keys::ATTIVO)});
+
+    if (IDApp() == variants::barrier) {
+        if (services.displays.screens().size() > 1)
+            updatePalisor();
+        else
+            noSecondaryMonitor();
+    }
+
+    const int variant = IDApp();
+    if (variant == variants::crossHair || variant == variants::cursorHider) killTimer();
+    if (variant == variants::cursorHider && settings.boolForKey(keys::STAY_HIDDEN) &&
+        settings.boolForKey(keys::ATTIVO))
+        hidecursor();
+}
+
+void AppDelegate::quit() {
+    services.application.terminate();
+    services.application.exit(0);
+}
+
+void AppDelegate::killapp() {
+    static constexpr const char* text = "CHIUSURA DI SICUREZZA!!";
+    services.log.write(text);
+    services.notifications.deliver({.title = text, .sound = platform::Notifications::defaultSound});
+    quit();
+}
+
+} // namespace palisor

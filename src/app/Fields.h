@@ -1,0 +1,39 @@
+#pragma once
+
+#include "app/AppDelegate.h"
+
+namespace palisor {
+
+template <class Visitor>
+void AppDelegate::visitFields(Visitor&& field) const {
+    field("proKeys", proKeys);
+    field("flagriopenInfo", flagriopenInfo);
+    field("keycombo", keycombo);
+    field("inHotArea", inHotArea);
+    field("MIN_X", MIN_X);
+    field("MAX_X", MAX_X);
+    field("MIN_Y", MIN_Y);
+    field("MAX_Y", MAX_Y);
+    field("MAX_W", MAX_W);
+    field("MAX_H", MAX_H);
+    field("screenMax", screenMax);
+    field("screenMaxH", screenMaxH);
+    field("switchedScreen", switchedScreen);
+    field("switchedScreenRect", switchedScreenRect);
+    field("cordmouse", cordmouse);
+    field("oldcordmouse", oldcordmouse);
+    field("oldoldcordmouse", oldoldcordmouse);
+    field("savedcoordsMD", savedcoordsMD);
+    field("lastCoord", lastCoord);
+    field("JUST_MY_MOVE", JUST_MY_MOVE);
+    field("cursorMustToBeHidden", cursorMustToBeHidden);
+    field("combo", combo);
+    field("timerRetardHide", timerRetardHide);
+    field("timerCursorMustToBeHidden", timerCursorMustToBeHidden);
+    field("timerSchedule", timerSchedule);
+    field("TFBounds", TFBounds);
+    field("AWindowsDark", AWindowsDark);
+    field("aWindowCursorX", aWindowCursorX);
+}
+
+} // namespace palisor

@@ -1,0 +1,112 @@
+#include "app/AppDelegate.h"
+#include "app/Keys.h"
+#include "app/Variants.h"
+
+// From the launch callback to the running program.
+
+namespace palisor {
+
+namespace {
+
+constexpr double screenRefreshPeriod = 3.0;
+constexpr double screenRefreshPeriodOfCrossHair = 0.1;
+constexpr double markerHidePeriod = 0.01;
+
+// Mouse buttons, moves and drags, modifier changes, scrolling and tablets.
+constexpr platform::EventMask intakeMask = 0xfc010fe;
+
+// Services of this generation deliver the session's events to a global monitor.
+constexpr platform::Version firstWithGlobalMonitor{10, 14, 0};
+
+} // namespace
+
+void AppDelegate::applicationDidFinishLaunching() {
+    if (IDApp() != variants::calendarAlerts) updateScreensSize();
+    start();
+}
+
+void AppDelegate::start() {
+    proKeys.clear();
+    initiailValuesForUserDefaults();
+    flagriopenInfo = false;
+    keycombo = 0;
+
+    TFBounds = services.bundle.localizedString("BOUNDS_MESSAGE");
+    if (IDApp() == variants::cursorHider)
+        TFBounds += services.bundle.localizedString("BOUNDS_MESSAGE_VELLUMOR_ADDICT");
+    setUpHotBorderButtons(IDApp());
+
+    if (IDApp() == variants::cursorHider || IDApp() == variants::crossHair)
+        services.cursor.setConnectionProperty("SetsCursorInBackground", true);
+
+    appoggio = std::make_unique<Appoggio>();
+    inHotArea = false;
+
+    updateScreensSize();
+    schedule<&AppDelegate::updateScreensSize>(
+        IDApp() == variants::crossHair ? screenRefreshPeriodOfCrossHair : screenRefreshPeriod, true,
+        "updateScreensSize");
+    services.displays.onChange([this] { applicationDidChangeScreenParameters(); });
+
+    if (IDApp() != variants::calendarAlerts) installEventIntake();
+    takeFirstActions();
+}
+
+void AppDelegate::takeFirstActions() {
+    if (IDApp() == variants::crossHair) {
+        createMarkers();
+        timerCursorMustToBeHidden =
+            schedule<&AppDelegate::hidecursor2>(markerHidePeriod, true, "hidecursor2");
+    }
+    if (IDApp() == variants::barrier) {
+        if (services.displays.screens().size() < 2)
+            noSecondaryMonitor();
+        else
+            updatePalisor();
+    }
+    if (IDApp() == variants::cursorHider && services.settings.boolForKey(keys::ATTIVO) &&
+        services.settings.boolForKey(keys::STAY_HIDDEN))
+        hidecursor();
+}
+
+void AppDelegate::setUpHotBorderButtons(int variant) {
+    if (variant != variants::desktopSwitcher && variant != variants::wrapAround &&
+        variant != variants::cursorHider)
+        return;
+    const auto setUp = [this](CheckBox& button, int tag, std::string_view key) {
+        button.state = services.settings.boolForKey(key) ? 1 : 0;
+        button.tag = tag;
+        AButtonBounds.push_back(&button);
+    };
+    AButtonBounds.clear();
+    setUp(butangolo1, 1, keys::BUTANGOLO1);
+    setUp(butangolo2, 2, keys::BUTANGOLO2);
+    setUp(butangolo3, 3, keys::BUTANGOLO3);
+    setUp(butangolo4, 4, keys::BUTANGOLO4);
+    setUp(butlato1, 11, keys::BUTLATO1);
+    setUp(butlato2, 12, keys::BUTLATO2);
+    setUp(butlato3, 13, keys::BUTLATO3);
+    setUp(butlato4, 14, keys::BUTLATO4);
+    for (CheckBox* button : AButtonBounds)
+        button->action = "valueChange:";
+
+    // Desktops lie side by side, so the upper and the lower edge lead nowhere.
+    if (variant == variants::desktopSwitcher) {
+        for (CheckBox* button : {&butlato2, &butlato4}) {
+            button->enabled = false;
+            button->alpha = 0.5;
+        }
+    }
+}
+
+void AppDelegate::installEventIntake() {
+    if (services.system.servicesVersion() < firstWithGlobalMonitor) {
+        createMouseEvent();
+        return;
+    }
+    services.log.write("macOS 10.14 or high");
+    services.input.addGlobalMonitor(
+        intakeMask, [this](const platform::InputEvent& event) { globalMonitorHandler(event); });
+}
+
+} // namespace palisor

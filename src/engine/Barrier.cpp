@@ -1,0 +1,75 @@
+#include "app/AppDelegate.h"
+#include "app/Keys.h"
+#include "app/Variants.h"
+
+// What a pointer event means, product by product.
+
+namespace palisor {
+
+void AppDelegate::onMouseMovedOrClicked(Point P) {
+    auto& settings = services.settings;
+    const int variant = IDApp();
+
+    if (variant != variants::barrier) {
+        oldoldcordmouse = oldcordmouse;
+        oldcordmouse = cordmouse;
+    }
+    if (!settings.boolForKey(keys::ATTIVO)) return;
+    if (JUST_MY_MOVE) return;
+
+    if (variant == variants::cursorHider && settings.boolForKey(keys::TIME_MODE)) {
+        rearmHideTimer(0.1);
+        showcursor();
+    }
+    cordmouse = P;
+
+    switch (variant) {
+    case variants::crossHair:
+        moveCrossHair();
+        return;
+    case variants::barrier:
+        holdInsideScreen(P);
+        return;
+    case variants::cursorHider:
+        if (!settingIsOne(keys::HOT_BOUNDS)) return;
+        break;
+    default:
+        break;
+    }
+    followHotEdges(P, variant);
+}
+
+void AppDelegate::rearmHideTimer(double secondsWhenZero) {
+    const int seconds = services.settings.integerForKey(keys::SCHEDULE);
+    invalidate(timerSchedule);
+    timerSchedule = schedule<&AppDelegate::hidecursor>(seconds == 0 ? secondsWhenZero : seconds,
+                                                       false, "hidecursor");
+}
+
+void AppDelegate::moveCrossHair() {
+    if (windowCursorX) windowCursorX->makeKeyAndOrderFront();
+    if (windowCursorY) windowCursorY->makeKeyAndOrderFront();
+    rearmHideTimer(0.4);
+    updateCustomCursorPosition();
+}
+
+void AppDelegate::holdInsideScreen(Point P) {
+    if (switchedScreenRect.contains(P)) {
+        oldoldcordmouse = oldcordmouse;
+        oldcordmouse = cordmouse;
+        lastCoord = P;
+        return;
+    }
+    const bool pushed =
+        services.settings.boolForKey(keys::VELOCITY_OPTION) && !combo &&
+        distanceBewteenCGPoint_andCGPoint_distanceMax(P, oldcordmouse, calculatedSettedDistance());
+    if (!pushed) {
+        forceMouseInCalculatedPoint();
+        return;
+    }
+    // Switching off and on again anchors the barrier on the screen that the cursor has entered.
+    enableDisable();
+    enableDisable();
+}
+
+} // namespace palisor

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace platform {
+
+/// What the product ships with: its information dictionary and its localised texts. Reads of the
+/// dictionary are look-ups in memory that allocate nothing. Any thread.
+class Bundle {
+  public:
+    virtual ~Bundle() = default;
+
+    /// An integer of the information dictionary; 0 when it is absent or cannot be read.
+    virtual int integer(std::string_view key) const = 0;
+
+    /// A text of the information dictionary; empty when it is absent or not a text.
+    virtual std::string_view string(std::string_view key) const = 0;
+
+    /// The text of a key in the session's language; the key itself where there is none.
+    virtual std::string localizedString(std::string_view key) const = 0;
+};
+
+} // namespace platform

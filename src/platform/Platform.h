@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/Alerts.h"
+#include "platform/Application.h"
+#include "platform/Bundle.h"
+#include "platform/Cursor.h"
+#include "platform/Displays.h"
+#include "platform/Files.h"
+#include "platform/InputEvents.h"
+#include "platform/Keyboard.h"
+#include "platform/Log.h"
+#include "platform/Notifications.h"
+#include "platform/Pointer.h"
+#include "platform/RunLoop.h"
+#include "platform/Settings.h"
+#include "platform/Sounds.h"
+#include "platform/SystemInfo.h"
+#include "platform/Windows.h"
+#include "platform/Workspace.h"
+
+namespace platform {
+
+/// One service of each kind, lent to the core by whoever owns them. All must outlive the core.
+struct Platform {
+    Log& log;
+    RunLoop& runLoop;
+    Application& application;
+    Bundle& bundle;
+    Settings& settings;
+    Files& files;
+    SystemInfo& system;
+    Displays& displays;
+    Pointer& pointer;
+    Cursor& cursor;
+    InputEvents& input;
+    Keyboard& keyboard;
+    Windows& windows;
+    Workspace& workspace;
+    Alerts& alerts;
+    Notifications& notifications;
+    Sounds& sounds;
+};
+
+} // namespace platform

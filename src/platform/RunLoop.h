@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string_view>
+
+namespace platform {
+
+/// Names a scheduled timer. Numbers are not used again.
+enum class TimerId : std::uint64_t { none = 0 };
+
+/// The main run loop: the only source of time. Main thread only.
+class RunLoop {
+  public:
+    virtual ~RunLoop() = default;
+
+    /// Calls `fire` after `seconds`, or every `seconds` while `repeats`; a single firing at the
+    /// next turn for zero or less. `selector` names the operation for logs and records. The loop
+    /// keeps the timer until it has fired for the last time or is invalidated. While a modal alert
+    /// runs or a menu is open nothing fires; what came due fires, in order, once that has ended.
+    virtual TimerId schedule(double seconds, bool repeats, std::string_view selector,
+                             std::function<void()> fire) = 0;
+
+    /// Stops a timer. One that has ended, and none, are ignored.
+    virtual void invalidate(TimerId timer) = 0;
+
+    /// Whether the timer will still fire.
+    virtual bool isRunning(TimerId timer) const = 0;
+
+    /// Runs the loop from inside the current call, and returns when the loop is stopped.
+    virtual void run() = 0;
+};
+
+} // namespace platform

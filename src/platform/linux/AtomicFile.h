@@ -1,0 +1,63 @@
+#pragma once
+
+#include <ctime>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <sys/types.h>
+
+// Reading and replacing small files so that nothing is ever lost half-way. Errors are errno
+// numbers.
+
+namespace platform::linux {
+
+/// Tells one state of a file from another without opening it.
+struct FileIdentity {
+    dev_t device = 0;
+    ino_t inode = 0;
+    off_t size = 0;
+    std::time_t seconds = 0;
+    long nanoseconds = 0;
+
+    bool operator==(const FileIdentity&) const = default;
+};
+
+/// Nothing when there is no such file.
+std::optional<FileIdentity> identityOf(const std::string& path);
+
+struct FileRead {
+    enum class State { absent, read, foreign, failed };
+    State state = State::absent; ///< foreign: not a regular file, or far too long for one of ours
+    std::string text;
+    FileIdentity identity;
+    int error = 0; ///< with `failed`
+};
+
+FileRead readFile(const std::string& path);
+
+/// What went wrong, and at which step.
+struct FileFailure {
+    std::string_view step;
+    int error = 0;
+};
+
+struct FileReplaced {
+    std::optional<FileFailure> failure; ///< then the file is what it was
+    FileIdentity identity;              ///< of the new file
+};
+
+/// Writes "<path>.new" beside the file, syncs it and renames it over the file; mode 0600. Whatever
+/// instant the process is killed at, the file is whole: the old one or the new one.
+FileReplaced replaceFile(const std::string& path, std::string_view text);
+
+/// Makes the folder and those above it, for the user only. Returns 0 or an error.
+int makeFolders(const std::string& folder);
+
+/// Renames the file to "<path>.damaged", or with a number behind where that is taken. Returns the
+/// new name; nothing, and errno, when it cannot be renamed.
+std::optional<std::string> moveAside(const std::string& path);
+
+/// The same with a copy of the file.
+std::optional<std::string> copyAside(const std::string& path, std::string_view text);
+
+} // namespace platform::linux

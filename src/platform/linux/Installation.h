@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+// Where the program's own files are, told from the executable (links to it are followed), so that
+// a tree that was built or unpacked anywhere works like an installed one.
+
+namespace platform::linux {
+
+/// The folder "share/palisor" beside the executable's own folder.
+std::string dataFolder();
+
+/// A helper executable: in "libexec/palisor" beside the executable's own folder, else next to it.
+std::string helperPath(const std::string& name);
+
+} // namespace platform::linux

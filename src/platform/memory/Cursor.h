@@ -1,0 +1,22 @@
+#pragma once
+
+#include "platform/Cursor.h"
+#include "platform/memory/Effects.h"
+
+namespace platform::memory {
+
+class Cursor final : public platform::Cursor {
+  public:
+    explicit Cursor(Effects& stream) : effects(stream) {}
+
+    void hide() override;
+    void show() override;
+    bool isVisible() const override { return hidden == 0; }
+    void setConnectionProperty(std::string_view name, bool value) override;
+
+  private:
+    Effects& effects;
+    unsigned hidden = 0; ///< hides without their show
+};
+
+} // namespace platform::memory

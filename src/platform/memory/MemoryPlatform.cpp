@@ -1,0 +1,23 @@
+#include "platform/memory/MemoryPlatform.h"
+
+namespace platform::memory {
+
+Platform MemoryPlatform::services() {
+    return {log,     runLoop,   application, bundle,        settings, files,
+            system,  displays,  pointer,     cursor,        input,    keyboard,
+            windows, workspace, alerts,      notifications, sounds};
+}
+
+void MemoryPlatform::move(Point to, EventType type) {
+    pointer.place(to);
+    input.deliver({.type = type, .location = to, .keyCode = 0, .time = 0});
+}
+
+void MemoryPlatform::changeModifier(std::uint16_t keyCode) {
+    input.deliver({.type = EventType::flagsChanged,
+                   .location = pointer.location(),
+                   .keyCode = keyCode,
+                   .time = 0});
+}
+
+} // namespace platform::memory

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "platform/Platform.h"
+#include "platform/memory/Alerts.h"
+#include "platform/memory/Application.h"
+#include "platform/memory/Bundle.h"
+#include "platform/memory/Cursor.h"
+#include "platform/memory/Displays.h"
+#include "platform/memory/Effects.h"
+#include "platform/memory/Files.h"
+#include "platform/memory/InputEvents.h"
+#include "platform/memory/Keyboard.h"
+#include "platform/memory/Log.h"
+#include "platform/memory/Notifications.h"
+#include "platform/memory/Pointer.h"
+#include "platform/memory/RunLoop.h"
+#include "platform/memory/Settings.h"
+#include "platform/memory/Sounds.h"
+#include "platform/memory/SystemInfo.h"
+#include "platform/memory/Windows.h"
+#include "platform/memory/Workspace.h"
+
+namespace platform::memory {
+
+/// The complete platform in memory: no display, no disk, no real clock. At first there is no
+/// screen, the information dictionary and the settings are empty, and the cursor is at (0, 0).
+class MemoryPlatform {
+  public:
+    Clock clock;
+    Effects effects{clock};
+    Log log{effects};
+    RunLoop runLoop{effects, clock};
+    Application application{effects};
+    Bundle bundle;
+    Settings settings{effects};
+    Files files{bundle, settings};
+    SystemInfo system;
+    Displays displays;
+    Pointer pointer{effects};
+    Cursor cursor{effects};
+    InputEvents input{effects, clock};
+    Keyboard keyboard{effects};
+    Windows windows{effects};
+    Workspace workspace{effects};
+    Alerts alerts{effects, runLoop};
+    Notifications notifications{effects};
+    Sounds sounds{effects};
+
+    MemoryPlatform() = default;
+    MemoryPlatform(const MemoryPlatform&) = delete;
+    MemoryPlatform& operator=(const MemoryPlatform&) = delete;
+
+    /// The services as the core takes them; the platform must outlive the core.
+    Platform services();
+
+    /// Lets virtual time pass.
+    void advance(double seconds) { runLoop.advance(seconds); }
+
+    /// Moves the cursor there and delivers an event of that type. Top-left coordinates.
+    void move(Point to, EventType type = EventType::mouseMoved);
+
+    /// Presses or releases a modifier.
+    void changeModifier(std::uint16_t keyCode);
+};
+
+} // namespace platform::memory

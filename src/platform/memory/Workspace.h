@@ -1,0 +1,18 @@
+#pragma once
+
+#include "platform/Workspace.h"
+#include "platform/memory/Effects.h"
+
+namespace platform::memory {
+
+class Workspace final : public platform::Workspace {
+  public:
+    explicit Workspace(Effects& stream) : effects(stream) {}
+
+    void activateFrontmostApplication() override { effects.emit("frontmostActivated"); }
+
+  private:
+    Effects& effects;
+};
+
+} // namespace platform::memory

@@ -1,0 +1,112 @@
+#include "platform/qt/AlertDialog.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QScreen>
+#include <QShowEvent>
+#include <QVBoxLayout>
+
+namespace platform::qt {
+
+namespace {
+
+constexpr int gap = 12;
+constexpr int margin = 20;
+constexpr int textWidthInLetters = 52;
+constexpr double messageScale = 1.1;
+
+QLabel* textLabel(const std::string& text) {
+    auto* label = new QLabel(QString::fromStdString(text));
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    label->setMinimumWidth(label->fontMetrics().averageCharWidth() * textWidthInLetters);
+    return label;
+}
+
+} // namespace
+
+AlertDialog::AlertDialog(const Alert& alert, const QPixmap& icon)
+    : QDialog(nullptr, Qt::Dialog | Qt::WindowStaysOnTopHint | Qt::CustomizeWindowHint |
+                           Qt::WindowTitleHint),
+      buttonCount(alert.buttons.size()) {
+    setModal(true);
+    setWindowTitle(QGuiApplication::applicationDisplayName());
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(margin, margin, margin, margin);
+    row->setSpacing(margin);
+    if (!icon.isNull()) {
+        auto* picture = new QLabel;
+        picture->setPixmap(icon);
+        row->addWidget(picture, 0, Qt::AlignTop);
+    }
+    auto* column = new QVBoxLayout;
+    column->setSpacing(margin);
+    column->addWidget(makeTexts(alert));
+    column->addWidget(makeButtons(alert));
+    row->addLayout(column);
+    row->setSizeConstraint(QLayout::SetFixedSize);
+}
+
+QWidget* AlertDialog::makeTexts(const Alert& alert) {
+    auto* texts = new QWidget;
+    auto* column = new QVBoxLayout(texts);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(gap);
+    auto* message = textLabel(alert.message);
+    QFont font = message->font();
+    font.setBold(true);
+    font.setPointSizeF(font.pointSizeF() * messageScale);
+    message->setFont(font);
+    column->addWidget(message);
+    if (!alert.informative.empty()) column->addWidget(textLabel(alert.informative));
+    column->addStretch();
+    return texts;
+}
+
+QWidget* AlertDialog::makeButtons(const Alert& alert) {
+    auto* buttons = new QWidget;
+    auto* row = new QHBoxLayout(buttons);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(gap);
+    row->addStretch();
+    for (std::size_t index = 0; index < alert.buttons.size(); ++index) {
+        auto* button = new QPushButton(QString::fromStdString(alert.buttons[index]));
+        // Enter answers with the default button wherever the focus is.
+        button->setAutoDefault(false);
+        if (index == 0) {
+            button->setDefault(true);
+            button->setFocus();
+        }
+        connect(button, &QPushButton::clicked, this, [this, index] { answerWith(index); });
+        row->addWidget(button);
+    }
+    return buttons;
+}
+
+void AlertDialog::answerWith(std::size_t button) {
+    answered = button;
+    done(Accepted);
+}
+
+void AlertDialog::reject() {
+    answerWith(buttonCount > 1 ? 1 : 0);
+}
+
+void AlertDialog::showEvent(QShowEvent* event) {
+    const QScreen* screen = QGuiApplication::screenAt(QCursor::pos());
+    if (screen == nullptr) screen = QGuiApplication::primaryScreen();
+    if (screen != nullptr) {
+        const QSize size = sizeHint();
+        QRect place(QPoint(), size);
+        place.moveCenter(screen->availableGeometry().center());
+        move(place.topLeft());
+    }
+    QDialog::showEvent(event);
+    raise();
+    activateWindow();
+}
+
+} // namespace platform::qt

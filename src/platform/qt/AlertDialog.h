@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/Alerts.h"
+
+#include <QDialog>
+#include <optional>
+
+namespace platform::qt {
+
+/// The window of one alert.
+class AlertDialog final : public QDialog {
+  public:
+    /// `icon` is null for none.
+    AlertDialog(const Alert& alert, const QPixmap& icon);
+
+    /// The index of the button; nothing when the dialog was ended by nobody's answer.
+    std::optional<std::size_t> answer() const { return answered; }
+
+    /// Escape, and a close through the window manager: the alternate button, or the only one.
+    void reject() override;
+
+  protected:
+    void showEvent(QShowEvent* event) override;
+
+  private:
+    QWidget* makeTexts(const Alert& alert);
+    QWidget* makeButtons(const Alert& alert);
+    void answerWith(std::size_t button);
+
+    std::size_t buttonCount;
+    std::optional<std::size_t> answered;
+};
+
+} // namespace platform::qt

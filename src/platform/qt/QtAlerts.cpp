@@ -1,0 +1,24 @@
+#include "platform/qt/QtAlerts.h"
+
+#include "platform/qt/AlertDialog.h"
+#include "platform/qt/QtApplication.h"
+
+#include <QFile>
+#include <QIcon>
+
+namespace platform::qt {
+
+int QtAlerts::runModal(const Alert& alert) {
+    constexpr int iconSize = 64;
+    const QtRunLoop::ModalScope modal(runLoop);
+    const auto iconFile = QString::fromStdString(iconPath);
+    // The reader of pictures complains of a missing file itself.
+    const QPixmap icon = QFile::exists(iconFile) ? QIcon(iconFile).pixmap(iconSize) : QPixmap();
+    AlertDialog dialog(alert, icon);
+    dialog.exec();
+    const auto answer = dialog.answer();
+    if (!answer) application.endSession();
+    return *answer == 0 ? 1 : 0;
+}
+
+} // namespace platform::qt

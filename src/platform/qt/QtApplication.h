@@ -1,0 +1,47 @@
+#pragma once
+
+#include "platform/Application.h"
+
+#include <QObject>
+#include <functional>
+#include <vector>
+
+namespace platform::qt {
+
+/// The process, once there is a QApplication.
+class QtApplication final : public QObject, public Application {
+  public:
+    QtApplication();
+
+    /// The request goes to the loop like one from the session.
+    void terminate() override;
+
+    /// Runs the undo operations and leaves without unwinding: an alert's or a menu's own loop may
+    /// be on the stack, and no destructor of the caller's can be waited for.
+    [[noreturn]] void exit(int status) override;
+
+    /// What an end has to do first, such as saving and showing the cursor again. The operations
+    /// run in the reverse order, each once.
+    void atExit(std::function<void()> undo) { undoOperations.push_back(std::move(undo)); }
+
+    /// What a request to quit from the session leads to; without it, or should it return, the
+    /// process exits with 0.
+    void onQuitRequest(std::function<void()> handler) { quitRequested = std::move(handler); }
+
+    /// Calls `operation` when the current event has been handled, also while a modal alert runs.
+    void afterEvent(std::function<void()> operation);
+
+    /// Whether one of the program's own toolkit windows has the keyboard. No round trip.
+    static bool hasActiveWindow();
+
+    /// The session, or the run loop, wants the process to end.
+    [[noreturn]] void endSession();
+
+  private:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+    std::vector<std::function<void()>> undoOperations;
+    std::function<void()> quitRequested;
+};
+
+} // namespace platform::qt

@@ -1,0 +1,207 @@
+#include "platform/x11/Overlay.h"
+
+#include <algorithm>
+#include <cmath>
+#include <xcb/shape.h>
+
+namespace platform::x11 {
+
+namespace {
+
+template <std::size_t N>
+void setProperty(xcb_connection_t* c, xcb_window_t window, xcb_atom_t property, xcb_atom_t type,
+                 const std::array<std::uint32_t, N>& values) {
+    xcb_change_property(c, XCB_PROP_MODE_REPLACE, window, property, type, 32, N, values.data());
+}
+
+} // namespace
+
+Overlay::Overlay(Windows& windows, const WindowStyle& wanted) : owner(windows), style(wanted) {
+    style.alpha = std::clamp(style.alpha, 0.0f, 1.0f);
+    owner.overlays.push_back(this);
+}
+
+Overlay::~Overlay() {
+    visible = false;
+    unmake();
+    std::erase(owner.overlays, this);
+    owner.visibilityChanged();
+    owner.connection.flush();
+}
+
+Overlay::Form Overlay::wantedForm() const {
+    if (owner.canBlend()) return Form::translucent;
+    if (style.background == WindowColour::clear) return Form::catcher;
+    return style.kind == WindowKind::dark ? Form::gammaAndCatcher : Form::solid;
+}
+
+// Premultiplied, as compositors take it.
+std::uint32_t Overlay::backgroundPixel() const {
+    if (form == Form::solid)
+        return style.background == WindowColour::red ? 0xff0000
+                                                     : owner.connection.screenInfo().black_pixel;
+    if (style.background == WindowColour::clear) return 0;
+    const auto alpha = static_cast<std::uint32_t>(std::lround(style.alpha * 255.0f));
+    return style.background == WindowColour::red ? (alpha << 24 | alpha << 16) : alpha << 24;
+}
+
+// The buttons are selected and nothing is passed on to the parent: a click that reached the root
+// would open the window manager's menu.
+void Overlay::make() {
+    form = wantedForm();
+    window = xcb_generate_id(xcb());
+    const xcb_rectangle_t r = owner.displays.toRoot(style.frame);
+    const bool inputOnly = form == Form::gammaAndCatcher || form == Form::catcher;
+    const std::uint32_t events = XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE;
+    const std::uint32_t kept = events | XCB_EVENT_MASK_POINTER_MOTION |
+                               XCB_EVENT_MASK_BUTTON_MOTION | XCB_EVENT_MASK_KEY_PRESS |
+                               XCB_EVENT_MASK_KEY_RELEASE;
+    if (inputOnly) {
+        const std::uint32_t values[] = {1, events, kept};
+        xcb_create_window(xcb(), 0, window, owner.connection.root(), r.x, r.y, r.width, r.height, 0,
+                          XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT,
+                          XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK | XCB_CW_DONT_PROPAGATE,
+                          values);
+    } else {
+        const xcb_screen_t& screen = owner.connection.screenInfo();
+        const bool blend = form == Form::translucent;
+        const std::uint32_t values[] = {backgroundPixel(),
+                                        0,
+                                        1,
+                                        events,
+                                        kept,
+                                        blend ? owner.translucent.colormap
+                                              : screen.default_colormap};
+        xcb_create_window(xcb(), blend ? owner.translucent.depth : screen.root_depth, window,
+                          owner.connection.root(), r.x, r.y, r.width, r.height, 0,
+                          XCB_WINDOW_CLASS_INPUT_OUTPUT,
+                          blend ? owner.translucent.id : screen.root_visual,
+                          XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT |
+                              XCB_CW_EVENT_MASK | XCB_CW_DONT_PROPAGATE | XCB_CW_COLORMAP,
+                          values);
+    }
+    setHints();
+    setInputShape();
+}
+
+void Overlay::unmake() {
+    if (window != XCB_NONE) xcb_destroy_window(xcb(), window);
+    window = XCB_NONE;
+    owner.gamma.release(this);
+}
+
+void Overlay::setHints() {
+    const Connection& x = owner.connection;
+    auto atom = [&](AtomName name) { return x.atom(name); };
+    const std::string classes = owner.name + '\0' + owner.name + '\0';
+    xcb_change_property(xcb(), XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
+                        static_cast<std::uint32_t>(classes.size()), classes.data());
+    xcb_change_property(xcb(), XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8,
+                        static_cast<std::uint32_t>(owner.name.size()), owner.name.data());
+    xcb_change_property(xcb(), XCB_PROP_MODE_REPLACE, window, atom(AtomName::netWmName),
+                        atom(AtomName::utf8String), 8,
+                        static_cast<std::uint32_t>(owner.name.size()), owner.name.data());
+    // Input false, so that a manager that looks at it gives no focus.
+    setProperty<9>(xcb(), window, XCB_ATOM_WM_HINTS, XCB_ATOM_WM_HINTS, {1, 0});
+    setProperty<1>(xcb(), window, atom(AtomName::netWmWindowType), XCB_ATOM_ATOM,
+                   {atom(AtomName::netWmWindowTypeNotification)});
+    setProperty<4>(xcb(), window, atom(AtomName::netWmState), XCB_ATOM_ATOM,
+                   {atom(AtomName::netWmStateAbove), atom(AtomName::netWmStateSticky),
+                    atom(AtomName::netWmStateSkipTaskbar), atom(AtomName::netWmStateSkipPager)});
+    setProperty<1>(xcb(), window, atom(AtomName::netWmDesktop), XCB_ATOM_CARDINAL, {0xffffffff});
+    constexpr std::uint32_t keepComposited = 2;
+    setProperty<1>(xcb(), window, atom(AtomName::netWmBypassCompositor), XCB_ATOM_CARDINAL,
+                   {keepComposited});
+    // A shadow would fall on the neighbouring monitor.
+    setProperty<1>(xcb(), window, atom(AtomName::comptonShadow), XCB_ATOM_CARDINAL, {0});
+}
+
+void Overlay::setInputShape() {
+    if (ignoresMouse)
+        xcb_shape_rectangles(xcb(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT,
+                             XCB_CLIP_ORDERING_UNSORTED, window, 0, 0, 0, nullptr);
+    else
+        xcb_shape_mask(xcb(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, window, 0, 0, XCB_NONE);
+}
+
+void Overlay::updateGamma() {
+    if (visible && form == Form::gammaAndCatcher)
+        owner.gamma.darken(this, owner.displays.crtcsUnder(style.frame), style.alpha);
+    else
+        owner.gamma.release(this);
+}
+
+void Overlay::setFrame(Rect frame) {
+    if (style.frame == frame) return;
+    style.frame = frame;
+    place();
+}
+
+void Overlay::place() {
+    if (window == XCB_NONE) return;
+    const xcb_rectangle_t r = owner.displays.toRoot(style.frame);
+    const std::uint32_t values[] = {static_cast<std::uint32_t>(r.x),
+                                    static_cast<std::uint32_t>(r.y), r.width, r.height};
+    xcb_configure_window(xcb(), window,
+                         XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
+                             XCB_CONFIG_WINDOW_HEIGHT,
+                         values);
+    updateGamma();
+    owner.connection.flush();
+}
+
+void Overlay::setAlpha(float alpha) {
+    style.alpha = std::clamp(alpha, 0.0f, 1.0f);
+    if (window == XCB_NONE) return;
+    if (form == Form::translucent) {
+        const std::uint32_t pixel = backgroundPixel();
+        xcb_change_window_attributes(xcb(), window, XCB_CW_BACK_PIXEL, &pixel);
+        xcb_clear_area(xcb(), 0, window, 0, 0, 0, 0);
+    }
+    updateGamma();
+    owner.connection.flush();
+}
+
+void Overlay::setIgnoresMouseEvents(bool ignores) {
+    ignoresMouse = ignores;
+    if (window == XCB_NONE) return;
+    setInputShape();
+    owner.connection.flush();
+}
+
+void Overlay::makeKeyAndOrderFront() {
+    if (window == XCB_NONE) make();
+    if (number == 0) number = ++owner.lastId;
+    visible = true;
+    owner.visibilityChanged();
+    raise();
+    xcb_map_window(xcb(), window);
+    updateGamma();
+    owner.connection.flush();
+}
+
+void Overlay::raise() {
+    const std::uint32_t above = XCB_STACK_MODE_ABOVE;
+    xcb_configure_window(xcb(), window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+}
+
+void Overlay::orderOut() {
+    if (!visible) return;
+    visible = false;
+    owner.visibilityChanged();
+    xcb_unmap_window(xcb(), window);
+    updateGamma();
+    owner.connection.flush();
+}
+
+void Overlay::changeOver() {
+    if (window == XCB_NONE || wantedForm() == form) return;
+    unmake();
+    make();
+    if (!visible) return;
+    raise();
+    xcb_map_window(xcb(), window);
+    updateGamma();
+}
+
+} // namespace platform::x11

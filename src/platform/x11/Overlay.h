@@ -1,0 +1,51 @@
+#pragma once
+
+#include "platform/x11/Windows.h"
+
+namespace platform::x11 {
+
+class Overlay final : public platform::Window {
+  public:
+    Overlay(Windows& windows, const WindowStyle& style);
+    ~Overlay();
+    Overlay(const Overlay&) = delete;
+    Overlay& operator=(const Overlay&) = delete;
+
+    WindowId id() const override { return number; }
+    bool isVisible() const override { return visible; }
+    Rect frame() const override { return style.frame; }
+    void setFrame(Rect frame) override;
+    void setAlpha(float alpha) override;
+    void setIgnoresMouseEvents(bool ignores) override;
+    void makeKeyAndOrderFront() override;
+    void orderOut() override;
+
+    /// A compositor has come or gone.
+    void changeOver();
+    /// The monitors have moved.
+    void place();
+    xcb_window_t handle() const { return window; }
+
+  private:
+    enum class Form { translucent, gammaAndCatcher, catcher, solid };
+
+    Form wantedForm() const;
+    void make();
+    void unmake();
+    void setHints();
+    void setInputShape();
+    std::uint32_t backgroundPixel() const;
+    void updateGamma();
+    void raise();
+    xcb_connection_t* xcb() const { return owner.connection.xcb(); }
+
+    Windows& owner;
+    WindowStyle style;
+    Form form = Form::solid;
+    xcb_window_t window = XCB_NONE; ///< made when first shown
+    WindowId number = 0;
+    bool visible = false;
+    bool ignoresMouse = false;
+};
+
+} // namespace platform::x11

@@ -1,0 +1,73 @@
+#include "platform/x11/Pointer.h"
+
+#include <algorithm>
+
+namespace platform::x11 {
+
+Pointer::Pointer(Connection& x, const Displays& screens, RunLoop& loop)
+    : connection(x), displays(screens), runLoop(loop) {}
+
+Pointer::~Pointer() {
+    release();
+    connection.flush();
+}
+
+Point Pointer::location() {
+    if (known) return *known;
+    const auto reply = connection.wait(xcb_query_pointer(connection.xcb(), connection.root()),
+                                       xcb_query_pointer_reply);
+    return reply ? displays.toTopLeft(reply->root_x, reply->root_y) : Point{};
+}
+
+void Pointer::warp(Point to) {
+    const xcb_point_t place = displays.toRoot(to);
+    release();
+    xcb_warp_pointer(connection.xcb(), XCB_NONE, connection.root(), 0, 0, 0, 0, place.x, place.y);
+    ++warpCount;
+    if (known) known = to;
+    if (interval > 0) hold(place);
+    connection.flush();
+}
+
+// A vertical barrier at x stands between the pixels x - 1 and x, a horizontal one likewise. The
+// walls overlap at the corners, or a diagonal step would slip out between two of them.
+void Pointer::hold(xcb_point_t place) {
+    const auto at = [](int v) { return static_cast<std::uint16_t>(std::max(v, 0)); };
+    const std::uint16_t left = at(place.x), right = at(place.x + 1);
+    const std::uint16_t top = at(place.y), bottom = at(place.y + 1);
+    const std::uint16_t before = at(place.x - 2), after = at(place.x + 3);
+    const std::uint16_t above = at(place.y - 2), below = at(place.y + 3);
+    const std::array<std::array<std::uint16_t, 4>, 4> lines = {{{left, above, left, below},
+                                                                {right, above, right, below},
+                                                                {before, top, after, top},
+                                                                {before, bottom, after, bottom}}};
+    for (std::size_t i = 0; i < walls.size(); ++i) {
+        walls[i] = xcb_generate_id(connection.xcb());
+        xcb_xfixes_create_pointer_barrier(connection.xcb(), walls[i], connection.root(),
+                                          lines[i][0], lines[i][1], lines[i][2], lines[i][3], 0, 0,
+                                          nullptr);
+    }
+    held = true;
+    heldUntil = Clock::now() + std::chrono::duration_cast<Clock::duration>(
+                                   std::chrono::duration<double>(interval));
+    timer = runLoop.schedule(interval, false, "releasePointer", [this] {
+        timer = TimerId::none;
+        release();
+        connection.flush();
+    });
+}
+
+void Pointer::releaseWhenDue() {
+    if (held && Clock::now() >= heldUntil) release();
+}
+
+void Pointer::release() {
+    if (!held) return;
+    held = false;
+    for (xcb_xfixes_barrier_t wall : walls)
+        xcb_xfixes_delete_pointer_barrier(connection.xcb(), wall);
+    runLoop.invalidate(timer);
+    timer = TimerId::none;
+}
+
+} // namespace platform::x11

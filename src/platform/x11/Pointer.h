@@ -1,0 +1,65 @@
+#pragma once
+
+#include "platform/Pointer.h"
+#include "platform/RunLoop.h"
+#include "platform/x11/Displays.h"
+
+#include <array>
+#include <chrono>
+#include <optional>
+#include <xcb/xfixes.h>
+
+namespace platform::x11 {
+
+class Pointer final : public platform::Pointer {
+  public:
+    Pointer(Connection& connection, const Displays& displays, RunLoop& runLoop);
+    ~Pointer();
+    Pointer(const Pointer&) = delete;
+    Pointer& operator=(const Pointer&) = delete;
+
+    Point location() override;
+    void warp(Point to) override;
+    void setLocalEventsSuppressionInterval(double seconds) override { interval = seconds; }
+
+    /// Counts the program's own warps, so that an answer from before one is known to be stale.
+    unsigned warps() const { return warpCount; }
+
+    /// While one of these lives, an event that happened at `place` is being handled.
+    class Handling {
+      public:
+        Handling(Pointer& pointer, Point place) : owner(pointer), before(pointer.known) {
+            owner.known = place;
+        }
+        ~Handling() { owner.known = before; }
+        Handling(const Handling&) = delete;
+        Handling& operator=(const Handling&) = delete;
+
+      private:
+        Pointer& owner;
+        std::optional<Point> before;
+    };
+
+    /// Lets the hand move the cursor again once the interval is over. The event source calls it
+    /// too, since no timer fires under a modal alert and the user must be able to reach that.
+    void releaseWhenDue();
+
+  private:
+    using Clock = std::chrono::steady_clock;
+
+    void hold(xcb_point_t place);
+    void release();
+
+    Connection& connection;
+    const Displays& displays;
+    RunLoop& runLoop;
+    std::optional<Point> known;
+    unsigned warpCount = 0;
+    double interval = 0;
+    std::array<xcb_xfixes_barrier_t, 4> walls{};
+    bool held = false;
+    Clock::time_point heldUntil;
+    TimerId timer = TimerId::none;
+};
+
+} // namespace platform::x11

@@ -1,0 +1,174 @@
+#include "platform/x11/RawInput.h"
+
+#include <xcb/xinput.h>
+
+namespace platform::x11 {
+
+namespace {
+
+constexpr std::uint8_t genericEvent = XCB_GE_GENERIC;
+
+// A wheel's event in the smooth scrolling form moves only the third valuator and those after it.
+bool movesCursor(const xcb_input_raw_motion_event_t& event) {
+    return event.valuators_len > 0 &&
+           (xcb_input_raw_button_press_valuator_mask(&event)[0] & 0x3) != 0;
+}
+
+bool isBefore(std::uint32_t sequence, std::uint32_t other) {
+    return static_cast<std::int32_t>(sequence - other) < 0;
+}
+
+} // namespace
+
+RawInput::RawInput(Connection& x, const Displays& screens, Pointer& cursor, Receiver receive)
+    : connection(x), displays(screens), pointer(cursor), receiver(std::move(receive)) {
+    constexpr std::size_t burst = 256;
+    pending.reserve(burst);
+    connection.listen(*this, {genericEvent, XCB_MAPPING_NOTIFY});
+}
+
+RawInput::~RawInput() {
+    connection.forget(*this);
+}
+
+void RawInput::selectPointer() {
+    pointerSelected = true;
+    select();
+}
+
+void RawInput::selectKeys() {
+    keysSelected = true;
+    select();
+}
+
+void RawInput::select() {
+    struct {
+        xcb_input_event_mask_t head;
+        std::uint32_t mask;
+    } selection{{XCB_INPUT_DEVICE_ALL_MASTER, 1}, 0};
+    if (pointerSelected)
+        selection.mask |= XCB_INPUT_XI_EVENT_MASK_RAW_MOTION |
+                          XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS |
+                          XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE;
+    if (keysSelected)
+        selection.mask |=
+            XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE;
+    xcb_input_xi_select_events(connection.xcb(), connection.root(), 1, &selection.head);
+    if (tableStale) table.read(connection);
+    tableStale = false;
+    connection.flush();
+}
+
+void RawInput::handle(const xcb_generic_event_t& generic) {
+    if ((generic.response_type & 0x7f) == XCB_MAPPING_NOTIFY) {
+        tableStale = true;
+        return;
+    }
+    const auto& raw = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(generic);
+    if (raw.extension != connection.xinputOpcode()) return;
+
+    // The server's clock has 32 bits of milliseconds.
+    if (raw.time < lastTime && lastTime - raw.time > 0x80000000u) timeBase += 4294967.296;
+    lastTime = raw.time;
+    RawEvent event{RawEvent::Kind::motion, 0, {}, raw.full_sequence, timeBase + raw.time / 1000.0};
+
+    switch (raw.event_type) {
+    case XCB_INPUT_RAW_MOTION:
+        if (movesCursor(raw)) add(event);
+        break;
+    case XCB_INPUT_RAW_BUTTON_PRESS:
+    case XCB_INPUT_RAW_BUTTON_RELEASE:
+        event.kind = raw.event_type == XCB_INPUT_RAW_BUTTON_PRESS ? RawEvent::Kind::buttonDown
+                                                                  : RawEvent::Kind::buttonUp;
+        event.button = table.button(raw.detail);
+        add(event);
+        break;
+    case XCB_INPUT_RAW_KEY_PRESS:
+        addKey(raw.detail, true, event);
+        break;
+    case XCB_INPUT_RAW_KEY_RELEASE:
+        addKey(raw.detail, false, event);
+        break;
+    default:
+        break;
+    }
+}
+
+// A press of a key that is down is its repetition; a release of one that was never seen to go down
+// began before the program did, and would be taken for a press.
+void RawInput::addKey(std::uint32_t keycode, bool pressed, RawEvent event) {
+    if (keycode >= down.size() || down[keycode] == pressed) return;
+    down[keycode] = pressed;
+    event.key = table.key(keycode);
+    if (!event.key.modifier && !otherKeys) return;
+    event.kind = pressed ? RawEvent::Kind::keyDown : RawEvent::Kind::keyUp;
+    add(event);
+}
+
+// Motion that follows motion replaces it, unless the older one is waiting for an answer: then a
+// fast mouse would put off its own delivery for ever.
+void RawInput::add(const RawEvent& event) {
+    const bool follows = event.kind == RawEvent::Kind::motion && pending.size() > covered &&
+                         pending.size() > head && pending.back().kind == RawEvent::Kind::motion;
+    if (follows)
+        pending.back() = event;
+    else
+        pending.push_back(event);
+}
+
+void RawInput::batchEnded() {
+    if (tableStale && (pointerSelected || keysSelected)) {
+        tableStale = false;
+        table.read(connection);
+    }
+    pointer.releaseWhenDue();
+    if (asked == 0 && !empty()) ask();
+}
+
+void RawInput::ask() {
+    covered = pending.size();
+    warpsWhenAsked = pointer.warps();
+    asked = xcb_query_pointer(connection.xcb(), connection.root()).sequence;
+    connection.awaitReply(asked, *this);
+}
+
+// The answer tells the buttons after all covered events; the later ones are undone.
+std::uint16_t RawInput::buttonsBefore(std::size_t index, std::uint16_t mask) const {
+    for (std::size_t i = covered; i-- > index;) {
+        const RawEvent& event = pending[i];
+        if (event.button < 1 || event.button > 5) continue;
+        const auto bit = static_cast<std::uint16_t>(XCB_BUTTON_MASK_1 << (event.button - 1));
+        if (event.kind == RawEvent::Kind::buttonDown) mask &= static_cast<std::uint16_t>(~bit);
+        if (event.kind == RawEvent::Kind::buttonUp) mask |= bit;
+    }
+    return mask;
+}
+
+// The receiver may move the cursor, after which the answer is no longer true for the events behind,
+// and may run a modal loop, in which further answers come in here; so the state is looked at anew
+// for each event.
+void RawInput::handleReply(unsigned sequence, const void* reply) {
+    if (sequence != asked) return;
+    asked = 0;
+    const auto* answer = static_cast<const xcb_query_pointer_reply_t*>(reply);
+    const bool stale = pointer.warps() != warpsWhenAsked;
+    if (!answer || stale) {
+        covered = head;
+        return;
+    }
+    const Point place = displays.toTopLeft(answer->root_x, answer->root_y);
+    const std::uint16_t mask = answer->mask;
+    while (covered < pending.size() && isBefore(pending[covered].sequence, sequence))
+        ++covered;
+    while (head < covered && asked == 0 && pointer.warps() == warpsWhenAsked) {
+        const RawEvent event = pending[head++];
+        const bool overtaken = event.kind == RawEvent::Kind::motion && head < covered &&
+                               pending[head].kind == RawEvent::Kind::motion;
+        if (!overtaken) receiver(event, place, buttonsBefore(head, mask));
+    }
+    if (asked != 0) return;
+    pending.erase(pending.begin(), pending.begin() + static_cast<std::ptrdiff_t>(head));
+    head = covered = 0;
+}
+
+} // namespace platform::x11

@@ -1,0 +1,55 @@
+#include "platform/x11/Workspace.h"
+
+#include "platform/x11/Ewmh.h"
+
+namespace platform::x11 {
+
+Workspace::Workspace(Connection& x, std::uint32_t ownPid) : connection(x), pid(ownPid) {
+    connection.listen(*this, {XCB_PROPERTY_NOTIFY});
+    connection.selectOnRoot(XCB_EVENT_MASK_PROPERTY_CHANGE);
+    askActiveWindow();
+    connection.flush();
+}
+
+Workspace::~Workspace() {
+    connection.forget(*this);
+}
+
+void Workspace::askActiveWindow() {
+    activeAsked =
+        askCardinal(connection, connection.root(), connection.atom(AtomName::netActiveWindow))
+            .sequence;
+    connection.awaitReply(activeAsked, *this);
+}
+
+void Workspace::handle(const xcb_generic_event_t& event) {
+    const auto& changed = reinterpret_cast<const xcb_property_notify_event_t&>(event);
+    if (changed.window != connection.root()) return;
+    if (changed.atom == connection.atom(AtomName::netActiveWindow)) askActiveWindow();
+}
+
+// Answers to questions that a later one has overtaken are ignored.
+void Workspace::handleReply(unsigned sequence, const void* reply) {
+    const auto value = cardinalOf(static_cast<const xcb_get_property_reply_t*>(reply));
+    if (sequence == activeAsked) {
+        asked = value.value_or(XCB_NONE);
+        if (asked == XCB_NONE) {
+            ownIsActive = false;
+            return;
+        }
+        pidAsked = askCardinal(connection, asked, connection.atom(AtomName::netWmPid)).sequence;
+        connection.awaitReply(pidAsked, *this);
+    } else if (sequence == pidAsked) {
+        ownIsActive = value == pid;
+        if (!ownIsActive) foreign = asked;
+    }
+}
+
+void Workspace::activateFrontmostApplication() {
+    if (!ownIsActive || foreign == XCB_NONE) return;
+    constexpr std::uint32_t sourceIsTheUser = 2;
+    tellWindowManager(connection, foreign, connection.atom(AtomName::netActiveWindow),
+                      {sourceIsTheUser, XCB_CURRENT_TIME, XCB_NONE, 0, 0});
+}
+
+} // namespace platform::x11

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/Workspace.h"
+#include "platform/x11/Connection.h"
+
+namespace platform::x11 {
+
+/// Remembers, from the window manager's announcements, which foreign window was active last.
+class Workspace final : public platform::Workspace, private Listener {
+  public:
+    /// `ownPid` is the process whose windows are the program's own.
+    Workspace(Connection& connection, std::uint32_t ownPid);
+    ~Workspace();
+    Workspace(const Workspace&) = delete;
+    Workspace& operator=(const Workspace&) = delete;
+
+    /// No round trip. Nothing while no window of the program is active.
+    void activateFrontmostApplication() override;
+
+  private:
+    void handle(const xcb_generic_event_t& event) override;
+    void handleReply(unsigned sequence, const void* reply) override;
+    void askActiveWindow();
+
+    Connection& connection;
+    std::uint32_t pid;
+    unsigned activeAsked = 0; ///< sequence of the question in flight, 0 for none
+    unsigned pidAsked = 0;
+    xcb_window_t asked = XCB_NONE; ///< the window whose process is asked for
+    xcb_window_t foreign = XCB_NONE;
+    bool ownIsActive = false;
+};
+
+} // namespace platform::x11

@@ -1,0 +1,36 @@
+#include "replay/Facts.h"
+
+#include "strings/Strings.h"
+
+namespace palisor::replay {
+
+void setUp(platform::memory::MemoryPlatform& platform) {
+    using platform::Value;
+    auto& bundle = platform.bundle;
+    bundle.set("IDApp", Value{std::int64_t{8}});
+    bundle.set("CFBundleShortVersionString", Value{"1.0"});
+    bundle.set("CFBundleDisplayName", Value{"Palisor"});
+    bundle.set("CFBundleIdentifier", Value{"com.tamberlo.palisor"});
+    bundle.set("MakerHost", Value{"service.tamberlo.invalid"});
+    bundle.setLanguages({"en"});
+    bundle.setStrings(strings::lookUp);
+
+    platform.system.setServicesVersion({10, 15, 7});
+    platform.displays.replace({{0, 0, 1920, 1080}, {1920, 0, 1920, 1080}});
+    storeShortcut(platform, Shortcut{40, 1310720});
+}
+
+void storeShortcut(platform::memory::MemoryPlatform& platform,
+                   const std::optional<Shortcut>& shortcut) {
+    using platform::Value;
+    if (!shortcut) {
+        platform.settings.edit("customShortcut", std::nullopt);
+        return;
+    }
+    platform::Dictionary stored;
+    stored["keyCode"] = Value{shortcut->keyCode};
+    stored["modifierFlags"] = Value{shortcut->modifierFlags};
+    platform.settings.edit("customShortcut", Value{std::move(stored)});
+}
+
+} // namespace palisor::replay

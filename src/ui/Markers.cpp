@@ -1,0 +1,44 @@
+#include "app/AppDelegate.h"
+#include "ui/Overlay.h"
+
+// The cross-hair: half-transparent red windows that let every click through.
+
+namespace palisor {
+
+namespace {
+
+constexpr Rect smallMarker{0, 0, 2, 2};
+
+platform::WindowStyle markerStyle(Rect frame) {
+    return {.kind = platform::WindowKind::marker,
+            .frame = frame,
+            .alpha = 0.5F,
+            .level = overlay::level,
+            .behaviour = overlay::behaviour,
+            .background = platform::WindowColour::red};
+}
+
+} // namespace
+
+std::unique_ptr<platform::Window> AppDelegate::initwindowCursor2(const platform::Screen& screen) {
+    auto window = services.windows.create(markerStyle(screen.frame));
+    initwindowCursor(*window);
+    return window;
+}
+
+void AppDelegate::initwindowCursor(platform::Window& window) {
+    window.makeKeyAndOrderFront();
+    window.setIgnoresMouseEvents(true);
+}
+
+void AppDelegate::createMarkers() {
+    aWindowCursorX.emplace();
+    for (const platform::Screen& screen : services.displays.screens())
+        aWindowCursorX->push_back(initwindowCursor2(screen));
+    windowCursorY = services.windows.create(markerStyle(smallMarker));
+    windowCursorX = services.windows.create(markerStyle(smallMarker));
+    initwindowCursor(*windowCursorY);
+    initwindowCursor(*windowCursorX);
+}
+
+} // namespace palisor

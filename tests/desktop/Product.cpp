@@ -1,0 +1,110 @@
+#include "desktop/Product.h"
+
+#include <algorithm>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+namespace desktop {
+
+namespace {
+
+constexpr const char* identifier = "com.tamberlo.palisor";
+
+std::string plist(const Setting& setting) {
+    const auto flag = [](bool on) { return on ? "<true/>" : "<false/>"; };
+    std::ostringstream text;
+    text << R"(<?xml version="1.0" encoding="UTF-8"?>
+<!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN" "http://www.apple.com/DTDs/PropertyList-1.0.dtd">
+<plist version="1.0"><dict>
+<key>PRIMOACCESSO</key><string>1</string>
+<key>CHECK_0</key><string>1</string>
+<key>CHECK_1</key><string>0</string>
+<key>RECOMMENDAUTOLOGIN</key><string>1</string>
+<key>customShortcut</key><dict>
+<key>keyCode</key><integer>40</integer><key>modifierFlags</key><integer>1310720</integer></dict>
+)"
+         << "<key>ATTIVO</key>" << flag(setting.active) << "<key>VELOCITY_OPTION</key>"
+         << flag(setting.pushOption) << "<key>VELOCITY</key><integer>" << setting.velocity
+         << "</integer><key>OTHERS_DARK</key><integer>" << setting.othersDark
+         << "</integer></dict></plist>\n";
+    return text.str();
+}
+
+} // namespace
+
+bool holdsSoon(const std::function<bool()>& condition) {
+    const auto deadline = support::Clock::now() + support::generous;
+    while (!condition())
+        if (support::Clock::now() > deadline) return false;
+    return true;
+}
+
+Product::Product(const std::string& layoutText)
+    : layout(support::parseLayout(layoutText)), desktop(layoutText) {}
+
+void Product::spawn(const Setting& setting) {
+    std::filesystem::create_directories(desktop.configFolder());
+    std::ofstream(desktop.configFolder() / (std::string(identifier) + ".plist")) << plist(setting);
+    program = desktop.spawn(PALISOR);
+}
+
+void Product::start(const Setting& setting) {
+    moveToMiddle(0);
+    spawn(setting);
+    const auto isUp = [&] {
+        return setting.active ? isCovered(1) : program->errors().find("10.14") != std::string::npos;
+    };
+    if (!holdsSoon(isUp))
+        throw std::runtime_error("the program did not start: " + program->errors());
+}
+
+Spot Product::middle(std::size_t index) const {
+    const Area& area = monitor(index);
+    return {area.x + area.width / 2, area.y + area.height / 2};
+}
+
+void Product::moveToMiddle(std::size_t index) {
+    hand.moveTo(middle(index).x, middle(index).y);
+}
+
+void Product::moveNextTo(std::size_t index, int edge) {
+    const Area& area = monitor(index);
+    const int x = edge > 0 ? area.x + area.width - 30 : area.x + 29;
+    hand.moveTo(x, middle(index).y);
+}
+
+bool Product::isCovered(std::size_t index) const {
+    const auto windows = eye.windows();
+    return std::ranges::any_of(windows, [&](const support::SeenWindow& window) {
+        return window.mapped && window.overrideRedirect && window.area == monitor(index);
+    });
+}
+
+bool Product::coveredSoon(std::size_t covered, std::size_t bare) const {
+    return holdsSoon([&] { return isCovered(covered) && !isCovered(bare); });
+}
+
+bool Product::nothingCoveredSoon() const {
+    return holdsSoon([&] {
+        for (std::size_t index = 0; index < layout.size(); ++index)
+            if (isCovered(index)) return false;
+        return true;
+    });
+}
+
+bool Product::cursorIsOn(std::size_t index) const {
+    const Spot at = eye.cursor();
+    return monitor(index).contains(at.x, at.y);
+}
+
+bool Product::cursorEndsOn(std::size_t index) const {
+    return holdsSoon([&] { return cursorIsOn(index); });
+}
+
+std::string Product::storedSettings() const {
+    std::ifstream file(desktop.configFolder() / (std::string(identifier) + ".plist"));
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+} // namespace desktop

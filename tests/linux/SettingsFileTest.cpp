@@ -1,0 +1,253 @@
+#include "platform/linux/SettingsFile.h"
+#include "support/KeptLog.h"
+#include "support/TempFolder.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+namespace {
+
+using platform::Value;
+using platform::linux::SettingsFile;
+using testing_support::KeptLog;
+using testing_support::TempFolder;
+using namespace std::string_literals;
+using Names = std::vector<std::string>;
+
+const std::string head =
+    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+    "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
+    "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n<plist version=\"1.0\">\n";
+
+std::string listOf(const std::string& items) {
+    return head + "<dict>" + items + "</dict>\n</plist>\n";
+}
+
+class SettingsFileTest : public testing::Test {
+  protected:
+    TempFolder folder;
+    KeptLog log;
+    int saveRequests = 0;
+
+    std::string path() const { return folder.path("a.plist"); }
+    SettingsFile open() { return SettingsFile(path(), log, nullptr); }
+    SettingsFile openDeferred() {
+        return SettingsFile(path(), log, [this] { ++saveRequests; });
+    }
+    void save(SettingsFile& settings, const std::string& key, const std::string& text) {
+        settings.set(key, Value{text});
+        settings.synchronize();
+    }
+};
+
+TEST_F(SettingsFileTest, AnAbsentFileIsAnEmptyStoreAndIsNotMade) {
+    open();
+    EXPECT_EQ(folder.names(), Names{});
+    EXPECT_EQ(log.lines, Names{});
+}
+
+TEST_F(SettingsFileTest, AnEmptyFileIsAnEmptyStoreAndStaysWhereItIs) {
+    folder.write("a.plist", "");
+    open();
+    EXPECT_EQ(folder.names(), Names{"a.plist"});
+    EXPECT_EQ(log.lines, Names{});
+}
+
+TEST_F(SettingsFileTest, MakesTheFolderForTheUserAlone) {
+    SettingsFile settings(folder.path("new/deeper/a.plist"), log, nullptr);
+    save(settings, "a", "1");
+    struct stat status {};
+    ASSERT_EQ(::stat(folder.path("new/deeper").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0700u);
+    ASSERT_EQ(::stat(folder.path("new/deeper/a.plist").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0600u);
+}
+
+TEST_F(SettingsFileTest, WhatWasSavedIsThereAfterARestartAndNothingElseLiesThere) {
+    {
+        auto settings = open();
+        save(settings, "a", "<&\"'\n\xC3\xA9 ");
+    }
+    EXPECT_EQ(open().stringForKey("a"), "<&\"'\n\xC3\xA9 ");
+    EXPECT_EQ(folder.names(), Names{"a.plist"});
+}
+
+TEST_F(SettingsFileTest, SynchronizingOftenInOneEventAsksForOneSave) {
+    auto settings = openDeferred();
+    save(settings, "a", "1");
+    save(settings, "b", "1");
+    save(settings, "c", "1");
+    EXPECT_EQ(saveRequests, 1);
+    EXPECT_EQ(folder.names(), Names{});
+    settings.savePending();
+    EXPECT_EQ(open().stringForKey("c"), "1");
+    save(settings, "a", "2");
+    EXPECT_EQ(saveRequests, 2);
+}
+
+TEST_F(SettingsFileTest, FlushSavesAtOnceAndLeavesNothingForTheSaveThatWasAskedFor) {
+    auto settings = openDeferred();
+    save(settings, "a", "1");
+    settings.flush();
+    EXPECT_EQ(open().stringForKey("a"), "1");
+    const auto before = platform::linux::identityOf(path());
+    settings.savePending();
+    EXPECT_EQ(platform::linux::identityOf(path()), before);
+}
+
+TEST_F(SettingsFileTest, AnUnchangedStoreIsNotWritten) {
+    auto settings = open();
+    save(settings, "a", "1");
+    const auto before = platform::linux::identityOf(path());
+    save(settings, "a", "1");
+    settings.set("probe", Value{"x"s});
+    settings.remove("probe");
+    settings.synchronize();
+    settings.flush();
+    EXPECT_EQ(platform::linux::identityOf(path()), before);
+}
+
+TEST_F(SettingsFileTest, ALinkStaysALinkAndWhatItLeadsToIsReplaced) {
+    folder.write("real", "");
+    std::filesystem::create_symlink("real", path());
+    auto settings = open();
+    save(settings, "a", "1");
+    EXPECT_TRUE(std::filesystem::is_symlink(path()));
+    EXPECT_NE(folder.read("real").find("<key>a</key>"), std::string::npos);
+}
+
+TEST_F(SettingsFileTest, WithoutAFolderTheSettingsLiveInMemoryAndThatIsToldOnce) {
+    SettingsFile settings("", log, nullptr);
+    save(settings, "a", "1");
+    save(settings, "a", "2");
+    EXPECT_EQ(settings.stringForKey("a"), "2");
+    EXPECT_EQ(log.lines.size(), 1u);
+}
+
+TEST_F(SettingsFileTest, ValuesOfOtherTypesSurviveASaveAndReadAsAbsent) {
+    const std::string others = "<key>array</key><array><string>x</string><true/></array>"
+                               "<key>date</key><date>2020-02-03T04:05:06Z</date>"
+                               "<key>huge</key><integer>18446744073709551615</integer>"
+                               "<key>mixed</key><dict><key>r</key><real>0.5</real></dict>"
+                               "<key>real</key><real>1.5</real>";
+    folder.write("a.plist", listOf(others));
+    auto settings = open();
+    settings.registerDefault("real", Value{"default"s});
+    EXPECT_EQ(settings.object("array"), nullptr);
+    EXPECT_EQ(settings.stringForKey("real"), "default");
+    save(settings, "own", "1");
+    const auto saved = folder.read("a.plist");
+    for (const char* piece :
+         {"<string>x</string>", "<date>2020-02-03T04:05:06Z</date>", "<real>0.5</real>",
+          "<integer>18446744073709551615</integer>", "<real>1.5</real>", "<key>own</key>"})
+        EXPECT_NE(saved.find(piece), std::string::npos) << piece;
+    EXPECT_EQ(log.lines, Names{});
+}
+
+TEST_F(SettingsFileTest, ADamagedFileIsSetAsideUntouchedAndEverySecondOneBesideIt) {
+    const std::string first = "bplist00\x01\x02 junk";
+    const std::string second = listOf("<key>a</key>");
+    folder.write("a.plist", first);
+    {
+        auto settings = open();
+        EXPECT_EQ(settings.object("a"), nullptr);
+        save(settings, "a", "1");
+    }
+    folder.write("a.plist", second);
+    open();
+    EXPECT_EQ(folder.read("a.plist.damaged"), first);
+    EXPECT_EQ(folder.read("a.plist.damaged-2"), second);
+    EXPECT_EQ(log.lines.size(), 2u);
+}
+
+TEST_F(SettingsFileTest, ADamagedFileThatCannotBeSetAsideIsNotReplaced) {
+    // With ".damaged" behind it the name is longer than a name can be.
+    const std::string name(250, 'n');
+    folder.write(name, "junk");
+    SettingsFile settings(folder.path(name), log, nullptr);
+    save(settings, "a", "1");
+    save(settings, "a", "2");
+    EXPECT_EQ(folder.read(name), "junk");
+    EXPECT_EQ(settings.stringForKey("a"), "2");
+    EXPECT_EQ(log.lines.size(), 1u);
+}
+
+TEST_F(SettingsFileTest, OfARepeatedKeyTheLastValueCountsAndACopyOfTheFileIsKept) {
+    const auto text = listOf("<key>a</key><string>1</string><key>a</key><string>2</string>");
+    folder.write("a.plist", text);
+    EXPECT_EQ(open().stringForKey("a"), "2");
+    EXPECT_EQ(folder.read("a.plist.damaged"), text);
+    EXPECT_EQ(folder.read("a.plist"), text);
+}
+
+TEST_F(SettingsFileTest, AnOutsideEditIsTakenOverExceptForKeysStillToBeSaved) {
+    auto settings = openDeferred();
+    save(settings, "edited", "old");
+    save(settings, "both", "old");
+    save(settings, "removed outside", "old");
+    save(settings, "removed here", "old");
+    settings.savePending();
+    save(settings, "both", "own");
+    save(settings, "new", "own");
+    settings.remove("removed here");
+    folder.write("a.plist", listOf("<key>edited</key><string>outside</string>"
+                                   "<key>both</key><string>outside</string>"
+                                   "<key>removed here</key><string>old</string>"
+                                   "<key>added</key><string>outside</string>"));
+    settings.fileChanged();
+    const auto check = [](const SettingsFile& store) {
+        EXPECT_EQ(store.stringForKey("edited"), "outside");
+        EXPECT_EQ(store.stringForKey("added"), "outside");
+        EXPECT_EQ(store.stringForKey("both"), "own");
+        EXPECT_EQ(store.stringForKey("new"), "own");
+        EXPECT_EQ(store.object("removed outside"), nullptr);
+        EXPECT_EQ(store.object("removed here"), nullptr);
+    };
+    check(settings);
+    settings.savePending();
+    check(open());
+}
+
+TEST_F(SettingsFileTest, ASaveTakesOverAnEditThatNobodyHasNoticed) {
+    auto settings = open();
+    save(settings, "a", "1");
+    folder.write("a.plist", listOf("<key>a</key><string>1</string>"
+                                   "<key>outside</key><string>x</string>"));
+    save(settings, "b", "2");
+    const auto again = open();
+    EXPECT_EQ(again.stringForKey("outside"), "x");
+    EXPECT_EQ(again.stringForKey("b"), "2");
+}
+
+TEST_F(SettingsFileTest, ADamagingEditIsSetAsideAndTheSettingsInMemoryAreSavedAgain) {
+    auto settings = openDeferred();
+    save(settings, "a", "1");
+    settings.savePending();
+    folder.write("a.plist", "<plist>");
+    settings.fileChanged();
+    EXPECT_EQ(settings.stringForKey("a"), "1");
+    settings.savePending();
+    EXPECT_EQ(open().stringForKey("a"), "1");
+    EXPECT_EQ(folder.read("a.plist.damaged"), "<plist>");
+}
+
+TEST_F(SettingsFileTest, ADeletedFileComesBackWholeWithTheNextChange) {
+    auto settings = open();
+    save(settings, "a", "1");
+    std::filesystem::remove(path());
+    settings.fileChanged();
+    settings.synchronize();
+    EXPECT_EQ(folder.names(), Names{});
+    save(settings, "b", "2");
+    EXPECT_EQ(open().stringForKey("a"), "1");
+}
+
+TEST_F(SettingsFileTest, RereadingAnEmptyFileForgetsWhatWasThere) {
+    auto settings = open();
+    save(settings, "a", "1");
+    folder.write("a.plist", "");
+    settings.resetStandardUserDefaults();
+    EXPECT_EQ(settings.object("a"), nullptr);
+}
+
+} // namespace

@@ -1,0 +1,122 @@
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <csignal>
+#include <functional>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <sys/types.h>
+#include <thread>
+#include <vector>
+
+namespace support {
+
+using Environment = std::map<std::string, std::string>;
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+
+/// What a wait that must succeed is given: far longer than anything takes, so that it only ends a
+/// test that would hang.
+inline constexpr milliseconds generous{30'000};
+
+/// A file descriptor that closes itself.
+class Descriptor {
+  public:
+    Descriptor() = default;
+    explicit Descriptor(int descriptor) : value(descriptor) {}
+    ~Descriptor() { reset(); }
+    Descriptor(Descriptor&& other) noexcept : value(other.release()) {}
+    Descriptor& operator=(Descriptor&& other) noexcept;
+
+    int get() const { return value; }
+    int release();
+    void reset();
+
+  private:
+    int value = -1;
+};
+
+struct Pipe {
+    Descriptor readEnd, writeEnd;
+};
+/// Both ends are closed on exec. Throws std::system_error.
+Pipe makePipe();
+
+/// Waits until `descriptor` can be read or is at its end; false when the time is up.
+bool waitReadable(int descriptor, Clock::time_point deadline);
+
+/// One line from `descriptor`, read byte by byte; nothing when it ends or the time is up.
+std::optional<std::string> readLine(int descriptor, Clock::time_point deadline);
+
+/// A process started by the tests. It dies with the thread that started it, at the latest; the
+/// destructor ends it (SIGTERM, after five seconds SIGKILL) and reaps it.
+class ChildProcess {
+  public:
+    struct Start {
+        std::vector<std::string> command; ///< looked up in PATH
+        Environment environment;
+        int extraDescriptor = -1;  ///< becomes descriptor 3 of the child
+        int deathSignal = SIGKILL; ///< sent to the child when the starting thread dies
+    };
+
+    /// Throws std::runtime_error when the command cannot be run.
+    explicit ChildProcess(const Start& start);
+    ~ChildProcess();
+    ChildProcess(const ChildProcess&) = delete;
+    ChildProcess& operator=(const ChildProcess&) = delete;
+
+    pid_t pid() const { return process; }
+    const std::string& name() const { return commandName; }
+    bool running();
+    void signal(int number);
+
+    /// The exit status, or minus the number of the signal that ended it; nothing when it still
+    /// runs after `limit`.
+    std::optional<int> wait(milliseconds limit = generous);
+
+    /// What it has written so far.
+    std::string output() const;
+    std::string errors() const;
+
+    /// Waits until `text` occurs in what it wrote (output or errors); false when it ended or the
+    /// time is up without it.
+    bool waitForText(std::string_view text, milliseconds limit = generous);
+
+    /// Ends it now; the destructor does no more. The status as from wait.
+    int end();
+
+  private:
+    void collect();
+
+    std::string commandName;
+    pid_t process = -1;
+    Descriptor handle; ///< readable when the process has ended
+    Pipe outputPipe, errorPipe, stopPipe;
+    std::optional<int> status;
+    mutable std::mutex guard;
+    std::condition_variable arrived;
+    std::string outputText, errorText;
+    bool atEnd = false;
+    std::thread collector;
+};
+
+/// Every process that has `entry` ("NAME=value") in its environment when the object is made: what
+/// the bus started for a desktop is found in no other way.
+class ProcessSweep {
+  public:
+    /// `except`: a process that is left alone.
+    ProcessSweep(const std::string& entry, pid_t except);
+
+    /// Ends them and reaps those that are, or became, children of this process (which needs
+    /// PR_SET_CHILD_SUBREAPER for the latter). Those that ended already are only reaped.
+    void end();
+
+  private:
+    std::vector<Descriptor> processes;
+};
+
+} // namespace support

@@ -1,0 +1,87 @@
+#include "unit/Program.h"
+
+#include <gmock/gmock.h>
+
+namespace palisor {
+namespace {
+
+using platform::Value;
+using testing::ElementsAre;
+
+TEST(EnableDisable, WritesTheNegationAndSynchronises) {
+    for (int variant = 0; variant < 10; ++variant) {
+        Program program(variant);
+        program.launched();
+        program.app.enableDisable();
+        program.app.enableDisable();
+        EXPECT_THAT(program.effects({"write", "synchronize"}),
+                    ElementsAre(R"(write {"key":"ATTIVO","value":false})", "synchronize {}",
+                                R"(write {"key":"ATTIVO","value":true})", "synchronize {}"))
+            << variant;
+    }
+}
+
+TEST(EnableDisable, OfTheBarrierLightensAndDarkensAfresh) {
+    Program program(variants::barrier);
+    program.launched();
+    program.app.enableDisable();
+    EXPECT_THAT(program.effects({"window", "windowOut"}), ElementsAre(R"(windowOut {"id":1})"));
+    program.platform.pointer.place({2000, 500});
+    program.app.enableDisable();
+    EXPECT_EQ(program.app.switchedScreen, program.screen(1));
+    EXPECT_THAT(program.effects({"window"}), testing::SizeIs(1));
+}
+
+TEST(EnableDisable, OfTheBarrierOnOneMonitorEndsTheProgramInBothDirections) {
+    for (const bool active : {true, false}) {
+        Program program(variants::barrier);
+        program.launched();
+        program.setting(keys::ATTIVO, Value{active});
+        program.platform.displays.replace(screensFromLayout(oneMonitor));
+        EXPECT_THROW(program.app.enableDisable(), platform::memory::ProgramEnded);
+        EXPECT_THAT(program.effects({"alert"}), testing::SizeIs(1));
+        EXPECT_FALSE(program.platform.settings.boolForKey(keys::ATTIVO));
+    }
+}
+
+TEST(EnableDisable, HidesAtOnceOnlyWhenTheCursorHiderStaysHiddenAndIsNowOn) {
+    Program program(variants::cursorHider);
+    program.launched();
+    program.setting(keys::STAY_HIDDEN, Value{true});
+    program.setting(keys::ATTIVO, Value{false});
+    program.app.enableDisable();
+    EXPECT_FALSE(program.platform.cursor.isVisible());
+    program.app.enableDisable();
+    EXPECT_TRUE(program.platform.cursor.isVisible());
+}
+
+TEST(EnableDisable, ForgetsThePendingHideOfTheHidingProducts) {
+    for (const int variant : {variants::cursorHider, variants::crossHair}) {
+        Program program(variant);
+        program.launched();
+        program.pointer({100, 100});
+        ASSERT_TRUE(program.platform.runLoop.isRunning(program.app.timerSchedule)) << variant;
+        program.app.enableDisable();
+        EXPECT_FALSE(program.platform.runLoop.isRunning(program.app.timerSchedule)) << variant;
+    }
+}
+
+TEST(Quit, EndsTheProcessEvenWhenTerminationReturns) {
+    Program program(variants::barrier);
+    EXPECT_THROW(program.app.quit(), platform::memory::ProgramEnded);
+    EXPECT_THAT(program.effects(), ElementsAre("terminate {}", R"(exit {"status":0})"));
+}
+
+TEST(KillApp, LogsNotifiesAndQuits) {
+    Program program(variants::barrier);
+    EXPECT_THROW(program.app.killapp(), platform::memory::ProgramEnded);
+    EXPECT_THAT(
+        program.effects(),
+        ElementsAre(
+            R"(log {"text":"CHIUSURA DI SICUREZZA!!"})",
+            R"(notification {"title":"CHIUSURA DI SICUREZZA!!","text":null,"sound":"default","identifier":null})",
+            "terminate {}", R"(exit {"status":0})"));
+}
+
+} // namespace
+} // namespace palisor

@@ -1,0 +1,153 @@
+#include "unit/Program.h"
+
+#include <gmock/gmock.h>
+
+namespace palisor {
+namespace {
+
+using namespace platform::keyCodes;
+using platform::Value;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr const char* off = R"(write {"key":"ATTIVO","value":false})";
+constexpr const char* on = R"(write {"key":"ATTIVO","value":true})";
+
+struct Keys : Program {
+    explicit Keys(int variant = variants::barrier) : Program(variant) {
+        platform.pointer.place({960, 500});
+        launched();
+    }
+    void hold() {
+        for (const auto key : {command, option, control})
+            modifier(key);
+    }
+};
+
+TEST(Combination, IsHeldAtTheThirdKeyInAnyOrderAndReleasedAtTheFirst) {
+    std::vector<std::uint16_t> order = {command, option, control};
+    do {
+        for (const std::uint16_t released : order) {
+            Keys keys;
+            keys.modifier(order[0]);
+            keys.modifier(order[1]);
+            EXPECT_FALSE(keys.app.combo);
+            EXPECT_THAT(keys.effects(), IsEmpty());
+            keys.modifier(order[2]);
+            EXPECT_TRUE(keys.app.combo);
+            EXPECT_THAT(keys.effects({"write"}), ElementsAre(off));
+            keys.modifier(released);
+            EXPECT_FALSE(keys.app.combo);
+            EXPECT_THAT(keys.effects({"write"}), ElementsAre(on));
+        }
+    } while (std::ranges::next_permutation(order).found);
+}
+
+TEST(Combination, IsNotMadeByRightHandOrOtherKeys) {
+    Keys keys;
+    for (const auto key : {rightCommand, rightOption, rightControl, shift, capsLock, leftArrow})
+        keys.modifier(key);
+    EXPECT_THAT(keys.effects(), IsEmpty());
+    EXPECT_THAT(keys.app.proKeys, IsEmpty());
+}
+
+TEST(Combination, KeepsHeldKeysUnderTheirDecimalCodes) {
+    Keys keys;
+    keys.modifier(command);
+    keys.modifier(control);
+    EXPECT_THAT(keys.app.proKeys, ElementsAre(std::pair("55", "YES"), std::pair("59", "YES")));
+    keys.modifier(command);
+    EXPECT_THAT(keys.app.proKeys, ElementsAre(std::pair("59", "YES")));
+}
+
+TEST(Combination, OfAMissedPressStaysInvertedUntilTheKeyIsPressedAgain) {
+    Keys keys;
+    keys.modifier(option); // the release of a key that was down before the program started
+    keys.modifier(command);
+    keys.modifier(control);
+    EXPECT_TRUE(keys.app.combo);
+}
+
+TEST(Combination, DoesNothingWhileItsOptionIsOff) {
+    Keys keys;
+    keys.setting(keys::CTRLALTCMD, Value{false});
+    keys.hold();
+    keys.app.comboPressedReleased(true);
+    EXPECT_FALSE(keys.app.combo);
+    EXPECT_THAT(keys.app.proKeys, IsEmpty());
+    EXPECT_THAT(keys.effects(), IsEmpty());
+}
+
+TEST(Combination, KeepsItsStateWhenItsOptionIsSwitchedOff) {
+    Keys keys;
+    keys.hold();
+    keys.setting(keys::CTRLALTCMD, Value{false});
+    keys.modifier(command);
+    EXPECT_TRUE(keys.app.combo);
+    EXPECT_EQ(keys.app.proKeys.size(), 3U);
+}
+
+TEST(Combination, LiftsTheBarrierAndAnchorsItWhereTheCursorIsWhenReleased) {
+    Keys keys;
+    keys.hold();
+    EXPECT_THAT(keys.effects({"windowOut"}), ElementsAre(R"(windowOut {"id":1})"));
+    keys.pointer({2500, 500});
+    EXPECT_THAT(keys.effects({"warp"}), IsEmpty());
+    keys.modifier(control);
+    EXPECT_EQ(keys.app.switchedScreen, keys.screen(1));
+    EXPECT_THAT(keys.effects({"window"}), testing::SizeIs(1));
+    keys.pointer({1900, 500});
+    EXPECT_EQ(keys.platform.pointer.location(), (Point{1921, 500}));
+}
+
+TEST(Combination, HeldWhileTheBarrierIsOffSwitchesItOnWhenReleased) {
+    Keys keys;
+    keys.setting(keys::ATTIVO, Value{false});
+    keys.hold();
+    EXPECT_THAT(keys.effects({"write"}), IsEmpty());
+    keys.modifier(command);
+    EXPECT_THAT(keys.effects({"write"}), ElementsAre(on));
+}
+
+TEST(Combination, SwitchesTheEdgeProductsOnWhileHeld) {
+    for (const int variant : {variants::desktopSwitcher, variants::wrapAround}) {
+        Keys keys(variant);
+        keys.setting(keys::ATTIVO, Value{false});
+        keys.hold();
+        EXPECT_THAT(keys.effects({"write"}), ElementsAre(on));
+        keys.modifier(command);
+        EXPECT_THAT(keys.effects({"write"}), ElementsAre(off));
+    }
+}
+
+TEST(Combination, ReleasedHidesTheCursorOfTheCursorHider) {
+    Keys keys(variants::cursorHider);
+    keys.hold();
+    EXPECT_THAT(keys.effects(), IsEmpty()) << "a press does nothing";
+    keys.modifier(command);
+    EXPECT_FALSE(keys.platform.cursor.isVisible());
+    EXPECT_THAT(keys.effects({"write", "log"}), IsEmpty());
+}
+
+TEST(Combination, ReleasedWhileTheCursorHiderIsOffSwitchesItOnAndHides) {
+    Keys keys(variants::cursorHider);
+    keys.setting(keys::ATTIVO, Value{false});
+    keys.hold();
+    keys.modifier(command);
+    EXPECT_THAT(keys.effects({"write", "log"}), ElementsAre(R"(log {"text":"asdasdasd"})", on));
+    EXPECT_FALSE(keys.platform.cursor.isVisible());
+}
+
+TEST(Combination, OnlyStoresItsStateInTheOtherProducts) {
+    for (const int variant : {0, 3, 7}) {
+        Keys keys(variant);
+        keys.hold();
+        EXPECT_TRUE(keys.app.combo) << variant;
+        keys.modifier(command);
+        EXPECT_FALSE(keys.app.combo) << variant;
+        EXPECT_THAT(keys.effects({"write", "log"}), IsEmpty()) << variant;
+    }
+}
+
+} // namespace
+} // namespace palisor

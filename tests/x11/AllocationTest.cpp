@@ -1,0 +1,83 @@
+// A program of its own, because it replaces the allocation functions.
+
+#include "platform/x11/InputEvents.h"
+#include "support/Hand.h"
+#include "support/PrivateDesktop.h"
+
+#include "TestLoop.h"
+
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <new>
+#include <poll.h>
+
+namespace {
+
+thread_local long allocations = 0; // the desktop reads its programs on other threads
+
+struct OneDescriptor final : platform::Descriptors {
+    void watchReadable(int watched, std::function<void()> call) override {
+        fd = watched;
+        ready = std::move(call);
+    }
+    void unwatch(int) override {}
+    void turn() const {
+        pollfd one{fd, POLLIN, 0};
+        if (poll(&one, 1, 20000) == 1) ready();
+    }
+    int fd = -1;
+    std::function<void()> ready;
+};
+
+} // namespace
+
+void* operator new(std::size_t size) {
+    ++allocations;
+    if (void* memory = std::malloc(size)) return memory;
+    throw std::bad_alloc();
+}
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+
+TEST(X11InputEvents, AllocateNothingForAnEventOnceRunning) {
+    support::PrivateDesktop desktop;
+    support::Hand hand(desktop.display());
+    x11tests::TestLog log;
+    x11tests::TestLoop timers;
+    OneDescriptor descriptor;
+    auto opened = platform::x11::Connection::open(desktop.display(), descriptor, log, [] {});
+    ASSERT_NE(opened.connection, nullptr) << opened.error;
+    platform::x11::Displays displays(*opened.connection);
+    platform::x11::Pointer pointer(*opened.connection, displays, timers);
+    platform::x11::InputEvents input(*opened.connection, displays, pointer, {});
+    int handled = 0;
+    input.addGlobalMonitor(0xFC010FE, [&](const platform::InputEvent& event) {
+        ++handled;
+        if (event.location.x > 500) pointer.warp({10, 10});
+    });
+    opened.connection->sync();
+
+    auto moveAndClick = [&](int times) {
+        for (int i = 0; i < times; ++i) {
+            const int before = handled;
+            hand.relative(7, 1);
+            hand.click(1);
+            while (handled < before + 3)
+                descriptor.turn();
+        }
+    };
+    moveAndClick(20);
+    handled = 0;
+    for (int i = 0; i < 300; ++i) {
+        hand.relative(7, 1);
+        const long handsOwn = allocations;
+        while (handled <= i)
+            descriptor.turn();
+        EXPECT_EQ(allocations, handsOwn);
+    }
+    EXPECT_EQ(handled, 300);
+}

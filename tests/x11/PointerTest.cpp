@@ -1,0 +1,82 @@
+#include "Session.h"
+#include "support/Eye.h"
+#include "support/Hand.h"
+#include "support/PrivateDesktop.h"
+
+#include <gtest/gtest.h>
+
+using platform::Point;
+using x11tests::Session;
+
+namespace {
+
+struct X11Pointer : testing::Test {
+    support::PrivateDesktop desktop{"1920x1080+0+0,1280x1024+1920+56"};
+    Session session{desktop.display(), GAMMA_GUARD};
+    support::Hand hand{desktop.display()};
+    support::Eye eye{desktop.display()};
+};
+
+} // namespace
+
+TEST_F(X11Pointer, GoesWhereItIsPut) {
+    session.pointer.warp({2500.5, 300});
+    EXPECT_EQ(session.pointer.location(), (Point{2500, 300}));
+    EXPECT_EQ(eye.cursor(), (support::Spot{2500, 300}));
+}
+
+TEST_F(X11Pointer, IsHeldForTheIntervalThatWasInForceAtTheWarp) {
+    session.pointer.setLocalEventsSuppressionInterval(0.15);
+    session.pointer.warp({700, 300});
+    session.pointer.setLocalEventsSuppressionInterval(0);
+    session.connection.sync();
+    for (const auto& [dx, dy] :
+         {std::pair{40, 0}, {-40, 0}, {0, 40}, {0, -40}, {30, 30}, {-30, -30}})
+        hand.relative(dx, dy);
+    EXPECT_EQ(eye.cursor(), (support::Spot{700, 300}));
+    ASSERT_TRUE(session.loop.runUntil([&] {
+        hand.relative(1, 0);
+        return eye.cursor() != support::Spot{700, 300};
+    }));
+}
+
+TEST_F(X11Pointer, IsFreeAtOnceWithoutAnInterval) {
+    session.pointer.setLocalEventsSuppressionInterval(0);
+    session.pointer.warp({700, 300});
+    session.connection.sync();
+    hand.relative(40, -7);
+    EXPECT_EQ(eye.cursor(), (support::Spot{740, 293}));
+}
+
+TEST_F(X11Pointer, LetsGoWhenTheProgramHasGone) {
+    {
+        Session other(desktop.display(), GAMMA_GUARD);
+        other.pointer.setLocalEventsSuppressionInterval(60);
+        other.pointer.warp({700, 300});
+    }
+    session.connection.sync();
+    hand.relative(40, 0);
+    EXPECT_EQ(eye.cursor(), (support::Spot{740, 300}));
+}
+
+TEST_F(X11Pointer, IsHiddenOnceHoweverOftenItIsAsked) {
+    session.cursor.hide();
+    session.cursor.hide();
+    EXPECT_FALSE(session.cursor.isVisible());
+    session.cursor.show();
+    EXPECT_FALSE(session.cursor.isVisible());
+    session.cursor.show();
+    EXPECT_TRUE(session.cursor.isVisible());
+    session.cursor.show();
+    EXPECT_TRUE(session.cursor.isVisible());
+    session.cursor.hide();
+    EXPECT_FALSE(session.cursor.isVisible());
+    session.cursor.show();
+    session.connection.sync();
+    // A show without a hide is an error of the server's. The one made here comes after all others.
+    xcb_unmap_window(session.connection.xcb(), 0x1234567);
+    session.connection.sync();
+    ASSERT_TRUE(session.loop.runUntil([&] { return !session.log.lines.empty(); }));
+    EXPECT_EQ(session.log.lines,
+              (std::vector<std::string>{"X11 error 3 of request 10.0 on 0x1234567"}));
+}

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "TestLoop.h"
+#include "platform/x11/Cursor.h"
+#include "platform/x11/InputEvents.h"
+#include "platform/x11/Keyboard.h"
+#include "platform/x11/Windows.h"
+#include "platform/x11/Workspace.h"
+
+#include <stdexcept>
+#include <unistd.h>
+
+namespace x11tests {
+
+/// The services as a program has them.
+struct Session {
+    explicit Session(const std::string& display, const std::string& gammaGuard)
+        : opened(platform::x11::Connection::open(display, loop, log, [this] { lost = true; })),
+          connection(checked(opened)),
+          displays(connection),
+          pointer(connection, displays, loop),
+          cursor(connection),
+          keyboard(connection, log),
+          input(connection, displays, pointer, [this] { return ownWindowActive; }),
+          windows(connection, displays, log, "overlay-tests", gammaGuard),
+          workspace(connection, static_cast<std::uint32_t>(getpid())) {}
+
+    static platform::x11::Connection& checked(platform::x11::Connection::Opened& opened) {
+        if (!opened.connection) throw std::runtime_error(opened.error);
+        return *opened.connection;
+    }
+
+    bool lost = false;
+    bool ownWindowActive = false;
+    TestLog log;
+    TestLoop loop;
+    platform::x11::Connection::Opened opened;
+    platform::x11::Connection& connection;
+    platform::x11::Displays displays;
+    platform::x11::Pointer pointer;
+    platform::x11::Cursor cursor;
+    platform::x11::Keyboard keyboard;
+    platform::x11::InputEvents input;
+    platform::x11::Windows windows;
+    platform::x11::Workspace workspace;
+};
+
+} // namespace x11tests

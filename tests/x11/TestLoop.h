@@ -1,0 +1,54 @@
+#pragma once
+
+#include "platform/Descriptors.h"
+#include "platform/Log.h"
+#include "platform/RunLoop.h"
+
+#include <chrono>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace x11tests {
+
+/// A run loop on real time over poll(), as small as the X11 services need it.
+class TestLoop final : public platform::RunLoop, public platform::Descriptors {
+  public:
+    using Clock = std::chrono::steady_clock;
+
+    platform::TimerId schedule(double seconds, bool repeats, std::string_view selector,
+                               std::function<void()> fire) override;
+    void invalidate(platform::TimerId timer) override { timers.erase(timer); }
+    bool isRunning(platform::TimerId timer) const override { return timers.contains(timer); }
+    void run() override;
+
+    void watchReadable(int fd, std::function<void()> ready) override;
+    void unwatch(int fd) override { watches.erase(fd); }
+
+    /// Runs until `reached`, which is looked at after each turn and, since it may be the server's
+    /// state, every few milliseconds; false when the time is up.
+    bool runUntil(const std::function<bool()>& reached, double seconds = 20);
+
+  private:
+    struct Timer {
+        Clock::time_point due;
+        double interval;
+        bool repeats;
+        std::function<void()> fire;
+    };
+
+    void turn(Clock::time_point deadline);
+    void fireDueTimers();
+
+    std::map<int, std::function<void()>> watches;
+    std::map<platform::TimerId, Timer> timers;
+    std::uint64_t lastTimer = 0;
+};
+
+class TestLog final : public platform::Log {
+  public:
+    void write(std::string_view text) override { lines.emplace_back(text); }
+    std::vector<std::string> lines;
+};
+
+} // namespace x11tests
