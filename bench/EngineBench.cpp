@@ -7,8 +7,9 @@
 
 #include <benchmark/benchmark.h>
 
-// What one pointer event costs the engine, in time and in heap allocations, over the platform in
-// memory. Nobody listens to its effects, so nothing is formatted and what is counted is the core's.
+// What one pointer event costs the engine, in time and in heap allocations, and what building the
+// menu takes, over the platform in memory. Nobody listens to its effects, so nothing is formatted
+// and what is counted is the core's.
 
 namespace palisor {
 namespace {
@@ -67,9 +68,16 @@ void insideWithoutTimer(benchmark::State& state) {
     run(state, program, {960, 500}, {961, 501});
 }
 
+void menuRebuild(benchmark::State& state) {
+    Program program(static_cast<int>(state.range(0)));
+    for (auto _ : state)
+        program.app.updateMenuItems();
+}
+
 BENCHMARK(inside)->ArgName("variant")->Arg(8)->Arg(5)->Arg(1);
 BENCHMARK(outside)->ArgName("variant")->Arg(8)->Arg(5)->Arg(1);
 BENCHMARK(insideWithoutTimer);
+BENCHMARK(menuRebuild)->ArgName("variant")->Arg(8)->Arg(5)->Arg(1);
 
 } // namespace
 } // namespace palisor

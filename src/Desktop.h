@@ -8,10 +8,15 @@
 #include "platform/linux/QuitSignals.h"
 #include "platform/linux/SettingsFile.h"
 #include "platform/linux/XdgFiles.h"
+#include "platform/qt/ColourScheme.h"
 #include "platform/qt/DesktopNotifications.h"
+#include "platform/qt/MenuIcons.h"
+#include "platform/qt/Pictures.h"
 #include "platform/qt/QtAlerts.h"
 #include "platform/qt/QtApplication.h"
 #include "platform/qt/QtRunLoop.h"
+#include "platform/qt/QtStatusItem.h"
+#include "platform/qt/TrayIcon.h"
 #include "platform/x11/Cursor.h"
 #include "platform/x11/Displays.h"
 #include "platform/x11/InputEvents.h"
@@ -33,12 +38,15 @@ class Desktop {
 
     void launch();
 
+    /// The program was started again: its menu comes up.
+    void activate();
+
     platform::qt::QtApplication application;
 
   private:
     struct X11Services {
         X11Services(platform::x11::Connection& connection, platform::RunLoop& runLoop,
-                    platform::Log& log, const std::string& name);
+                    platform::Log& log, const std::string& name, platform::PictureSource pictures);
 
         platform::x11::Displays displays;
         platform::x11::Pointer pointer;
@@ -49,6 +57,9 @@ class Desktop {
         platform::x11::Workspace workspace;
     };
 
+    platform::qt::QtStatusItem::Tray trayOn(platform::Log& log,
+                                            const platform::linux::ProductBundle& bundle,
+                                            platform::x11::Connection& connection);
     void quit();
 
     platform::qt::QtRunLoop runLoop;
@@ -58,8 +69,14 @@ class Desktop {
     platform::linux::LinuxSystemInfo system;
     platform::linux::CanberraSounds sounds;
     platform::qt::QtAlerts alerts;
+    platform::qt::ColourScheme colourScheme;
+    platform::qt::TemplateImages images;
+    platform::qt::MenuIcons menuIcons;
+    platform::qt::QtStatusItem statusItem;
     platform::qt::DesktopNotifications notifications;
+    platform::qt::Pictures pictures;
     std::optional<X11Services> x11;
+    std::optional<platform::qt::TrayIcon> tray;
     std::optional<palisor::AppDelegate> delegate;
     platform::linux::QuitSignals quitSignals;
 };

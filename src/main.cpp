@@ -73,6 +73,7 @@ int run(char* command, Connection& connection, ProductBundle& bundle, SystemLog&
     }
     Desktop desktop(log, bundle, descriptors, connection);
     onLoss = [&desktop] { desktop.application.exit(failure); };
+    instance.onActivate([&desktop] { desktop.activate(); });
     descriptors.start();
     // From inside the loop, which an alert or a request to quit at the start relies on.
     desktop.application.afterEvent([&desktop] { desktop.launch(); });

@@ -5,9 +5,29 @@ namespace strings {
 namespace {
 
 constexpr Text texts[] = {
+    {"0_DARK_LEVEL", "Non oscurati"},
+    {"0_SECONDI", "Appena il mouse si ferma"},
+    {"ABILITA", "Attiva"},
+    {"BORDI_ATTIVI", "Bordi attivi"},
     {"BOUNDS_MESSAGE", "Seleziona i lati e gli angoli in cui il cursore agisce."},
     {"BOUNDS_MESSAGE_VELLUMOR_ADDICT", " Su un lato selezionato il cursore si nasconde subito."},
+    {"BREAK_AFTER_SWITCHText", "Breve pausa dopo il passaggio"},
+    {"CTRLALTCMDText", "Tieni premuti Ctrl+Alt+Super a sinistra per sospendere"},
+    {"CTRLALTCMDTextVellumor", "Ctrl+Alt+Super a sinistra nasconde il cursore"},
+    {"DARK_LEVEL", "Oscura gli altri monitor"},
+    {"DISABILITA", "Disattiva"},
+    {"Hot Borders Mode", "Bordi caldi"},
+    {"N_SECONDI", "Dopo %d s senza movimento"},
+    {"N_SENSIBILITY", "Forza della spinta: %d"},
     {"OK", "OK"},
+    {"QUIT", "Esci"},
+    {"SHOW_ON_SCROLL", "Mostra il cursore quando scorri"},
+    {"STAY_HIDDEN", "Tieni nascosto il cursore"},
+    {"STAY_HIDDEN_WARNING_TEXT",
+     "Registra prima una scorciatoia. Senza, non ci sarebbe modo di far riapparire il cursore."},
+    {"STAY_HIDDEN_WARNING_TITLE", "Serve una scorciatoia"},
+    {"TEMPO", "Nascondi quando il mouse è fermo"},
+    {"VELOCITYText", "Spingi forte per passare"},
     {"WARNING", "Un solo monitor"},
 };
 

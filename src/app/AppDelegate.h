@@ -1,6 +1,5 @@
 #pragma once
 
-#include "app/CheckBox.h"
 #include "engine/Appoggio.h"
 #include "platform/Platform.h"
 
@@ -21,16 +20,21 @@
 
 namespace palisor {
 
+using platform::CheckBox;
+using platform::Label;
+using platform::Menu;
+using platform::MenuItem;
 using platform::Point;
 using platform::Rect;
 using platform::ScreenId;
+using platform::Slider;
 using platform::TimerId;
 
-class AppDelegate {
+class AppDelegate : private platform::MenuTarget {
   public:
     /// The platform's services must outlive the object, which is the one of its process.
     explicit AppDelegate(const platform::Platform& services);
-    ~AppDelegate();
+    ~AppDelegate() override;
     AppDelegate(const AppDelegate&) = delete;
     AppDelegate& operator=(const AppDelegate&) = delete;
 
@@ -48,6 +52,8 @@ class AppDelegate {
 
     // Defaults.cpp
     void initiailValuesForUserDefaults();
+    /// Opens the menu of its own accord, on the very first run.
+    void firstTime();
 
     // Enable.cpp
     void enableDisable();
@@ -109,6 +115,40 @@ class AppDelegate {
 
     // ---- ui/ --------------------------------------------------------------------------------
 
+    // StatusMenu.cpp
+    void createBarStatusItem();
+    /// Empties the menu and builds it again from the settings; the only way in which it changes.
+    void updateMenuItems();
+
+    // MenuOpening.cpp
+    void menuWillOpen(Menu& menu) override;
+    void enableMainMenu();
+    void openMenu();
+    void dismissFocus();
+
+    // MenuActions.cpp; an item or a box is the sender, valid until the menu is rebuilt
+    void pressTimeMode();
+    void pressHotBorders();
+    void pressVelocity();
+    void pressShowOnScroll();
+    void CTRLALTCMDDidChanged(MenuItem& item);
+    void freezeCursorAfterSwitch(MenuItem& item);
+    void stayHiddenDidChanged(MenuItem& item);
+    void presscheck(const CheckBox& box);
+    void valueChange(const CheckBox& box);
+    void showStayHiddenWarning();
+
+    // Sliders.cpp
+    void updateTV(const Slider& slider);
+    void sliderDidMove(const Slider& slider);
+    void velocitySliderDidMove(const Slider& slider);
+
+    // HotBorders.cpp
+    void highLightBoders(int shown);
+    void initWindowBorders();
+    void appari();
+    void scompari();
+
     // Darkening.cpp
     void updatePalisor();
     void otherMonitorsDark();
@@ -166,8 +206,17 @@ class AppDelegate {
     CheckBox butlato1, butlato2, butlato3, butlato4;
     std::vector<CheckBox*> AButtonBounds;
     std::string TFBounds;
+    double countanimation = 0; ///< steps of the border window's fade, 0 to 5
+    TimerId timerAnimBorders = TimerId::none;
+
+    // The status menu. Made by createBarStatusItem; the entries are made anew by updateMenuItems.
+    std::shared_ptr<Menu> mainMenu, timeSubMenu, boundsSubMenu, velocitySubMenu;
+    std::shared_ptr<Label> tv, tvVelocity;
+    MenuItem* itemHotBorders = nullptr;
+    MenuItem* menuitemForBoundsView = nullptr;
 
     std::optional<WindowList> AWindowsDark; ///< one per darkened screen, nothing before the first
+    std::unique_ptr<platform::Window> windowHotBorders;
     std::unique_ptr<platform::Window> windowCursorX, windowCursorY;
     std::optional<WindowList> aWindowCursorX; ///< one per screen, nothing before they are made
 
@@ -200,6 +249,29 @@ class AppDelegate {
 
     std::unique_ptr<platform::Window> coveringWindow(const platform::Screen& screen, int variant);
     void createMarkers();
+
+    void chosen(MenuItem& item) override;
+    void moved(Slider& slider) override;
+    void clicked(CheckBox& box) override;
+    MenuItem localizedItem(std::string_view key, std::string_view action = {}) const;
+    void addEnableEntry();
+    void addDarkLevelEntry();
+    void addStayHiddenEntry();
+    void addTimeSlider();
+    void addBoundsEntry();
+    void addVelocityEntry();
+    void addBreakEntry();
+    void addTimeModeEntry();
+    void addModifierEntry();
+    void addScrollEntry();
+    MenuItem boundsViewItem();
+    MenuItem sliderItem(Slider slider, std::shared_ptr<Label> label) const;
+    void setLabel(Label& label, std::string text);
+    bool isActive() const;
+    void toggleSetting(std::string_view key);
+    void storeFlippedState(MenuItem& item, std::string_view key);
+    bool hasUsableShortcut() const;
+    void reopenMenu();
     float darkness() const;
 
     static AppDelegate* sharedInstance;

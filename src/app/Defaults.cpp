@@ -8,6 +8,13 @@ namespace palisor {
 
 using platform::Value;
 
+namespace {
+
+// The menu does not exist yet; it does before the run loop turns.
+constexpr double firstMenuDelay = 0.2;
+
+} // namespace
+
 void AppDelegate::initiailValuesForUserDefaults() {
     auto& settings = services.settings;
     const int variant = IDApp();
@@ -18,6 +25,7 @@ void AppDelegate::initiailValuesForUserDefaults() {
         setAndSynchronize(keys::SCHEDULE, Value{"5"});
         setAndSynchronize(keys::HOT_BOUNDS, Value{"0"});
         setAndSynchronize(keys::PRIMOACCESSO, Value{"1"});
+        schedule<&AppDelegate::firstTime>(firstMenuDelay, false, "firstTime");
     }
     // An installation from before the time slider holds a time that the slider may not show.
     if (variant == variants::cursorHider && !settingIsOne(keys::PRIMOACCESSOCONSLIDER)) {
@@ -41,6 +49,10 @@ void AppDelegate::initiailValuesForUserDefaults() {
     if (variant == variants::cursorHider) settings.registerDefault(keys::STAY_HIDDEN, Value{false});
     if (variant == variants::barrier)
         settings.registerDefault(keys::OTHERS_DARK, Value{std::int64_t{15}});
+}
+
+void AppDelegate::firstTime() {
+    services.statusItem.popUpMenu();
 }
 
 } // namespace palisor

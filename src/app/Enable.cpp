@@ -6,9 +6,12 @@
 
 namespace palisor {
 
+bool AppDelegate::isActive() const {
+    return services.settings.boolForKey(keys::ATTIVO);
+}
+
 void AppDelegate::enableDisable() {
-    auto& settings = services.settings;
-    setAndSynchronize(keys::ATTIVO, platform::Value{!settings.boolForKey(keys::ATTIVO)});
+    setAndSynchronize(keys::ATTIVO, platform::Value{!isActive()});
 
     if (IDApp() == variants::barrier) {
         if (services.displays.screens().size() > 1)
@@ -17,10 +20,12 @@ void AppDelegate::enableDisable() {
             noSecondaryMonitor();
     }
 
+    updateMenuItems();
+
     const int variant = IDApp();
     if (variant == variants::crossHair || variant == variants::cursorHider) killTimer();
-    if (variant == variants::cursorHider && settings.boolForKey(keys::STAY_HIDDEN) &&
-        settings.boolForKey(keys::ATTIVO))
+    if (variant == variants::cursorHider && services.settings.boolForKey(keys::STAY_HIDDEN) &&
+        isActive())
         hidecursor();
 }
 

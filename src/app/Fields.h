@@ -32,6 +32,8 @@ void AppDelegate::visitFields(Visitor&& field) const {
     field("timerCursorMustToBeHidden", timerCursorMustToBeHidden);
     field("timerSchedule", timerSchedule);
     field("TFBounds", TFBounds);
+    field("countanimation", countanimation);
+    field("timerAnimBorders", timerAnimBorders);
     field("AWindowsDark", AWindowsDark);
     field("aWindowCursorX", aWindowCursorX);
 }

@@ -36,6 +36,9 @@ constexpr Key BUTANGOLO2 = "BUTANGOLO2";
 constexpr Key BUTANGOLO3 = "BUTANGOLO3";
 constexpr Key BUTANGOLO4 = "BUTANGOLO4";
 
+constexpr Key customShortcut = "customShortcut"; ///< a dictionary: keyCode and modifierFlags
+constexpr Key customShortcutEnabled = "customShortcutEnabled";
+
 constexpr Key qwe = "qwe"; ///< a probe that is written and taken away again
 
 } // namespace palisor::keys

@@ -11,6 +11,7 @@ namespace {
 constexpr double screenRefreshPeriod = 3.0;
 constexpr double screenRefreshPeriodOfCrossHair = 0.1;
 constexpr double markerHidePeriod = 0.01;
+constexpr double focusReleaseDelay = 0.5;
 
 // Mouse buttons, moves and drags, modifier changes, scrolling and tablets.
 constexpr platform::EventMask intakeMask = 0xfc010fe;
@@ -48,8 +49,12 @@ void AppDelegate::start() {
         "updateScreensSize");
     services.displays.onChange([this] { applicationDidChangeScreenParameters(); });
 
+    createBarStatusItem();
+    updateMenuItems();
+
     if (IDApp() != variants::calendarAlerts) installEventIntake();
     takeFirstActions();
+    schedule<&AppDelegate::dismissFocus>(focusReleaseDelay, false, "dismissFocus");
 }
 
 void AppDelegate::takeFirstActions() {
@@ -64,9 +69,12 @@ void AppDelegate::takeFirstActions() {
         else
             updatePalisor();
     }
-    if (IDApp() == variants::cursorHider && services.settings.boolForKey(keys::ATTIVO) &&
-        services.settings.boolForKey(keys::STAY_HIDDEN))
-        hidecursor();
+    if (IDApp() == variants::cursorHider && isActive()) {
+        if (services.settings.boolForKey(keys::STAY_HIDDEN))
+            hidecursor();
+        else if (settingIsOne(keys::HOT_BOUNDS))
+            highLightBoders(services.settings.integerForKey(keys::HOT_BOUNDS));
+    }
 }
 
 void AppDelegate::setUpHotBorderButtons(int variant) {

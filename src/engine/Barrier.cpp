@@ -14,7 +14,7 @@ void AppDelegate::onMouseMovedOrClicked(Point P) {
         oldoldcordmouse = oldcordmouse;
         oldcordmouse = cordmouse;
     }
-    if (!settings.boolForKey(keys::ATTIVO)) return;
+    if (!isActive()) return;
     if (JUST_MY_MOVE) return;
 
     if (variant == variants::cursorHider && settings.boolForKey(keys::TIME_MODE)) {

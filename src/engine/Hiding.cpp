@@ -28,7 +28,7 @@ void AppDelegate::hidecursor2() {
 
 void AppDelegate::showcursor() {
     if (IDApp() == variants::cursorHider && services.settings.boolForKey(keys::STAY_HIDDEN) &&
-        services.settings.boolForKey(keys::ATTIVO))
+        isActive())
         return;
     showcursor2();
 }

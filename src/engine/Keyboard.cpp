@@ -24,7 +24,6 @@ void AppDelegate::onKeyPressed(std::uint16_t keyCode) {
 void AppDelegate::comboPressedReleased(bool held) {
     if (!services.settings.boolForKey(keys::CTRLALTCMD)) return;
     combo = held;
-    const auto isActive = [this] { return services.settings.boolForKey(keys::ATTIVO); };
     switch (IDApp()) {
     case variants::barrier: // held to switch off
         if (isActive() && combo) enableDisable();

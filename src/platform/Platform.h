@@ -14,6 +14,7 @@
 #include "platform/RunLoop.h"
 #include "platform/Settings.h"
 #include "platform/Sounds.h"
+#include "platform/StatusItem.h"
 #include "platform/SystemInfo.h"
 #include "platform/Windows.h"
 #include "platform/Workspace.h"
@@ -36,6 +37,7 @@ struct Platform {
     Keyboard& keyboard;
     Windows& windows;
     Workspace& workspace;
+    StatusItem& statusItem;
     Alerts& alerts;
     Notifications& notifications;
     Sounds& sounds;

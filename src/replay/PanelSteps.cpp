@@ -1,10 +1,12 @@
+#include "app/Variants.h"
 #include "replay/Player.h"
 #include "replay/Steps.h"
 
+#include <algorithm>
 #include <array>
 
-// What a person does to the menu, to the bounds panel and to the info window. The program has no
-// menu, no hot keys and no info window yet, so nothing comes of those steps; they are read as
+// What a person does to the status menu, to the bounds panel and to the info window. The program
+// has no hot keys and no info window yet, so nothing comes of those steps; they are read as
 // strictly as the others.
 
 namespace palisor::replay {
@@ -13,16 +15,87 @@ namespace {
 
 const Action nothing = [] {};
 
-Action choose(Player&, Members& members) {
-    members.text("title");
-    return nothing;
+void printInert(Player& player, std::string_view title) {
+    player.platform.effects.emit("inert", platform::memory::Member{"title", title});
 }
 
-Action slider(Player&, Members& members) {
-    members.oneOf("name", {"dark", "time", "velocity"});
-    members.number("value");
-    if (members.has("event")) members.oneOf("event", {"up", "drag", "none"});
-    return nothing;
+/// The event that the program reads as its current one, for as long as this lives.
+class DuringEvent {
+  public:
+    DuringEvent(Player& played, platform::CurrentEvent event) : player(played) {
+        player.platform.application.setCurrentEvent(event);
+    }
+    ~DuringEvent() { player.platform.application.setCurrentEvent({}); }
+    DuringEvent(const DuringEvent&) = delete;
+    DuringEvent& operator=(const DuringEvent&) = delete;
+
+  private:
+    Player& player;
+};
+
+/// The first entry that `fits`, in the menu or in what hangs from it; null where there is none.
+template <class Fits>
+MenuItem* findItem(const Menu* menu, const Fits& fits) {
+    if (menu == nullptr) return nullptr;
+    for (const auto& item : menu->items) {
+        if (fits(*item)) return item.get();
+        if (MenuItem* inside = findItem(item->submenu.get(), fits)) return inside;
+    }
+    return nullptr;
+}
+
+Action choose(Player& player, Members& members) {
+    return [&player, title = members.text("title")] {
+        auto& statusItem = player.platform.statusItem;
+        MenuItem* item = findItem(statusItem.menu(), [&title](const MenuItem& entry) {
+            return !entry.title.empty() && (entry.title == title || entry.text == title);
+        });
+        if (item == nullptr || item->greyed() || item->action.empty())
+            printInert(player, title);
+        else
+            statusItem.menuTarget()->chosen(*item);
+    };
+}
+
+struct NamedSlider {
+    std::string_view name;
+    std::string_view action;
+    int variant; ///< the product whose slider it is; 0 for any
+};
+
+constexpr std::array<NamedSlider, 3> sliders{{
+    {"dark", "sliderDidMove:", variants::barrier},
+    {"time", "sliderDidMove:", variants::cursorHider},
+    {"velocity", "velocitySliderDidMove:", 0},
+}};
+
+Slider* findSlider(Player& player, const NamedSlider& named) {
+    if (named.variant != 0 && named.variant != player.app.IDApp()) return nullptr;
+    const auto sliderOf = [](MenuItem& item) {
+        return std::get_if<platform::SliderView>(&item.view);
+    };
+    MenuItem* item = findItem(player.platform.statusItem.menu(), [&](MenuItem& entry) {
+        const auto* view = sliderOf(entry);
+        return view != nullptr && view->slider.action == named.action;
+    });
+    return item == nullptr ? nullptr : &sliderOf(*item)->slider;
+}
+
+Action slider(Player& player, Members& members) {
+    const NamedSlider& named = sliders.at(members.oneOf("name", {"dark", "time", "velocity"}));
+    const double value = members.number("value");
+    const std::array<platform::EventType, 3> events = {platform::EventType::leftMouseUp,
+                                                       platform::EventType::leftMouseDragged,
+                                                       platform::EventType::mouseMoved};
+    const auto event = members.has("event") ? members.oneOf("event", {"up", "drag", "none"}) : 1;
+    if (findSlider(player, named) == nullptr)
+        throw StepError("the menu holds no slider " + inQuotes(named.name));
+    return [&player, &named, value, type = events.at(event)] {
+        Slider& found = *findSlider(player, named);
+        found.value = std::clamp(value, found.minimum, found.maximum);
+        const DuringEvent current(player, {.type = type});
+        player.platform.statusItem.menuTarget()->moved(found);
+    };
 }
 
 struct NamedButton {
@@ -49,16 +122,26 @@ Action button(Player& player, Members& members) {
     const int state = static_cast<int>(members.integer("state", 0, 1));
     return [&player, &chosen, state] {
         CheckBox& box = player.app.*chosen.button;
-        if (box.enabled)
-            box.state = state;
-        else
-            player.platform.effects.emit("inert", platform::memory::Member{"title", chosen.name});
+        if (!box.enabled) {
+            printInert(player, chosen.name);
+            return;
+        }
+        box.state = state;
+        if (auto* target = player.platform.statusItem.menuTarget()) target->clicked(box);
     };
 }
 
-Action statusClick(Player&, Members& members) {
-    members.integer("button", 0, 2);
-    return nothing;
+Action statusClick(Player& player, Members& members) {
+    const auto button = members.integer("button", 0, 2);
+    const std::array<platform::EventType, 3> types = {platform::EventType::leftMouseDown,
+                                                      platform::EventType::rightMouseDown,
+                                                      platform::EventType::otherMouseDown};
+    return [&player, button, type = types.at(static_cast<std::size_t>(button))] {
+        auto& statusItem = player.platform.statusItem;
+        if (statusItem.menu() == nullptr) return;
+        const DuringEvent current(player, {.type = type, .buttonNumber = static_cast<int>(button)});
+        statusItem.menuTarget()->menuWillOpen(*statusItem.menu());
+    };
 }
 
 Action hotKey(Player&, Members& members) {

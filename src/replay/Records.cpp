@@ -1,6 +1,7 @@
 #include "replay/Records.h"
 
 #include "app/Fields.h"
+#include "replay/MenuRecord.h"
 #include "replay/Player.h"
 
 #include <algorithm>
@@ -18,14 +19,6 @@ std::string opened(std::string_view name) {
     std::string record = "{";
     writeMember(record, "show", name);
     return record;
-}
-
-/// A list of objects whose members are written already.
-std::string listOf(const std::vector<std::string>& objects) {
-    std::string list;
-    for (const std::string& members : objects)
-        list += (list.empty() ? "[{" : ",{") + members + "}";
-    return list.empty() ? "[]" : list + "]";
 }
 
 /// Writes the fields of the application object as values of JSON.
@@ -91,8 +84,8 @@ std::string defaults(const Player& player) {
     return record + "}";
 }
 
-std::string menu(const Player&) {
-    return opened("menu") + ",\"items\":[]}"; // the program has no menu yet
+std::string menu(const Player& player) {
+    return opened("menu") + ",\"items\":" + menuRecord(player.platform.statusItem.menu()) + "}";
 }
 
 std::string windows(const Player& player) {

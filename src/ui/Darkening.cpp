@@ -15,7 +15,7 @@ constexpr float darkestLevel = 20;
 
 void AppDelegate::updatePalisor() {
     detectCurrentScreen();
-    if (services.settings.boolForKey(keys::ATTIVO))
+    if (isActive())
         otherMonitorsDark();
     else
         otherMonitorsLight();

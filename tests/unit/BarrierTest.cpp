@@ -74,10 +74,10 @@ TEST(Barrier, IsCrossedByAFastSidewaysStepAndThenHoldsOnTheOtherSide) {
     EXPECT_EQ(barrier.app.switchedScreen, barrier.screen(1));
     EXPECT_EQ(barrier.platform.pointer.location(), (Point{1940, 500}));
     EXPECT_THAT(
-        barrier.effects({"write", "window", "windowOut"}),
+        barrier.effects({"window", "windowOut"}),
         ElementsAre(
-            R"(write {"key":"ATTIVO","value":false})", R"(windowOut {"id":1})",
-            R"(write {"key":"ATTIVO","value":true})",
+            R"(windowOut {"id":1})",
+
             R"(window {"id":2,"kind":"dark","frame":[0,0,1920,1080],"alpha":0.75,"level":21,"behaviour":4369,"ignoresMouse":false,"background":"black","image":null})"));
     barrier.setting(keys::VELOCITY_OPTION, Value{false});
     barrier.pointer({1915, 500});

@@ -39,7 +39,7 @@ TEST(Showing, EndsTheRehidingAndShowsOnce) {
     program.app.showcursor();
     program.app.showcursor();
     program.platform.runLoop.advance(1);
-    EXPECT_THAT(program.effects(), ElementsAre("showCursor {}"));
+    EXPECT_THAT(program.effects({"showCursor", "hideCursor"}), ElementsAre("showCursor {}"));
     EXPECT_FALSE(program.app.cursorMustToBeHidden);
 }
 

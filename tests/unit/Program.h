@@ -57,6 +57,14 @@ struct Program {
         return platform.effects.take(names);
     }
 
+    /// The writes of one setting since the last call; other effects are forgotten.
+    Lines writesOf(std::string_view key) {
+        Lines writes = effects({"write"});
+        const std::string start = R"(write {"key":")" + std::string(key) + '"';
+        std::erase_if(writes, [&start](const auto& line) { return !line.starts_with(start); });
+        return writes;
+    }
+
     ScreenId screen(std::size_t index) { return platform.displays.screens()[index].id; }
 
     platform::memory::MemoryPlatform platform;

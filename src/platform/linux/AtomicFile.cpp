@@ -15,7 +15,7 @@ namespace platform::linux {
 namespace {
 
 constexpr mode_t onlyTheUser = S_IRUSR | S_IWUSR;
-constexpr off_t longest = 16 * 1024 * 1024;
+constexpr off_t longest = off_t{16} * 1024 * 1024;
 constexpr int mostAside = 10000;
 
 FileIdentity identityFrom(const struct stat& status) {

@@ -17,6 +17,10 @@ std::string dataFolder() {
     return (executableFolder().parent_path() / "share" / "palisor").string();
 }
 
+std::string imagesFolder() {
+    return dataFolder() + "/images";
+}
+
 std::string helperPath(const std::string& name) {
     const auto own = executableFolder();
     const auto installed = own.parent_path() / "libexec" / "palisor" / name;

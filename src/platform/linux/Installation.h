@@ -10,6 +10,9 @@ namespace platform::linux {
 /// The folder "share/palisor" beside the executable's own folder.
 std::string dataFolder();
 
+/// The pictures that the products share, one SVG file each.
+std::string imagesFolder();
+
 /// A helper executable: in "libexec/palisor" beside the executable's own folder, else next to it.
 std::string helperPath(const std::string& name);
 

@@ -9,7 +9,7 @@ namespace platform::linux {
 namespace {
 
 /// A settings file that is a link stays one: what it leads to is replaced.
-std::string linksFollowed(std::string path) {
+std::string linksFollowed(const std::string& path) {
     std::error_code error;
     const auto target = std::filesystem::weakly_canonical(path, error);
     return error || path.empty() ? path : target.string();

@@ -14,6 +14,13 @@ class Application final : public platform::Application {
   public:
     explicit Application(Effects& stream) : effects(stream) {}
 
+    CurrentEvent currentEvent() const override { return current; }
+
+    /// What the program reads while it handles an event of its own windows.
+    void setCurrentEvent(CurrentEvent event) { current = event; }
+
+    void activateIgnoringOtherApps() override { effects.emit("applicationActivated"); }
+
     void terminate() override { effects.emit("terminate"); }
 
     [[noreturn]] void exit(int status) override {
@@ -23,6 +30,7 @@ class Application final : public platform::Application {
 
   private:
     Effects& effects;
+    CurrentEvent current;
 };
 
 } // namespace platform::memory

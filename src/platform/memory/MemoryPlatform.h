@@ -16,6 +16,7 @@
 #include "platform/memory/RunLoop.h"
 #include "platform/memory/Settings.h"
 #include "platform/memory/Sounds.h"
+#include "platform/memory/StatusItem.h"
 #include "platform/memory/SystemInfo.h"
 #include "platform/memory/Windows.h"
 #include "platform/memory/Workspace.h"
@@ -42,6 +43,7 @@ class MemoryPlatform {
     Keyboard keyboard{effects};
     Windows windows{effects};
     Workspace workspace{effects};
+    StatusItem statusItem{effects};
     Alerts alerts{effects, runLoop};
     Notifications notifications{effects};
     Sounds sounds{effects};

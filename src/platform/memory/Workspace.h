@@ -11,6 +11,10 @@ class Workspace final : public platform::Workspace {
 
     void activateFrontmostApplication() override { effects.emit("frontmostActivated"); }
 
+    void openFile(const std::string& path, const std::string& application) override {
+        effects.emit("openFile", Member{"path", path}, Member{"application", application});
+    }
+
   private:
     Effects& effects;
 };

@@ -1,7 +1,10 @@
 #include "platform/qt/QtApplication.h"
 
+#include <QApplication>
+#include <QDesktopServices>
 #include <QEvent>
-#include <QGuiApplication>
+#include <QUrl>
+#include <QWidget>
 #include <cstdio>
 #include <cstdlib>
 #include <utility>
@@ -10,6 +13,21 @@ namespace platform::qt {
 
 QtApplication::QtApplication() {
     QCoreApplication::instance()->installEventFilter(this);
+}
+
+QtApplication::EventScope::EventScope(QtApplication& owner, CurrentEvent event)
+    : application(owner), before(std::exchange(owner.current, event)) {}
+
+QtApplication::EventScope::~EventScope() {
+    application.current = before;
+}
+
+void QtApplication::activateIgnoringOtherApps() {
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (!window->isVisible() || window->windowType() == Qt::Popup) continue;
+        window->raise();
+        window->activateWindow();
+    }
 }
 
 void QtApplication::terminate() {
@@ -32,7 +50,12 @@ void QtApplication::afterEvent(std::function<void()> operation) {
 }
 
 bool QtApplication::hasActiveWindow() {
-    return QGuiApplication::focusWindow() != nullptr;
+    return QGuiApplication::focusWindow() != nullptr ||
+           QApplication::activePopupWidget() != nullptr;
+}
+
+void QtApplication::openFile(const std::string& path) {
+    QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromStdString(path)));
 }
 
 void QtApplication::endSession() {

@@ -4,6 +4,7 @@
 
 #include <QObject>
 #include <functional>
+#include <string>
 #include <vector>
 
 namespace platform::qt {
@@ -12,6 +13,25 @@ namespace platform::qt {
 class QtApplication final : public QObject, public Application {
   public:
     QtApplication();
+
+    /// Outside a scope no event is being handled, which reads as a move of the mouse.
+    CurrentEvent currentEvent() const override { return current; }
+
+    /// As long as it lives, `event` is the current one.
+    class EventScope {
+      public:
+        EventScope(QtApplication& owner, CurrentEvent event);
+        ~EventScope();
+        EventScope(const EventScope&) = delete;
+        EventScope& operator=(const EventScope&) = delete;
+
+      private:
+        QtApplication& application;
+        CurrentEvent before;
+    };
+
+    /// Raises the windows that are shown; an alert that opens later comes to the front itself.
+    void activateIgnoringOtherApps() override;
 
     /// The request goes to the loop like one from the session.
     void terminate() override;
@@ -31,8 +51,12 @@ class QtApplication final : public QObject, public Application {
     /// Calls `operation` when the current event has been handled, also while a modal alert runs.
     void afterEvent(std::function<void()> operation);
 
-    /// Whether one of the program's own toolkit windows has the keyboard. No round trip.
+    /// Whether one of the program's own toolkit windows has the keyboard, an open menu included,
+    /// which takes it without being an active window. No round trip.
     static bool hasActiveWindow();
+
+    /// Opens a file with the application that the desktop has for it.
+    static void openFile(const std::string& path);
 
     /// The session, or the run loop, wants the process to end.
     [[noreturn]] void endSession();
@@ -40,6 +64,7 @@ class QtApplication final : public QObject, public Application {
   private:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
+    CurrentEvent current;
     std::vector<std::function<void()>> undoOperations;
     std::function<void()> quitRequested;
 };

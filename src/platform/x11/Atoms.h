@@ -22,6 +22,7 @@ enum class AtomName : unsigned char {
     netWmWindowTypeDock,
     netWmBypassCompositor,
     netWmDesktop,
+    netWmWindowOpacity,
     gtkFrameExtents,
     comptonShadow,
     count
@@ -44,6 +45,7 @@ constexpr std::array<const char*, static_cast<std::size_t>(AtomName::count)> ato
     "_NET_WM_WINDOW_TYPE_DOCK",
     "_NET_WM_BYPASS_COMPOSITOR",
     "_NET_WM_DESKTOP",
+    "_NET_WM_WINDOW_OPACITY",
     "_GTK_FRAME_EXTENTS",
     "_COMPTON_SHADOW",
 };

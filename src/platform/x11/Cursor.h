@@ -9,7 +9,7 @@ namespace platform::x11 {
 class Cursor final : public platform::Cursor {
   public:
     explicit Cursor(Connection& x) : connection(x) {}
-    ~Cursor();
+    ~Cursor() override;
     Cursor(const Cursor&) = delete;
     Cursor& operator=(const Cursor&) = delete;
 

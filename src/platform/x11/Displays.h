@@ -13,7 +13,7 @@ namespace platform::x11 {
 class Displays final : public platform::Displays, private Listener {
   public:
     explicit Displays(Connection& connection);
-    ~Displays();
+    ~Displays() override;
 
     std::span<const Screen> screens() const override { return list; }
     ScreenId mainScreen() const override;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 #include <xcb/shape.h>
 
 namespace platform::x11 {
@@ -50,7 +51,7 @@ std::uint32_t Overlay::backgroundPixel() const {
 void Overlay::make() {
     form = wantedForm();
     window = xcb_generate_id(xcb());
-    const xcb_rectangle_t r = owner.displays.toRoot(style.frame);
+    area = owner.displays.toRoot(style.frame);
     const bool inputOnly = form == Form::gammaAndCatcher || form == Form::catcher;
     const std::uint32_t events = XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE;
     const std::uint32_t kept = events | XCB_EVENT_MASK_POINTER_MOTION |
@@ -58,8 +59,8 @@ void Overlay::make() {
                                XCB_EVENT_MASK_KEY_RELEASE;
     if (inputOnly) {
         const std::uint32_t values[] = {1, events, kept};
-        xcb_create_window(xcb(), 0, window, owner.connection.root(), r.x, r.y, r.width, r.height, 0,
-                          XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT,
+        xcb_create_window(xcb(), 0, window, owner.connection.root(), area.x, area.y, area.width,
+                          area.height, 0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT,
                           XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK | XCB_CW_DONT_PROPAGATE,
                           values);
     } else {
@@ -73,7 +74,7 @@ void Overlay::make() {
                                         blend ? owner.translucent.colormap
                                               : screen.default_colormap};
         xcb_create_window(xcb(), blend ? owner.translucent.depth : screen.root_depth, window,
-                          owner.connection.root(), r.x, r.y, r.width, r.height, 0,
+                          owner.connection.root(), area.x, area.y, area.width, area.height, 0,
                           XCB_WINDOW_CLASS_INPUT_OUTPUT,
                           blend ? owner.translucent.id : screen.root_visual,
                           XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT |
@@ -82,9 +83,50 @@ void Overlay::make() {
     }
     setHints();
     setInputShape();
+    setOpacity();
+    drawPicture();
+}
+
+// A picture takes the place of the background. It is drawn anew for each size.
+void Overlay::drawPicture() {
+    shaped.reset();
+    const bool blend = form == Form::translucent;
+    if (style.image.empty() || (!blend && form != Form::catcher)) return;
+    const std::uint8_t depth =
+        blend ? owner.translucent.depth : owner.connection.screenInfo().root_depth;
+    const auto picture = owner.openPicture(style.image, depth, area);
+    if (!picture) return;
+    if (!blend) {
+        shaped.emplace(owner.connection, *picture, area);
+        return;
+    }
+    // The server keeps the pixels for as long as the window has them as its background.
+    const Pixmap pixels = uploadTranslucent(owner.connection, *picture, area.width, area.height);
+    const std::uint32_t background = pixels.id();
+    xcb_change_window_attributes(xcb(), window, XCB_CW_BACK_PIXMAP, &background);
+    xcb_clear_area(xcb(), 0, window, 0, 0, 0, 0);
+}
+
+// A shape cannot fade: it is there from half strength on.
+void Overlay::showPicture() {
+    if (shaped) shaped->show(visible && style.alpha >= 0.5f);
+}
+
+// The compositor scales a picture; it need not be sent again for each step of a fade.
+void Overlay::setOpacity() {
+    if (form != Form::translucent || style.image.empty()) return;
+    const auto opacity = static_cast<std::uint32_t>(std::llround(style.alpha * 4294967295.0));
+    setProperty<1>(xcb(), window, owner.connection.atom(AtomName::netWmWindowOpacity),
+                   XCB_ATOM_CARDINAL, {opacity});
+}
+
+void Overlay::addHandles(std::vector<xcb_window_t>& handles) const {
+    handles.push_back(window);
+    if (shaped) handles.push_back(shaped->handle());
 }
 
 void Overlay::unmake() {
+    shaped.reset();
     if (window != XCB_NONE) xcb_destroy_window(xcb(), window);
     window = XCB_NONE;
     owner.gamma.release(this);
@@ -139,13 +181,19 @@ void Overlay::setFrame(Rect frame) {
 
 void Overlay::place() {
     if (window == XCB_NONE) return;
-    const xcb_rectangle_t r = owner.displays.toRoot(style.frame);
-    const std::uint32_t values[] = {static_cast<std::uint32_t>(r.x),
-                                    static_cast<std::uint32_t>(r.y), r.width, r.height};
+    const xcb_rectangle_t before = std::exchange(area, owner.displays.toRoot(style.frame));
+    const std::uint32_t values[] = {static_cast<std::uint32_t>(area.x),
+                                    static_cast<std::uint32_t>(area.y), area.width, area.height};
     xcb_configure_window(xcb(), window,
                          XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
                              XCB_CONFIG_WINDOW_HEIGHT,
                          values);
+    if (area.width != before.width || area.height != before.height) {
+        drawPicture();
+        showPicture();
+    } else if (shaped) {
+        shaped->moveTo(area.x, area.y);
+    }
     updateGamma();
     owner.connection.flush();
 }
@@ -153,7 +201,9 @@ void Overlay::place() {
 void Overlay::setAlpha(float alpha) {
     style.alpha = std::clamp(alpha, 0.0f, 1.0f);
     if (window == XCB_NONE) return;
-    if (form == Form::translucent) {
+    setOpacity();
+    showPicture();
+    if (form == Form::translucent && style.image.empty()) {
         const std::uint32_t pixel = backgroundPixel();
         xcb_change_window_attributes(xcb(), window, XCB_CW_BACK_PIXEL, &pixel);
         xcb_clear_area(xcb(), 0, window, 0, 0, 0, 0);
@@ -176,6 +226,7 @@ void Overlay::makeKeyAndOrderFront() {
     owner.visibilityChanged();
     raise();
     xcb_map_window(xcb(), window);
+    showPicture();
     updateGamma();
     owner.connection.flush();
 }
@@ -190,6 +241,7 @@ void Overlay::orderOut() {
     visible = false;
     owner.visibilityChanged();
     xcb_unmap_window(xcb(), window);
+    showPicture();
     updateGamma();
     owner.connection.flush();
 }
@@ -201,6 +253,7 @@ void Overlay::changeOver() {
     if (!visible) return;
     raise();
     xcb_map_window(xcb(), window);
+    showPicture();
     updateGamma();
 }
 

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "platform/x11/ShapedPicture.h"
 #include "platform/x11/Windows.h"
+
+#include <optional>
 
 namespace platform::x11 {
 
@@ -24,7 +27,7 @@ class Overlay final : public platform::Window {
     void changeOver();
     /// The monitors have moved.
     void place();
-    xcb_window_t handle() const { return window; }
+    void addHandles(std::vector<xcb_window_t>& handles) const;
 
   private:
     enum class Form { translucent, gammaAndCatcher, catcher, solid };
@@ -35,6 +38,9 @@ class Overlay final : public platform::Window {
     void setHints();
     void setInputShape();
     std::uint32_t backgroundPixel() const;
+    void drawPicture();
+    void showPicture();
+    void setOpacity();
     void updateGamma();
     void raise();
     xcb_connection_t* xcb() const { return owner.connection.xcb(); }
@@ -43,6 +49,8 @@ class Overlay final : public platform::Window {
     WindowStyle style;
     Form form = Form::solid;
     xcb_window_t window = XCB_NONE; ///< made when first shown
+    xcb_rectangle_t area{};         ///< of the window, root coordinates
+    std::optional<ShapedPicture> shaped;
     WindowId number = 0;
     bool visible = false;
     bool ignoresMouse = false;

@@ -14,7 +14,7 @@ namespace platform::x11 {
 class Pointer final : public platform::Pointer {
   public:
     Pointer(Connection& connection, const Displays& displays, RunLoop& runLoop);
-    ~Pointer();
+    ~Pointer() override;
     Pointer(const Pointer&) = delete;
     Pointer& operator=(const Pointer&) = delete;
 

@@ -7,16 +7,17 @@
 namespace platform::x11 {
 
 Windows::Windows(Connection& x, Displays& screens, Log& writer, std::string applicationName,
-                 std::string gammaGuard)
+                 std::string gammaGuard, PictureSource source)
     : connection(x),
       displays(screens),
       log(writer),
       name(std::move(applicationName)),
+      pictures(std::move(source)),
       compositor(x),
       gamma(x, std::move(gammaGuard), writer),
       stacking(x, [this](std::vector<xcb_window_t>& shown) {
           for (const Overlay* overlay : overlays)
-              if (overlay->isVisible()) shown.push_back(overlay->handle());
+              if (overlay->isVisible()) overlay->addHandles(shown);
       }) {
     findTranslucentVisual();
     compositor.onChange([this] {
@@ -55,11 +56,16 @@ void Windows::visibilityChanged() {
                                    [](const Overlay* overlay) { return overlay->isVisible(); }));
 }
 
+std::unique_ptr<Picture> Windows::openPicture(const std::string& image, std::uint8_t depth,
+                                              const xcb_rectangle_t& area) {
+    if (pictures && takesPictures(connection, depth, area.width))
+        return pictures(image, area.width, area.height);
+    if (!toldNoImages) log.write("overlays show no pictures here; '" + image + "' is left out");
+    toldNoImages = true;
+    return nullptr;
+}
+
 std::unique_ptr<platform::Window> Windows::create(const WindowStyle& style) {
-    if (!style.image.empty() && !toldNoImages) {
-        log.write("overlays show no pictures here; '" + style.image + "' is left out");
-        toldNoImages = true;
-    }
     return std::make_unique<Overlay>(*this, style);
 }
 

@@ -2,9 +2,12 @@
 
 #include "platform/x11/Ewmh.h"
 
+#include <utility>
+
 namespace platform::x11 {
 
-Workspace::Workspace(Connection& x, std::uint32_t ownPid) : connection(x), pid(ownPid) {
+Workspace::Workspace(Connection& x, std::uint32_t ownPid, OpenFile opener)
+    : connection(x), pid(ownPid), openWithDesktop(std::move(opener)) {
     connection.listen(*this, {XCB_PROPERTY_NOTIFY});
     connection.selectOnRoot(XCB_EVENT_MASK_PROPERTY_CHANGE);
     askActiveWindow();
@@ -50,6 +53,13 @@ void Workspace::activateFrontmostApplication() {
     constexpr std::uint32_t sourceIsTheUser = 2;
     tellWindowManager(connection, foreign, connection.atom(AtomName::netActiveWindow),
                       {sourceIsTheUser, XCB_CURRENT_TIME, XCB_NONE, 0, 0});
+}
+
+void Workspace::openFile(const std::string& path, const std::string&) {
+    if (path.empty())
+        activateFrontmostApplication();
+    else if (openWithDesktop)
+        openWithDesktop(path);
 }
 
 } // namespace platform::x11

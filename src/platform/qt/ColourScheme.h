@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QObject>
+#include <QPalette>
+
+namespace platform::qt {
+
+/// The user's wish for dark windows, from the desktop portal's appearance settings, for sessions
+/// whose own platform theme does not bring it. A palette that is dark already stays as it is.
+class ColourScheme final : public QObject {
+  public:
+    /// Without a portal, or without a session bus, nothing changes.
+    ColourScheme();
+
+    /// Asks without waiting; the palette changes when the answer comes.
+    void refresh();
+
+    static QPalette darkPalette();
+
+  private:
+    void apply(bool dark);
+
+    QPalette given; ///< what the platform theme gave
+    bool darkened = false;
+    bool asking = false;
+};
+
+} // namespace platform::qt

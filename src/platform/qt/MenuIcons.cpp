@@ -1,0 +1,44 @@
+#include "platform/qt/MenuIcons.h"
+
+#include <QApplication>
+#include <QPalette>
+
+namespace platform::qt {
+
+namespace {
+
+constexpr int sizes[] = {16, 24, 32};
+
+} // namespace
+
+QIcon MenuIcons::icon(const std::string& name) {
+    if (const qint64 palette = QApplication::palette("QMenu").cacheKey();
+        palette != paletteOfKnown) {
+        known.clear();
+        paletteOfKnown = palette;
+    }
+    const auto found = known.find(name);
+    return found != known.end() ? found->second : known.emplace(name, made(name)).first->second;
+}
+
+QIcon MenuIcons::made(const std::string& name) const {
+    struct Look {
+        QIcon::Mode mode;
+        QPalette::ColorGroup group;
+        QPalette::ColorRole role;
+    };
+    constexpr Look looks[] = {{QIcon::Normal, QPalette::Active, QPalette::Text},
+                              {QIcon::Active, QPalette::Active, QPalette::HighlightedText},
+                              {QIcon::Disabled, QPalette::Disabled, QPalette::Text}};
+    const QPalette palette = QApplication::palette("QMenu");
+    QIcon result;
+    for (const Look& look : looks)
+        for (const int size : sizes) {
+            const QImage image = images.tinted(name, size, palette.color(look.group, look.role));
+            if (image.isNull()) return {};
+            result.addPixmap(QPixmap::fromImage(image), look.mode);
+        }
+    return result;
+}
+
+} // namespace platform::qt

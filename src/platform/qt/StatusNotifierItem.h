@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QImage>
+#include <QList>
+#include <QString>
+#include <functional>
+#include <memory>
+
+namespace platform::qt {
+
+/// An org.kde.StatusNotifierItem without an exported menu, so that hosts pass clicks on. It is
+/// registered with the watcher while it lives, over a bus connection of its own: hosts that know
+/// an item by its connection let it go with the object. Main thread.
+class StatusNotifierItem {
+  public:
+    /// What hosts show. They take the icon by name if they find it, else a picture.
+    struct Face {
+        QString iconName;
+        QList<QImage> pictures; ///< of several sizes
+    };
+    struct Identity {
+        QString id;        ///< the same in every run
+        QString title;     ///< also the tool tip
+        QString themePath; ///< the folder of the named icons
+    };
+    /// 0 left, 1 right, 2 middle. Called from the run loop, not from inside the host's call.
+    using Clicked = std::function<void(int button)>;
+
+    StatusNotifierItem(const Identity& identity, Face face, Clicked clicked);
+    ~StatusNotifierItem();
+    StatusNotifierItem(const StatusNotifierItem&) = delete;
+    StatusNotifierItem& operator=(const StatusNotifierItem&) = delete;
+
+    void setFace(Face face);
+
+    static constexpr const char* watcherName = "org.kde.StatusNotifierWatcher";
+
+  private:
+    class Object;
+
+    QString connectionName;
+    QDBusConnection bus;
+    std::unique_ptr<Object> object;
+};
+
+} // namespace platform::qt

@@ -1,0 +1,111 @@
+#include "Stage.h"
+
+using namespace menutests;
+namespace key = support::key;
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+constexpr xcb_keysym_t down = 0xff54, space = 0x20;
+
+class MenuBounds : public MenuTest {
+  protected:
+    MenuBounds() { addEntry(menu, "Borders").submenu = boundsMenu(boxes); }
+
+    Lines act(const std::function<void()>& user) {
+        whileOpen([&] {
+            openSubmenuOf("Borders");
+            user();
+            EXPECT_EQ(openMenus(), 2) << "the menu stays open";
+        });
+        auto lines = target.lines();
+        lines.erase(lines.begin());
+        return lines;
+    }
+
+    /// Boxes are numbered clockwise from the top left.
+    static QRect box(int number) { return widget("QCheckBox", number); }
+
+    std::array<CheckBox, 8> boxes;
+};
+
+} // namespace
+
+TEST_F(MenuBounds, PutEachBoxAtItsCornerOrSide) {
+    act([] {
+        const QRect first = box(0), last = box(4);
+        const QPoint middle = (first.center() + last.center()) / 2;
+        EXPECT_LT(first.right(), middle.x());
+        EXPECT_LT(first.bottom(), middle.y());
+        const int left = first.x(), right = last.x(), top = first.y(), bottom = last.y();
+        const QPoint places[] = {{left, top},         {middle.x(), top}, {right, top},
+                                 {right, middle.y()}, {right, bottom},   {middle.x(), bottom},
+                                 {left, bottom},      {left, middle.y()}};
+        for (int number = 0; number < 8; ++number) {
+            const QPoint off = places[number] - box(number).topLeft();
+            EXPECT_LT(std::abs(off.x()), 12) << number;
+            EXPECT_LT(std::abs(off.y()), 12) << number;
+        }
+    });
+}
+
+TEST_F(MenuBounds, SetTheBoxThatIsClicked) {
+    EXPECT_EQ(act([&] {
+                  const char* const heard[] = {"box 1=1 leftUp/0", "box 12=1 leftUp/0",
+                                               "box 2=1 leftUp/0", "box 13=1 leftUp/0",
+                                               "box 3=1 leftUp/0", "box 14=1 leftUp/0",
+                                               "box 4=1 leftUp/0", "box 11=1 leftUp/0"};
+                  for (int number = 0; number < 8; ++number) {
+                      click(box(number));
+                      EXPECT_TRUE(target.waitFor(heard[number])) << heard[number];
+                  }
+                  click(box(0));
+                  EXPECT_TRUE(target.waitFor("box 1=0 leftUp/0"));
+              }).size(),
+              9U);
+    EXPECT_EQ(boxes[0].state, 0);
+    EXPECT_EQ(boxes[7].state, 1);
+}
+
+TEST_F(MenuBounds, LeaveADisabledBoxAlone) {
+    boxes[0].enabled = false;
+    boxes[0].alpha = 0.5;
+    EXPECT_EQ(act([&] {
+                  click(box(0));
+                  click(box(2));
+                  EXPECT_TRUE(target.waitFor("box 2=1 leftUp/0"));
+              }),
+              Lines{"box 2=1 leftUp/0"});
+    EXPECT_EQ(boxes[0].state, 0);
+}
+
+TEST_F(MenuBounds, ShowADisabledBoxFainter) {
+    const auto contrast = [&](const QRect& where) {
+        const auto picture = eye.picture({where.x(), where.y(), where.width(), where.height()});
+        int darkest = 255;
+        for (const auto& pixel : picture.pixels)
+            darkest = std::min<int>(darkest, pixel.green);
+        return 255 - darkest;
+    };
+    boxes[0].state = boxes[2].state = 1;
+    boxes[0].enabled = false;
+    boxes[0].alpha = 0.5;
+    act([&] {
+        EXPECT_TRUE(waitUntil([&] { return contrast(box(4)) > 0; }));
+        EXPECT_LT(contrast(box(0)), contrast(box(4)));
+    });
+}
+
+TEST_F(MenuBounds, CanBeSetByKeys) {
+    whileOpen([&] {
+        hand.type(down);
+        hand.type(key::right);
+        EXPECT_TRUE(waitUntil([] { return openMenus() == 2; }));
+        hand.type(key::right);
+        hand.type(space);
+        EXPECT_TRUE(target.waitFor("box 12=1 leftUp/0"));
+        hand.type(key::escape);
+        EXPECT_TRUE(waitUntil([] { return openMenus() == 1; }));
+    });
+}

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "support/Eye.h"
+#include "support/Hand.h"
+#include "support/PrivateDesktop.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace traytests {
+
+/// A tray host of the desktops of this kind; the settings are written before it starts.
+enum class Host { trayer, xfcePanel, darkXfcePanel, lxqtPanel };
+
+/// A desktop on which hosts and the program come and go.
+class TrayDesktop {
+  public:
+    TrayDesktop();
+
+    /// `arguments` are further ones of the host's.
+    void startHost(Host host, const std::vector<std::string>& arguments = {});
+    /// Kills it, as a crash would.
+    void killHost();
+    void startProgram();
+    support::ChildProcess& program() { return *programProcess; }
+
+    std::filesystem::path picturesFolder() const { return desktop.home() / "pictures"; }
+
+    /// As the eye's, and on after a fault of the server's.
+    bool waitUntilSeen(const std::function<bool()>& expected);
+
+    /// Where the square of the program's picture is on the screen.
+    std::optional<support::Area> pictureArea() const;
+    /// The same when it is there and whole; empty when the time is up.
+    std::optional<support::Area> waitForPicture();
+    bool waitForNoPicture();
+
+    /// Clicks there, and waits until the program has printed that button with that place.
+    bool clickArrives(const support::Area& icon, int xButton, int printedButton);
+
+    /// Clicks there with the left button, again while nothing arrives: a panel that has just
+    /// started may take the icon in once more.
+    bool clicksComeToArrive(const support::Area& icon);
+
+    /// Waits until the template stands out against its background: its cross is in the middle, its
+    /// corners are free.
+    bool waitForTemplate(const support::Area& icon);
+
+    int brightnessInTheMiddle(const support::Area& icon) const; ///< 0 to 255
+
+    /// A picture for a person to look at, where the variable PALISOR_PICTURES names a folder.
+    void keepPicture(const std::string& name) const;
+
+    support::PrivateDesktop desktop{"1280x800+0+0"};
+    std::unique_ptr<support::Eye> eye = std::make_unique<support::Eye>(desktop.display());
+    support::Hand hand{desktop.display()};
+
+  private:
+    void configureXfce(bool dark) const;
+    long clicksSoFar() const;
+
+    std::unique_ptr<support::ChildProcess> hostProcess, programProcess;
+};
+
+} // namespace traytests

@@ -1,0 +1,188 @@
+#include "TrayDesktop.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+
+using traytests::Host;
+using traytests::TrayDesktop;
+
+namespace {
+
+constexpr int leftOfX = 1, middleOfX = 2, rightOfX = 3;
+constexpr int left = 0, right = 1, middle = 2;
+
+} // namespace
+
+TEST(TrayIcon, IsInTrayerWithAllItsClicks) {
+    TrayDesktop tray;
+    tray.startHost(Host::trayer);
+    tray.startProgram();
+    const auto icon = tray.waitForPicture();
+    ASSERT_TRUE(icon) << tray.program().output();
+    tray.keepPicture("trayer-picture");
+    EXPECT_TRUE(tray.clickArrives(*icon, leftOfX, left));
+    EXPECT_TRUE(tray.clickArrives(*icon, rightOfX, right));
+    EXPECT_TRUE(tray.clickArrives(*icon, middleOfX, middle));
+    EXPECT_TRUE(tray.waitForTemplate(*icon));
+    tray.keepPicture("trayer-template");
+}
+
+TEST(TrayIcon, IsReadableOnABlackTray) {
+    TrayDesktop tray;
+    tray.startHost(Host::trayer, {"--transparent", "true", "--alpha", "0", "--tint", "0x000000"});
+    tray.startProgram();
+    const auto icon = tray.waitForPicture();
+    ASSERT_TRUE(icon) << tray.program().output();
+    ASSERT_TRUE(tray.clickArrives(*icon, middleOfX, middle));
+    EXPECT_TRUE(tray.waitForTemplate(*icon));
+    tray.keepPicture("trayer-black");
+}
+
+TEST(TrayIcon, IsInThePanelOfXfceWithAllItsClicks) {
+    TrayDesktop tray;
+    tray.startHost(Host::xfcePanel);
+    tray.startProgram();
+    const auto icon = tray.waitForPicture();
+    ASSERT_TRUE(icon) << tray.program().output();
+    tray.keepPicture("xfce-picture");
+    EXPECT_TRUE(tray.clickArrives(*icon, leftOfX, left));
+    EXPECT_TRUE(tray.clickArrives(*icon, rightOfX, right));
+    EXPECT_TRUE(tray.clickArrives(*icon, middleOfX, middle));
+    EXPECT_TRUE(tray.waitForTemplate(*icon));
+    tray.keepPicture("xfce-template");
+}
+
+TEST(TrayIcon, IsLightOnADarkPanel) {
+    TrayDesktop tray;
+    tray.startHost(Host::darkXfcePanel);
+    tray.startProgram();
+    const auto icon = tray.waitForPicture();
+    ASSERT_TRUE(icon) << tray.program().output();
+    ASSERT_TRUE(tray.clickArrives(*icon, middleOfX, middle));
+    ASSERT_TRUE(tray.waitForTemplate(*icon));
+    tray.keepPicture("xfce-dark");
+    EXPECT_GT(tray.brightnessInTheMiddle(*icon), 150);
+}
+
+// The pictures that the item offers are red: only the panel itself can have made it light.
+TEST(StatusNotifierItem, IsTintedByADarkPanel) {
+    TrayDesktop tray;
+    tray.startHost(Host::darkXfcePanel);
+    const auto program = tray.desktop.spawn(ITEM_PROGRAM, {tray.picturesFolder(), "cross"});
+    const support::Area panel{0, 0, 40, 28};
+    const auto lightPixels = [&] {
+        const auto seen = tray.eye->picture(panel);
+        return std::count_if(seen.pixels.begin(), seen.pixels.end(), [](const auto& pixel) {
+            return pixel.red > 180 && pixel.green > 180 && pixel.blue > 180;
+        });
+    };
+    EXPECT_TRUE(tray.waitUntilSeen([&] { return lightPixels() > 60; })) << program->errors();
+    tray.keepPicture("xfce-item");
+}
+
+TEST(TrayIcon, IsAStatusNotifierItemInThePanelOfLxqtWithAllItsClicks) {
+    TrayDesktop tray;
+    tray.startHost(Host::lxqtPanel);
+    tray.startProgram();
+    const auto icon = tray.waitForPicture();
+    ASSERT_TRUE(icon) << tray.program().output();
+    tray.keepPicture("lxqt-picture");
+    EXPECT_TRUE(tray.clickArrives(*icon, leftOfX, left));
+    EXPECT_TRUE(tray.clickArrives(*icon, rightOfX, right));
+    EXPECT_TRUE(tray.clickArrives(*icon, middleOfX, middle));
+    EXPECT_TRUE(tray.waitForTemplate(*icon));
+    tray.keepPicture("lxqt-template");
+}
+
+TEST(TrayIcon, SaysOnceThatThereIsNoTrayAndComesWithTheFirst) {
+    TrayDesktop tray;
+    tray.startProgram();
+    ASSERT_TRUE(tray.program().waitForText("no tray"));
+    tray.startHost(Host::xfcePanel);
+    ASSERT_TRUE(tray.waitForPicture());
+    tray.killHost();
+    ASSERT_TRUE(tray.waitForNoPicture());
+    tray.startHost(Host::trayer);
+    ASSERT_TRUE(tray.waitForPicture());
+    const std::string output = tray.program().output();
+    EXPECT_EQ(output.find("no tray"), output.rfind("no tray")) << output;
+}
+
+TEST(TrayIcon, IsBlendedInACompositedPanel) {
+    for (const Host host : {Host::xfcePanel, Host::trayer}) {
+        TrayDesktop tray;
+        tray.desktop.startCompositor();
+        tray.startHost(host);
+        tray.startProgram();
+        const auto icon = tray.waitForPicture();
+        ASSERT_TRUE(icon) << tray.program().output();
+        ASSERT_TRUE(tray.clickArrives(*icon, middleOfX, middle));
+        EXPECT_TRUE(tray.waitForTemplate(*icon));
+        tray.keepPicture(host == Host::trayer ? "trayer-composited" : "xfce-composited");
+        EXPECT_EQ(tray.program().output().find("X11 error"), std::string::npos)
+            << tray.program().output();
+    }
+}
+
+TEST(TrayIcon, FillsAPanelOfTwiceTheSize) {
+    TrayDesktop tray;
+    tray.startHost(Host::trayer, {"--height", "48"});
+    tray.startProgram();
+    EXPECT_TRUE(tray.waitUntilSeen([&] {
+        const auto icon = tray.pictureArea();
+        return icon && icon->width >= 44;
+    }));
+    tray.keepPicture("trayer-twice");
+}
+
+TEST(TrayIcon, FillsAPanelThatIsScaledTwice) {
+    TrayDesktop tray;
+    tray.desktop.setVariable("GDK_SCALE", "2");
+    tray.startHost(Host::xfcePanel);
+    tray.startProgram();
+    const support::Area atTheLeft{0, 6, 44, 44};
+    EXPECT_TRUE(tray.waitUntilSeen([&] { return tray.pictureArea() == atTheLeft; }))
+        << "the icon is longer than high, or not scaled";
+    tray.keepPicture("xfce-twice");
+}
+
+class RestartedHost : public testing::TestWithParam<Host> {};
+
+TEST_P(RestartedHost, HasTheIconBack) {
+    TrayDesktop tray;
+    tray.startHost(GetParam());
+    tray.startProgram();
+    ASSERT_TRUE(tray.waitForPicture());
+    for (int time = 0; time < 3; ++time) {
+        tray.killHost();
+        ASSERT_TRUE(tray.waitForNoPicture());
+        tray.startHost(GetParam());
+        const auto icon = tray.waitForPicture();
+        ASSERT_TRUE(icon) << time;
+        EXPECT_TRUE(tray.clicksComeToArrive(*icon));
+    }
+    EXPECT_EQ(tray.program().output().find("X11 error"), std::string::npos)
+        << tray.program().output();
+}
+
+INSTANTIATE_TEST_SUITE_P(TrayIcon, RestartedHost,
+                         testing::Values(Host::trayer, Host::xfcePanel, Host::lxqtPanel));
+
+TEST(TrayIcon, MovesBetweenTheTwoKindsOfTray) {
+    TrayDesktop tray;
+    tray.startHost(Host::lxqtPanel);
+    tray.startProgram();
+    const auto asItem = tray.waitForPicture();
+    ASSERT_TRUE(asItem);
+    // Trayer is at the top, the panel at the bottom; there is one icon at a time.
+    const auto trayer = tray.desktop.spawn("trayer", {"--edge", "top"});
+    const auto isAtTheTop = [&](bool top) {
+        return tray.waitUntilSeen([&] {
+            const auto area = tray.pictureArea();
+            return area && (area->y < 400) == top;
+        });
+    };
+    EXPECT_TRUE(isAtTheTop(true));
+    trayer->end();
+    EXPECT_TRUE(isAtTheTop(false));
+}

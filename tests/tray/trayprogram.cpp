@@ -1,0 +1,44 @@
+// usage: tray_program FOLDER PICTURE TEMPLATE
+// Shows FOLDER/PICTURE.svg in the tray and prints each click; a middle click changes the icon to
+// the template.
+
+#include "platform/qt/QtDescriptors.h"
+#include "platform/qt/TrayIcon.h"
+#include "platform/x11/Connection.h"
+
+#include <QApplication>
+#include <cstdio>
+
+namespace {
+
+class Printer final : public platform::Log {
+  public:
+    void write(std::string_view text) override {
+        std::printf("%.*s\n", static_cast<int>(text.size()), text.data());
+        (void)std::fflush(stdout);
+    }
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 4) return 2;
+    Printer log;
+    platform::qt::QtDescriptors descriptors;
+    const auto opened = platform::x11::Connection::open({}, descriptors, log, [] { std::exit(1); });
+    if (!opened.connection) return 1;
+    const QApplication application(argc, argv);
+    const platform::qt::TemplateImages images({argv[1]});
+    platform::qt::TrayIcon icon(*opened.connection, images, {"org.example.traytest", "Tray test"},
+                                log);
+    icon.setImage({argv[2], false});
+    int clicks = 0;
+    icon.onClick([&](int button, int x, int y) {
+        log.write("click " + std::to_string(++clicks) + " of button " + std::to_string(button) +
+                  " @ " + std::to_string(x) + " " + std::to_string(y));
+        if (button == 2) icon.setImage({argv[3], true});
+    });
+    descriptors.start();
+    log.write("started");
+    return QApplication::exec();
+}

@@ -1,0 +1,224 @@
+#include "unit/MenuEntries.h"
+
+#include <gmock/gmock.h>
+
+namespace palisor {
+namespace {
+
+using platform::Value;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// One entry in a line: "TITLE action", "[x]" before a marked one, "(...)" round a greyed one, and
+/// what hangs from it behind ">".
+std::string lineOf(const MenuItem& item) {
+    if (item.separator) return "---";
+    if (std::holds_alternative<platform::BoundsView>(item.view)) return "bounds";
+    if (const auto* view = std::get_if<platform::SliderView>(&item.view)) {
+        const Slider& slider = view->slider;
+        return std::to_string(static_cast<int>(slider.minimum)) + ".." +
+               std::to_string(static_cast<int>(slider.maximum)) + " at " +
+               std::to_string(static_cast<int>(slider.value)) + ", " +
+               std::to_string(slider.tickMarks) + " ticks";
+    }
+    std::string line = item.title;
+    if (!item.action.empty()) line += " " + item.action;
+    if (item.state != 0) line = "[x]" + line;
+    if (item.greyed()) line = "(" + line + ")";
+    if (!item.submenu) return line;
+    for (const auto& inside : item.submenu->items)
+        line += " > " + lineOf(*inside);
+    return line;
+}
+
+Lines menuOf(const Program& program) {
+    Lines lines;
+    for (const auto& item : program.app.mainMenu->items)
+        lines.push_back(lineOf(*item));
+    return lines;
+}
+
+struct Shown {
+    std::string name;
+    int variant;
+    platform::Dictionary settings;
+    Lines menu;
+};
+
+const Value on{true}, off{false};
+const Value one{std::string("1")};
+
+const Shown table[] = {
+    {"BarrierOn",
+     8,
+     {},
+     {"DISABILITA enableDisable", "---", "DARK_LEVEL > 0..20 at 15, 21 ticks",
+      "VELOCITYText pressVelocity:", "[x]CTRLALTCMDText CTRLALTCMDDidChanged:", "---", "---",
+      "QUIT quit"}},
+    {"BarrierOff",
+     8,
+     {{"ATTIVO", off}},
+     {"ABILITA enableDisable", "---", "DARK_LEVEL > 0..20 at 15, 21 ticks", "(VELOCITYText)",
+      "([x]CTRLALTCMDText)", "---", "---", "QUIT quit"}},
+    {"BarrierWithPush",
+     8,
+     {{"VELOCITY_OPTION", on}},
+     {"DISABILITA enableDisable", "---", "DARK_LEVEL > 0..20 at 15, 21 ticks",
+      "[x]VELOCITYText pressVelocity: > 1..100 at 50, 11 ticks",
+      "[x]CTRLALTCMDText CTRLALTCMDDidChanged:", "---", "---", "QUIT quit"}},
+    {"BarrierWithPushOff",
+     8,
+     {{"VELOCITY_OPTION", on}, {"ATTIVO", off}, {"CTRLALTCMD", off}},
+     {"ABILITA enableDisable", "---", "DARK_LEVEL > 0..20 at 15, 21 ticks",
+      "([x]VELOCITYText) > 1..100 at 50, 11 ticks", "(CTRLALTCMDText)", "---", "---", "QUIT quit"}},
+    {"DesktopSwitcher",
+     2,
+     {},
+     {"DISABILITA enableDisable", "---", "BORDI_ATTIVI > bounds", "VELOCITYText pressVelocity:",
+      "[x]CTRLALTCMDText CTRLALTCMDDidChanged:", "---", "---", "QUIT quit"}},
+    {"WrapAround",
+     5,
+     {{"BREAK_AFTER_SWITCH", on}},
+     {"DISABILITA enableDisable", "---", "BORDI_ATTIVI > bounds",
+      "VELOCITYText pressVelocity:", "[x]BREAK_AFTER_SWITCHText freezeCursorAfterSwitch:",
+      "[x]CTRLALTCMDText CTRLALTCMDDidChanged:", "---", "---", "QUIT quit"}},
+    {"WrapAroundOff",
+     5,
+     {{"ATTIVO", off}},
+     {"ABILITA enableDisable", "---", "BORDI_ATTIVI > bounds", "(VELOCITYText)",
+      "(BREAK_AFTER_SWITCHText)", "([x]CTRLALTCMDText)", "---", "---", "QUIT quit"}},
+    {"CursorHider",
+     1,
+     {},
+     {"DISABILITA enableDisable", "---", "STAY_HIDDEN stayHiddenDidChanged:",
+      "Hot Borders Mode pressHotBorders:", "[x]TEMPO pressTimeMode: > 0..30 at 5, 31 ticks",
+      "[x]CTRLALTCMDTextVellumor CTRLALTCMDDidChanged:", "[x]SHOW_ON_SCROLL pressShowOnScroll",
+      "---", "---", "QUIT quit"}},
+    {"CursorHiderWithoutTimeMode",
+     1,
+     {{"TIME_MODE", off}},
+     {"DISABILITA enableDisable", "---", "STAY_HIDDEN stayHiddenDidChanged:",
+      "Hot Borders Mode pressHotBorders:", "TEMPO pressTimeMode:",
+      "[x]CTRLALTCMDTextVellumor CTRLALTCMDDidChanged:", "[x]SHOW_ON_SCROLL pressShowOnScroll",
+      "---", "---", "QUIT quit"}},
+    {"CursorHiderWithHotBorders",
+     1,
+     {{"HOT_BOUNDS", one}},
+     {"DISABILITA enableDisable", "---",
+      "STAY_HIDDEN stayHiddenDidChanged:", "[x]Hot Borders Mode pressHotBorders: > bounds",
+      "([x]TEMPO pressTimeMode:) > 0..30 at 5, 31 ticks",
+      "[x]CTRLALTCMDTextVellumor CTRLALTCMDDidChanged:", "[x]SHOW_ON_SCROLL pressShowOnScroll",
+      "---", "---", "QUIT quit"}},
+    {"CursorHiderThatStaysHidden",
+     1,
+     {{"STAY_HIDDEN", on}},
+     {"DISABILITA enableDisable", "---", "[x]STAY_HIDDEN stayHiddenDidChanged:",
+      "(Hot Borders Mode)", "([x]TEMPO) > 0..30 at 5, 31 ticks", "([x]CTRLALTCMDTextVellumor)",
+      "([x]SHOW_ON_SCROLL)", "---", "---", "QUIT quit"}},
+    {"CursorHiderOff",
+     1,
+     {{"ATTIVO", off}},
+     {"ABILITA enableDisable", "---", "STAY_HIDDEN stayHiddenDidChanged:", "(Hot Borders Mode)",
+      "([x]TEMPO) > 0..30 at 5, 31 ticks", "([x]CTRLALTCMDTextVellumor)", "([x]SHOW_ON_SCROLL)",
+      "---", "---", "QUIT quit"}},
+};
+
+class StatusMenu : public testing::TestWithParam<Shown> {};
+
+TEST_P(StatusMenu, HasItsEntriesInOrder) {
+    Program program(GetParam().variant);
+    for (const auto& [key, value] : GetParam().settings)
+        program.setting(key, value);
+    program.launched();
+    EXPECT_EQ(menuOf(program), GetParam().menu);
+}
+
+INSTANTIATE_TEST_SUITE_P(Products, StatusMenu, testing::ValuesIn(table),
+                         [](const auto& shown) { return shown.param.name; });
+
+TEST(StatusMenu, OfTheOtherProductsHasTheCommonEntriesOnly) {
+    for (const int variant : {0, 3, 4, 6, 7, 9}) {
+        for (const bool active : {true, false}) {
+            Program program(variant);
+            program.setting(keys::ATTIVO, Value{active});
+            program.launched();
+            EXPECT_THAT(menuOf(program),
+                        ElementsAre(active ? "DISABILITA enableDisable" : "ABILITA enableDisable",
+                                    "---",
+                                    active ? "[x]CTRLALTCMDText CTRLALTCMDDidChanged:"
+                                           : "([x]CTRLALTCMDText)",
+                                    "---", "---", "QUIT quit"))
+                << variant;
+        }
+    }
+}
+
+TEST(StatusMenu, KeepsSubmenusOpenableWhileTheProductIsOff) {
+    for (const auto& [variant, title] :
+         {std::pair{8, "DARK_LEVEL"}, std::pair{2, "BORDI_ATTIVI"}, std::pair{5, "BORDI_ATTIVI"}}) {
+        Program program(variant);
+        program.setting(keys::ATTIVO, off);
+        program.launched();
+        EXPECT_FALSE(entry(program, title).enabled) << variant;
+        EXPECT_FALSE(entry(program, title).greyed()) << variant;
+    }
+}
+
+TEST(StatusMenu, TakesSillyStoredValuesIntoTheRangesOfItsSliders) {
+    struct {
+        int variant;
+        const char* key;
+        Value stored;
+        const char* menu;
+        std::size_t at;
+    } const cases[] = {
+        {8, "OTHERS_DARK", Value{std::int64_t{-7}}, "DARK_LEVEL > 0..20 at 0, 21 ticks", 2},
+        {8, "OTHERS_DARK", Value{std::int64_t{4000}}, "DARK_LEVEL > 0..20 at 20, 21 ticks", 2},
+        {8, "OTHERS_DARK", Value{"x"}, "DARK_LEVEL > 0..20 at 0, 21 ticks", 2},
+        {8, "VELOCITY", Value{std::int64_t{0}},
+         "[x]VELOCITYText pressVelocity: > 1..100 at 1, 11 ticks", 3},
+        {8, "VELOCITY", Value{"900"}, "[x]VELOCITYText pressVelocity: > 1..100 at 100, 11 ticks",
+         3},
+        {1, "SCHEDULE", Value{"99"}, "[x]TEMPO pressTimeMode: > 0..30 at 30, 31 ticks", 4},
+        {1, "SCHEDULE", Value{"abc"}, "[x]TEMPO pressTimeMode: > 0..30 at 0, 31 ticks", 4},
+    };
+    for (const auto& [variant, key, stored, menu, at] : cases) {
+        Program program(variant);
+        program.setting(keys::VELOCITY_OPTION, on);
+        program.launched();
+        program.setting(key, stored);
+        program.app.updateMenuItems();
+        EXPECT_EQ(menuOf(program).at(at), menu);
+    }
+}
+
+TEST(StatusImage, FollowsTheStateAndTheProductAndIsATemplate) {
+    for (const auto& [variant, shown, hidden] :
+         {std::tuple{8, "icon_statusbar_on8", "icon_statusbar_off8"},
+          std::tuple{0, "icon_statusbar_on0", "icon_statusbar_off0"},
+          std::tuple{1, "statusIconVellumor", "statusIconVellumorOff"}}) {
+        Program program(variant);
+        program.app.applicationDidFinishLaunching();
+        program.app.enableDisable();
+        const auto image = [](const char* name) {
+            return R"(statusImage {"name":")" + std::string(name) + R"(","template":true})";
+        };
+        EXPECT_THAT(program.effects({"statusImage"}), ElementsAre(image(shown), image(hidden)));
+        EXPECT_EQ(program.app.mainMenu->items.front()->image, "OnOff");
+    }
+}
+
+TEST(StatusMenu, OpensByItselfOnTheVeryFirstRunAndNeverAgain) {
+    Program program(variants::cursorHider);
+    program.app.applicationDidFinishLaunching();
+    program.platform.advance(0.19);
+    EXPECT_THAT(program.effects({"popUpMenu"}), IsEmpty());
+    program.platform.advance(0.01);
+    EXPECT_THAT(program.effects({"popUpMenu"}), ElementsAre("popUpMenu {}"));
+    program.app.initiailValuesForUserDefaults();
+    program.platform.advance(5);
+    EXPECT_THAT(program.effects({"popUpMenu"}), IsEmpty());
+}
+
+} // namespace
+} // namespace palisor
