@@ -1,8 +1,11 @@
 #include "Desktop.h"
 
+#include "Accessories.h"
+#include "app/Keys.h"
 #include "platform/linux/Installation.h"
 
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
@@ -16,27 +19,49 @@ std::string settingsPath(const lnx::ProductBundle& bundle) {
     return *folder + "/" + std::string(bundle.string("CFBundleIdentifier")) + ".plist";
 }
 
+std::string autostartFolder() {
+    const auto folder = lnx::configurationFolder();
+    return folder ? *folder + "/autostart" : std::string{};
+}
+
+lnx::AutostartItems::Product autostartProduct(const lnx::ProductBundle& bundle) {
+    return {.identifier = std::string(bundle.string("CFBundleIdentifier")),
+            .name = std::string(bundle.string("CFBundleDisplayName")),
+            .comment = bundle.localizedString("AVVIA_AL_LOGIN"),
+            .icon = bundle.folder() + "/icon.svg",
+            .helper = {lnx::executablePath("palisor-helper"), "--product", bundle.name()}};
+}
+
 } // namespace
 
-Desktop::X11Services::X11Services(x::Connection& connection, platform::RunLoop& runLoop,
+Desktop::X11Services::X11Services(const Connections& x, platform::Descriptors& descriptors,
+                                  platform::RunLoop& runLoop, platform::Settings& settings,
                                   platform::Log& log, const std::string& name,
-                                  platform::PictureSource pictures)
-    : displays(connection),
-      pointer(connection, displays, runLoop),
-      cursor(connection),
-      input(connection, displays, pointer, QtApplication::hasActiveWindow),
-      keyboard(connection, log),
-      windows(connection, displays, log, name, lnx::helperPath("gamma-guard"), std::move(pictures)),
-      workspace(connection, static_cast<std::uint32_t>(::getpid()), QtApplication::openFile) {}
+                                  platform::PictureSource pictures, x::HotKeys::Later later,
+                                  x::Workspace::Session session, bool serverHolds)
+    : displays(x.general),
+      pointer(x.input, displays, runLoop, serverHolds),
+      cursor(x.general),
+      input(x.input, descriptors, displays, pointer, QtApplication::hasActiveWindow),
+      keyboard(x.general, log),
+      hotKeys(x.general, settings, log, std::move(later)),
+      windows(x.general, displays, log, name, lnx::helperPath("gamma-guard"), std::move(pictures)),
+      workspace(x.general, static_cast<std::uint32_t>(::getpid()), std::move(session)),
+      screenSaver(x.general) {}
 
 Desktop::Desktop(platform::Log& log, lnx::ProductBundle& bundle, platform::Descriptors& descriptors,
-                 x::Connection& connection)
+                 const Connections& connections, bool serverHolds)
     : settings(settingsPath(bundle), log,
                [this] { application.afterEvent([this] { settings.savePending(); }); }),
       settingsWatch(settings.path(), descriptors, log, [this] { settings.fileChanged(); }),
       files(log),
       sounds(bundle.folder() + "/sounds", std::string(bundle.string("CFBundleDisplayName")), log),
-      alerts(runLoop, application, bundle.folder() + "/icon.svg"),
+      loginItems(autostartFolder(), autostartProduct(bundle), log),
+      applications(std::string(bundle.string("CFBundleIdentifier")), log),
+      alerts(runLoop, application, bundle.folder() + "/icon.svg",
+             [this, &bundle](const std::string& name, QWidget* parent) {
+                 return makeAccessory(name, settings, bundle, x11->hotKeys, parent);
+             }),
       images({lnx::imagesFolder(), bundle.folder() + "/images"}),
       menuIcons(images),
       statusItem(runLoop, application,
@@ -44,25 +69,49 @@ Desktop::Desktop(platform::Log& log, lnx::ProductBundle& bundle, platform::Descr
       notifications(std::string(bundle.string("CFBundleDisplayName")),
                     std::string(bundle.string("CFBundleIdentifier")), log),
       pictures(lnx::imagesFolder(), log),
+      sessionInhibitor(std::string(bundle.string("CFBundleDisplayName")), log),
+      power(waysToStayAwake(), log),
       quitSignals(descriptors, [this] { quit(); }) {
-    x11.emplace(connection, runLoop, log, std::string(bundle.string("CFBundleDisplayName")),
-                [this](const std::string& name, int width, int height) {
-                    return pictures.picture(name, width, height);
-                });
-    delegate.emplace(platform::Platform{log, runLoop, application, bundle, settings, files, system,
-                                        x11->displays, x11->pointer, x11->cursor, x11->input,
-                                        x11->keyboard, x11->windows, x11->workspace, statusItem,
-                                        alerts, notifications, sounds});
+    x11.emplace(
+        connections, descriptors, runLoop, settings, log,
+        std::string(bundle.string("CFBundleDisplayName")),
+        [this](const std::string& name, int width, int height) {
+            return pictures.picture(name, width, height);
+        },
+        [this](std::function<void()> operation) { application.afterEvent(std::move(operation)); },
+        x::Workspace::Session{.openFile = QtApplication::openFile,
+                              .runningApplications = [this] { return applications.others(); },
+                              .postNotification =
+                                  [&log](const std::string& name, const std::string& object) {
+                                      platform::qt::DistributedNotifications::post(name, object,
+                                                                                   log);
+                                  }},
+        serverHolds);
+    application.onActiveWindowChange([this] {
+        if (x11) x11->input.ownWindowChanged();
+    });
+    delegate.emplace(platform::Platform{
+        log,          runLoop,       application,    bundle,      settings,   files,
+        system,       x11->displays, x11->pointer,   x11->cursor, x11->input, x11->keyboard,
+        x11->hotKeys, x11->windows,  x11->workspace, statusItem,  alerts,     notifications,
+        sounds,       loginItems,    power});
 
-    statusItem.setTray(trayOn(log, bundle, connection));
+    for (const auto key : {palisor::keys::customShortcut, palisor::keys::customShortcutEnabled})
+        settings.observe(key, platform::qt::ShortcutRecorder::refreshAll);
+    statusItem.setTray(trayOn(log, bundle, connections.general));
     application.onQuitRequest([this] { quit(); });
-    application.atExit([this, &connection] {
+    application.atExit([this, connections] {
         delegate.reset();
         tray.reset();
         x11.reset();
-        connection.flush();
+        // The process leaves without disconnecting, which would drop what is not carried out yet.
+        connections.general.flush();
+        connections.input.flush();
     });
-    application.atExit([this] { notifications.flush(); });
+    application.atExit([this] {
+        notifications.flush();
+        sessionInhibitor.releaseAll();
+    });
     // Runs first: saving needs nothing of the rest.
     application.atExit([this] { settings.flush(); });
 }
@@ -81,6 +130,21 @@ Desktop::trayOn(platform::Log& log, const lnx::ProductBundle& bundle, x::Connect
                 [this](std::string_view name, bool isTemplate) {
                     tray->setImage({std::string(name), isTemplate});
                 }};
+}
+
+// The services of X11 have gone when the program has nothing more to release.
+std::vector<lnx::DisplayPower::Way> Desktop::waysToStayAwake() {
+    return {
+        {.keep = [this](auto, const std::string&) { return x11->screenSaver.suspend(); },
+         .release = [this](auto) { x11->screenSaver.resume(); },
+         .missing = "the X server's screen saver cannot be held off: it lacks the extension "
+                    "MIT-SCREEN-SAVER"},
+        {.keep = [this](platform::AssertionId id,
+                        const std::string& reason) { return sessionInhibitor.inhibit(id, reason); },
+         .release = [this](platform::AssertionId id) { sessionInhibitor.release(id); },
+         .missing = "no program of the session can be asked to keep the displays on; one that "
+                    "switches them off, such as the desktop's power manager, is asked when it "
+                    "starts"}};
 }
 
 void Desktop::launch() {

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "app/AppDelegate.h"
+#include "platform/linux/AutostartItems.h"
 #include "platform/linux/CanberraSounds.h"
+#include "platform/linux/DisplayPower.h"
 #include "platform/linux/FileWatch.h"
 #include "platform/linux/LinuxSystemInfo.h"
 #include "platform/linux/ProductBundle.h"
@@ -10,31 +12,45 @@
 #include "platform/linux/XdgFiles.h"
 #include "platform/qt/ColourScheme.h"
 #include "platform/qt/DesktopNotifications.h"
+#include "platform/qt/DistributedNotifications.h"
 #include "platform/qt/MenuIcons.h"
 #include "platform/qt/Pictures.h"
 #include "platform/qt/QtAlerts.h"
 #include "platform/qt/QtApplication.h"
 #include "platform/qt/QtRunLoop.h"
 #include "platform/qt/QtStatusItem.h"
+#include "platform/qt/SessionApplications.h"
+#include "platform/qt/SessionInhibitor.h"
+#include "platform/qt/ShortcutRecorder.h"
 #include "platform/qt/TrayIcon.h"
 #include "platform/x11/Cursor.h"
 #include "platform/x11/Displays.h"
+#include "platform/x11/HotKeys.h"
 #include "platform/x11/InputEvents.h"
 #include "platform/x11/Keyboard.h"
 #include "platform/x11/Pointer.h"
+#include "platform/x11/ScreenSaver.h"
 #include "platform/x11/Windows.h"
 #include "platform/x11/Workspace.h"
 
 #include <optional>
+
+/// Two, since the one that the devices' events come through is read at a pace of its own, and
+/// nothing else may have to wait for that.
+struct Connections {
+    platform::x11::Connection& general;
+    platform::x11::Connection& input;
+};
 
 /// Every service of an X11 session, and the application object that lives on them. Needs a
 /// QApplication. Whoever ends the process through `application` has everything undone: the
 /// settings are saved, the windows and then the X11 services destroyed.
 class Desktop {
   public:
-    /// What is lent must outlive the object.
+    /// What is lent must outlive the object. `serverHolds`: whether the X server may hold the
+    /// cursor at an edge.
     Desktop(platform::Log& log, platform::linux::ProductBundle& bundle,
-            platform::Descriptors& descriptors, platform::x11::Connection& connection);
+            platform::Descriptors& descriptors, const Connections& connections, bool serverHolds);
 
     void launch();
 
@@ -45,21 +61,27 @@ class Desktop {
 
   private:
     struct X11Services {
-        X11Services(platform::x11::Connection& connection, platform::RunLoop& runLoop,
-                    platform::Log& log, const std::string& name, platform::PictureSource pictures);
+        X11Services(const Connections& connections, platform::Descriptors& descriptors,
+                    platform::RunLoop& runLoop, platform::Settings& settings, platform::Log& log,
+                    const std::string& name, platform::PictureSource pictures,
+                    platform::x11::HotKeys::Later later, platform::x11::Workspace::Session session,
+                    bool serverHolds);
 
         platform::x11::Displays displays;
         platform::x11::Pointer pointer;
         platform::x11::Cursor cursor;
         platform::x11::InputEvents input;
         platform::x11::Keyboard keyboard;
+        platform::x11::HotKeys hotKeys;
         platform::x11::Windows windows;
         platform::x11::Workspace workspace;
+        platform::x11::ScreenSaver screenSaver;
     };
 
     platform::qt::QtStatusItem::Tray trayOn(platform::Log& log,
                                             const platform::linux::ProductBundle& bundle,
                                             platform::x11::Connection& connection);
+    std::vector<platform::linux::DisplayPower::Way> waysToStayAwake();
     void quit();
 
     platform::qt::QtRunLoop runLoop;
@@ -68,6 +90,8 @@ class Desktop {
     platform::linux::XdgFiles files;
     platform::linux::LinuxSystemInfo system;
     platform::linux::CanberraSounds sounds;
+    platform::linux::AutostartItems loginItems;
+    platform::qt::SessionApplications applications;
     platform::qt::QtAlerts alerts;
     platform::qt::ColourScheme colourScheme;
     platform::qt::TemplateImages images;
@@ -75,6 +99,8 @@ class Desktop {
     platform::qt::QtStatusItem statusItem;
     platform::qt::DesktopNotifications notifications;
     platform::qt::Pictures pictures;
+    platform::qt::SessionInhibitor sessionInhibitor;
+    platform::linux::DisplayPower power;
     std::optional<X11Services> x11;
     std::optional<platform::qt::TrayIcon> tray;
     std::optional<palisor::AppDelegate> delegate;

@@ -24,6 +24,27 @@ std::string_view baseName(std::string_view path) {
 
 } // namespace
 
+namespace {
+
+/// The value of an option, written "--name value" or "--name=value"; nothing when `word` is another
+/// option. `index` moves on past a value of its own.
+struct Value {
+    bool isThere = false;
+    std::string_view text;
+};
+
+std::optional<Value> valueOf(std::string_view name, int argc, char** argv, int& index) {
+    const std::string_view word = argv[index];
+    if (word == name) {
+        if (index + 1 == argc) return Value{};
+        return Value{true, argv[++index]};
+    }
+    if (!word.starts_with(name) || word[name.size()] != '=') return std::nullopt;
+    return Value{true, word.substr(name.size() + 1)};
+}
+
+} // namespace
+
 ParsedOptions parseOptions(int argc, char** argv) {
     ParsedOptions result;
     Options& options = result.options;
@@ -32,7 +53,6 @@ ParsedOptions parseOptions(int argc, char** argv) {
         result.error = std::move(text);
         return result;
     };
-    constexpr std::string_view productOption = "--product";
     for (int index = 1; index < argc; ++index) {
         const std::string_view word = argv[index];
         if (word == "--help") {
@@ -41,11 +61,12 @@ ParsedOptions parseOptions(int argc, char** argv) {
             options.version = true;
         } else if (word == "--list-monitors") {
             options.listMonitors = true;
-        } else if (word == productOption) {
-            if (index + 1 == argc) return fail("--product needs one of " + productNames());
-            options.product = argv[++index];
-        } else if (word.starts_with(productOption) && word[productOption.size()] == '=') {
-            options.product = word.substr(productOption.size() + 1);
+        } else if (const auto product = valueOf("--product", argc, argv, index)) {
+            if (!product->isThere) return fail("--product needs one of " + productNames());
+            options.product = product->text;
+        } else if (const auto hold = valueOf("--hold", argc, argv, index)) {
+            if (hold->text != "on" && hold->text != "off") return fail("--hold needs on or off");
+            options.hold = hold->text == "on";
         } else {
             return fail("unknown option " + std::string(word) + " (--help lists the known ones)");
         }
@@ -56,12 +77,15 @@ ParsedOptions parseOptions(int argc, char** argv) {
 }
 
 std::string usage() {
-    return "Usage: palisor [--product NAME] [--list-monitors] [--help] [--version]\n"
+    return "Usage: palisor [--product NAME] [--hold on|off] [--list-monitors] [--help] "
+           "[--version]\n"
            "\n"
            "  --product NAME   the product to run instead of the one that the command is named\n"
            "                   after: " +
            productNames() +
            "\n"
+           "  --hold on|off    whether the X server holds the cursor at an edge (on unless said\n"
+           "                   otherwise); off, it is put back after it has left\n"
            "  --list-monitors  print one line a monitor and end\n"
            "  --help           print this and end\n"
            "  --version        print the product and its version and end\n";

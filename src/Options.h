@@ -9,6 +9,7 @@ struct Options {
     bool help = false;
     bool version = false;
     bool listMonitors = false;
+    bool hold = true; ///< the X server holds the cursor; otherwise it is only warped back
 };
 
 struct ParsedOptions {

@@ -52,8 +52,8 @@ void prepareToolkit() {
     QCoreApplication::setAttribute(Qt::AA_DisableSessionManager);
 }
 
-int run(char* command, Connection& connection, ProductBundle& bundle, SystemLog& log,
-        platform::qt::QtDescriptors& descriptors, std::function<void()>& onLoss) {
+int run(char* command, const Connections& connections, ProductBundle& bundle, SystemLog& log,
+        platform::qt::QtDescriptors& descriptors, std::function<void()>& onLoss, bool serverHolds) {
     prepareToolkit();
     char* arguments[] = {command, nullptr};
     int count = 1;
@@ -71,7 +71,7 @@ int run(char* command, Connection& connection, ProductBundle& bundle, SystemLog&
                            name.data());
         return 0;
     }
-    Desktop desktop(log, bundle, descriptors, connection);
+    Desktop desktop(log, bundle, descriptors, connections, serverHolds);
     onLoss = [&desktop] { desktop.application.exit(failure); };
     instance.onActivate([&desktop] { desktop.activate(); });
     descriptors.start();
@@ -104,9 +104,10 @@ int main(int argc, char** argv) {
     }
     platform::qt::QtDescriptors descriptors;
     std::function<void()> onLoss;
-    const auto opened = Connection::open({}, descriptors, log, [&onLoss] {
+    const auto lost = [&onLoss] {
         if (onLoss) onLoss();
-    });
+    };
+    const auto opened = Connection::open({}, descriptors, log, lost);
     if (!opened.connection) {
         log.write(opened.error);
         return failure;
@@ -115,5 +116,11 @@ int main(int argc, char** argv) {
         listMonitors(*opened.connection);
         return 0;
     }
-    return run(argv[0], *opened.connection, bundle, log, descriptors, onLoss);
+    const auto input = Connection::open({}, descriptors, log, lost);
+    if (!input.connection) {
+        log.write(input.error);
+        return failure;
+    }
+    return run(argv[0], {*opened.connection, *input.connection}, bundle, log, descriptors, onLoss,
+               options.hold);
 }

@@ -60,6 +60,10 @@ class AppDelegate : private platform::MenuTarget {
     void quit();
     void killapp();
 
+    // DisplaySleep.cpp
+    void noSleep();
+    void readyToSleep();
+
     // ---- screens/ ---------------------------------------------------------------------------
 
     // Screens.cpp
@@ -160,6 +164,25 @@ class AppDelegate : private platform::MenuTarget {
     std::unique_ptr<platform::Window> initwindowCursor2(const platform::Screen& screen);
     void initwindowCursor(platform::Window& window);
 
+    // ---- info/ ------------------------------------------------------------------------------
+
+    // Shortcut.cpp
+    void initGlobalShortCutForEnableDisable();
+    void observeValueForKeyPath(std::string_view keyPath);
+    void setCustomShortcutEnabled(bool enabled);
+    void setHardcodedShortcutEnabled(bool enabled);
+    void showShortcutPopup();
+
+    // LoginItem.cpp
+    void setHelperAppBundleIdentifier();
+    void autoLogin(bool on);
+    void enableLoginItem();
+    void disableLoginItem();
+    void killHelperIfActive();
+    void pressAvviaAlLogin();
+    void recommendAutologinOnAtFirstCloseInfo();
+    void alertDidEnd2(int returnCode);
+
     // ---- state ------------------------------------------------------------------------------
 
     using WindowList = std::vector<std::unique_ptr<platform::Window>>;
@@ -173,6 +196,9 @@ class AppDelegate : private platform::MenuTarget {
     bool flagriopenInfo = false;
     std::int32_t keycombo = 0;
     bool inHotArea = false; ///< an edge has fired and the cursor has not been back inside since
+
+    std::string helperAppBundleIdentifier;
+    platform::AssertionId assertionID = 0; ///< the last one made; stays after its release
 
     // The extent of the desktop; y in top-left coordinates. MAX_X is the largest *left* edge.
     float MIN_X = 0;
@@ -264,6 +290,7 @@ class AppDelegate : private platform::MenuTarget {
     void addTimeModeEntry();
     void addModifierEntry();
     void addScrollEntry();
+    void addLoginEntry();
     MenuItem boundsViewItem();
     MenuItem sliderItem(Slider slider, std::shared_ptr<Label> label) const;
     void setLabel(Label& label, std::string text);
@@ -271,6 +298,7 @@ class AppDelegate : private platform::MenuTarget {
     void toggleSetting(std::string_view key);
     void storeFlippedState(MenuItem& item, std::string_view key);
     bool hasUsableShortcut() const;
+    std::string shortcutText() const;
     void reopenMenu();
     float darkness() const;
 

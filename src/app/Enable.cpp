@@ -18,6 +18,11 @@ void AppDelegate::enableDisable() {
             updatePalisor();
         else
             noSecondaryMonitor();
+    } else if (IDApp() == variants::keepAwake) {
+        if (isActive())
+            noSleep();
+        else
+            readyToSleep();
     }
 
     updateMenuItems();

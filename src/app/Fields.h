@@ -10,6 +10,8 @@ void AppDelegate::visitFields(Visitor&& field) const {
     field("flagriopenInfo", flagriopenInfo);
     field("keycombo", keycombo);
     field("inHotArea", inHotArea);
+    field("helperAppBundleIdentifier", helperAppBundleIdentifier);
+    field("assertionID", assertionID);
     field("MIN_X", MIN_X);
     field("MAX_X", MAX_X);
     field("MIN_Y", MIN_Y);

@@ -38,6 +38,8 @@ constexpr Key BUTANGOLO4 = "BUTANGOLO4";
 
 constexpr Key customShortcut = "customShortcut"; ///< a dictionary: keyCode and modifierFlags
 constexpr Key customShortcutEnabled = "customShortcutEnabled";
+constexpr Key hardcodedShortcutEnabled = "hardcodedShortcutEnabled";
+constexpr Key RECOMMENDAUTOLOGIN = "RECOMMENDAUTOLOGIN"; ///< a string, as the first group
 
 constexpr Key qwe = "qwe"; ///< a probe that is written and taken away again
 

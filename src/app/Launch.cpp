@@ -23,6 +23,7 @@ constexpr platform::Version firstWithGlobalMonitor{10, 14, 0};
 
 void AppDelegate::applicationDidFinishLaunching() {
     if (IDApp() != variants::calendarAlerts) updateScreensSize();
+    setHelperAppBundleIdentifier();
     start();
 }
 
@@ -31,6 +32,9 @@ void AppDelegate::start() {
     initiailValuesForUserDefaults();
     flagriopenInfo = false;
     keycombo = 0;
+
+    initGlobalShortCutForEnableDisable();
+    if (IDApp() == variants::barrier && !hasUsableShortcut()) showShortcutPopup();
 
     TFBounds = services.bundle.localizedString("BOUNDS_MESSAGE");
     if (IDApp() == variants::cursorHider)
@@ -53,6 +57,7 @@ void AppDelegate::start() {
     updateMenuItems();
 
     if (IDApp() != variants::calendarAlerts) installEventIntake();
+    killHelperIfActive();
     takeFirstActions();
     schedule<&AppDelegate::dismissFocus>(focusReleaseDelay, false, "dismissFocus");
 }
@@ -62,6 +67,8 @@ void AppDelegate::takeFirstActions() {
         createMarkers();
         timerCursorMustToBeHidden =
             schedule<&AppDelegate::hidecursor2>(markerHidePeriod, true, "hidecursor2");
+    } else if (IDApp() == variants::keepAwake && isActive()) {
+        noSleep();
     }
     if (IDApp() == variants::barrier) {
         if (services.displays.screens().size() < 2)

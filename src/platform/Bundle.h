@@ -17,6 +17,9 @@ class Bundle {
     /// A text of the information dictionary; empty when it is absent or not a text.
     virtual std::string_view string(std::string_view key) const = 0;
 
+    /// Where the product is installed: its login item, and what is inside, begins with this.
+    virtual std::string path() const = 0;
+
     /// The text of a key in the session's language; the key itself where there is none.
     virtual std::string localizedString(std::string_view key) const = 0;
 };

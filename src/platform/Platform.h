@@ -6,11 +6,14 @@
 #include "platform/Cursor.h"
 #include "platform/Displays.h"
 #include "platform/Files.h"
+#include "platform/HotKeys.h"
 #include "platform/InputEvents.h"
 #include "platform/Keyboard.h"
 #include "platform/Log.h"
+#include "platform/LoginItems.h"
 #include "platform/Notifications.h"
 #include "platform/Pointer.h"
+#include "platform/Power.h"
 #include "platform/RunLoop.h"
 #include "platform/Settings.h"
 #include "platform/Sounds.h"
@@ -35,12 +38,15 @@ struct Platform {
     Cursor& cursor;
     InputEvents& input;
     Keyboard& keyboard;
+    HotKeys& hotKeys;
     Windows& windows;
     Workspace& workspace;
     StatusItem& statusItem;
     Alerts& alerts;
     Notifications& notifications;
     Sounds& sounds;
+    LoginItems& loginItems;
+    Power& power;
 };
 
 } // namespace platform

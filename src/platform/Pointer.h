@@ -2,6 +2,8 @@
 
 #include "platform/Geometry.h"
 
+#include <optional>
+
 namespace platform {
 
 /// The cursor's place. Points are top-left coordinates. Main thread.
@@ -19,6 +21,13 @@ class Pointer {
     /// For how many seconds the hand does not move the cursor after a warp. The interval in force
     /// at the warp counts.
     virtual void setLocalEventsSuppressionInterval(double seconds) = 0;
+
+    /// Asks the platform to keep the cursor inside a screen, top-left coordinates, until the next
+    /// call; with nothing the cursor is free. What the hand pushes against the screen's edges still
+    /// comes as events outside it, and the answer to such an event decides: a warp stands, and
+    /// without one the cursor goes where the event was. A platform that cannot hold ignores it, and
+    /// the cursor is then really outside at such an event.
+    virtual void holdInside(std::optional<Rect> screen) = 0;
 };
 
 } // namespace platform

@@ -2,6 +2,7 @@
 
 #include "platform/Value.h"
 
+#include <functional>
 #include <string_view>
 
 namespace platform {
@@ -37,6 +38,10 @@ class Settings {
 
     /// Replaces every persistent value at once.
     virtual void setPersistentDomain(Dictionary values) = 0;
+
+    /// Calls `changed` after each change of what the key reads as, whoever made it; for as long as
+    /// the process lives.
+    virtual void observe(std::string_view key, std::function<void()> changed) = 0;
 
     // Readers of an absent key answer false, 0 and nothing.
     bool boolForKey(std::string_view key) const {

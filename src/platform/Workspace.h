@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace platform {
 
@@ -15,6 +16,14 @@ class Workspace {
     /// Opens a file with an application, which comes to the front. An empty path opens nothing, so
     /// that all it does is to take the keyboard away from this program.
     virtual void openFile(const std::string& path, const std::string& application) = 0;
+
+    /// The bundle identifiers of the other applications that run in the session and have one.
+    virtual std::vector<std::string> runningApplications() = 0;
+
+    /// Sends a notification with that name, and an object that narrows it down, to all programs of
+    /// the session that listen for it.
+    virtual void postDistributedNotification(const std::string& name,
+                                             const std::string& object) = 0;
 };
 
 } // namespace platform

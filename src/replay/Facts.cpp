@@ -22,15 +22,8 @@ void setUp(platform::memory::MemoryPlatform& platform) {
 
 void storeShortcut(platform::memory::MemoryPlatform& platform,
                    const std::optional<Shortcut>& shortcut) {
-    using platform::Value;
-    if (!shortcut) {
-        platform.settings.edit("customShortcut", std::nullopt);
-        return;
-    }
-    platform::Dictionary stored;
-    stored["keyCode"] = Value{shortcut->keyCode};
-    stored["modifierFlags"] = Value{shortcut->modifierFlags};
-    platform.settings.edit("customShortcut", Value{std::move(stored)});
+    platform.settings.edit("customShortcut",
+                           shortcut ? std::optional(shortcut->toValue()) : std::nullopt);
 }
 
 } // namespace palisor::replay

@@ -9,11 +9,14 @@
 
 namespace palisor::replay {
 
-/// What the recorder stores when it is shown.
-struct Shortcut {
-    std::int64_t keyCode = 0;
-    std::int64_t modifierFlags = 0;
-};
+using platform::Shortcut;
+
+constexpr std::int64_t mostKeyCode = 0xffff;
+constexpr std::int64_t mostFlags = 0xffffffff;
+
+inline Shortcut toShortcut(std::int64_t keyCode, std::int64_t flags) {
+    return {static_cast<std::uint16_t>(keyCode), static_cast<std::uint32_t>(flags)};
+}
 
 struct Alarm {
     double offset = 0; ///< seconds from the start of the event
@@ -35,7 +38,6 @@ struct Facts {
     std::string uuid = "00000000-0000-0000-0000-000000000000";
     std::string locale = "US";
     std::string now = "2026-01-02T15:04:05";
-    std::vector<std::string> running; ///< bundle identifiers of other applications
     bool calendarGranted = true;
     std::optional<std::string> reply; ///< the action service's next answer; an error if none
     std::deque<std::optional<Shortcut>> recordings; ///< to come; nothing clears the shortcut

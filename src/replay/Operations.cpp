@@ -165,6 +165,18 @@ constexpr Operation operations[] = {
     named<&AppDelegate::initWindowBorders>("initWindowBorders"),
     named<&AppDelegate::appari>("appari"),
     named<&AppDelegate::scompari>("scompari"),
+    named<&AppDelegate::noSleep>("noSleep"),
+    named<&AppDelegate::readyToSleep>("readyToSleep"),
+    named<&AppDelegate::initGlobalShortCutForEnableDisable>("initGlobalShortCutForEnableDisable"),
+    named<&AppDelegate::setCustomShortcutEnabled>("setCustomShortcutEnabled:"),
+    named<&AppDelegate::setHardcodedShortcutEnabled>("setHardcodedShortcutEnabled:"),
+    named<&AppDelegate::showShortcutPopup>("showShortcutPopup"),
+    named<&AppDelegate::setHelperAppBundleIdentifier>("setHelperAppBundleIdentifier"),
+    named<&AppDelegate::autoLogin>("autoLogin:"),
+    named<&AppDelegate::killHelperIfActive>("killHelperIfActive"),
+    named<&AppDelegate::pressAvviaAlLogin>("pressAvviaAlLogin"),
+    named<&AppDelegate::recommendAutologinOnAtFirstCloseInfo>(
+        "recommendAutologinOnAtFirstCloseInfo"),
     {"fixDefaultsIfNeeded", prepareClassOperation<&MacUtils::fixDefaultsIfNeeded>},
     {"deleteAllSavedUserDefaults", prepareClassOperation<&MacUtils::deleteAllSavedUserDefaults>},
 };

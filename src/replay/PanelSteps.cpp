@@ -6,8 +6,7 @@
 #include <array>
 
 // What a person does to the status menu, to the bounds panel and to the info window. The program
-// has no hot keys and no info window yet, so nothing comes of those steps; they are read as
-// strictly as the others.
+// has no info window yet, so nothing comes of that step; it is read as strictly as the others.
 
 namespace palisor::replay {
 
@@ -144,10 +143,11 @@ Action statusClick(Player& player, Members& members) {
     };
 }
 
-Action hotKey(Player&, Members& members) {
-    members.integer("keyCode");
-    if (members.has("modifierFlags")) members.integer("modifierFlags");
-    return nothing;
+Action hotKey(Player& player, Members& members) {
+    const std::int64_t flags =
+        members.has("modifierFlags") ? members.integer("modifierFlags", 0, mostFlags) : 0;
+    const Shortcut shortcut = toShortcut(members.integer("keyCode", 0, mostKeyCode), flags);
+    return [&player, shortcut] { player.platform.hotKeys.press(shortcut); };
 }
 
 Action link(Player&, Members& members) {

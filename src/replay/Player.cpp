@@ -16,6 +16,9 @@ Player::Player(Scenario& steps, Output& printer) : output(printer), scenario(ste
     setUp(platform);
     platform.effects.setSink(
         [this](const platform::memory::Effect& effect) { output.effect(effect); });
+    platform.alerts.setWhileOpen([this](const platform::Alert& alert) {
+        if (!alert.accessory.empty()) recordShortcut();
+    });
     platform.runLoop.setWhileRunning([this] {
         playSteps();
         throw ScenarioEnded{};
@@ -35,9 +38,26 @@ void Player::play() {
     }
 }
 
+void Player::recordShortcut() {
+    const bool again = popups++ != 0;
+    if (facts.recordings.empty()) {
+        // A program that asks until it gets one would ask for ever.
+        if (again) throw StepError("the shortcut popup is shown again with nothing to record");
+        return;
+    }
+    const auto recorded = facts.recordings.front();
+    facts.recordings.pop_front();
+    if (recorded)
+        platform.settings.set("customShortcut", recorded->toValue());
+    else
+        platform.settings.remove("customShortcut");
+}
+
 void Player::playSteps() {
-    while (const auto step = scenario.next())
+    while (const auto step = scenario.next()) {
+        popups = 0;
         playStep(*this, *step);
+    }
 }
 
 } // namespace palisor::replay

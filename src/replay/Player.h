@@ -30,8 +30,10 @@ class Player {
 
   private:
     void playSteps();
+    void recordShortcut();
 
     Scenario& scenario;
+    int popups = 0; ///< shortcut popups that the step at hand has shown
 };
 
 } // namespace palisor::replay

@@ -18,7 +18,8 @@ Action shortcut(Player& player, Members& members) {
         if (members.has("keyCode") || members.has("modifierFlags"))
             throw StepError("\"clear\" stands alone");
     } else {
-        recorded = Shortcut{members.integer("keyCode"), members.integer("modifierFlags")};
+        recorded = toShortcut(members.integer("keyCode", 0, mostKeyCode),
+                              members.integer("modifierFlags", 0, mostFlags));
     }
     return [&player, recorded] {
         if (player.launched)
@@ -52,7 +53,7 @@ Action answers(Player& player, Members& members) {
 
 Action running(Player& player, Members& members) {
     return [&player, identifiers = members.texts("identifiers")] {
-        player.facts.running = identifiers;
+        player.platform.workspace.setRunningApplications(identifiers);
     };
 }
 

@@ -83,6 +83,7 @@ void AppDelegate::applicationDidChangeScreenParameters() {
         return;
     }
     detectCurrentScreen();
+    services.pointer.holdInside(std::nullopt); // there is nowhere to go
     otherMonitorsLight();
 }
 

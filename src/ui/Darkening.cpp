@@ -15,10 +15,13 @@ constexpr float darkestLevel = 20;
 
 void AppDelegate::updatePalisor() {
     detectCurrentScreen();
-    if (isActive())
+    if (isActive()) {
+        services.pointer.holdInside(switchedScreenRect);
         otherMonitorsDark();
-    else
+    } else {
+        services.pointer.holdInside(std::nullopt);
         otherMonitorsLight();
+    }
 }
 
 void AppDelegate::otherMonitorsDark() {

@@ -15,6 +15,7 @@ namespace {
 constexpr double reopenDelay = 0.01; // the menu that was just clicked closes first
 
 constexpr int firstSideTag = 10;
+constexpr int startAtLoginTag = 1;
 
 struct Action {
     std::string_view selector;
@@ -28,11 +29,13 @@ struct ItemAction {
 
 constexpr Action actions[] = {
     {"enableDisable", &AppDelegate::enableDisable},
+    {"pressAvviaAlLogin", &AppDelegate::pressAvviaAlLogin},
     {"pressHotBorders:", &AppDelegate::pressHotBorders},
     {"pressShowOnScroll", &AppDelegate::pressShowOnScroll},
     {"pressTimeMode:", &AppDelegate::pressTimeMode},
     {"pressVelocity:", &AppDelegate::pressVelocity},
     {"quit", &AppDelegate::quit},
+    {"showShortcutPopup", &AppDelegate::showShortcutPopup},
 };
 
 constexpr ItemAction itemActions[] = {
@@ -121,6 +124,7 @@ void AppDelegate::freezeCursorAfterSwitch(MenuItem& item) {
 void AppDelegate::stayHiddenDidChanged(MenuItem& item) {
     if (!hasUsableShortcut() && !services.settings.boolForKey(keys::STAY_HIDDEN)) {
         showStayHiddenWarning();
+        showShortcutPopup();
         return;
     }
     const bool on = item.state == 0;
@@ -133,6 +137,7 @@ void AppDelegate::stayHiddenDidChanged(MenuItem& item) {
 
 void AppDelegate::presscheck(const CheckBox& box) {
     setAndSynchronize("CHECK_" + std::to_string(box.tag), Value{std::to_string(box.state)});
+    if (box.tag == startAtLoginTag) autoLogin(box.state != 0);
 }
 
 void AppDelegate::valueChange(const CheckBox& box) {

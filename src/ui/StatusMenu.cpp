@@ -14,6 +14,7 @@ namespace {
 constexpr double darkestLevel = 20;
 constexpr double longestTime = 30;
 constexpr double strongestPush = 100;
+constexpr std::size_t blanksBeforeShortcut = 32;
 
 std::shared_ptr<Menu> makeMenu(std::string_view title) {
     auto menu = std::make_shared<Menu>();
@@ -73,6 +74,7 @@ void AppDelegate::updateMenuItems() {
     const bool barrier = variant == variants::barrier;
 
     addEnableEntry();
+    add(*mainMenu, localizedItem("SHORTCUT", "showShortcutPopup"));
     addSeparator(*mainMenu);
     tv = makeLabel("tv");
     if (barrier) addDarkLevelEntry();
@@ -89,6 +91,7 @@ void AppDelegate::updateMenuItems() {
     if (hider) addScrollEntry();
     addSeparator(*mainMenu);
     addSeparator(*mainMenu);
+    addLoginEntry();
     add(*mainMenu, localizedItem("QUIT", "quit"));
 }
 
@@ -105,6 +108,7 @@ void AppDelegate::addEnableEntry() {
     const bool active = isActive();
     MenuItem entry = localizedItem(active ? "DISABILITA" : "ABILITA", "enableDisable");
     entry.image = "OnOff";
+    if (hasUsableShortcut()) entry.text += std::string(blanksBeforeShortcut, ' ') + shortcutText();
     add(*mainMenu, std::move(entry));
 
     std::string image = active ? "icon_statusbar_on" : "icon_statusbar_off";
@@ -212,6 +216,12 @@ void AppDelegate::addScrollEntry() {
     MenuItem entry = localizedItem("SHOW_ON_SCROLL", "pressShowOnScroll");
     entry.state = services.settings.boolForKey(keys::SHOW_ON_SCROLL) ? 1 : 0;
     if (!isActive() || services.settings.boolForKey(keys::STAY_HIDDEN)) entry.action.clear();
+    add(*mainMenu, std::move(entry));
+}
+
+void AppDelegate::addLoginEntry() {
+    MenuItem entry = localizedItem("AVVIA_AL_LOGIN", "pressAvviaAlLogin");
+    entry.state = services.settings.boolForKey(keys::CHECK_1) ? 1 : 0;
     add(*mainMenu, std::move(entry));
 }
 

@@ -142,4 +142,45 @@ TYPED_TEST(SettingsContract, ANewPersistentDomainReplacesEveryStoredValueAndNoDe
     EXPECT_TRUE(domain.boolForKey("default"));
 }
 
+TYPED_TEST(SettingsContract, TellsAnObserverOfEachChangeOfWhatItsKeyReadsAs) {
+    auto& domain = this->settings;
+    domain.registerDefault("a", Value{true});
+    int told = 0;
+    domain.observe("a", [&] { ++told; });
+    domain.set("a", Value{true});
+    EXPECT_EQ(told, 0) << "it reads as before";
+    domain.set("a", Value{false});
+    EXPECT_EQ(told, 1);
+    domain.set("b", Value{true});
+    EXPECT_EQ(told, 1);
+    domain.remove("a");
+    EXPECT_EQ(told, 2);
+    domain.registerDefault("a", Value{false});
+    EXPECT_EQ(told, 3);
+    domain.setPersistentDomain({{"a", Value{true}}});
+    EXPECT_EQ(told, 4);
+}
+
+TYPED_TEST(SettingsContract, TellsAnObserverWhatRereadingHasChanged) {
+    auto& domain = this->settings;
+    domain.set("a", Value{"stored"s});
+    domain.flush();
+    std::vector<std::string> seen;
+    domain.observe("a", [&] { seen.emplace_back(domain.stringForKey("a").value_or("")); });
+    domain.set("a", Value{"not saved"s});
+    domain.resetStandardUserDefaults();
+    domain.resetStandardUserDefaults();
+    EXPECT_EQ(seen, (std::vector<std::string>{"not saved", "stored"}));
+}
+
+TYPED_TEST(SettingsContract, AnObserverMayChangeSettingsItself) {
+    auto& domain = this->settings;
+    int told = 0;
+    domain.observe("a", [&] { domain.set("b", Value{"from the observer"s}); });
+    domain.observe("b", [&] { ++told; });
+    domain.set("a", Value{"1"s});
+    EXPECT_EQ(domain.stringForKey("b"), "from the observer");
+    EXPECT_EQ(told, 1);
+}
+
 } // namespace

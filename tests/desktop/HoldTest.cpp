@@ -16,19 +16,29 @@ struct Case {
     int direction; ///< 1 to the right of the first monitor, -1 to the left
 };
 
-class Hold : public testing::TestWithParam<Case> {};
+/// On every layout, held by the server and only warped back.
+class Hold : public testing::TestWithParam<std::tuple<Case, bool>> {
+  protected:
+    static const Case& layout() { return std::get<Case>(GetParam()); }
+    static bool serverHolds() { return std::get<bool>(GetParam()); }
+};
 
 TEST_P(Hold, KeepsTheCursorOnItsMonitorAgainstAThousandStepsASecond) {
-    Product product(GetParam().layout);
-    product.start();
-    product.hand.push(7 * GetParam().direction, 0, 2500, mouseRate);
+    Product product(layout().layout);
+    product.start({.hold = serverHolds()});
+    support::Watcher watcher(product.desktop.display(), product.monitor(0));
+    product.hand.push(7 * layout().direction, 0, 1500, mouseRate);
+    const auto report = watcher.finish();
     EXPECT_TRUE(product.cursorEndsOn(0));
+    if (serverHolds()) {
+        EXPECT_EQ(report.farthestOutside, 0);
+    }
 }
 
 TEST_P(Hold, LetsAHardPushThroughAndHoldsOnTheOtherSide) {
-    Product product(GetParam().layout);
-    product.start({.pushOption = true, .velocity = 25});
-    const int towards = GetParam().direction;
+    Product product(layout().layout);
+    product.start({.pushOption = true, .velocity = 25, .hold = serverHolds()});
+    const int towards = layout().direction;
 
     product.moveNextTo(0, towards);
     product.hand.push(towards, 0, 90, displayRate);
@@ -47,18 +57,29 @@ TEST_P(Hold, LetsAHardPushThroughAndHoldsOnTheOtherSide) {
 
 INSTANTIATE_TEST_SUITE_P(
     Layouts, Hold,
-    testing::Values(Case{"PrimaryOnTheLeft", "1920x1080+0+0,1280x1024+1920+56", 1},
-                    Case{"PrimaryOnTheRight", "1920x1080+1280+0*,1280x1024+0+56", -1},
-                    Case{"OtherAboveTheOriginOfThePrimary", "1280x1024+1280+300*,1280x1024+0+0",
-                         -1},
-                    Case{"ThreeInARow", "1280x1024+1280+0*,1280x1024+2560+0,1280x1024+0+0", 1},
-                    Case{"OfAnotherHeight", "1920x1080+0+0,1024x768+1920+0", 1}),
-    [](const auto& layout) { return layout.param.name; });
+    testing::Combine(
+        testing::Values(Case{"PrimaryOnTheLeft", "1920x1080+0+0,1280x1024+1920+56", 1},
+                        Case{"PrimaryOnTheRight", "1920x1080+1280+0*,1280x1024+0+56", -1},
+                        Case{"OtherAboveTheOriginOfThePrimary", "1280x1024+1280+300*,1280x1024+0+0",
+                             -1},
+                        Case{"ThreeInARow", "1280x1024+1280+0*,1280x1024+2560+0,1280x1024+0+0", 1},
+                        Case{"OfAnotherHeight", "1920x1080+0+0,1024x768+1920+0", 1}),
+        testing::Bool()),
+    [](const auto& test) {
+        return std::string(std::get<Case>(test.param).name) +
+               (std::get<bool>(test.param) ? "Held" : "WarpedBack");
+    });
 
-TEST(Hold, IsLiftedWhileTheLeftHandKeysAreHeldAndAnchorsWhereTheyAreReleased) {
+/// What is to be the same whether the server holds the cursor or not.
+class EitherWay : public testing::TestWithParam<bool> {};
+
+INSTANTIATE_TEST_SUITE_P(Hold, EitherWay, testing::Bool(),
+                         [](const auto& test) { return test.param ? "Held" : "WarpedBack"; });
+
+TEST_P(EitherWay, TheHoldIsLiftedWhileTheLeftHandKeysAreHeldAndAnchorsWhereTheyAreReleased) {
     using namespace support::key;
     Product product;
-    product.start();
+    product.start({.hold = GetParam()});
     product.hand.press(leftControl);
     product.hand.press(leftAlt);
     product.hand.press(leftSuper);
@@ -73,10 +94,10 @@ TEST(Hold, IsLiftedWhileTheLeftHandKeysAreHeldAndAnchorsWhereTheyAreReleased) {
     EXPECT_TRUE(product.cursorEndsOn(1));
 }
 
-TEST(Hold, IsNotLiftedByTheRightHandKeys) {
+TEST_P(EitherWay, TheHoldIsNotLiftedByTheRightHandKeys) {
     constexpr xcb_keysym_t rightControl = 0xffe4, rightAlt = 0xffea, rightSuper = 0xffec;
     Product product;
-    product.start();
+    product.start({.hold = GetParam()});
     for (const auto key : {rightControl, rightAlt, rightSuper})
         product.hand.press(key);
     product.hand.push(7, 0, 300, mouseRate);
@@ -84,12 +105,75 @@ TEST(Hold, IsNotLiftedByTheRightHandKeys) {
     EXPECT_TRUE(product.isCovered(1));
 }
 
-TEST(Hold, DoesNotExistWhileTheProductIsSwitchedOff) {
+TEST_P(EitherWay, TheHoldDoesNotExistWhileTheProductIsSwitchedOff) {
     Product product;
-    product.start({.active = false});
+    product.start({.active = false, .hold = GetParam()});
     product.hand.push(7, 0, 200, mouseRate);
     EXPECT_TRUE(product.cursorIsOn(1));
     EXPECT_TRUE(product.nothingCoveredSoon());
+}
+
+TEST_P(EitherWay, APushFasterThanTheThresholdCrossesAtEveryPollingRateAndASlowerOneDoesNot) {
+    // 75 pixels a frame.
+    constexpr double threshold = 4500;
+    Product product("1920x1080+0+0,1920x1080+1920+0");
+    product.start({.pushOption = true, .velocity = 50, .hold = GetParam()});
+    for (const int hz : {125, 500, 1000, 8000}) {
+        // Frames of a paced reader hold two or three reports of a slow mouse that is let out.
+        if (!GetParam() && hz == 125) continue;
+        const bool onLeft = product.cursorIsOn(0);
+        const std::size_t here = onLeft ? 0 : 1, there = 1 - here;
+        const double speed = onLeft ? threshold : -threshold;
+        product.moveToMiddle(here);
+        product.hand.pushAt(0.6 * speed, 0.5, hz); // 1350 pixels, of which 960 lead to the edge
+        EXPECT_TRUE(product.cursorEndsOn(here)) << hz;
+        EXPECT_TRUE(product.isCovered(there)) << hz;
+        product.hand.pushAt(1.4 * speed, 0.3, hz);
+        EXPECT_TRUE(product.coveredSoon(here, there)) << hz;
+        EXPECT_TRUE(product.cursorEndsOn(there)) << hz;
+    }
+}
+
+// The put-back keeps the height of the point outside and takes the left edge.
+TEST_P(EitherWay, AVerticalExitIsPutBackToTheLeftEdgeAtItsOwnHeight) {
+    for (const char* layout :
+         {"1280x1024+0+1024*,1280x1024+0+0", "1280x1024+0+0,1280x1024+0+1024"}) {
+        Product product(layout);
+        product.start({.hold = GetParam()});
+        const support::Area home = product.monitor(0);
+        const bool down = product.monitor(1).y > home.y;
+        product.hand.moveTo(640, down ? home.y + home.height - 1 : home.y);
+        EXPECT_TRUE(product.cursorEndsOn(0));
+        product.hand.relative(0, down ? 30 : -30);
+        const Spot back{1, down ? home.y + home.height + 29 : home.y - 30};
+        EXPECT_TRUE(holdsSoon([&] { return product.eye.cursor() == back; })) << layout;
+        EXPECT_TRUE(product.isCovered(1)) << layout;
+    }
+}
+
+TEST(ServerHold, KeepsTheCursorFromLeavingWhileItIsDraggedAndAnotherProgramGrabs) {
+    Product product;
+    product.desktop.startWindowManager("openbox");
+    support::TestWindow window(product.desktop.display(), {100, 100, 600, 400}, {255, 255, 255});
+    product.start();
+    window.makeFullScreen();
+    product.moveNextTo(0, 1);
+    support::Watcher watcher(product.desktop.display(), product.monitor(0));
+    product.hand.pressButton();
+    product.hand.push(7, 1, 300, mouseRate);
+    product.hand.releaseButton();
+    const support::XConnection other(product.desktop.display());
+    const auto grab = support::own(xcb_grab_pointer_reply(
+        other.get(),
+        xcb_grab_pointer(other.get(), 0, other.root(), XCB_EVENT_MASK_BUTTON_PRESS,
+                         XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC, XCB_NONE, XCB_NONE,
+                         XCB_CURRENT_TIME),
+        nullptr));
+    ASSERT_TRUE(grab && grab->status == XCB_GRAB_STATUS_SUCCESS);
+    product.hand.push(7, -1, 300, mouseRate);
+    const auto report = watcher.finish();
+    EXPECT_EQ(report.farthestOutside, 0);
+    EXPECT_GE(report.rightmost, product.monitor(0).width - 2) << "it was pushed at all";
 }
 
 } // namespace

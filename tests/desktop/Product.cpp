@@ -9,10 +9,7 @@ namespace desktop {
 
 namespace {
 
-constexpr const char* identifier = "com.tamberlo.palisor";
-
 std::string plist(const Setting& setting) {
-    const auto flag = [](bool on) { return on ? "<true/>" : "<false/>"; };
     std::ostringstream text;
     text << R"(<?xml version="1.0" encoding="UTF-8"?>
 <!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN" "http://www.apple.com/DTDs/PropertyList-1.0.dtd">
@@ -23,15 +20,22 @@ std::string plist(const Setting& setting) {
 <key>RECOMMENDAUTOLOGIN</key><string>1</string>
 <key>customShortcut</key><dict>
 <key>keyCode</key><integer>40</integer><key>modifierFlags</key><integer>1310720</integer></dict>
-)"
-         << "<key>ATTIVO</key>" << flag(setting.active) << "<key>VELOCITY_OPTION</key>"
-         << flag(setting.pushOption) << "<key>VELOCITY</key><integer>" << setting.velocity
-         << "</integer><key>OTHERS_DARK</key><integer>" << setting.othersDark
-         << "</integer></dict></plist>\n";
+)" << flagEntry("ATTIVO", setting.active)
+         << flagEntry("VELOCITY_OPTION", setting.pushOption) << "<key>VELOCITY</key><integer>"
+         << setting.velocity << "</integer><key>OTHERS_DARK</key><integer>" << setting.othersDark
+         << "</integer>" << setting.more << "</dict></plist>\n";
     return text.str();
 }
 
 } // namespace
+
+std::string flagEntry(const std::string& key, bool on) {
+    return "<key>" + key + "</key>" + (on ? "<true/>" : "<false/>");
+}
+
+std::string textEntry(const std::string& key, const std::string& text) {
+    return "<key>" + key + "</key><string>" + text + "</string>";
+}
 
 bool holdsSoon(const std::function<bool()>& condition) {
     const auto deadline = support::Clock::now() + support::generous;
@@ -43,20 +47,44 @@ bool holdsSoon(const std::function<bool()>& condition) {
 Product::Product(const std::string& layoutText)
     : layout(support::parseLayout(layoutText)), desktop(layoutText) {}
 
+Product::Product(const support::PrivateDesktop::Options& options)
+    : layout(support::parseLayout(options.layout)), desktop(options) {}
+
 void Product::spawn(const Setting& setting) {
-    std::filesystem::create_directories(desktop.configFolder());
-    std::ofstream(desktop.configFolder() / (std::string(identifier) + ".plist")) << plist(setting);
-    program = desktop.spawn(PALISOR);
+    name = setting.product;
+    std::ofstream(settingsFile()) << plist(setting);
+    program = desktop.spawn(PALISOR, {"--product", name, "--hold", setting.hold ? "on" : "off"});
 }
 
 void Product::start(const Setting& setting) {
     moveToMiddle(0);
     spawn(setting);
+    // Without a dark window to be seen: what it says of the tray that is not there comes from its
+    // run loop, when everything is in place.
     const auto isUp = [&] {
-        return setting.active ? isCovered(1) : program->errors().find("10.14") != std::string::npos;
+        return setting.active && name == "palisor"
+                   ? isCovered(1)
+                   : program->errors().find("no tray") != std::string::npos;
     };
     if (!holdsSoon(isUp))
         throw std::runtime_error("the program did not start: " + program->errors());
+}
+
+// A second start brings the menu of the first one up.
+void Product::switchOver() {
+    const auto menuIsShown = [&] {
+        return std::ranges::any_of(eye.windows(), [](const support::SeenWindow& window) {
+            return window.mapped && window.overrideRedirect && !window.inputOnly &&
+                   window.area.width > 60 && window.area.width < 600;
+        });
+    };
+    const auto second = desktop.spawn(PALISOR, {"--product", name});
+    if (second->wait() != 0 || !eye.waitUntilSeen(menuIsShown))
+        throw std::runtime_error("the menu did not open: " + program->errors());
+    hand.type(support::key::down);
+    hand.type(support::key::enter);
+    if (!eye.waitUntilSeen([&] { return !menuIsShown(); }))
+        throw std::runtime_error("the menu did not close: " + program->errors());
 }
 
 Spot Product::middle(std::size_t index) const {
@@ -102,8 +130,12 @@ bool Product::cursorEndsOn(std::size_t index) const {
     return holdsSoon([&] { return cursorIsOn(index); });
 }
 
+std::filesystem::path Product::settingsFile() const {
+    return desktop.configFolder() / ("com.tamberlo." + name + ".plist");
+}
+
 std::string Product::storedSettings() const {
-    std::ifstream file(desktop.configFolder() / (std::string(identifier) + ".plist"));
+    std::ifstream file(settingsFile());
     return {std::istreambuf_iterator<char>(file), {}};
 }
 

@@ -4,6 +4,7 @@
 #include "support/TempFolder.h"
 
 #include <cstdlib>
+#include <filesystem>
 #include <gtest/gtest.h>
 
 namespace {
@@ -42,6 +43,14 @@ TEST(ProductBundle, EveryProductHasItsDictionary) {
         EXPECT_EQ(bundle.string("MakerHost"), "service.tamberlo.invalid");
         EXPECT_TRUE(log.lines.empty());
     }
+}
+
+TEST(ProductBundle, IsReachedByItsCommandBesideTheExecutable) {
+    KeptLog log;
+    const ProductBundle bundle(PRODUCTS_FOLDER "/stay-awake", "en", lookUp, log);
+    EXPECT_EQ(bundle.name(), "stay-awake");
+    const auto own = std::filesystem::read_symlink("/proc/self/exe");
+    EXPECT_EQ(bundle.path(), own.parent_path() / "stay-awake");
 }
 
 TEST(ProductBundle, AnAbsentKeyOrOneOfAnotherTypeIsZeroAndEmpty) {

@@ -250,4 +250,29 @@ TEST_F(SettingsFileTest, RereadingAnEmptyFileForgetsWhatWasThere) {
     EXPECT_EQ(settings.object("a"), nullptr);
 }
 
+TEST_F(SettingsFileTest, TellsAnObserverOfAnotherProgramsEditAndNotOfTheRest) {
+    folder.write("a.plist", listOf("<key>a</key><string>1</string>"));
+    auto settings = open();
+    int told = 0;
+    settings.observe("a", [&] { ++told; });
+    folder.write("a.plist", listOf("<key>a</key><string>1</string><key>b</key><true/>"));
+    settings.fileChanged();
+    EXPECT_EQ(told, 0);
+    folder.write("a.plist", listOf("<key>a</key><string>22</string>"));
+    settings.fileChanged();
+    EXPECT_EQ(told, 1);
+    settings.fileChanged();
+    EXPECT_EQ(told, 1);
+}
+
+TEST_F(SettingsFileTest, TellsAnObserverOfAnEditThatASaveFinds) {
+    folder.write("a.plist", listOf("<key>a</key><string>1</string>"));
+    auto settings = open();
+    std::string seen;
+    settings.observe("a", [&] { seen = settings.stringForKey("a").value_or("none"); });
+    folder.write("a.plist", listOf("<key>a</key><string>22</string>"));
+    save(settings, "b", "1");
+    EXPECT_EQ(seen, "22");
+}
+
 } // namespace

@@ -24,6 +24,11 @@ std::string text(const std::string& key, const std::string& value) {
     return "<key>" + key + "</key><string>" + value + "</string>";
 }
 
+// Without one the program would ask for it first.
+constexpr const char* shortcut =
+    "<key>customShortcut</key><dict><key>keyCode</key><integer>40</integer>"
+    "<key>modifierFlags</key><integer>1310720</integer></dict>";
+
 class MenuOfTheProgram : public testing::Test {
   protected:
     MenuOfTheProgram() {
@@ -39,7 +44,7 @@ class MenuOfTheProgram : public testing::Test {
         std::ofstream(file()) << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist "
                                  "version=\"1.0\"><dict>"
                               << text("PRIMOACCESSO", "1") << text("PRIMOACCESSOCONSLIDER", "1")
-                              << settings << "</dict></plist>\n";
+                              << shortcut << settings << "</dict></plist>\n";
         program = desktop.spawn(std::string(PROGRAMS) + "/" + product);
         ASSERT_TRUE(program->waitForText("macOS 10.14")) << program->errors();
     }
@@ -120,7 +125,7 @@ TEST_F(MenuOfTheProgram, DarkensTheOtherMonitorWhileItsSliderIsDragged) {
     start("palisor", integer("OTHERS_DARK", 4));
     ASSERT_TRUE(turnsInto(204));
     openMenu();
-    const Area slider = openSubmenu(2);
+    const Area slider = openSubmenu(3);
     const int y = slider.y + 40;
     hand.moveTo(slider.x + 5 + 7 + 37, y);
     hand.pressButton();
@@ -136,12 +141,12 @@ TEST_F(MenuOfTheProgram, DarkensTheOtherMonitorWhileItsSliderIsDragged) {
 TEST_F(MenuOfTheProgram, NeverRewritesTheDarknessByBeingBuilt) {
     start("palisor", integer("OTHERS_DARK", 4000));
     openMenu();
-    for (int step = 0; step < 4; ++step)
+    for (int step = 0; step < 5; ++step)
         hand.type(down);
     hand.type(key::enter);
     ASSERT_TRUE(waitForMenus(0));
     openMenu();
-    openSubmenu(2);
+    openSubmenu(3);
     closeMenus();
     const std::string list = stored();
     EXPECT_TRUE(holds(list, integer("OTHERS_DARK", 4000)));
@@ -161,7 +166,7 @@ TEST_F(MenuOfTheProgram, KeepsTheDarknessInRangeWhateverIsStored) {
         SCOPED_TRACE(row.before);
         start("palisor", row.before + integer("VELOCITY", 0));
         openMenu();
-        openSubmenu(2);
+        openSubmenu(3);
         hand.type(row.pressed);
         closeMenus();
         const std::string list = stored();
@@ -175,7 +180,7 @@ TEST_F(MenuOfTheProgram, KeepsTheTimeInRangeWhateverIsStored) {
         SCOPED_TRACE(silly);
         start("vellumor", text("SCHEDULE", silly));
         openMenu();
-        openSubmenu(4);
+        openSubmenu(5);
         hand.type(key::right);
         closeMenus();
         EXPECT_TRUE(holds(stored(), text("SCHEDULE", "1")));

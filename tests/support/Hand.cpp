@@ -44,11 +44,23 @@ void Hand::relative(int dx, int dy) {
 }
 
 double Hand::push(int dx, int dy, int steps, int hz) {
+    return repeat(steps, hz, [&](int) { send(XCB_MOTION_NOTIFY, 1, dx, dy); });
+}
+
+void Hand::pushAt(double speed, double seconds, int hz) {
+    repeat(static_cast<int>(seconds * hz), hz, [&](int step) {
+        const auto pixels = [&](int steps) { return static_cast<int>(speed * steps / hz); };
+        const int dx = pixels(step + 1) - pixels(step);
+        if (dx != 0) send(XCB_MOTION_NOTIFY, 1, dx, 0);
+    });
+}
+
+double Hand::repeat(int steps, int hz, const std::function<void(int)>& act) const {
     timespec next{};
     clock_gettime(CLOCK_MONOTONIC, &next);
     const auto start = Clock::now();
     for (int step = 0; step < steps; ++step) {
-        send(XCB_MOTION_NOTIFY, 1, dx, dy);
+        act(step);
         xcb_flush(server.get());
         next.tv_nsec += nanosecondsInSecond / hz;
         if (next.tv_nsec >= nanosecondsInSecond) {

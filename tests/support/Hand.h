@@ -2,6 +2,7 @@
 
 #include "support/XConnection.h"
 
+#include <functional>
 #include <initializer_list>
 
 namespace support {
@@ -11,7 +12,7 @@ namespace key {
 inline constexpr xcb_keysym_t leftControl = 0xffe3, leftAlt = 0xffe9, leftSuper = 0xffeb,
                               leftShift = 0xffe1, capsLock = 0xffe5, numLock = 0xff7f,
                               escape = 0xff1b, enter = 0xff0d, f2 = 0xffbf, left = 0xff51,
-                              right = 0xff53;
+                              right = 0xff53, down = 0xff54;
 } // namespace key
 
 /// Moves the cursor and presses keys through XTEST. Every call returns when the server has taken
@@ -27,6 +28,9 @@ class Hand {
     /// `steps` events of (dx, dy) at `hz` events a second, on a clock of absolute times: a step
     /// that came late does not delay those after it. Returns the seconds that it took.
     double push(int dx, int dy, int steps, int hz);
+    /// The same at `speed` pixels a second to the right, or to the left where it is negative: like
+    /// a mouse it sends whole pixels, and nothing where there is none yet.
+    void pushAt(double speed, double seconds, int hz);
 
     void press(xcb_keysym_t keysym); ///< throws std::invalid_argument where no key has it
     void release(xcb_keysym_t keysym);
@@ -41,6 +45,7 @@ class Hand {
 
   private:
     void send(std::uint8_t type, std::uint8_t detail, int x = 0, int y = 0) const;
+    double repeat(int steps, int hz, const std::function<void(int)>& act) const;
     xcb_keycode_t codeFor(xcb_keysym_t keysym) const;
 
     XConnection server;

@@ -137,7 +137,8 @@ void PrivateDesktop::startFirstOf(const Options& options, const Layout& layout) 
     std::string failures;
     for (const ServerKind kind : options.servers) {
         try {
-            server = startServer(kind, folder.path(), variables, layout, options.hostDisplay);
+            server = startServer(kind, folder.path(), variables, layout, options.hostDisplay,
+                                 options.serverArguments);
             return;
         } catch (const std::runtime_error& error) {
             failures += std::string(error.what()) + "\n";

@@ -33,7 +33,8 @@ class PrivateDesktop {
         std::string layout = "1920x1080+0+0,1280x1024+1920+56"; ///< as parseLayout reads it
         /// Tried in this order; the first that starts is used.
         std::vector<ServerKind> servers = {ServerKind::xorg, ServerKind::xvfb};
-        std::string hostDisplay; ///< for Xephyr
+        std::string hostDisplay;                    ///< for Xephyr
+        std::vector<std::string> serverArguments{}; ///< behind the usual ones
         bool bus = true;
     };
 

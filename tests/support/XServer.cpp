@@ -86,14 +86,16 @@ std::vector<std::string> commandFor(ServerKind kind, const std::filesystem::path
 
 XServer startServer(ServerKind kind, const std::filesystem::path& folder,
                     const Environment& environment, const Layout& layout,
-                    const std::string& hostDisplay) {
+                    const std::string& hostDisplay, const std::vector<std::string>& arguments) {
     Environment surroundings = environment;
     if (kind == ServerKind::xephyr) surroundings["DISPLAY"] = hostDisplay;
     Pipe number = makePipe();
     XServer server{kind, {}, nullptr};
+    auto command = commandFor(kind, folder, layout);
+    command.insert(command.end(), arguments.begin(), arguments.end());
     // SIGTERM, so that the server removes its socket and lock even when the test has crashed.
-    server.process = std::make_unique<ChildProcess>(ChildProcess::Start{
-        commandFor(kind, folder, layout), surroundings, number.writeEnd.get(), SIGTERM});
+    server.process = std::make_unique<ChildProcess>(
+        ChildProcess::Start{command, surroundings, number.writeEnd.get(), SIGTERM});
     number.writeEnd.reset();
     const auto line = readLine(number.readEnd.get(), Clock::now() + generous);
     if (!line) {

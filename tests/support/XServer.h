@@ -25,6 +25,7 @@ struct XServer {
 /// std::runtime_error with the server's log when it does not start.
 XServer startServer(ServerKind kind, const std::filesystem::path& folder,
                     const Environment& environment, const Layout& layout,
-                    const std::string& hostDisplay = {});
+                    const std::string& hostDisplay = {},
+                    const std::vector<std::string>& arguments = {});
 
 } // namespace support

@@ -153,10 +153,12 @@ TEST(MenuAction, OfStayHiddenNeedsAWayBackFirst) {
     };
     constexpr std::int64_t controlCommand = 1310720;
     Program program(variants::cursorHider);
+    program.platform.settings.edit(keys::customShortcut, std::nullopt);
     program.launched();
     choose(program, "STAY_HIDDEN");
     EXPECT_THAT(program.effects({"applicationActivated", "alert"}),
-                ElementsAre("applicationActivated {}", testing::HasSubstr("STAY_HIDDEN_WARNING")));
+                ElementsAre("applicationActivated {}", testing::HasSubstr("STAY_HIDDEN_WARNING"),
+                            "applicationActivated {}", testing::HasSubstr("customShortcutView")));
     EXPECT_FALSE(program.platform.settings.boolForKey(keys::STAY_HIDDEN));
 
     program.setting(keys::customShortcut, shortcut(0));

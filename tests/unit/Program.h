@@ -24,8 +24,13 @@ struct Program {
         platform.bundle.set("IDApp", platform::Value{std::int64_t{variant}});
         platform.bundle.set("CFBundleIdentifier", platform::Value{"com.tamberlo.palisor"});
         platform.displays.replace(screensFromLayout(layout));
+        // Without one the barrier asks for a shortcut until it gets one.
+        setting(keys::customShortcut, shortcut.toValue());
         platform.effects.record();
     }
+
+    static constexpr platform::Shortcut shortcut{40, platform::Shortcut::control |
+                                                         platform::Shortcut::command};
 
     /// Launches and forgets the effects of doing so. The first run is over beforehand.
     Program& launched() {

@@ -17,7 +17,7 @@ constexpr platform::EventMask monitorMask = 0xFC010FE;
 struct X11InputEvents : testing::Test {
     void monitor() {
         session.input.addGlobalMonitor(monitorMask, [this](const InputEvent& e) { keep(e); });
-        session.connection.sync();
+        session.sync();
     }
     void keep(const InputEvent& e) {
         seen.push_back(e);
@@ -104,7 +104,7 @@ TEST_F(X11InputEvents, GiveLeftAndRightModifiersTheirOwnCodes) {
 
 TEST_F(X11InputEvents, DoNotRepeatAHeldKey) {
     session.input.addTap({.mask = platform::allEvents}, [this](const InputEvent& e) { keep(e); });
-    session.connection.sync();
+    session.sync();
     hand.press('a');
     // A second client sees the server's repetitions; here they must not have come.
     support::XConnection other(desktop.display());
@@ -156,7 +156,7 @@ TEST_F(X11InputEvents, AnswerTheWarpedPlaceInsideAHandlerAndForWhatComesAfter) {
         if (e.type == EventType::mouseMoved) session.pointer.warp({900, 900});
         places.push_back(session.pointer.location());
     });
-    session.connection.sync();
+    session.sync();
     hand.moveTo(100, 100);
     hand.pressButton(1);
     hand.releaseButton(1);

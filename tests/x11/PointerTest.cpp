@@ -29,7 +29,7 @@ TEST_F(X11Pointer, IsHeldForTheIntervalThatWasInForceAtTheWarp) {
     session.pointer.setLocalEventsSuppressionInterval(0.15);
     session.pointer.warp({700, 300});
     session.pointer.setLocalEventsSuppressionInterval(0);
-    session.connection.sync();
+    session.sync();
     for (const auto& [dx, dy] :
          {std::pair{40, 0}, {-40, 0}, {0, 40}, {0, -40}, {30, 30}, {-30, -30}})
         hand.relative(dx, dy);
@@ -43,7 +43,7 @@ TEST_F(X11Pointer, IsHeldForTheIntervalThatWasInForceAtTheWarp) {
 TEST_F(X11Pointer, IsFreeAtOnceWithoutAnInterval) {
     session.pointer.setLocalEventsSuppressionInterval(0);
     session.pointer.warp({700, 300});
-    session.connection.sync();
+    session.sync();
     hand.relative(40, -7);
     EXPECT_EQ(eye.cursor(), (support::Spot{740, 293}));
 }
@@ -54,7 +54,7 @@ TEST_F(X11Pointer, LetsGoWhenTheProgramHasGone) {
         other.pointer.setLocalEventsSuppressionInterval(60);
         other.pointer.warp({700, 300});
     }
-    session.connection.sync();
+    session.sync();
     hand.relative(40, 0);
     EXPECT_EQ(eye.cursor(), (support::Spot{740, 300}));
 }
@@ -72,10 +72,10 @@ TEST_F(X11Pointer, IsHiddenOnceHoweverOftenItIsAsked) {
     session.cursor.hide();
     EXPECT_FALSE(session.cursor.isVisible());
     session.cursor.show();
-    session.connection.sync();
+    session.sync();
     // A show without a hide is an error of the server's. The one made here comes after all others.
     xcb_unmap_window(session.connection.xcb(), 0x1234567);
-    session.connection.sync();
+    session.sync();
     ASSERT_TRUE(session.loop.runUntil([&] { return !session.log.lines.empty(); }));
     EXPECT_EQ(session.log.lines,
               (std::vector<std::string>{"X11 error 3 of request 10.0 on 0x1234567"}));

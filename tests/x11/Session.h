@@ -14,14 +14,17 @@ namespace x11tests {
 
 /// The services as a program has them.
 struct Session {
-    explicit Session(const std::string& display, const std::string& gammaGuard)
+    explicit Session(const std::string& display, const std::string& gammaGuard,
+                     bool serverHolds = true)
         : opened(platform::x11::Connection::open(display, loop, log, [this] { lost = true; })),
           connection(checked(opened)),
+          openedInput(platform::x11::Connection::open(display, loop, log, [] {})),
+          inputConnection(checked(openedInput)),
           displays(connection),
-          pointer(connection, displays, loop),
+          pointer(inputConnection, displays, loop, serverHolds),
           cursor(connection),
           keyboard(connection, log),
-          input(connection, displays, pointer, [this] { return ownWindowActive; }),
+          input(inputConnection, loop, displays, pointer, [this] { return ownWindowActive; }),
           windows(connection, displays, log, "overlay-tests", gammaGuard),
           workspace(connection, static_cast<std::uint32_t>(getpid())) {}
 
@@ -30,12 +33,20 @@ struct Session {
         return *opened.connection;
     }
 
+    /// The server has carried out everything that was asked for.
+    void sync() {
+        connection.sync();
+        inputConnection.sync();
+    }
+
     bool lost = false;
     bool ownWindowActive = false;
     TestLog log;
     TestLoop loop;
     platform::x11::Connection::Opened opened;
     platform::x11::Connection& connection;
+    platform::x11::Connection::Opened openedInput;
+    platform::x11::Connection& inputConnection;
     platform::x11::Displays displays;
     platform::x11::Pointer pointer;
     platform::x11::Cursor cursor;

@@ -21,6 +21,10 @@ std::string imagesFolder() {
     return dataFolder() + "/images";
 }
 
+std::string executablePath(const std::string& name) {
+    return (executableFolder() / name).string();
+}
+
 std::string helperPath(const std::string& name) {
     const auto own = executableFolder();
     const auto installed = own.parent_path() / "libexec" / "palisor" / name;

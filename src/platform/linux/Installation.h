@@ -13,6 +13,9 @@ std::string dataFolder();
 /// The pictures that the products share, one SVG file each.
 std::string imagesFolder();
 
+/// The executable, or a link to it, with that name in the executable's own folder.
+std::string executablePath(const std::string& name);
+
 /// A helper executable: in "libexec/palisor" beside the executable's own folder, else next to it.
 std::string helperPath(const std::string& name);
 

@@ -1,6 +1,7 @@
 #include "platform/linux/ProductBundle.h"
 
 #include "platform/linux/AtomicFile.h"
+#include "platform/linux/Installation.h"
 #include "platform/linux/PropertyList.h"
 
 namespace platform::linux {
@@ -28,6 +29,14 @@ std::string_view ProductBundle::string(std::string_view key) const {
     const auto found = information.find(key);
     if (found == information.end()) return {};
     return stringValue(found->second).value_or(std::string_view{});
+}
+
+std::string ProductBundle::path() const {
+    return executablePath(name());
+}
+
+std::string ProductBundle::name() const {
+    return bundleFolder.substr(bundleFolder.find_last_of('/') + 1);
 }
 
 std::string ProductBundle::localizedString(std::string_view key) const {

@@ -9,7 +9,8 @@
 
 namespace platform::linux {
 
-/// A product's folder: "Info.plist", and beside it its images and sounds.
+/// A product's folder: "Info.plist", and beside it its images and sounds. The folder and the
+/// product's command have the same name.
 class ProductBundle final : public Bundle {
   public:
     /// The text of a key in a language, or the key itself.
@@ -20,9 +21,16 @@ class ProductBundle final : public Bundle {
 
     int integer(std::string_view key) const override;
     std::string_view string(std::string_view key) const override;
+
+    /// The product's command, beside the executable that asks.
+    std::string path() const override;
+
     std::string localizedString(std::string_view key) const override;
 
     const std::string& folder() const { return bundleFolder; }
+
+    /// The name of the folder.
+    std::string name() const;
 
   private:
     std::string bundleFolder;

@@ -58,14 +58,17 @@ void SettingsFile::change(std::string_view key, std::optional<Value> value) {
 
 void SettingsFile::set(std::string_view key, Value value) {
     change(key, std::move(value));
+    tellObservers();
 }
 
 void SettingsFile::remove(std::string_view key) {
     change(key, std::nullopt);
+    tellObservers();
 }
 
 void SettingsFile::registerDefault(std::string_view key, Value value) {
     registered.insert_or_assign(std::string(key), std::move(value));
+    tellObservers();
 }
 
 void SettingsFile::setPersistentDomain(Dictionary values) {
@@ -73,12 +76,33 @@ void SettingsFile::setPersistentDomain(Dictionary values) {
     for (auto& [key, value] : values)
         current.emplace(key, ListEntry{std::move(value), {}});
     changedSinceAttempt = true;
+    tellObservers();
+}
+
+void SettingsFile::observe(std::string_view key, std::function<void()> changed) {
+    const Value* value = object(key);
+    observers.push_back(
+        {std::string(key), value ? std::optional(*value) : std::nullopt, std::move(changed)});
+}
+
+/// Comes last in every operation that may have changed something, since an observer may change
+/// more.
+void SettingsFile::tellObservers() {
+    for (std::size_t i = 0; i < observers.size(); ++i) {
+        const Value* now = object(observers[i].key);
+        std::optional<Value>& known = observers[i].known;
+        if (now ? known == *now : !known) continue;
+        known = now ? std::optional(*now) : std::nullopt;
+        const auto changed = observers[i].changed; // it may observe more
+        changed();
+    }
 }
 
 void SettingsFile::synchronize() {
     if (!changedSinceAttempt || saveRequested) return;
     if (!requestSave) {
         save();
+        tellObservers();
         return;
     }
     saveRequested = true;
@@ -89,10 +113,12 @@ void SettingsFile::savePending() {
     if (!saveRequested) return;
     saveRequested = false;
     if (changedSinceAttempt) save();
+    tellObservers();
 }
 
 void SettingsFile::flush() {
     if (current != saved) save();
+    tellObservers();
 }
 
 void SettingsFile::resetStandardUserDefaults() {
@@ -102,10 +128,12 @@ void SettingsFile::resetStandardUserDefaults() {
     current = std::move(stored);
     saved = current;
     changedSinceAttempt = false;
+    tellObservers();
 }
 
 void SettingsFile::fileChanged() {
     if (!filePath.empty()) (void)takeOverOutsideEdit();
+    tellObservers();
 }
 
 /// Reads the file into `list`, which stays empty unless it could be read.

@@ -10,6 +10,7 @@
 #include <set>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace platform::linux {
 
@@ -32,6 +33,7 @@ class SettingsFile final : public Settings {
     void flush() override;
     void resetStandardUserDefaults() override;
     void setPersistentDomain(Dictionary values) override;
+    void observe(std::string_view key, std::function<void()> changed) override;
 
     /// Saves what `requestSave` was called for.
     void savePending();
@@ -45,12 +47,18 @@ class SettingsFile final : public Settings {
 
   private:
     enum class Loaded { absent, read, setAside, failed };
+    struct Observer {
+        std::string key;
+        std::optional<Value> known; ///< what the key read as when `changed` was last called
+        std::function<void()> changed;
+    };
 
     Loaded load(PropertyList& list);
     bool takeOverOutsideEdit();
     void merge(PropertyList edited);
     void save();
     void change(std::string_view key, std::optional<Value> value);
+    void tellObservers();
     void report(std::string_view step, int error);
 
     std::string filePath;
@@ -60,6 +68,7 @@ class SettingsFile final : public Settings {
     PropertyList saved;                 ///< as the file was when it was last read or written
     std::optional<FileIdentity> onDisk; ///< of the file at that time; nothing when there was none
     Dictionary registered;
+    std::vector<Observer> observers;
     bool changedSinceAttempt = false;
     bool saveRequested = false;
     std::set<std::pair<std::string, int>> reported; ///< since the last save that worked

@@ -3,9 +3,9 @@
 namespace platform::memory {
 
 Platform MemoryPlatform::services() {
-    return {log,     runLoop,   application, bundle, settings,      files,
-            system,  displays,  pointer,     cursor, input,         keyboard,
-            windows, workspace, statusItem,  alerts, notifications, sounds};
+    return {log,       runLoop,    application, bundle,        settings, files,      system,
+            displays,  pointer,    cursor,      input,         keyboard, hotKeys,    windows,
+            workspace, statusItem, alerts,      notifications, sounds,   loginItems, power};
 }
 
 void MemoryPlatform::move(Point to, EventType type) {

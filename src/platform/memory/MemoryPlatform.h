@@ -8,11 +8,14 @@
 #include "platform/memory/Displays.h"
 #include "platform/memory/Effects.h"
 #include "platform/memory/Files.h"
+#include "platform/memory/HotKeys.h"
 #include "platform/memory/InputEvents.h"
 #include "platform/memory/Keyboard.h"
 #include "platform/memory/Log.h"
+#include "platform/memory/LoginItems.h"
 #include "platform/memory/Notifications.h"
 #include "platform/memory/Pointer.h"
+#include "platform/memory/Power.h"
 #include "platform/memory/RunLoop.h"
 #include "platform/memory/Settings.h"
 #include "platform/memory/Sounds.h"
@@ -41,12 +44,15 @@ class MemoryPlatform {
     Cursor cursor{effects};
     InputEvents input{effects, clock};
     Keyboard keyboard{effects};
+    HotKeys hotKeys{effects, settings};
     Windows windows{effects};
     Workspace workspace{effects};
     StatusItem statusItem{effects};
     Alerts alerts{effects, runLoop};
     Notifications notifications{effects};
     Sounds sounds{effects};
+    LoginItems loginItems{effects};
+    Power power{effects};
 
     MemoryPlatform() = default;
     MemoryPlatform(const MemoryPlatform&) = delete;

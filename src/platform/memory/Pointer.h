@@ -21,12 +21,17 @@ class Pointer final : public platform::Pointer {
         effects.emit("suppressionInterval", Member{"seconds", seconds});
     }
 
+    /// Only remembered: who drives the events from outside decides where the cursor gets to.
+    void holdInside(std::optional<Rect> screen) override { held = screen; }
+    std::optional<Rect> heldInside() const { return held; }
+
     /// Moves the cursor as the hand does, without an event. Top-left coordinates.
     void place(Point to) { at = to; }
 
   private:
     Effects& effects;
     Point at;
+    std::optional<Rect> held;
 };
 
 } // namespace platform::memory

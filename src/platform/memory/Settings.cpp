@@ -1,5 +1,6 @@
 #include "platform/memory/Settings.h"
 
+#include <algorithm>
 #include <ranges>
 
 namespace platform::memory {
@@ -7,7 +8,7 @@ namespace platform::memory {
 namespace {
 
 // Assigns without making a key text where the key is there already.
-void put(Dictionary& values, std::string_view key, Value value) {
+void store(Dictionary& values, std::string_view key, Value value) {
     if (const auto found = values.find(key); found != values.end())
         found->second = std::move(value);
     else
@@ -29,10 +30,34 @@ const Value* Settings::object(std::string_view key) const {
 void Settings::assign(std::string_view key, std::optional<Value> value) {
     const Value* before = look(persistent, key);
     unsaved.emplace_back(key, before == nullptr ? std::nullopt : std::optional(*before));
-    if (value)
-        put(persistent, key, *std::move(value));
-    else if (const auto found = persistent.find(key); found != persistent.end())
-        persistent.erase(found);
+    put(key, std::move(value));
+}
+
+/// Makes a change of one key, and tells those who observe it.
+void Settings::changing(std::string_view key, const std::function<void()>& change) {
+    const bool observed = std::ranges::find(observers, key, &Observer::key) != observers.end();
+    const auto read = [this, key] {
+        const Value* now = object(key);
+        return now == nullptr ? std::nullopt : std::optional(*now);
+    };
+    const auto before = observed ? read() : std::nullopt;
+    change();
+    if (!observed || read() == before) return;
+    for (const Observer& observer : observers)
+        if (observer.key == key) observer.changed();
+}
+
+void Settings::put(std::string_view key, std::optional<Value> value) {
+    changing(key, [&] {
+        if (value)
+            store(persistent, key, *std::move(value));
+        else if (const auto found = persistent.find(key); found != persistent.end())
+            persistent.erase(found);
+    });
+}
+
+void Settings::observe(std::string_view key, std::function<void()> changed) {
+    observers.push_back({std::string(key), std::move(changed)});
 }
 
 void Settings::set(std::string_view key, Value value) {
@@ -47,7 +72,7 @@ void Settings::remove(std::string_view key) {
 
 void Settings::registerDefault(std::string_view key, Value value) {
     effects.emit("register", Member{"key", key}, Member{"value", value});
-    put(registered, key, std::move(value));
+    changing(key, [&] { store(registered, key, std::move(value)); });
 }
 
 void Settings::synchronize() {
@@ -62,13 +87,9 @@ void Settings::save() {
 }
 
 void Settings::resetStandardUserDefaults() {
-    for (auto& [key, value] : unsaved | std::views::reverse) {
-        if (value)
-            put(persistent, key, *std::move(value));
-        else
-            persistent.erase(key);
-    }
-    unsaved.clear();
+    auto forgotten = std::exchange(unsaved, {});
+    for (auto& [key, value] : forgotten | std::views::reverse)
+        put(key, std::move(value));
 }
 
 void Settings::setPersistentDomain(Dictionary values) {
@@ -84,10 +105,7 @@ void Settings::setPersistentDomain(Dictionary values) {
 void Settings::edit(std::string_view key, std::optional<Value> value) {
     saved = true;
     std::erase_if(unsaved, [key](const Change& change) { return change.first == key; });
-    if (value)
-        put(persistent, key, *std::move(value));
-    else if (const auto found = persistent.find(key); found != persistent.end())
-        persistent.erase(found);
+    put(key, std::move(value));
 }
 
 } // namespace platform::memory

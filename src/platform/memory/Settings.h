@@ -23,6 +23,8 @@ class Settings final : public platform::Settings {
     void resetStandardUserDefaults() override;
     void setPersistentDomain(Dictionary values) override;
 
+    void observe(std::string_view key, std::function<void()> changed) override;
+
     /// Writes into the stored settings from outside the program: no effect tells of it. Nothing for
     /// `value` takes the key out.
     void edit(std::string_view key, std::optional<Value> value);
@@ -39,6 +41,13 @@ class Settings final : public platform::Settings {
   private:
     using Change = std::pair<std::string, std::optional<Value>>;
 
+    struct Observer {
+        std::string key;
+        std::function<void()> changed;
+    };
+
+    void changing(std::string_view key, const std::function<void()>& change);
+    void put(std::string_view key, std::optional<Value> value);
     void assign(std::string_view key, std::optional<Value> value);
     void save();
 
@@ -46,6 +55,7 @@ class Settings final : public platform::Settings {
     Dictionary persistent;
     Dictionary registered;
     std::vector<Change> unsaved; ///< what the keys changed since the last save held before
+    std::vector<Observer> observers;
     bool broken = false;
     bool saved = false;
 };

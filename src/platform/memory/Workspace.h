@@ -15,8 +15,20 @@ class Workspace final : public platform::Workspace {
         effects.emit("openFile", Member{"path", path}, Member{"application", application});
     }
 
+    std::vector<std::string> runningApplications() override { return running; }
+
+    void postDistributedNotification(const std::string& name, const std::string& object) override {
+        effects.emit("distributed", Member{"name", name}, Member{"object", object});
+    }
+
+    /// The other applications from now on.
+    void setRunningApplications(std::vector<std::string> identifiers) {
+        running = std::move(identifiers);
+    }
+
   private:
     Effects& effects;
+    std::vector<std::string> running;
 };
 
 } // namespace platform::memory

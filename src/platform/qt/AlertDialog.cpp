@@ -28,7 +28,7 @@ QLabel* textLabel(const std::string& text) {
 
 } // namespace
 
-AlertDialog::AlertDialog(const Alert& alert, const QPixmap& icon)
+AlertDialog::AlertDialog(const Alert& alert, const QPixmap& icon, QWidget* accessory)
     : QDialog(nullptr, Qt::Dialog | Qt::WindowStaysOnTopHint | Qt::CustomizeWindowHint |
                            Qt::WindowTitleHint),
       buttonCount(alert.buttons.size()) {
@@ -45,9 +45,12 @@ AlertDialog::AlertDialog(const Alert& alert, const QPixmap& icon)
     auto* column = new QVBoxLayout;
     column->setSpacing(margin);
     column->addWidget(makeTexts(alert));
+    if (accessory != nullptr) column->addWidget(accessory);
     column->addWidget(makeButtons(alert));
     row->addLayout(column);
     row->setSizeConstraint(QLayout::SetFixedSize);
+    // Only now does it belong to this window; an accessory would come first otherwise.
+    if (defaultButton != nullptr) defaultButton->setFocus();
 }
 
 QWidget* AlertDialog::makeTexts(const Alert& alert) {
@@ -78,7 +81,7 @@ QWidget* AlertDialog::makeButtons(const Alert& alert) {
         button->setAutoDefault(false);
         if (index == 0) {
             button->setDefault(true);
-            button->setFocus();
+            defaultButton = button;
         }
         connect(button, &QPushButton::clicked, this, [this, index] { answerWith(index); });
         row->addWidget(button);

@@ -10,8 +10,9 @@ namespace platform::qt {
 /// The window of one alert.
 class AlertDialog final : public QDialog {
   public:
-    /// `icon` is null for none.
-    AlertDialog(const Alert& alert, const QPixmap& icon);
+    /// `icon` is null for none. `accessory`, which may be null too, is shown below the texts and
+    /// belongs to the dialog from then on.
+    AlertDialog(const Alert& alert, const QPixmap& icon, QWidget* accessory);
 
     /// The index of the button; nothing when the dialog was ended by nobody's answer.
     std::optional<std::size_t> answer() const { return answered; }
@@ -28,6 +29,7 @@ class AlertDialog final : public QDialog {
     void answerWith(std::size_t button);
 
     std::size_t buttonCount;
+    QWidget* defaultButton = nullptr;
     std::optional<std::size_t> answered;
 };
 

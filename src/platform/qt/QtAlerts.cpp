@@ -5,6 +5,7 @@
 
 #include <QFile>
 #include <QIcon>
+#include <QWidget>
 
 namespace platform::qt {
 
@@ -14,7 +15,10 @@ int QtAlerts::runModal(const Alert& alert) {
     const auto iconFile = QString::fromStdString(iconPath);
     // The reader of pictures complains of a missing file itself.
     const QPixmap icon = QFile::exists(iconFile) ? QIcon(iconFile).pixmap(iconSize) : QPixmap();
-    AlertDialog dialog(alert, icon);
+    QWidget* const accessory = makeAccessory && !alert.accessory.empty()
+                                   ? makeAccessory(alert.accessory, nullptr)
+                                   : nullptr;
+    AlertDialog dialog(alert, icon, accessory);
     dialog.exec();
     const auto answer = dialog.answer();
     if (!answer) application.endSession();

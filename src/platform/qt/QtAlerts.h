@@ -3,7 +3,10 @@
 #include "platform/Alerts.h"
 #include "platform/qt/QtRunLoop.h"
 
+#include <functional>
 #include <string>
+
+class QWidget;
 
 namespace platform::qt {
 
@@ -11,9 +14,17 @@ class QtApplication;
 
 class QtAlerts final : public Alerts {
   public:
-    /// `iconFile` is read at each alert and need not exist.
-    QtAlerts(QtRunLoop& loop, QtApplication& session, std::string iconFile)
-        : runLoop(loop), application(session), iconPath(std::move(iconFile)) {}
+    /// Makes the control that an alert names, as a child of the parent; null for an unknown one.
+    using MakeAccessory = std::function<QWidget*(const std::string& name, QWidget* parent)>;
+
+    /// `iconFile` is read at each alert and need not exist. Without `accessories` no alert has a
+    /// control.
+    QtAlerts(QtRunLoop& loop, QtApplication& session, std::string iconFile,
+             MakeAccessory accessories = {})
+        : runLoop(loop),
+          application(session),
+          iconPath(std::move(iconFile)),
+          makeAccessory(std::move(accessories)) {}
 
     int runModal(const Alert& alert) override;
 
@@ -21,6 +32,7 @@ class QtAlerts final : public Alerts {
     QtRunLoop& runLoop;
     QtApplication& application;
     std::string iconPath;
+    MakeAccessory makeAccessory;
 };
 
 } // namespace platform::qt

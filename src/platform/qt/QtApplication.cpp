@@ -5,6 +5,7 @@
 #include <QEvent>
 #include <QUrl>
 #include <QWidget>
+#include <QWindow>
 #include <cstdio>
 #include <cstdlib>
 #include <utility>
@@ -56,6 +57,11 @@ bool QtApplication::hasActiveWindow() {
 
 void QtApplication::openFile(const std::string& path) {
     QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromStdString(path)));
+}
+
+void QtApplication::onActiveWindowChange(std::function<void()> changed) {
+    QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, this,
+                     [operation = std::move(changed)] { operation(); });
 }
 
 void QtApplication::endSession() {

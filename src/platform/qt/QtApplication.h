@@ -55,6 +55,9 @@ class QtApplication final : public QObject, public Application {
     /// which takes it without being an active window. No round trip.
     static bool hasActiveWindow();
 
+    /// Calls `changed` whenever the answer of `hasActiveWindow` may have changed.
+    void onActiveWindowChange(std::function<void()> changed);
+
     /// Opens a file with the application that the desktop has for it.
     static void openFile(const std::string& path);
 

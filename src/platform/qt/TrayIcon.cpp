@@ -15,7 +15,7 @@ namespace platform::qt {
 
 namespace {
 
-constexpr std::chrono::seconds timeForThePanel{5};
+constexpr std::chrono::seconds timeForThePanel{3};
 
 constexpr int itemSizes[] = {16, 22, 24, 32, 44, 48, 64}; // of panels at 100, 150 and 200 %
 

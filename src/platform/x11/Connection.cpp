@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <poll.h>
 #include <xcb/randr.h>
 #include <xcb/shape.h>
 #include <xcb/xcbext.h>
@@ -21,7 +22,8 @@
 // whenever it writes. What was read then lies in memory, and the socket is not readable any more.
 // So after each wait and each flush, if an event or an awaited reply may lie there, a request of no
 // effect is sent, whose own reply makes the socket readable again. Nothing is ever handled from
-// inside a wait or a flush: handlers run from `drain` only.
+// inside a wait or a flush: handlers run from `drain` only. A connection that is not watched is
+// drained by its reader's own clock and needs no such request.
 //
 // A handler may run a modal loop, which drains again; so an event is out of the queue before it is
 // handled, and nothing here is kept across a handler's call.
@@ -77,9 +79,8 @@ Connection::Connection(Handle handle, std::string displayName, int screenNumber,
 }
 
 Connection::~Connection() {
-    if (!watching) return;
-    watching = false;
-    descriptors.unwatch(xcb_get_file_descriptor(connection.get()));
+    if (!screen || gone) return;
+    watch(false);
     // Disconnecting drops what the server has not read yet.
     sync();
 }
@@ -93,9 +94,7 @@ std::string Connection::setUp() {
     if (std::string error = negotiateExtensions(); !error.empty()) return error;
     if (std::string error = refuseXwayland(); !error.empty()) return error;
     internAtoms();
-    descriptors.watchReadable(xcb_get_file_descriptor(connection.get()), [this] { drain(); });
-    watching = true;
-    wakeIfNeeded();
+    watch(true);
     return {};
 }
 
@@ -118,7 +117,7 @@ std::string Connection::negotiateExtensions() {
 
     const auto randrAsked = xcb_randr_query_version(c, 1, 5);
     const auto xfixesAsked = xcb_xfixes_query_version(c, 5, 0);
-    const auto xinputAsked = xcb_input_xi_query_version(c, 2, 2);
+    const auto xinputAsked = xcb_input_xi_query_version(c, 2, 3);
     const auto randrHas = wait(randrAsked, xcb_randr_query_version_reply);
     const auto xfixesHas = wait(xfixesAsked, xcb_xfixes_query_version_reply);
     const auto xinputHas = wait(xinputAsked, xcb_input_xi_query_version_reply);
@@ -133,6 +132,7 @@ std::string Connection::negotiateExtensions() {
     randrFirstEvent = randr->first_event;
     xfixesFirstEvent = xfixes->first_event;
     xinputMajorOpcode = xinput->major_opcode;
+    barrierHits = atLeast(xinputHas, 2, 3);
     return {};
 }
 
@@ -216,6 +216,36 @@ void Connection::sync() {
     wait(xcb_get_input_focus(connection.get()), xcb_get_input_focus_reply);
 }
 
+void Connection::readBy(std::function<void()> readable) {
+    reader = std::move(readable);
+}
+
+void Connection::watch(bool on) {
+    if (watching == on || gone) return;
+    watching = on;
+    const int descriptor = xcb_get_file_descriptor(connection.get());
+    if (!on) {
+        descriptors.unwatch(descriptor);
+        return;
+    }
+    descriptors.watchReadable(descriptor, [this] {
+        if (reader)
+            reader();
+        else
+            drain();
+    });
+    wakeIfNeeded();
+}
+
+bool Connection::waitForArrival(std::chrono::steady_clock::time_point deadline) {
+    using std::chrono::nanoseconds;
+    const auto left = deadline - std::chrono::steady_clock::now();
+    if (gone || left <= nanoseconds::zero()) return false;
+    pollfd arrival{xcb_get_file_descriptor(connection.get()), POLLIN, 0};
+    const timespec limit{0, static_cast<long>(nanoseconds(left).count())};
+    return ppoll(&arrival, 1, &limit, nullptr) == 1;
+}
+
 void Connection::wakeIfNeeded() {
     if (!watching) return;
     if (auto event = Reply<xcb_generic_event_t>(xcb_poll_for_queued_event(connection.get())))
@@ -250,7 +280,7 @@ void Connection::drain() {
         }
         more |= dispatchReplies();
     }
-    if (watching && xcb_connection_has_error(connection.get())) endAfterLoss();
+    if (!gone && xcb_connection_has_error(connection.get())) endAfterLoss();
 }
 
 void Connection::dispatch(const xcb_generic_event_t& event) {
@@ -288,8 +318,8 @@ bool Connection::dispatchReplies() {
 }
 
 void Connection::endAfterLoss() {
-    watching = false;
-    descriptors.unwatch(xcb_get_file_descriptor(connection.get()));
+    watch(false);
+    gone = true;
     if (lost) lost();
 }
 

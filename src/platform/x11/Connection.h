@@ -5,6 +5,8 @@
 #include "platform/x11/Atoms.h"
 #include "platform/x11/Reply.h"
 
+#include <array>
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <initializer_list>
@@ -62,6 +64,8 @@ class Connection {
     std::uint8_t randrEvents() const { return randrFirstEvent; }
     std::uint8_t xfixesEvents() const { return xfixesFirstEvent; }
     std::uint8_t xinputOpcode() const { return xinputMajorOpcode; }
+    /// Whether the server tells what is pushed against pointer barriers (XInput 2.3).
+    bool tellsBarrierHits() const { return barrierHits; }
 
     /// Adds to the event mask of the root window, or takes away from it.
     void selectOnRoot(std::uint32_t eventMask, bool on = true);
@@ -90,6 +94,16 @@ class Connection {
     /// Waits until the server has done everything requested so far.
     void sync();
 
+    /// For the one who reads this connection at a pace of his own. `readable` is called from the
+    /// run loop, instead of `drain`, when something has arrived while the connection is watched.
+    void readBy(std::function<void()> readable);
+    /// Whether arrivals wake the program; they do from the beginning. What comes unwatched waits.
+    void watch(bool on);
+    /// Handles what has arrived, and sends what has been requested.
+    void drain();
+    /// Waits for an arrival, not beyond the deadline; false without one, or without a server.
+    bool waitForArrival(std::chrono::steady_clock::time_point deadline);
+
   private:
     struct Disconnect {
         void operator()(xcb_connection_t* c) const { xcb_disconnect(c); }
@@ -108,7 +122,6 @@ class Connection {
     std::string refuseXwayland();
     void internAtoms();
 
-    void drain();
     Reply<xcb_generic_event_t> nextEvent();
     void dispatch(const xcb_generic_event_t& event);
     bool dispatchReplies();
@@ -126,12 +139,15 @@ class Connection {
     std::uint8_t randrFirstEvent = 0;
     std::uint8_t xfixesFirstEvent = 0;
     std::uint8_t xinputMajorOpcode = 0;
+    bool barrierHits = false;
     std::uint32_t rootMask = 0;
     std::array<std::vector<Listener*>, 128> listeners;
     std::vector<Listener*> everyone;
     std::vector<Awaited> awaited;
     std::vector<Reply<xcb_generic_event_t>> heldEvents;
+    std::function<void()> reader;
     bool watching = false;
+    bool gone = false;
 };
 
 } // namespace platform::x11

@@ -34,6 +34,11 @@ ScreenId Displays::mainScreen() const {
     return list.empty() ? ScreenId::none : list.front().id;
 }
 
+void Displays::onLayout(const void* owner, std::function<void()> changed) {
+    std::erase_if(layoutHandlers, [owner](const auto& one) { return one.first == owner; });
+    if (changed) layoutHandlers.emplace_back(owner, std::move(changed));
+}
+
 void Displays::handle(const xcb_generic_event_t& event) {
     if ((event.response_type & 0x7f) == XCB_CONFIGURE_NOTIFY) {
         const auto& configured = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
@@ -55,7 +60,9 @@ void Displays::batchEnded() {
         [](const Screen& a, const Screen& b) { return a.id == b.id && a.frame == b.frame; });
     const bool layoutChanged =
         screensChanged || wiring != wiringBefore || originBefore != std::pair(originX, originY);
-    if (layoutChanged && layoutHandler) layoutHandler();
+    if (layoutChanged)
+        for (const auto& [owner, changed] : layoutHandlers)
+            changed();
     if (screensChanged && changedHandler) changedHandler();
 }
 

@@ -3,6 +3,7 @@
 #include "platform/Displays.h"
 #include "platform/x11/Connection.h"
 
+#include <utility>
 #include <vector>
 #include <xcb/randr.h>
 
@@ -20,8 +21,8 @@ class Displays final : public platform::Displays, private Listener {
     void onChange(std::function<void()> changed) override { changedHandler = std::move(changed); }
 
     /// For the services of this folder: called before the program's own handler, and also when only
-    /// the wiring of monitors to CRTCs has changed.
-    void onLayout(std::function<void()> changed) { layoutHandler = std::move(changed); }
+    /// the wiring of monitors to CRTCs has changed. One handler an owner; an empty one ends it.
+    void onLayout(const void* owner, std::function<void()> changed);
 
     Point toTopLeft(int rootX, int rootY) const;
     /// The root pixel that holds a point, top-left coordinates.
@@ -51,7 +52,7 @@ class Displays final : public platform::Displays, private Listener {
     int originHeight = 0;
     bool stale = false;
     std::function<void()> changedHandler;
-    std::function<void()> layoutHandler;
+    std::vector<std::pair<const void*, std::function<void()>>> layoutHandlers;
 };
 
 } // namespace platform::x11

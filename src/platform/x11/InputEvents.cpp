@@ -1,6 +1,6 @@
 #include "platform/x11/InputEvents.h"
 
-#include <optional>
+#include <utility>
 
 namespace platform::x11 {
 
@@ -44,14 +44,27 @@ std::optional<EventType> typeOf(const RawEvent& raw, std::uint16_t buttonMask) {
 
 } // namespace
 
-InputEvents::InputEvents(Connection& connection, const Displays& displays, Pointer& cursor,
-                         std::function<bool()> ownActive)
+InputEvents::InputEvents(Connection& connection, Descriptors& descriptors, const Displays& displays,
+                         Pointer& cursor, std::function<bool()> ownActive)
     : pointer(cursor),
       ownWindowActive(std::move(ownActive)),
-      source(connection, displays, cursor,
-             [this](const RawEvent& raw, Point place, std::uint16_t buttonMask) {
-                 receive(raw, place, buttonMask);
-             }) {}
+      source(
+          connection, displays, cursor,
+          [this](const RawEvent& raw, Point place, std::uint16_t buttonMask) {
+              receive(raw, place, buttonMask);
+          },
+          [this] { reader.arrived(); }),
+      reader(connection, descriptors, [this] { return source.waitsForAnswer(); },
+             {[this] {
+                  ownWindowChanged();
+                  source.beginFrame();
+              },
+              [this] { source.endFrame(); }}) {}
+
+// An alert or a menu of the program may be on another monitor.
+void InputEvents::ownWindowChanged() {
+    pointer.hold().suspend(ownWindowActive && ownWindowActive());
+}
 
 void InputEvents::addGlobalMonitor(EventMask mask, Handler handler) {
     add({mask, false, std::move(handler)});
@@ -71,10 +84,48 @@ void InputEvents::add(Consumer consumer) {
 void InputEvents::receive(const RawEvent& raw, Point place, std::uint16_t buttonMask) {
     const std::optional<EventType> type = typeOf(raw, buttonMask);
     if (!type) return;
-    const EventMask bit = maskOf(*type);
-    const bool isPointers = (bit & keyTypes) == 0;
+    const bool isPointers = (maskOf(*type) & keyTypes) == 0;
     const InputEvent event{*type, place, isPointers ? std::uint16_t{0} : raw.key.code, raw.time};
-    const Pointer::Handling handling(pointer, place);
+    if (raw.kind == RawEvent::Kind::motion)
+        receiveMotion(event);
+    else
+        deliver(event);
+}
+
+void InputEvents::receiveMotion(InputEvent event) {
+    Hold& hold = pointer.hold();
+    const auto back = std::exchange(putBack, std::nullopt);
+    if (const auto push = hold.takePush(event.location)) {
+        deliverPush(event, *push);
+        return;
+    }
+    // Nothing held it: it was warped back, and has been pushed out again from there.
+    if (back && hold.isBeyond(event.location)) {
+        InputEvent held = event;
+        held.location = *back;
+        deliver(held);
+    }
+    const unsigned before = pointer.warps();
+    deliver(event);
+    const bool isBack = pointer.warps() != before && !hold.isBeyond(pointer.lastPut());
+    if (isBack) putBack = pointer.lastPut();
+}
+
+// The cursor is still inside. The answer to the point outside is carried out: a warp was, and
+// without one the cursor is let through.
+void InputEvents::deliverPush(InputEvent event, const Hold::Push& push) {
+    event.location = push.held;
+    deliver(event);
+    const unsigned before = pointer.warps();
+    event.location = push.beyond;
+    deliver(event);
+    if (pointer.warps() == before) pointer.put(push.beyond);
+}
+
+void InputEvents::deliver(const InputEvent& event) {
+    const EventMask bit = maskOf(event.type);
+    const bool isPointers = (bit & keyTypes) == 0;
+    const Pointer::Handling handling(pointer, event.location);
     for (std::size_t i = 0; i < consumers.size(); ++i) {
         if (!(consumers[i].mask & bit)) continue;
         const bool withheld =

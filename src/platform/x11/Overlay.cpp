@@ -83,8 +83,28 @@ void Overlay::make() {
     }
     setHints();
     setInputShape();
+    thinOut();
     setOpacity();
     drawPicture();
+}
+
+// Where nothing blends, a window that should be half there is there in every second row, so that
+// the desktop under it can still be read. A line is too thin to lose rows.
+void Overlay::thinOut() {
+    if (form != Form::solid) return;
+    constexpr int lineWidth = 8;
+    std::vector<xcb_rectangle_t> rows;
+    if (std::min(area.width, area.height) <= lineWidth || style.alpha >= 1) {
+        rows.push_back({0, 0, area.width, area.height});
+    } else {
+        const auto before = [this](int row) { return std::floor(row * style.alpha); };
+        for (int row = 0; row < area.height; ++row)
+            if (before(row + 1) > before(row))
+                rows.push_back({0, static_cast<std::int16_t>(row), area.width, 1});
+    }
+    xcb_shape_rectangles(xcb(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING,
+                         XCB_CLIP_ORDERING_YX_BANDED, window, 0, 0,
+                         static_cast<std::uint32_t>(rows.size()), rows.data());
 }
 
 // A picture takes the place of the background. It is drawn anew for each size.
@@ -189,6 +209,7 @@ void Overlay::place() {
                              XCB_CONFIG_WINDOW_HEIGHT,
                          values);
     if (area.width != before.width || area.height != before.height) {
+        thinOut();
         drawPicture();
         showPicture();
     } else if (shaped) {
@@ -203,6 +224,7 @@ void Overlay::setAlpha(float alpha) {
     if (window == XCB_NONE) return;
     setOpacity();
     showPicture();
+    thinOut();
     if (form == Form::translucent && style.image.empty()) {
         const std::uint32_t pixel = backgroundPixel();
         xcb_change_window_attributes(xcb(), window, XCB_CW_BACK_PIXEL, &pixel);
@@ -221,13 +243,15 @@ void Overlay::setIgnoresMouseEvents(bool ignores) {
 
 void Overlay::makeKeyAndOrderFront() {
     if (window == XCB_NONE) make();
-    if (number == 0) number = ++owner.lastId;
-    visible = true;
-    owner.visibilityChanged();
     raise();
-    xcb_map_window(xcb(), window);
-    showPicture();
-    updateGamma();
+    if (!visible) {
+        if (number == 0) number = ++owner.lastId;
+        visible = true;
+        owner.visibilityChanged();
+        xcb_map_window(xcb(), window);
+        showPicture();
+        updateGamma();
+    }
     owner.connection.flush();
 }
 

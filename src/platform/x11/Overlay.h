@@ -37,6 +37,7 @@ class Overlay final : public platform::Window {
     void unmake();
     void setHints();
     void setInputShape();
+    void thinOut();
     std::uint32_t backgroundPixel() const;
     void drawPicture();
     void showPicture();

@@ -4,8 +4,8 @@
 
 namespace platform::x11 {
 
-Pointer::Pointer(Connection& x, const Displays& screens, RunLoop& loop)
-    : connection(x), displays(screens), runLoop(loop) {}
+Pointer::Pointer(Connection& x, Displays& screens, RunLoop& loop, bool serverHolds)
+    : connection(x), displays(screens), runLoop(loop), screenHold(x, screens, serverHolds) {}
 
 Pointer::~Pointer() {
     release();
@@ -20,18 +20,32 @@ Point Pointer::location() {
 }
 
 void Pointer::warp(Point to) {
+    put(to);
+    if (interval > 0) pause(placeInForce(displays.toRoot(to)));
+    connection.flush();
+}
+
+void Pointer::put(Point to) {
     const xcb_point_t place = displays.toRoot(to);
     release();
     xcb_warp_pointer(connection.xcb(), XCB_NONE, connection.root(), 0, 0, 0, 0, place.x, place.y);
     ++warpCount;
+    lastPlace = to;
     if (known) known = to;
-    if (interval > 0) hold(place);
-    connection.flush();
+    screenHold.put({static_cast<double>(place.x), static_cast<double>(place.y)});
+}
+
+// The server moves a cursor that was put beside every monitor onto the nearest one. This waits for
+// the server, once for a pause that the hand feels anyway.
+xcb_point_t Pointer::placeInForce(xcb_point_t wanted) {
+    const auto reply = connection.wait(xcb_query_pointer(connection.xcb(), connection.root()),
+                                       xcb_query_pointer_reply);
+    return reply ? xcb_point_t{reply->root_x, reply->root_y} : wanted;
 }
 
 // A vertical barrier at x stands between the pixels x - 1 and x, a horizontal one likewise. The
 // walls overlap at the corners, or a diagonal step would slip out between two of them.
-void Pointer::hold(xcb_point_t place) {
+void Pointer::pause(xcb_point_t place) {
     const auto at = [](int v) { return static_cast<std::uint16_t>(std::max(v, 0)); };
     const std::uint16_t left = at(place.x), right = at(place.x + 1);
     const std::uint16_t top = at(place.y), bottom = at(place.y + 1);

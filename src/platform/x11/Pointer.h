@@ -2,7 +2,7 @@
 
 #include "platform/Pointer.h"
 #include "platform/RunLoop.h"
-#include "platform/x11/Displays.h"
+#include "platform/x11/Hold.h"
 
 #include <array>
 #include <chrono>
@@ -13,7 +13,9 @@ namespace platform::x11 {
 
 class Pointer final : public platform::Pointer {
   public:
-    Pointer(Connection& connection, const Displays& displays, RunLoop& runLoop);
+    /// On the connection that the events are read from, or a warp and they would have no order.
+    /// `serverHolds` false: the cursor is only warped back.
+    Pointer(Connection& connection, Displays& displays, RunLoop& runLoop, bool serverHolds = true);
     ~Pointer() override;
     Pointer(const Pointer&) = delete;
     Pointer& operator=(const Pointer&) = delete;
@@ -21,6 +23,13 @@ class Pointer final : public platform::Pointer {
     Point location() override;
     void warp(Point to) override;
     void setLocalEventsSuppressionInterval(double seconds) override { interval = seconds; }
+    void holdInside(std::optional<Rect> screen) override { screenHold.inside(screen); }
+
+    Hold& hold() { return screenHold; }
+    /// Puts the cursor there at the platform's own will: no interval follows. Does not flush.
+    void put(Point to);
+    /// Where the last warp led.
+    Point lastPut() const { return lastPlace; }
 
     /// Counts the program's own warps, so that an answer from before one is known to be stale.
     unsigned warps() const { return warpCount; }
@@ -47,13 +56,16 @@ class Pointer final : public platform::Pointer {
   private:
     using Clock = std::chrono::steady_clock;
 
-    void hold(xcb_point_t place);
+    xcb_point_t placeInForce(xcb_point_t wanted);
+    void pause(xcb_point_t place);
     void release();
 
     Connection& connection;
     const Displays& displays;
     RunLoop& runLoop;
+    Hold screenHold;
     std::optional<Point> known;
+    Point lastPlace;
     unsigned warpCount = 0;
     double interval = 0;
     std::array<xcb_xfixes_barrier_t, 4> walls{};

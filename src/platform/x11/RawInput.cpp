@@ -1,5 +1,7 @@
 #include "platform/x11/RawInput.h"
 
+#include <chrono>
+#include <utility>
 #include <xcb/xinput.h>
 
 namespace platform::x11 {
@@ -8,10 +10,25 @@ namespace {
 
 constexpr std::uint8_t genericEvent = XCB_GE_GENERIC;
 
-// A wheel's event in the smooth scrolling form moves only the third valuator and those after it.
-bool movesCursor(const xcb_input_raw_motion_event_t& event) {
-    return event.valuators_len > 0 &&
-           (xcb_input_raw_button_press_valuator_mask(&event)[0] & 0x3) != 0;
+/// How far the device moved the cursor, accelerated; nothing for a wheel in the smooth scrolling
+/// form, which moves only the third valuator and those after it.
+std::optional<Point> stepOf(const xcb_input_raw_motion_event_t& event) {
+    if (event.valuators_len == 0) return std::nullopt;
+    const std::uint32_t mask = xcb_input_raw_button_press_valuator_mask(&event)[0];
+    if ((mask & 0x3) == 0) return std::nullopt;
+    const xcb_input_fp3232_t* next = xcb_input_raw_button_press_axisvalues(&event);
+    const auto value = [&](std::uint32_t bit) {
+        if (!(mask & bit)) return 0.0;
+        const xcb_input_fp3232_t& fixed = *next++;
+        return fixed.integral + fixed.frac / 4294967296.0;
+    };
+    const double x = value(1);
+    return Point{x, value(2)};
+}
+
+double secondsHere() {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
+        .count();
 }
 
 bool isBefore(std::uint32_t sequence, std::uint32_t other) {
@@ -20,8 +37,13 @@ bool isBefore(std::uint32_t sequence, std::uint32_t other) {
 
 } // namespace
 
-RawInput::RawInput(Connection& x, const Displays& screens, Pointer& cursor, Receiver receive)
-    : connection(x), displays(screens), pointer(cursor), receiver(std::move(receive)) {
+RawInput::RawInput(Connection& x, const Displays& screens, Pointer& cursor, Receiver receive,
+                   std::function<void()> onArrival)
+    : connection(x),
+      displays(screens),
+      pointer(cursor),
+      receiver(std::move(receive)),
+      arrived(std::move(onArrival)) {
     constexpr std::size_t burst = 256;
     pending.reserve(burst);
     connection.listen(*this, {genericEvent, XCB_MAPPING_NOTIFY});
@@ -42,20 +64,33 @@ void RawInput::selectKeys() {
 }
 
 void RawInput::select() {
+    sendSelection();
+    if (tableStale) table.read(connection);
+    tableStale = false;
+    connection.flush();
+}
+
+void RawInput::sendSelection() {
     struct {
         xcb_input_event_mask_t head;
         std::uint32_t mask;
     } selection{{XCB_INPUT_DEVICE_ALL_MASTER, 1}, 0};
     if (pointerSelected)
-        selection.mask |= XCB_INPUT_XI_EVENT_MASK_RAW_MOTION |
-                          XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS |
-                          XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE;
+        selection.mask |=
+            XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE;
+    if (pointerSelected && motion.readsEvents())
+        selection.mask |= XCB_INPUT_XI_EVENT_MASK_RAW_MOTION;
+    if (pointerSelected && connection.tellsBarrierHits())
+        selection.mask |= XCB_INPUT_XI_EVENT_MASK_BARRIER_HIT;
     if (keysSelected)
         selection.mask |=
             XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE;
     xcb_input_xi_select_events(connection.xcb(), connection.root(), 1, &selection.head);
-    if (tableStale) table.read(connection);
-    tableStale = false;
+}
+
+void RawInput::endFrame() {
+    if (!pointerSelected || !motion.frameEnded()) return;
+    sendSelection();
     connection.flush();
 }
 
@@ -67,14 +102,13 @@ void RawInput::handle(const xcb_generic_event_t& generic) {
     const auto& raw = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(generic);
     if (raw.extension != connection.xinputOpcode()) return;
 
-    // The server's clock has 32 bits of milliseconds.
-    if (raw.time < lastTime && lastTime - raw.time > 0x80000000u) timeBase += 4294967.296;
-    lastTime = raw.time;
-    RawEvent event{RawEvent::Kind::motion, 0, {}, raw.full_sequence, timeBase + raw.time / 1000.0};
-
+    RawEvent event{RawEvent::Kind::motion, 0, {}, raw.full_sequence, seconds(raw.time)};
     switch (raw.event_type) {
     case XCB_INPUT_RAW_MOTION:
-        if (movesCursor(raw)) add(event);
+        addMotion(raw, event);
+        break;
+    case XCB_INPUT_BARRIER_HIT:
+        addHit(reinterpret_cast<const xcb_input_barrier_hit_event_t&>(generic));
         break;
     case XCB_INPUT_RAW_BUTTON_PRESS:
     case XCB_INPUT_RAW_BUTTON_RELEASE:
@@ -94,6 +128,35 @@ void RawInput::handle(const xcb_generic_event_t& generic) {
     }
 }
 
+double RawInput::seconds(std::uint32_t serverTime) {
+    // The server's clock has 32 bits of milliseconds.
+    if (serverTime < lastTime && lastTime - serverTime > 0x80000000u) timeBase += 4294967.296;
+    lastTime = serverTime;
+    const double time = timeBase + serverTime / 1000.0;
+    clockAhead = time - secondsHere();
+    return time;
+}
+
+bool RawInput::isAfterQuestion(std::uint32_t sequence) const {
+    return asked != 0 && !isBefore(sequence, asked);
+}
+
+void RawInput::addMotion(const xcb_input_raw_motion_event_t& raw, const RawEvent& event) {
+    const auto step = stepOf(raw);
+    if (!step) return;
+    motion.event(*step);
+    pointer.hold().moved(*step, event.time, isAfterQuestion(event.sequence));
+    add(event);
+}
+
+// What a barrier stops is a motion too, though its own raw event may have gone on already.
+void RawInput::addHit(const xcb_input_barrier_hit_event_t& hit) {
+    const RawEvent event{RawEvent::Kind::motion, 0, {}, hit.full_sequence, seconds(hit.time)};
+    motion.stopped();
+    pointer.hold().hit(hit, event.time, isAfterQuestion(event.sequence));
+    add(event);
+}
+
 // A press of a key that is down is its repetition; a release of one that was never seen to go down
 // began before the program did, and would be taken for a press.
 void RawInput::addKey(std::uint32_t keycode, bool pressed, RawEvent event) {
@@ -105,9 +168,19 @@ void RawInput::addKey(std::uint32_t keycode, bool pressed, RawEvent event) {
     add(event);
 }
 
+// The cursor has moved and no event of that was read. It comes before the clicks of the frame.
+void RawInput::addSeenMotion(std::uint32_t sequence) {
+    if (head < covered && pending[head].kind == RawEvent::Kind::motion) return;
+    arrived();
+    pending.insert(pending.begin() + static_cast<std::ptrdiff_t>(head),
+                   {RawEvent::Kind::motion, 0, {}, sequence - 1, secondsHere() + clockAhead});
+    ++covered;
+}
+
 // Motion that follows motion replaces it, unless the older one is waiting for an answer: then a
 // fast mouse would put off its own delivery for ever.
 void RawInput::add(const RawEvent& event) {
+    arrived();
     const bool follows = event.kind == RawEvent::Kind::motion && pending.size() > covered &&
                          pending.size() > head && pending.back().kind == RawEvent::Kind::motion;
     if (follows)
@@ -122,14 +195,16 @@ void RawInput::batchEnded() {
         table.read(connection);
     }
     pointer.releaseWhenDue();
-    if (asked == 0 && !empty()) ask();
+    if (mayAsk && asked == 0 && (!empty() || motion.looks())) ask();
 }
 
 void RawInput::ask() {
+    mayAsk = false;
     covered = pending.size();
     warpsWhenAsked = pointer.warps();
     asked = xcb_query_pointer(connection.xcb(), connection.root()).sequence;
     connection.awaitReply(asked, *this);
+    pointer.hold().asked();
 }
 
 // The answer tells the buttons after all covered events; the later ones are undone.
@@ -156,16 +231,22 @@ void RawInput::handleReply(unsigned sequence, const void* reply) {
         covered = head;
         return;
     }
+    pointer.hold().placed(
+        {static_cast<double>(answer->root_x), static_cast<double>(answer->root_y)});
     const Point place = displays.toTopLeft(answer->root_x, answer->root_y);
     const std::uint16_t mask = answer->mask;
     while (covered < pending.size() && isBefore(pending[covered].sequence, sequence))
         ++covered;
+    const bool hasMoved = place != std::exchange(lastPlace, place);
+    if (hasMoved && motion.looks()) addSeenMotion(sequence);
+    motion.looked(hasMoved);
     while (head < covered && asked == 0 && pointer.warps() == warpsWhenAsked) {
         const RawEvent event = pending[head++];
         const bool overtaken = event.kind == RawEvent::Kind::motion && head < covered &&
                                pending[head].kind == RawEvent::Kind::motion;
         if (!overtaken) receiver(event, place, buttonsBefore(head, mask));
     }
+    if (pointer.warps() != warpsWhenAsked) lastPlace = pointer.lastPut();
     if (asked != 0) return;
     pending.erase(pending.begin(), pending.begin() + static_cast<std::ptrdiff_t>(head));
     head = covered = 0;

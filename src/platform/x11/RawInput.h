@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/x11/KeyTable.h"
+#include "platform/x11/MotionWatch.h"
 #include "platform/x11/Pointer.h"
 
 #include <bitset>
@@ -26,7 +27,9 @@ class RawInput final : private Listener {
     using Receiver =
         std::function<void(const RawEvent& event, Point topLeft, std::uint16_t buttonMask)>;
 
-    RawInput(Connection& connection, const Displays& displays, Pointer& pointer, Receiver receiver);
+    /// `arrived` is called when an event has come that will be passed on.
+    RawInput(Connection& connection, const Displays& displays, Pointer& pointer, Receiver receiver,
+             std::function<void()> arrived);
     ~RawInput();
     RawInput(const RawInput&) = delete;
     RawInput& operator=(const RawInput&) = delete;
@@ -36,12 +39,25 @@ class RawInput final : private Listener {
     /// Keys that are not modifiers are passed on only after this.
     void wantOtherKeys() { otherKeys = true; }
 
+    /// From here on one more question about the cursor's place may be asked. What comes after it
+    /// waits for the next frame: a fast mouse sends something new before each answer.
+    void beginFrame() { mayAsk = true; }
+    void endFrame();
+    /// Whether a question is on its way.
+    bool waitsForAnswer() const { return asked != 0; }
+
   private:
     void handle(const xcb_generic_event_t& event) override;
     void handleReply(unsigned sequence, const void* reply) override;
     void batchEnded() override;
 
     void select();
+    void sendSelection();
+    void addSeenMotion(std::uint32_t sequence);
+    void addMotion(const xcb_input_raw_motion_event_t& raw, const RawEvent& event);
+    void addHit(const xcb_input_barrier_hit_event_t& hit);
+    double seconds(std::uint32_t serverTime);
+    bool isAfterQuestion(std::uint32_t sequence) const;
     void add(const RawEvent& event);
     void addKey(std::uint32_t keycode, bool down, RawEvent event);
     void ask();
@@ -52,6 +68,7 @@ class RawInput final : private Listener {
     const Displays& displays;
     Pointer& pointer;
     Receiver receiver;
+    std::function<void()> arrived;
     KeyTable table;
     bool tableStale = true;
     bool pointerSelected = false;
@@ -63,8 +80,12 @@ class RawInput final : private Listener {
     std::size_t head = 0;
     std::size_t covered = 0; ///< of `pending`, those that came before the question in flight
     unsigned asked = 0;      ///< its sequence, 0 for none
+    bool mayAsk = false;
     unsigned warpsWhenAsked = 0;
+    MotionWatch motion;
+    Point lastPlace; ///< where the cursor was when it was last looked at, or was put since
     std::uint32_t lastTime = 0;
+    double clockAhead = 0; ///< of the server's clock, seconds
     double timeBase = 0;
 };
 

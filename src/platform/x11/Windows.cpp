@@ -25,14 +25,14 @@ Windows::Windows(Connection& x, Displays& screens, Log& writer, std::string appl
             overlay->changeOver();
         connection.flush();
     });
-    displays.onLayout([this] {
+    displays.onLayout(this, [this] {
         for (Overlay* overlay : overlays)
             overlay->place();
     });
 }
 
 Windows::~Windows() {
-    displays.onLayout({});
+    displays.onLayout(this, {});
     if (translucent.colormap != XCB_NONE) xcb_free_colormap(connection.xcb(), translucent.colormap);
 }
 

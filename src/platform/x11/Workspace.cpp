@@ -6,8 +6,10 @@
 
 namespace platform::x11 {
 
-Workspace::Workspace(Connection& x, std::uint32_t ownPid, OpenFile opener)
-    : connection(x), pid(ownPid), openWithDesktop(std::move(opener)) {
+Workspace::Workspace(Connection& x, std::uint32_t ownPid) : Workspace(x, ownPid, Session{}) {}
+
+Workspace::Workspace(Connection& x, std::uint32_t ownPid, Session rest)
+    : connection(x), pid(ownPid), session(std::move(rest)) {
     connection.listen(*this, {XCB_PROPERTY_NOTIFY});
     connection.selectOnRoot(XCB_EVENT_MASK_PROPERTY_CHANGE);
     askActiveWindow();
@@ -58,8 +60,16 @@ void Workspace::activateFrontmostApplication() {
 void Workspace::openFile(const std::string& path, const std::string&) {
     if (path.empty())
         activateFrontmostApplication();
-    else if (openWithDesktop)
-        openWithDesktop(path);
+    else if (session.openFile)
+        session.openFile(path);
+}
+
+std::vector<std::string> Workspace::runningApplications() {
+    return session.runningApplications ? session.runningApplications() : std::vector<std::string>{};
+}
+
+void Workspace::postDistributedNotification(const std::string& name, const std::string& object) {
+    if (session.postNotification) session.postNotification(name, object);
 }
 
 } // namespace platform::x11

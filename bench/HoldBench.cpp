@@ -1,0 +1,233 @@
+#include "Meters.h"
+#include "desktop/Product.h"
+#include "support/Watcher.h"
+
+#include <algorithm>
+#include <cmath>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <poll.h>
+
+// hold_bench [SECONDS]: what holding the cursor costs and how well it holds, side by side: the
+// program, the program without the hold (--hold off), and a bare X client that warps the cursor
+// back at every event. Each is measured for SECONDS (2) at a time on two monitors, by XTEST motion.
+
+namespace {
+
+using bench::Load;
+using bench::Usage;
+using desktop::Product;
+using desktop::Setting;
+using support::Clock;
+
+constexpr const char* layout = "1920x1080+0+0,1280x1080+1920+0";
+
+enum class Way { held, warped, bareWarp, bareDrain, bareSample };
+
+double seconds = 2;
+
+/// One of the contestants on a desktop of its own, with the cursor in the middle of the left one.
+struct Contest {
+    explicit Contest(Way way, Setting setting = {}) : product(layout) {
+        setting.hold = way != Way::warped;
+        if (way == Way::held || way == Way::warped) {
+            product.start(setting);
+            process = product.program->pid();
+        } else {
+            const char* mode = way == Way::bareWarp    ? "warp"
+                               : way == Way::bareDrain ? "drain"
+                                                       : "sample";
+            product.moveToMiddle(0);
+            bare = product.desktop.spawn(BARE_CLIENT, {mode, "0", "0", "1920", "1080"});
+            process = bare->pid();
+        }
+        rest(500);
+    }
+
+    static void rest(int milliseconds) { poll(nullptr, 0, milliseconds); }
+
+    /// To and fro in the middle of the monitor, one pixel an event.
+    void moveFreely(double during, int hz) {
+        const int each = hz / 20;
+        for (int done = 0; done < during * hz; done += 2 * each) {
+            product.hand.push(1, 0, each, hz);
+            product.hand.push(-1, 0, each, hz);
+        }
+    }
+
+    void pushAgainstEdge(double during, int hz) {
+        product.hand.push(8000 / hz, 0, static_cast<int>(during * hz), hz);
+    }
+
+    Product product;
+    std::unique_ptr<support::ChildProcess> bare;
+    pid_t process = 0;
+};
+
+std::string number(double value, const char* unit, int digits = 2) {
+    char text[64];
+    std::snprintf(text, sizeof text, "%.*f%s", digits, value, unit);
+    return text;
+}
+
+void row(const std::string& what, const std::string& required, const std::string& held,
+         const std::string& warped = "", const std::string& bare = "") {
+    std::printf("%-58s %-14s %-20s %-20s %s\n", what.c_str(), required.c_str(), held.c_str(),
+                warped.c_str(), bare.c_str());
+    std::fflush(stdout);
+}
+
+std::string outside(Way way, int hz, bool loaded) {
+    Contest contest(way);
+    std::optional<Load> load;
+    if (loaded) load.emplace(contest.product.desktop);
+    contest.product.moveNextTo(0, 1);
+    support::Watcher watcher(contest.product.desktop.display(), contest.product.monitor(0));
+    contest.pushAgainstEdge(seconds, hz);
+    const auto report = watcher.finish();
+    return number(100 * report.shareOutside(), " %") + ", " +
+           number(report.farthestOutside, " px", 0);
+}
+
+void outsideRows() {
+    for (const bool loaded : {false, true})
+        for (const int hz : {1000, 8000})
+            row("outside: share of time, farthest, " + std::to_string(hz) + " Hz" +
+                    (loaded ? ", both cores busy" : ""),
+                "0 %, 0 px", outside(Way::held, hz, loaded), outside(Way::warped, hz, loaded),
+                outside(Way::bareWarp, hz, loaded));
+}
+
+enum class Motion { free, pushing, none };
+
+std::string cost(Way way, Motion motion, int hz, const Setting& setting = {}) {
+    Contest contest(way, setting);
+    if (motion == Motion::pushing) {
+        contest.product.moveNextTo(0, 1);
+        contest.pushAgainstEdge(0.2, hz);
+    }
+    const Usage usage(contest.process);
+    if (motion == Motion::free) contest.moveFreely(seconds, hz);
+    if (motion == Motion::pushing) contest.pushAgainstEdge(seconds, hz);
+    return number(usage.cpuPercent(), " %") + ", " + number(usage.wakeUpsPerSecond(), "/s", 0);
+}
+
+void costRows() {
+    for (const int hz : {1000, 8000})
+        row("CPU, wake-ups: free motion, " + std::to_string(hz) + " Hz", "1.0 %",
+            cost(Way::held, Motion::free, hz), cost(Way::warped, Motion::free, hz),
+            cost(Way::bareWarp, Motion::free, hz));
+    for (const int hz : {1000, 8000})
+        row("CPU, wake-ups: pushing, " + std::to_string(hz) + " Hz", hz == 1000 ? "0.8 %" : "1.5 %",
+            cost(Way::held, Motion::pushing, hz), cost(Way::warped, Motion::pushing, hz),
+            cost(Way::bareWarp, Motion::pushing, hz));
+    for (const auto& [product, required] :
+         {std::pair{"vellumor", "1.2 %"}, {"orbisant", "1.2 %"}, {"crosshair", "3 %"}})
+        row("CPU, wake-ups: free motion, 8000 Hz, " + std::string(product), required,
+            cost(Way::held, Motion::free, 8000, {.product = product}));
+    row("a bare client, free motion, 8000 Hz: drained, sampled", "",
+        cost(Way::bareDrain, Motion::free, 8000), cost(Way::bareSample, Motion::free, 8000));
+}
+
+void idleRow() {
+    const auto idle = [](Way way) {
+        Contest contest(way);
+        const Usage usage(contest.process);
+        Contest::rest(static_cast<int>(std::max(seconds, 9.0) * 1000)); // three refreshes
+        return number(usage.wakeUpsPerSecond(), "/s");
+    };
+    row("wake-ups at rest", "1/s", idle(Way::held), idle(Way::warped), idle(Way::bareWarp));
+}
+
+/// Pushes from the inner edge of the monitor that the cursor is on, and tells whether it crossed.
+bool crosses(Product& product, double speed, int hz) {
+    const bool onLeft = product.cursorIsOn(0);
+    product.hand.moveTo(onLeft ? 1918 : 1921, 500);
+    Contest::rest(120);
+    product.hand.pushAt(onLeft ? speed : -speed, 0.25, hz);
+    Contest::rest(50);
+    return product.cursorIsOn(onLeft ? 1 : 0);
+}
+
+std::string thresholds(Way way, int velocity) {
+    Contest contest(way, {.pushOption = true, .velocity = velocity});
+    const double expected = 60 * 0.03 * velocity * velocity;
+    std::string text;
+    for (const int hz : {125, 500, 1000, 8000}) {
+        double below = 0.3 * expected, above = 2 * expected;
+        for (int i = 0; i < 7; ++i) {
+            const double middle = (below + above) / 2;
+            (crosses(contest.product, middle, hz) ? above : below) = middle;
+        }
+        text += number((below + above) / 2, " ", 0);
+    }
+    return text;
+}
+
+void thresholdRows() {
+    for (const int velocity : {10, 50, 100})
+        row("px/s that cross at 125 500 1000 8000 Hz, VELOCITY " + std::to_string(velocity),
+            "within 15 %", thresholds(Way::held, velocity), thresholds(Way::warped, velocity));
+}
+
+/// The longest of several times from an event to the cursor's being there.
+template <class Act, class Arrived>
+std::string longest(int tries, Act&& act, Arrived&& arrived) {
+    std::vector<double> times;
+    for (int i = 0; i < tries; ++i) {
+        act(i);
+        const auto begun = Clock::now();
+        while (!arrived())
+            if (Clock::now() - begun > std::chrono::seconds(2)) return "never";
+        times.push_back(std::chrono::duration<double, std::milli>(Clock::now() - begun).count());
+    }
+    std::sort(times.begin(), times.end());
+    return number(times.back(), " ms", 1) + " (median " + number(times[times.size() / 2], ")", 1);
+}
+
+void latencyRows() {
+    constexpr int tries = 40;
+    const auto push = [](Way way) {
+        Contest contest(way, {.pushOption = true, .velocity = 10});
+        Product& product = contest.product;
+        std::size_t target = 1;
+        const auto act = [&](int i) {
+            target = product.cursorIsOn(0) ? 1 : 0;
+            const int towards = target == 1 ? 1 : -1;
+            product.hand.moveTo(1920 - 120 * towards, 500);
+            // Moving already, so that the event comes somewhere in a frame; sideways, as a push is.
+            product.hand.push(towards, 0, 30 + i, 1000);
+            product.hand.relative(200 * towards, 0);
+        };
+        return longest(tries, act, [&] {
+            return product.cursorIsOn(target) && std::abs(product.eye.cursor().x - 1920) > 5;
+        });
+    };
+    row("from a granted push to the other side", "17 ms", push(Way::held), push(Way::warped));
+
+    const auto wrap = [] {
+        Contest contest(Way::held, {.product = "orbisant"});
+        Product& product = contest.product;
+        const auto act = [&](int i) {
+            product.hand.moveTo(3190, 500);
+            product.hand.push(0, 1, 30 + i, 1000);
+            product.hand.relative(50, 0);
+        };
+        return longest(tries, act, [&] { return product.eye.cursor().x < 100; });
+    };
+    row("from an edge to the wrap, orbisant", "17 ms", wrap());
+}
+
+} // namespace
+
+int main(int count, char** arguments) {
+    if (count > 1) seconds = std::atof(arguments[1]);
+    row("", "required", "palisor", "palisor --hold off", "bare client, warps");
+    outsideRows();
+    costRows();
+    idleRow();
+    thresholdRows();
+    latencyRows();
+    return 0;
+}

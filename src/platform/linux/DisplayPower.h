@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/Log.h"
+#include "platform/Power.h"
+
+#include <functional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace platform::linux {
+
+/// Keeps the displays awake in every way that the desktop offers, since no one of them covers all
+/// desktops. An assertion stands as long as one of them works. Main thread.
+class DisplayPower final : public Power {
+  public:
+    struct Way {
+        /// Whether this way works. `release` follows for the same number in either case.
+        std::function<bool(AssertionId id, const std::string& reason)> keep;
+        std::function<void(AssertionId id)> release;
+        std::string missing; ///< logged when it does not work for the first time
+    };
+
+    DisplayPower(std::vector<Way> ways, Log& log);
+
+    // Result codes besides `success`.
+    static constexpr int nothingInhibited = 1;
+    static constexpr int noSuchAssertion = 2;
+    static constexpr int notSupported = 3; ///< another type of assertion, or one of level 0
+
+    int createAssertion(std::string_view type, std::uint32_t level, std::string_view name,
+                        AssertionId& id) override;
+    int releaseAssertion(AssertionId id) override;
+
+  private:
+    void end(AssertionId id);
+
+    std::vector<Way> ways;
+    Log& log;
+    std::set<AssertionId> held;
+    AssertionId made = 0;
+};
+
+} // namespace platform::linux

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "platform/Log.h"
+
+#include <QDBusMessage>
+#include <QDBusServiceWatcher>
+#include <QObject>
+#include <cstdint>
+#include <map>
+#include <set>
+#include <string>
+
+namespace platform::qt {
+
+/// Asks the programs of the session that blank, lock or power down the displays to leave them on:
+/// whichever of them run, and those that start later. They forget what was asked of them when the
+/// program leaves the session bus. Main thread.
+class SessionInhibitor final : public QObject {
+  public:
+    /// `application` is the name that the services show.
+    SessionInhibitor(std::string application, Log& log);
+    ~SessionInhibitor() override;
+
+    /// Keeps the displays on until `release`; `id` is the caller's own and not in use. Whether
+    /// there is anybody who was asked, which the bus tells in half a second at most. What they
+    /// answer is not waited for; a refusal is logged.
+    bool inhibit(std::uint32_t id, const std::string& reason);
+    void release(std::uint32_t id);
+
+    /// Releases everything and waits, half a second for each at most, until the services know: the
+    /// toolkit sends from a thread of its own, which would end with the process.
+    void releaseAll();
+
+  private:
+    struct Service;
+    struct Held {
+        std::string reason;
+        std::map<const Service*, std::uint32_t> cookies; ///< by the service that gave them
+    };
+    static const Service services[];
+
+    std::set<std::string> runningServices() const;
+    void ask(const Service& service, std::uint32_t id, int attempt = 1);
+    void answered(const Service& service, std::uint32_t id, int attempt, const QDBusMessage& reply);
+    void ownerChanged(const QString& name, const QString& newOwner);
+    static QDBusMessage undoing(const Service& service, std::uint32_t cookie);
+
+    std::string application;
+    Log& log;
+    QDBusServiceWatcher watcher;
+    std::map<std::uint32_t, Held> held;
+};
+
+} // namespace platform::qt

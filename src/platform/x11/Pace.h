@@ -1,0 +1,38 @@
+#pragma once
+
+#include "platform/Descriptors.h"
+
+#include <chrono>
+#include <functional>
+
+namespace platform::x11 {
+
+/// A clock that ticks at the pace of a display, on a grid of absolute times, also while an alert or
+/// a menu is open. Stopped it costs nothing. Main thread.
+class Pace {
+  public:
+    using Clock = std::chrono::steady_clock;
+    static constexpr std::chrono::nanoseconds period{1'000'000'000 / 60};
+
+    /// Ticks that were missed are made up for by one. Where the system refuses a clock, `start`
+    /// does nothing and `isRunning` stays false.
+    Pace(Descriptors& descriptors, std::function<void()> tick);
+    ~Pace();
+    Pace(const Pace&) = delete;
+    Pace& operator=(const Pace&) = delete;
+
+    /// The first tick comes a period from now.
+    void start();
+    void stop();
+    bool isRunning() const { return running; }
+
+  private:
+    void set(Clock::duration first, std::chrono::nanoseconds interval) const;
+
+    Descriptors& descriptors;
+    std::function<void()> handler;
+    int descriptor;
+    bool running = false;
+};
+
+} // namespace platform::x11

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <xcb/xproto.h>
+
+namespace platform::x11 {
+
+/// A key by its place on the keyboard, whatever the layout prints on it.
+struct PhysicalKey {
+    std::uint16_t virtualCode;
+    std::uint8_t evdevCode;
+    std::string_view name; ///< of a character key, what the U.S. layout prints on it
+    bool character;        ///< the layout decides what it is called
+
+    /// The server numbers the kernel's keys from 8 on, since X has no key code below.
+    static constexpr std::uint8_t firstKeycode = 8;
+    xcb_keycode_t keycode() const { return static_cast<xcb_keycode_t>(evdevCode + firstKeycode); }
+};
+
+/// Null for a virtual key code that no keyboard here has, modifiers included.
+const PhysicalKey* physicalKey(std::uint16_t virtualCode);
+
+/// Null for a key that has no virtual key code, modifiers included.
+const PhysicalKey* physicalKeyAt(xcb_keycode_t keycode);
+
+} // namespace platform::x11

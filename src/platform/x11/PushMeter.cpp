@@ -1,0 +1,43 @@
+#include "platform/x11/PushMeter.h"
+
+#include <algorithm>
+
+namespace platform::x11 {
+
+namespace {
+
+// A hand that reports less often than this has rested in between.
+constexpr double longestSpan = 2 * PushMeter::frame;
+
+// The server's clock counts whole milliseconds, of which a frame touches up to 17.
+constexpr double frameOfWholeMilliseconds = 0.017;
+
+} // namespace
+
+PushMeter::PushMeter() {
+    constexpr std::size_t fastMouse = 512; // so that pushing allocates nothing
+    pieces.reserve(fastMouse);
+}
+
+void PushMeter::add(const Piece& piece) {
+    pieces.push_back(piece);
+    if (piece.span > longestSpan) pieces.back().span = 0;
+}
+
+std::optional<PushMeter::Sum> PushMeter::take() {
+    if (pieces.empty()) return std::nullopt;
+    const double begin = pieces.back().time - frameOfWholeMilliseconds;
+    std::optional<Sum> sum;
+    for (const Piece& piece : pieces) {
+        const double inside = piece.time - begin;
+        const double share = inside <= 0 ? 0 : (piece.span <= inside ? 1 : inside / piece.span);
+        if (share == 0) continue;
+        if (!sum) sum = Sum{piece.from, {}};
+        sum->cutOff.x += share * piece.cutOff.x;
+        sum->cutOff.y += share * piece.cutOff.y;
+    }
+    pieces.clear();
+    return sum;
+}
+
+} // namespace platform::x11

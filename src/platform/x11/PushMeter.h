@@ -1,0 +1,41 @@
+#pragma once
+
+#include "platform/Geometry.h"
+
+#include <optional>
+#include <vector>
+
+namespace platform::x11 {
+
+/// Adds up what a barrier cuts off the hand's motion, to what it was within one frame of a display.
+/// A mouse at 125 Hz reports twice or three times in a frame and one at 8000 Hz a hundred times; a
+/// report stands for the span since the one before it, and counts by the share of that span that
+/// lies in the frame, so that the sum tells the speed of the hand and nothing of the mouse.
+class PushMeter {
+  public:
+    static constexpr double frame = 1.0 / 60; ///< seconds
+
+    PushMeter();
+
+    struct Piece {
+        double time = 0; ///< seconds, the server's clock
+        double span = 0; ///< seconds up to `time` in which it happened; 0 for an instant
+        Point from;      ///< where the cursor was held, root coordinates
+        Point cutOff;    ///< pixels
+    };
+    void add(const Piece& piece);
+
+    struct Sum {
+        Point from;
+        Point cutOff;
+    };
+    /// The frame up to the last piece, but nothing that an earlier call was about; nothing without
+    /// a piece. The pieces are forgotten.
+    std::optional<Sum> take();
+    void clear() { pieces.clear(); }
+
+  private:
+    std::vector<Piece> pieces;
+};
+
+} // namespace platform::x11

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "platform/Geometry.h"
+
+#include <span>
+#include <vector>
+
+// The geometry of holding a cursor on one monitor, root coordinates.
+
+namespace platform::x11 {
+
+/// Pixels from `left` to `right` - 1 and from `top` to `bottom` - 1.
+struct Box {
+    int left = 0, top = 0, right = 0, bottom = 0;
+    bool operator==(const Box&) const = default;
+
+    bool contains(Point p) const {
+        return p.x >= left && p.x < right && p.y >= top && p.y < bottom;
+    }
+};
+
+enum class Side { left, right, top, bottom };
+
+/// The sides of `screen` beyond whose line a part of some other monitor lies: the only ones through
+/// which a straight way leads to another monitor, slanting ones over the corners included.
+std::vector<Side> innerSides(const Box& screen, std::span<const Box> monitors);
+
+/// Where the server would keep a cursor that moves from `screen` towards `p`: within the bounds of
+/// the desktop, and on the screen that it comes from where there is no monitor.
+Point onDesktop(Point p, const Box& screen, std::span<const Box> monitors);
+
+/// The nearest pixel inside; of a place that is inside the fractions are kept only before the last
+/// pixel of a row or column.
+Point nearestPixel(Point p, const Box& box);
+/// The nearest place inside, fractions of the last pixels included.
+Point nearestPlace(Point p, const Box& box);
+
+} // namespace platform::x11

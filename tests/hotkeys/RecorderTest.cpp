@@ -1,0 +1,280 @@
+#include "platform/qt/ShortcutRecorder.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMouseEvent>
+#include <cstdlib>
+#include <gtest/gtest.h>
+
+// The field, with a keyboard that is pressed by calls.
+
+namespace {
+
+using platform::Shortcut;
+using platform::qt::ShortcutRecorder;
+
+constexpr std::uint16_t keyK = 40, escape = 53, backspace = 51, deleteKey = 117, f5 = 96;
+constexpr Shortcut ctrlK{keyK, Shortcut::control};
+
+class Recorder : public testing::Test {
+  protected:
+    void open() {
+        window.emplace();
+        recorder = new ShortcutRecorder(model(), &*window);
+        recorder->resize(300, 60);
+        recorder->move(0, 0);
+        elsewhere = new QWidget(&*window);
+        elsewhere->setGeometry(0, 100, 50, 50);
+        window->resize(400, 200);
+        window->show();
+        field = recorder->focusProxy();
+    }
+
+    ShortcutRecorder::Model model() {
+        return {.texts = {"empty", "press", "hint", "modifiers", "clear"},
+                .enabled = [this] { return enabled; },
+                .stored = [this] { return stored; },
+                .store =
+                    [this](std::optional<Shortcut> shortcut) {
+                        stored = shortcut;
+                        ++stores;
+                        recordingWhenStored = pressed != nullptr;
+                    },
+                .label =
+                    [](const Shortcut& shortcut) {
+                        return "<" + std::to_string(shortcut.modifierFlags >> 16) + "," +
+                               std::to_string(shortcut.keyCode) + ">";
+                    },
+                .modifiersLabel =
+                    [](std::uint32_t flags) {
+                        return flags == 0 ? "" : "held " + std::to_string(flags >> 16);
+                    },
+                .refusal =
+                    [this](const Shortcut& shortcut) {
+                        return shortcut == taken ? std::string("taken") : std::string();
+                    },
+                .startRecording =
+                    [this](ShortcutRecorder::Pressed taker, std::function<void()> leave) {
+                        if (keyboardIsTaken) return false;
+                        pressed = std::move(taker);
+                        left = std::move(leave);
+                        return true;
+                    },
+                .stopRecording = [this] { pressed = nullptr; }};
+    }
+
+    static void click(QWidget* target) {
+        const QPointF at(target->rect().center());
+        QMouseEvent press(QEvent::MouseButtonPress, at, target->mapToGlobal(at), Qt::LeftButton,
+                          Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(target, &press);
+        QMouseEvent release(QEvent::MouseButtonRelease, at, target->mapToGlobal(at), Qt::LeftButton,
+                            Qt::NoButton, Qt::NoModifier);
+        QApplication::sendEvent(target, &release);
+    }
+    void key(QEvent::Type type, int code, bool repeated = false) {
+        QKeyEvent event(type, code, Qt::NoModifier, QString(), repeated);
+        QApplication::sendEvent(field, &event);
+    }
+
+    void press(std::optional<std::uint16_t> code, std::uint32_t flags) {
+        ASSERT_TRUE(pressed) << "nothing is being recorded";
+        const auto taker = pressed; // it ends the recording itself
+        taker(code, flags);
+    }
+
+    bool isRecording() const { return pressed != nullptr; }
+    std::string shown() const { return field->accessibleName().toStdString(); }
+    std::string words() const { return recorder->findChild<QLabel*>()->text().toStdString(); }
+    QAbstractButton* clearButton() const { return recorder->findChild<QAbstractButton*>(); }
+
+    bool enabled = true;
+    bool keyboardIsTaken = false;
+    std::optional<Shortcut> stored;
+    Shortcut taken{0, 0};
+    int stores = 0;
+    bool recordingWhenStored = false;
+    ShortcutRecorder::Pressed pressed;
+    std::function<void()> left;
+    std::optional<QWidget> window;
+    ShortcutRecorder* recorder = nullptr;
+    QWidget* field = nullptr;
+    QWidget* elsewhere = nullptr;
+};
+
+TEST_F(Recorder, OpensWithoutRecording) {
+    open();
+    EXPECT_FALSE(isRecording());
+    EXPECT_EQ(shown(), "empty");
+    EXPECT_FALSE(clearButton()->isVisible());
+    EXPECT_EQ(words(), "");
+}
+
+TEST_F(Recorder, StoresOneCombinationAndShowsItAsItIsLabelled) {
+    open();
+    click(field);
+    ASSERT_TRUE(isRecording());
+    EXPECT_EQ(shown(), "press");
+    EXPECT_EQ(words(), "hint");
+    press({}, Shortcut::control);
+    EXPECT_EQ(shown(), "held 4");
+    press({}, 0);
+    EXPECT_EQ(shown(), "press");
+    press(keyK, Shortcut::control);
+    EXPECT_FALSE(isRecording());
+    EXPECT_FALSE(recordingWhenStored) << "it could not be tried";
+    EXPECT_EQ(stored, ctrlK);
+    EXPECT_EQ(shown(), "<4,40>");
+    EXPECT_EQ(words(), "");
+    EXPECT_TRUE(clearButton()->isVisible());
+}
+
+TEST_F(Recorder, SaysThatAnotherProgramHoldsTheCombination) {
+    taken = ctrlK;
+    open();
+    click(field);
+    press(keyK, Shortcut::control);
+    EXPECT_EQ(shown(), "<4,40>");
+    EXPECT_EQ(words(), "taken");
+    open();
+    EXPECT_EQ(words(), "taken") << "also when it is shown again";
+}
+
+TEST_F(Recorder, IsCancelledByEscapeAloneByAClickElsewhereAndByAnotherWindow) {
+    stored = ctrlK;
+    open();
+    click(field);
+    press(escape, 0);
+    EXPECT_FALSE(isRecording());
+    EXPECT_EQ(shown(), "<4,40>");
+    EXPECT_EQ(words(), "");
+    click(field);
+    click(elsewhere);
+    EXPECT_FALSE(isRecording());
+    EXPECT_EQ(shown(), "<4,40>");
+    click(field);
+    left();
+    EXPECT_FALSE(isRecording());
+    EXPECT_EQ(shown(), "<4,40>");
+    click(field);
+    press(escape, Shortcut::control);
+    EXPECT_EQ(stored, (Shortcut{escape, Shortcut::control}));
+    EXPECT_EQ(stores, 1);
+}
+
+TEST_F(Recorder, IsClearedByBackspaceByDeleteAndByItsButton) {
+    for (const std::uint16_t code : {backspace, deleteKey}) {
+        stored = ctrlK;
+        open();
+        click(field);
+        press(code, 0);
+        EXPECT_EQ(stored, std::nullopt);
+        EXPECT_EQ(shown(), "empty");
+        EXPECT_FALSE(isRecording());
+    }
+    stored = ctrlK;
+    open();
+    click(clearButton());
+    EXPECT_EQ(stored, std::nullopt);
+    EXPECT_EQ(shown(), "empty");
+    EXPECT_FALSE(isRecording());
+    click(field);
+    press(backspace, Shortcut::control);
+    EXPECT_EQ(stored, (Shortcut{backspace, Shortcut::control}));
+}
+
+TEST_F(Recorder, RefusesAKeyWithoutModifiersUnlessItIsAFunctionKey) {
+    open();
+    click(field);
+    press(keyK, 0);
+    EXPECT_TRUE(isRecording());
+    EXPECT_EQ(words(), "modifiers");
+    EXPECT_EQ(stores, 0);
+    press(f5, 0);
+    EXPECT_EQ(stored, (Shortcut{f5, 0}));
+}
+
+TEST_F(Recorder, NeverTakesModifiersAlone) {
+    open();
+    click(field);
+    press({}, Shortcut::control | Shortcut::option);
+    press({}, 0);
+    EXPECT_TRUE(isRecording());
+    EXPECT_EQ(stores, 0);
+}
+
+TEST_F(Recorder, IsStartedBySpaceAndEnterWhenTheyAreReleased) {
+    open();
+    for (const int code : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
+        key(QEvent::KeyPress, code);
+        key(QEvent::KeyRelease, code, true);
+        key(QEvent::KeyPress, code, true);
+        EXPECT_FALSE(isRecording());
+        key(QEvent::KeyRelease, code);
+        EXPECT_TRUE(isRecording());
+        press(escape, 0);
+        key(QEvent::KeyRelease, code);
+        EXPECT_FALSE(isRecording()) << "a press elsewhere";
+    }
+}
+
+TEST_F(Recorder, IsDisabledWhereTheShortcutIs) {
+    enabled = false;
+    stored = ctrlK;
+    open();
+    EXPECT_FALSE(field->isEnabled());
+    click(field);
+    EXPECT_FALSE(isRecording());
+    EXPECT_EQ(shown(), "<4,40>");
+    enabled = true;
+    ShortcutRecorder::refreshAll();
+    EXPECT_TRUE(field->isEnabled());
+    click(field);
+    EXPECT_TRUE(isRecording());
+    enabled = false;
+    ShortcutRecorder::refreshAll();
+    EXPECT_FALSE(isRecording());
+    EXPECT_FALSE(field->isEnabled());
+}
+
+TEST_F(Recorder, ShowsAnEditFromOutside) {
+    open();
+    stored = ctrlK;
+    ShortcutRecorder::refreshAll();
+    EXPECT_EQ(shown(), "<4,40>");
+}
+
+TEST_F(Recorder, GivesTheKeyboardBackWhenItIsHiddenOrGone) {
+    open();
+    click(field);
+    ASSERT_TRUE(isRecording());
+    window->hide();
+    EXPECT_FALSE(isRecording());
+    window->show();
+    click(field);
+    ASSERT_TRUE(isRecording());
+    window.reset();
+    EXPECT_FALSE(isRecording());
+}
+
+TEST_F(Recorder, StaysAsItIsWhereTheKeyboardCannotBeHad) {
+    keyboardIsTaken = true;
+    open();
+    click(field);
+    EXPECT_EQ(shown(), "empty");
+    keyboardIsTaken = false;
+    click(field);
+    EXPECT_TRUE(isRecording());
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    testing::InitGoogleTest(&argc, argv);
+    if (testing::GTEST_FLAG(list_tests)) return RUN_ALL_TESTS();
+    ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    const QApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}

@@ -1,0 +1,30 @@
+// Stands in for a product at login: owns NAME on the session bus, and does what DEED says.
+
+#include "platform/linux/SystemLog.h"
+#include "platform/qt/DistributedNotifications.h"
+#include "platform/qt/SessionApplications.h"
+#include "platform/qt/SingleInstance.h"
+
+#include <QCoreApplication>
+#include <cstdlib>
+
+int main(int argc, char** argv) {
+    const std::string name = std::getenv("NAME");
+    const std::string deed = std::getenv("DEED");
+    if (deed == "end") return 3;
+    const QCoreApplication application(argc, argv);
+    platform::linux::SystemLog log("stand-in");
+    platform::qt::SingleInstance instance(name, log);
+    if (!instance.claim()) return 4;
+    const platform::qt::SessionApplications applications(name, log);
+    for (const std::string& other : applications.others())
+        log.write("beside " + other);
+    log.write("pid " + std::to_string(QCoreApplication::applicationPid()) + " end");
+    using platform::qt::DistributedNotifications;
+    if (deed == "tell others") {
+        DistributedNotifications::post("SOMETHING", name, log);
+        DistributedNotifications::post("TERMINATEHELPER", name + "2", log);
+    }
+    if (deed == "tell") DistributedNotifications::post("TERMINATEHELPER", name, log);
+    return QCoreApplication::exec();
+}

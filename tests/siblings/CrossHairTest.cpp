@@ -1,0 +1,138 @@
+#include "desktop/Product.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace desktop {
+namespace {
+
+constexpr Colour white{255, 255, 255};
+constexpr Colour red{255, 0, 0};
+constexpr int mouseRate = 1000;
+
+bool isHalfRed(const Colour& colour) {
+    const auto isHalf = [](int channel) { return channel >= 126 && channel <= 129; };
+    return colour.red == 255 && isHalf(colour.green) && isHalf(colour.blue);
+}
+
+struct CrossHair : testing::TestWithParam<const char*> {
+    CrossHair() : product(GetParam()) {}
+
+    void start() {
+        product.start({.product = "crosshair"});
+        ASSERT_TRUE(holdsSoon([&] {
+            for (std::size_t index = 0; index < product.layout.size(); ++index)
+                if (!product.isCovered(index)) return false;
+            return true;
+        })) << product.program->errors();
+    }
+
+    /// A line through the cursor across each monitor, and one from top to bottom.
+    bool linesAreAtTheCursor() const {
+        const Spot at = product.eye.cursor();
+        const auto windows = product.eye.windows();
+        const auto isShown = [&](const Area& area) {
+            return std::ranges::any_of(windows, [&](const support::SeenWindow& window) {
+                return window.mapped && window.overrideRedirect && window.area == area;
+            });
+        };
+        for (const auto& monitor : product.layout)
+            if (!isShown({monitor.area.x, at.y - 1, monitor.area.width, 2})) return false;
+        return std::ranges::any_of(windows, [&](const support::SeenWindow& window) {
+            return window.mapped && window.overrideRedirect && window.area.x == at.x - 1 &&
+                   window.area.width == 2 && window.area.height > product.monitor(0).height;
+        });
+    }
+    bool linesFollow() const {
+        return holdsSoon([this] { return linesAreAtTheCursor(); });
+    }
+
+    Product product;
+};
+
+TEST_P(CrossHair, IsAtTheCursorOnEveryMonitorAfterFastMotion) {
+    start();
+    const int width = support::boundsOf(product.layout).width;
+    for (const int direction : {1, -1, 1}) {
+        product.hand.push(7 * direction, direction, width / 2 / 7, mouseRate);
+        EXPECT_TRUE(linesFollow()) << product.eye.cursor().x << ", " << product.eye.cursor().y;
+    }
+}
+
+TEST_P(CrossHair, IsSeenInAPictureAndLetsTheDesktopShowThrough) {
+    product.desktop.startWindowManager("openbox");
+    product.desktop.startCompositor();
+    support::TestWindow paper(product.desktop.display(), product.monitor(0), white);
+    start();
+    const Spot middle = product.middle(0);
+    EXPECT_TRUE(product.eye.waitUntilSeen(
+        [&] { return isHalfRed(product.eye.colour(middle.x - 200, middle.y - 200)); }));
+    product.hand.push(3, 2, 40, mouseRate);
+    ASSERT_TRUE(linesFollow());
+    const Spot at = product.eye.cursor();
+    EXPECT_TRUE(product.eye.waitUntilSeen([&] {
+        return isHalfRed(product.eye.colour(at.x + 100, at.y)) &&
+               isHalfRed(product.eye.colour(at.x, at.y + 100)) &&
+               product.eye.colour(at.x + 100, at.y + 100) == white;
+    }));
+}
+
+TEST_P(CrossHair, LeavesEverySecondRowOfTheDesktopToBeSeenWithoutACompositor) {
+    support::TestWindow paper(product.desktop.display(), product.monitor(0), white);
+    start();
+    const int x = product.middle(0).x - 200;
+    EXPECT_TRUE(holdsSoon(
+        [&] { return product.eye.colour(x, 301) == red && product.eye.colour(x, 302) == white; }));
+    product.hand.push(3, 2, 40, mouseRate);
+    ASSERT_TRUE(linesFollow());
+    const Spot at = product.eye.cursor();
+    EXPECT_TRUE(holdsSoon([&] {
+        return product.eye.colour(at.x + 100, at.y) == red &&
+               product.eye.colour(at.x + 100, at.y - 1) == red &&
+               product.eye.colour(at.x, at.y + 100) == red &&
+               product.eye.colour(at.x + 100, at.y + 101) == white;
+    }));
+}
+
+TEST_P(CrossHair, LetsClicksThroughBeforeAndAfterTheFirstMovement) {
+    for (const bool compositor : {false, true}) {
+        if (compositor) product.desktop.startCompositor();
+        support::TestWindow beneath(product.desktop.display(), product.monitor(0), white);
+        start();
+        product.hand.click();
+        EXPECT_TRUE(beneath.waitForPresses(1)) << "covered, compositor " << compositor;
+        product.hand.push(3, 2, 40, mouseRate);
+        ASSERT_TRUE(linesFollow());
+        product.hand.click();
+        EXPECT_TRUE(beneath.waitForPresses(2)) << "on both lines, compositor " << compositor;
+        product.program->end();
+    }
+}
+
+TEST_P(CrossHair, IsMovedAndNeverMadeAnew) {
+    start();
+    product.hand.push(1, 1, 1, mouseRate);
+    ASSERT_TRUE(linesFollow());
+    const auto markers = [&] {
+        std::vector<xcb_window_t> found;
+        for (const auto& window : product.eye.windows())
+            if (window.mapped && window.overrideRedirect) found.push_back(window.id);
+        std::ranges::sort(found);
+        return found;
+    };
+    const auto before = markers();
+    product.hand.push(5, 2, 60, mouseRate);
+    ASSERT_TRUE(linesFollow());
+    EXPECT_EQ(markers(), before);
+}
+
+INSTANTIATE_TEST_SUITE_P(Layouts, CrossHair,
+                         testing::Values("1920x1080+0+0,1280x1024+1920+56",
+                                         "1280x1024+1280+0*,1280x800+0+100,1024x768+2560+256"),
+                         [](const auto& layout) {
+                             return layout.index == 0 ? "TwoMonitors" : "ThreeMonitors";
+                         });
+
+} // namespace
+} // namespace desktop

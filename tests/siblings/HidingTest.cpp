@@ -1,0 +1,105 @@
+#include "siblings/CursorStage.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+namespace desktop {
+namespace {
+
+std::string switches(bool timeMode, bool hotBorders, bool stayHidden) {
+    return textEntry("PRIMOACCESSOCONSLIDER", "1") + textEntry("SCHEDULE", "0") +
+           textEntry("HOT_BOUNDS", hotBorders ? "1" : "0") + flagEntry("TIME_MODE", timeMode) +
+           flagEntry("STAY_HIDDEN", stayHidden);
+}
+
+Setting hider(const std::string& more) {
+    return {.product = "vellumor", .more = more};
+}
+
+struct HiddenCursor : CursorStage, testing::Test {
+    void startHidden() {
+        product.start(hider(switches(true, false, false)));
+        ASSERT_TRUE(isDrawnSoon());
+        product.hand.relative(5, 0);
+        ASSERT_TRUE(isGoneSoon());
+    }
+};
+
+TEST_F(HiddenCursor, GoesAfterAPauseAndComesBackWithEachMovement) {
+    startHidden();
+    for (int time = 0; time < 5; ++time) {
+        // Three events: what the program shows for the first one, it hides a pause after the last.
+        product.hand.push(7, 3, 3, 1000);
+        EXPECT_TRUE(isDrawnSoon());
+        EXPECT_TRUE(isGoneSoon());
+    }
+}
+
+TEST_F(HiddenCursor, StaysAsLongAsTheHandMoves) {
+    startHidden();
+    product.hand.relative(1, 0);
+    ASSERT_TRUE(isDrawnSoon());
+    for (int step = 0; step < 40; ++step) {
+        product.hand.push(step % 2 == 0 ? 2 : -2, 0, 10, 1000);
+        EXPECT_TRUE(isDrawnSoon());
+    }
+    EXPECT_TRUE(isGoneSoon());
+}
+
+TEST_F(HiddenCursor, GoesAtAnArmedEdgeAndComesBackInside) {
+    product.start(hider(switches(false, true, false)));
+    for (const int direction : {-1, 1}) {
+        product.moveToMiddle(0);
+        product.hand.relative(1, 0);
+        ASSERT_TRUE(isDrawnSoon());
+        product.hand.push(20 * direction, 0, direction < 0 ? 21 : 20, 1000);
+        EXPECT_TRUE(isGoneSoon()) << direction;
+        product.hand.push(-20 * direction, 0, 3, 1000);
+        EXPECT_TRUE(isDrawnSoon()) << direction;
+    }
+}
+
+TEST_F(HiddenCursor, StaysHiddenUntilTheProductIsSwitchedOff) {
+    product.start(hider(switches(true, true, true)));
+    ASSERT_TRUE(isGoneSoon());
+    product.hand.push(7, 3, 40, 1000);
+    EXPECT_TRUE(isGoneSoon());
+    product.switchOver();
+    EXPECT_TRUE(isDrawnSoon());
+    product.switchOver();
+    EXPECT_TRUE(isGoneSoon());
+}
+
+TEST_F(HiddenCursor, ComesBackHoweverTheProgramEnds) {
+    for (const int signal : {SIGTERM, SIGKILL}) {
+        startHidden();
+        product.program->signal(signal);
+        product.program->wait();
+        EXPECT_TRUE(isDrawnSoon()) << signal;
+    }
+}
+
+TEST_F(HiddenCursor, IsReplacedByTheCrossHairForGood) {
+    product.start({.product = "crosshair"});
+    product.hand.push(3, 1, 50, 1000);
+    // The lines go through the place of the cursor; around them there is paper alone.
+    const auto onlyLines = [&] {
+        const Spot at = product.eye.cursor();
+        const auto seen = framebuffer.picture({at.x - 24, at.y - 24, 48, 48});
+        for (int y = at.y - 24; y < at.y + 24; ++y)
+            for (int x = at.x - 24; x < at.x + 24; ++x) {
+                const bool onLine = x == at.x || x == at.x - 1 || y == at.y || y == at.y - 1;
+                const Colour expected = onLine ? Colour{255, 0, 0} : white;
+                if (!(seen.at(x, y) == expected)) return false;
+            }
+        return true;
+    };
+    EXPECT_TRUE(holdsSoon(onlyLines));
+    product.program->signal(SIGKILL);
+    product.program->wait();
+    EXPECT_TRUE(isDrawnSoon());
+}
+
+} // namespace
+} // namespace desktop

@@ -1,0 +1,130 @@
+#include "platform/x11/MotionWatch.h"
+#include "platform/x11/PushMeter.h"
+#include "platform/x11/Walls.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+
+// What needs no server: how a push is added up, and where the walls stand.
+
+using platform::Point;
+using platform::x11::Box;
+using platform::x11::MotionWatch;
+using platform::x11::PushMeter;
+using platform::x11::Side;
+
+namespace {
+
+/// What a hand at `speed` pixels a second pushes in the best of some frames, as a mouse of `hz`
+/// reports it and a clock that counts whole milliseconds stamps it.
+double measured(double speed, int hz) {
+    PushMeter meter;
+    double best = 0, nextTick = 1.0 / 60, before = 0;
+    for (int report = 1; report < hz / 2; ++report) {
+        const double time = static_cast<double>(report) / hz;
+        const double stamp = std::floor(time * 1000) / 1000;
+        if (time > nextTick) {
+            if (const auto sum = meter.take()) best = std::max(best, sum->cutOff.x);
+            nextTick += 1.0 / 60;
+        }
+        meter.add({stamp, stamp - before, {}, {speed / hz, 0}});
+        before = stamp;
+    }
+    return best;
+}
+
+} // namespace
+
+TEST(Push, IsTheSameAtEveryPollingRate) {
+    for (const double speed : {300.0, 4500.0, 18000.0})
+        for (const int hz : {60, 125, 500, 1000, 8000})
+            EXPECT_NEAR(measured(speed, hz), speed / 60, speed / 60 * 0.06) << speed << " " << hz;
+}
+
+TEST(Push, CountsAReportByTheShareOfItsSpanThatLiesInTheFrame) {
+    PushMeter meter;
+    meter.add({1.000, 0.032, {}, {100, 0}});
+    const auto sum = meter.take();
+    ASSERT_TRUE(sum);
+    EXPECT_NEAR(sum->cutOff.x, 53, 1);
+}
+
+TEST(Push, OfAHandThatHadRestedCountsWhole) {
+    PushMeter meter;
+    meter.add({5.000, 4.0, {}, {100, 0}});
+    const auto sum = meter.take();
+    ASSERT_TRUE(sum);
+    EXPECT_EQ(sum->cutOff, (Point{100, 0}));
+}
+
+TEST(Push, IsOfOneFrameAndNothingOlder) {
+    PushMeter meter;
+    meter.add({1.000, 0, {7, 7}, {500, 0}});
+    meter.add({1.040, 0.008, {1919, 30}, {8, 0}});
+    meter.add({1.048, 0.008, {1919, 31}, {8, 0}});
+    const auto sum = meter.take();
+    ASSERT_TRUE(sum);
+    EXPECT_NEAR(sum->cutOff.x, 16, 0.01);
+    EXPECT_EQ(sum->from, (Point{1919, 30}));
+    EXPECT_FALSE(meter.take()) << "it is told once";
+}
+
+TEST(Walls, StandOnTheSidesBeyondWhichAnotherMonitorLies) {
+    using Sides = std::vector<Side>;
+    const Box screen{0, 0, 1920, 1080};
+    const auto sides = [&](std::vector<Box> others) {
+        others.push_back(screen);
+        return innerSides(screen, others);
+    };
+    EXPECT_EQ(sides({}), Sides{});
+    EXPECT_EQ(sides({screen}), Sides{}) << "mirrored";
+    EXPECT_EQ(sides({{1920, 0, 3200, 1024}}), Sides{Side::right});
+    EXPECT_EQ(sides({{-1280, 0, 0, 1024}}), Sides{Side::left});
+    EXPECT_EQ(sides({{0, 1080, 1920, 2160}}), Sides{Side::bottom});
+    EXPECT_EQ(sides({{1920, -500, 3200, 524}}), (Sides{Side::right, Side::top}))
+        << "a slanting way leads through the upper side too";
+}
+
+TEST(Walls, ClampAPointOutsideAsTheServerWould) {
+    const Box left{0, 0, 1920, 1080}, right{1920, 56, 3200, 1080};
+    const std::vector<Box> both{left, right};
+    EXPECT_EQ(onDesktop({2000, 500}, left, both), (Point{2000, 500}));
+    EXPECT_EQ(onDesktop({9000, 500}, left, both), (Point{3199, 500}));
+    EXPECT_EQ(onDesktop({2000, 2000}, left, both), (Point{2000, 1079}));
+    EXPECT_EQ(onDesktop({2000, 30}, left, both), (Point{1919, 30})) << "there is no monitor";
+}
+
+TEST(MotionWatch, ReadsEventsAtRestAndWhereTheCursorCannotMove) {
+    MotionWatch watch;
+    EXPECT_TRUE(watch.readsEvents());
+    const auto fastFrame = [&](bool moves) {
+        for (int i = 0; i < 130; ++i)
+            watch.event({1, 0});
+        watch.looked(moves);
+        return watch.frameEnded();
+    };
+    EXPECT_FALSE(fastFrame(false)) << "at an outer edge";
+    EXPECT_TRUE(fastFrame(true));
+    EXPECT_FALSE(watch.readsEvents());
+    watch.looked(true);
+    EXPECT_FALSE(watch.frameEnded());
+    watch.looked(false);
+    EXPECT_TRUE(watch.frameEnded()) << "it has come to rest, or to an outer edge";
+    EXPECT_TRUE(watch.looks()) << "what came before the first event";
+}
+
+TEST(MotionWatch, ReadsTheEventsOfASlowMouseAndFractionsAtABarrier) {
+    MotionWatch watch;
+    for (int i = 0; i < 3; ++i)
+        watch.event({5, 0});
+    watch.looked(true);
+    EXPECT_FALSE(watch.frameEnded());
+    for (int i = 0; i < 130; ++i)
+        watch.event({0.6, 0});
+    watch.looked(true);
+    EXPECT_TRUE(watch.frameEnded());
+    watch.looked(false);
+    watch.stopped();
+    EXPECT_TRUE(watch.frameEnded());
+    EXPECT_TRUE(watch.readsEvents());
+}
