@@ -49,9 +49,19 @@ Desktop::X11Services::X11Services(const Connections& x, platform::Descriptors& d
       workspace(x.general, static_cast<std::uint32_t>(::getpid()), std::move(session)),
       screenSaver(x.general) {}
 
-Desktop::Desktop(platform::Log& log, lnx::ProductBundle& bundle, platform::Descriptors& descriptors,
-                 const Connections& connections, bool serverHolds)
-    : settings(settingsPath(bundle), log,
+Desktop::Recording::Recording(const std::string& path, Desktop& desktop)
+    : writer(path),
+      input(desktop.x11->input, writer),
+      displays(desktop.x11->displays, writer),
+      statusItem(desktop.statusItem, writer,
+                 [&desktop] { return desktop.application.currentEvent(); }) {}
+
+Desktop::Desktop(platform::Log& logger, lnx::ProductBundle& productBundle,
+                 platform::Descriptors& descriptors, const Connections& connections,
+                 const Options& options)
+    : log(logger),
+      bundle(productBundle),
+      settings(settingsPath(bundle), log,
                [this] { application.afterEvent([this] { settings.savePending(); }); }),
       settingsWatch(settings.path(), descriptors, log, [this] { settings.fileChanged(); }),
       files(log),
@@ -59,7 +69,7 @@ Desktop::Desktop(platform::Log& log, lnx::ProductBundle& bundle, platform::Descr
       loginItems(autostartFolder(), autostartProduct(bundle), log),
       applications(std::string(bundle.string("CFBundleIdentifier")), log),
       alerts(runLoop, application, bundle.folder() + "/icon.svg",
-             [this, &bundle](const std::string& name, QWidget* parent) {
+             [this](const std::string& name, QWidget* parent) {
                  return makeAccessory(name, settings, bundle, x11->hotKeys, parent);
              }),
       images({lnx::imagesFolder(), bundle.folder() + "/images"}),
@@ -83,26 +93,24 @@ Desktop::Desktop(platform::Log& log, lnx::ProductBundle& bundle, platform::Descr
                               .openURL = {},
                               .runningApplications = [this] { return applications.others(); },
                               .postNotification =
-                                  [&log](const std::string& name, const std::string& object) {
+                                  [this](const std::string& name, const std::string& object) {
                                       platform::qt::DistributedNotifications::post(name, object,
                                                                                    log);
                                   }},
-        serverHolds);
+        options.hold);
     application.onActiveWindowChange([this] {
         if (x11) x11->input.ownWindowChanged();
     });
-    delegate.emplace(platform::Platform{
-        log,          runLoop,       application,    bundle,      settings,   files,
-        system,       x11->displays, x11->pointer,   x11->cursor, x11->input, x11->keyboard,
-        x11->hotKeys, x11->windows,  x11->workspace, statusItem,  alerts,     notifications,
-        sounds,       loginItems,    power,          textCodec});
+    if (!options.record.empty()) startRecording(options.record);
+    delegate.emplace(services());
 
     for (const auto key : {palisor::keys::customShortcut, palisor::keys::customShortcutEnabled})
         settings.observe(key, platform::qt::ShortcutRecorder::refreshAll);
-    statusItem.setTray(trayOn(log, bundle, connections.general));
+    statusItem.setTray(trayOn(connections.general));
     application.onQuitRequest([this] { quit(); });
     application.atExit([this, connections] {
         delegate.reset();
+        recording.reset();
         tray.reset();
         x11.reset();
         // The process leaves without disconnecting, which would drop what is not carried out yet.
@@ -117,13 +125,32 @@ Desktop::Desktop(platform::Log& log, lnx::ProductBundle& bundle, platform::Descr
     application.atExit([this] { settings.flush(); });
 }
 
-platform::qt::QtStatusItem::Tray
-Desktop::trayOn(platform::Log& log, const lnx::ProductBundle& bundle, x::Connection& connection) {
+void Desktop::startRecording(const std::string& path) {
+    recording.emplace(path, *this);
+    if (recording->writer.good()) return;
+    log.write("the scenario file " + path + " cannot be written; nothing is recorded");
+    recording.reset();
+}
+
+platform::Platform Desktop::services() {
+    platform::Displays& displays =
+        recording ? static_cast<platform::Displays&>(recording->displays) : x11->displays;
+    platform::InputEvents& input =
+        recording ? static_cast<platform::InputEvents&>(recording->input) : x11->input;
+    platform::StatusItem& item =
+        recording ? static_cast<platform::StatusItem&>(recording->statusItem) : statusItem;
+    return {log,          runLoop,      application,    bundle,      settings, files,
+            system,       displays,     x11->pointer,   x11->cursor, input,    x11->keyboard,
+            x11->hotKeys, x11->windows, x11->workspace, item,        alerts,   notifications,
+            sounds,       loginItems,   power,          textCodec};
+}
+
+platform::qt::QtStatusItem::Tray Desktop::trayOn(x::Connection& connection) {
     const platform::qt::TrayIcon::Identity identity{
         std::string(bundle.string("CFBundleIdentifier")),
         std::string(bundle.string("CFBundleDisplayName"))};
     return {.create =
-                [this, &log, &connection, identity] {
+                [this, &connection, identity] {
                     tray.emplace(connection, images, identity, log);
                     tray->onClick([this](int button, int, int) { statusItem.clicked(button); });
                 },
@@ -149,6 +176,7 @@ std::vector<lnx::DisplayPower::Way> Desktop::waysToStayAwake() {
 }
 
 void Desktop::launch() {
+    if (recording) recording->writer.begin(bundle, settings.persistentDomain(), x11->displays);
     delegate->applicationDidFinishLaunching();
 }
 

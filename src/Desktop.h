@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Options.h"
 #include "app/AppDelegate.h"
 #include "platform/linux/AutostartItems.h"
 #include "platform/linux/CanberraSounds.h"
@@ -33,6 +34,7 @@
 #include "platform/x11/ScreenSaver.h"
 #include "platform/x11/Windows.h"
 #include "platform/x11/Workspace.h"
+#include "record/Recorded.h"
 
 #include <optional>
 
@@ -48,10 +50,10 @@ struct Connections {
 /// settings are saved, the windows and then the X11 services destroyed.
 class Desktop {
   public:
-    /// What is lent must outlive the object. `serverHolds`: whether the X server may hold the
-    /// cursor at an edge.
+    /// What is lent must outlive the object.
     Desktop(platform::Log& log, platform::linux::ProductBundle& bundle,
-            platform::Descriptors& descriptors, const Connections& connections, bool serverHolds);
+            platform::Descriptors& descriptors, const Connections& connections,
+            const Options& options);
 
     void launch();
 
@@ -79,12 +81,24 @@ class Desktop {
         platform::x11::ScreenSaver screenSaver;
     };
 
-    platform::qt::QtStatusItem::Tray trayOn(platform::Log& log,
-                                            const platform::linux::ProductBundle& bundle,
-                                            platform::x11::Connection& connection);
+    /// The services that tell what the user does, with a scenario written on the way.
+    struct Recording {
+        Recording(const std::string& path, Desktop& desktop);
+
+        record::ScenarioWriter writer;
+        record::RecordedInput input;
+        record::RecordedDisplays displays;
+        record::RecordedStatusItem statusItem;
+    };
+
+    void startRecording(const std::string& path);
+    platform::Platform services();
+    platform::qt::QtStatusItem::Tray trayOn(platform::x11::Connection& connection);
     std::vector<platform::linux::DisplayPower::Way> waysToStayAwake();
     void quit();
 
+    platform::Log& log;
+    platform::linux::ProductBundle& bundle;
     platform::qt::QtRunLoop runLoop;
     platform::linux::SettingsFile settings;
     platform::linux::FileWatch settingsWatch;
@@ -105,6 +119,7 @@ class Desktop {
     platform::qt::QtTextCodec textCodec;
     std::optional<X11Services> x11;
     std::optional<platform::qt::TrayIcon> tray;
+    std::optional<Recording> recording;
     std::optional<palisor::AppDelegate> delegate;
     platform::linux::QuitSignals quitSignals;
 };

@@ -67,6 +67,9 @@ ParsedOptions parseOptions(int argc, char** argv) {
         } else if (const auto hold = valueOf("--hold", argc, argv, index)) {
             if (hold->text != "on" && hold->text != "off") return fail("--hold needs on or off");
             options.hold = hold->text == "on";
+        } else if (const auto record = valueOf("--record", argc, argv, index)) {
+            if (record->text.empty()) return fail("--record needs the name of a file to write");
+            options.record = record->text;
         } else {
             return fail("unknown option " + std::string(word) + " (--help lists the known ones)");
         }
@@ -77,8 +80,8 @@ ParsedOptions parseOptions(int argc, char** argv) {
 }
 
 std::string usage() {
-    return "Usage: palisor [--product NAME] [--hold on|off] [--list-monitors] [--help] "
-           "[--version]\n"
+    return "Usage: palisor [--product NAME] [--hold on|off] [--record FILE] [--list-monitors]\n"
+           "               [--help] [--version]\n"
            "\n"
            "  --product NAME   the product to run instead of the one that the command is named\n"
            "                   after: " +
@@ -86,6 +89,9 @@ std::string usage() {
            "\n"
            "  --hold on|off    whether the X server holds the cursor at an edge (on unless said\n"
            "                   otherwise); off, it is put back after it has left\n"
+           "  --record FILE    write what happens into FILE, which palisor-replay plays; it holds\n"
+           "                   the settings, the cursor's way, clicks and menu choices, but only\n"
+           "                   the modifiers of what is typed\n"
            "  --list-monitors  print one line a monitor and end\n"
            "  --help           print this and end\n"
            "  --version        print the product and its version and end\n";

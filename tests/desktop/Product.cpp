@@ -53,7 +53,9 @@ Product::Product(const support::PrivateDesktop::Options& options)
 void Product::spawn(const Setting& setting) {
     name = setting.product;
     std::ofstream(settingsFile()) << plist(setting);
-    program = desktop.spawn(PALISOR, {"--product", name, "--hold", setting.hold ? "on" : "off"});
+    std::vector<std::string> arguments{"--product", name, "--hold", setting.hold ? "on" : "off"};
+    arguments.insert(arguments.end(), setting.options.begin(), setting.options.end());
+    program = desktop.spawn(PALISOR, arguments);
 }
 
 void Product::start(const Setting& setting) {

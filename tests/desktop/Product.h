@@ -26,9 +26,10 @@ struct Setting {
     bool active = true;
     bool pushOption = false;
     int velocity = 50;
-    int othersDark = 15; ///< of 20
-    bool hold = true;    ///< --hold
-    std::string more{};  ///< further entries of the settings file
+    int othersDark = 15;                ///< of 20
+    bool hold = true;                   ///< --hold
+    std::string more{};                 ///< further entries of the settings file
+    std::vector<std::string> options{}; ///< further ones of the command line
 };
 
 /// Entries of the settings file.

@@ -42,6 +42,13 @@ const Value* SettingsFile::object(std::string_view key) const {
     return found == registered.end() ? nullptr : &found->second;
 }
 
+Dictionary SettingsFile::persistentDomain() const {
+    Dictionary values;
+    for (const auto& [key, entry] : current)
+        if (entry.value) values.emplace(key, *entry.value);
+    return values;
+}
+
 void SettingsFile::change(std::string_view key, std::optional<Value> value) {
     const auto found = current.find(key);
     if (!value) {

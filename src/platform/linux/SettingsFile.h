@@ -35,6 +35,9 @@ class SettingsFile final : public Settings {
     void setPersistentDomain(Dictionary values) override;
     void observe(std::string_view key, std::function<void()> changed) override;
 
+    /// What is stored, without the registered defaults.
+    Dictionary persistentDomain() const;
+
     /// Saves what `requestSave` was called for.
     void savePending();
 

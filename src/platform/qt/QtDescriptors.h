@@ -9,12 +9,16 @@ class QSocketNotifier;
 
 namespace platform::qt {
 
-/// Watches through the toolkit's loop. Descriptors may be given before there is an application
-/// object, which a notifier needs; `start` is called once there is one.
+/// Watches through the toolkit's loop, of which all descriptors together are one: a loop that waits
+/// looks at each of its own at every wake-up. Descriptors may be given before there is an
+/// application object, which a notifier needs; `start` is called once there is one.
 class QtDescriptors final : public Descriptors {
   public:
+    /// Throws std::system_error where the system has no descriptor left.
     QtDescriptors();
     ~QtDescriptors() override;
+    QtDescriptors(const QtDescriptors&) = delete;
+    QtDescriptors& operator=(const QtDescriptors&) = delete;
 
     void watchReadable(int fd, std::function<void()> ready) override;
     void unwatch(int fd) override;
@@ -22,19 +26,11 @@ class QtDescriptors final : public Descriptors {
     void start();
 
   private:
-    // A notifier must not be deleted while it calls.
-    struct DeleteLater {
-        void operator()(QSocketNotifier* notifier) const;
-    };
-    struct Watch {
-        std::function<void()> ready;
-        std::unique_ptr<QSocketNotifier, DeleteLater> notifier;
-    };
+    void callReady();
 
-    static void attach(int fd, Watch& watch);
-
-    std::map<int, Watch> watches;
-    bool started = false;
+    std::map<int, std::function<void()>> watches;
+    int together;
+    std::unique_ptr<QSocketNotifier> notifier;
 };
 
 } // namespace platform::qt

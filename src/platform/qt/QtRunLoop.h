@@ -13,7 +13,8 @@ namespace platform::qt {
 
 /// The toolkit's loop. One precise timer stands for all of them, so that what is due together
 /// fires in order, and is stopped as long as an alert or a menu is open. A repeating timer keeps
-/// to its grid and makes up for several missed firings with one.
+/// to its grid and makes up for several missed firings with one; so does one that repeats faster
+/// than a monitor shows anything.
 class QtRunLoop final : public RunLoop {
   public:
     QtRunLoop();

@@ -1,0 +1,43 @@
+#include "desktop/Product.h"
+
+#include <gtest/gtest.h>
+
+namespace desktop {
+namespace {
+
+std::size_t occurrences(const std::string& text, const std::string& part) {
+    std::size_t count = 0;
+    for (auto at = text.find(part); at != text.npos; at = text.find(part, at + 1))
+        ++count;
+    return count;
+}
+
+TEST(Record, AnAttemptToLeaveTheMonitorIsHeldAgainWhenPlayedBack) {
+    Product product;
+    const std::string scenario = (product.settingsFile().parent_path() / "session.jsonl").string();
+    product.start({.options = {"--record", scenario}});
+    product.moveNextTo(0, 1);
+    product.hand.push(7, 0, 200, 1000);
+    ASSERT_TRUE(product.cursorEndsOn(0));
+    product.program->signal(SIGTERM);
+    ASSERT_EQ(product.program->wait(), 0);
+
+    const auto replay = product.desktop.spawn(PALISOR_REPLAY, {"--only", "window,warp", scenario});
+    EXPECT_EQ(replay->wait(), 0) << replay->errors();
+    const std::string played = replay->output();
+    EXPECT_EQ(occurrences(played, R"("kind":"dark","frame":[1920,0,1280,1024])"), 1U) << played;
+    EXPECT_GE(occurrences(played, R"("effect":"warp","to":[1919,)"), 1U) << played;
+}
+
+TEST(Record, AFileThatCannotBeWrittenIsToldAndTheProgramGoesOn) {
+    Product product;
+    product.start({.options = {"--record", "/nowhere/at/all"}});
+    EXPECT_TRUE(product.program->waitForText(
+        "the scenario file /nowhere/at/all cannot be written; nothing is recorded"));
+    product.moveNextTo(0, 1);
+    product.hand.push(7, 0, 200, 1000);
+    EXPECT_TRUE(product.cursorEndsOn(0));
+}
+
+} // namespace
+} // namespace desktop
