@@ -46,7 +46,7 @@ TEST(Push, CountsAReportByTheShareOfItsSpanThatLiesInTheFrame) {
     meter.add({1.000, 0.032, {}, {100, 0}});
     const auto sum = meter.take();
     ASSERT_TRUE(sum);
-    EXPECT_NEAR(sum->cutOff.x, 53, 1);
+    EXPECT_NEAR(sum->cutOff.x, 50, 0.01);
 }
 
 TEST(Push, OfAHandThatHadRestedCountsWhole) {
@@ -67,6 +67,19 @@ TEST(Push, IsOfOneFrameAndNothingOlder) {
     EXPECT_NEAR(sum->cutOff.x, 16, 0.01);
     EXPECT_EQ(sum->from, (Point{1919, 30}));
     EXPECT_FALSE(meter.take()) << "it is told once";
+}
+
+TEST(Push, TellsTheWayFromWhereTheCursorWasPutBackApart) {
+    PushMeter meter;
+    meter.add({1.000, 0.008, {1920, 30}, {}, {-1, 0}});
+    EXPECT_FALSE(meter.take()) << "nothing was cut off";
+    meter.add({1.020, 0.008, {1920, 30}, {}, {-1, 0}});
+    meter.add({1.028, 0.008, {1920, 31}, {-2, 0}, {}});
+    const auto sum = meter.take();
+    ASSERT_TRUE(sum);
+    EXPECT_EQ(sum->lead, (Point{-1, 0}));
+    EXPECT_EQ(sum->cutOff, (Point{-2, 0}));
+    EXPECT_EQ(sum->from, (Point{1920, 31}));
 }
 
 TEST(Walls, StandOnTheSidesBeyondWhichAnotherMonitorLies) {

@@ -144,11 +144,24 @@ void Hold::settle() {
     delta.reset();
 }
 
+bool Hold::isWherePut() const {
+    return isKnown && putAt && std::abs(before.x - putAt->x) < 1 &&
+           std::abs(before.y - putAt->y) < 1;
+}
+
+/// What leads from where the cursor was put back to the edge is a part of the push: of a slow one,
+/// which is put back in each frame, it is a quarter.
+void Hold::noteLead() {
+    if (!isWherePut() || !delta || stopped) return;
+    meter.add({lastTime, span, {}, {}, *delta});
+}
+
 void Hold::moved(Point step, double time, bool afterQuestion) {
+    noteLead();
+    settle();
     span = time - lastTime;
     lastTime = time;
     if (walls.empty()) return;
-    settle();
     delta = step;
     if (!afterQuestion) return;
     sinceQuestion.x += step.x;
@@ -185,6 +198,7 @@ void Hold::put(Point root) {
     delta.reset();
     before = root;
     isKnown = true;
+    putAt = root;
 }
 
 void Hold::hit(const xcb_input_barrier_hit_event_t& event, double time, bool afterQuestion) {
@@ -213,13 +227,16 @@ void Hold::hit(const xcb_input_barrier_hit_event_t& event, double time, bool aft
 
     const int edge = lastPixel(wall->side, box);
     const double cutOff = (followed ? across(before) - edge : 0) + step;
-    if (!isOutwards(wall->side, cutOff)) return;
+    const bool leads = followed && isWherePut();
+    // Where the cursor just reaches the edge nothing is cut off.
+    if (!isOutwards(wall->side, cutOff) && !(leads && cutOff == 0)) return;
     const double at = edge;
     PushMeter::Piece piece{time, sameMotion ? span : event.dtime / 1000.0, {}, {}};
     // The first one of a contact may end a rest.
     if (event.dtime == 0 && piece.span > PushMeter::frame) piece.span = 0;
     piece.from = nearestPixel(vertical ? Point{at, start} : Point{start, at}, box);
     piece.cutOff = vertical ? Point{cutOff, 0} : Point{0, cutOff};
+    if (leads) piece.lead = vertical ? Point{at - before.x, 0} : Point{0, at - before.y};
     meter.add(piece);
 }
 
@@ -231,8 +248,12 @@ std::optional<Hold::Push> Hold::takePush(Point place) {
     const Point beyond = onDesktop(would, box, monitors);
     if (box.contains(beyond)) return std::nullopt;
     const Point origin = displays.toTopLeft(0, 0);
-    return Push{{sum->from.x + origin.x, sum->from.y + origin.y},
-                {beyond.x + origin.x, beyond.y + origin.y}};
+    const auto heldAt = [](double from, double cutOff, double lead) {
+        return cutOff * lead > 0 ? from - lead : from;
+    };
+    const Point held{heldAt(sum->from.x, sum->cutOff.x, sum->lead.x),
+                     heldAt(sum->from.y, sum->cutOff.y, sum->lead.y)};
+    return Push{{held.x + origin.x, held.y + origin.y}, {beyond.x + origin.x, beyond.y + origin.y}};
 }
 
 } // namespace platform::x11

@@ -68,6 +68,8 @@ class Hold {
         xcb_xfixes_barrier_t id;
     };
 
+    bool isWherePut() const;
+    void noteLead();
     void rebuild();
     void replaceWalls(const std::vector<Side>& sides);
     Wall build(Side side);
@@ -90,6 +92,7 @@ class Hold {
     std::optional<Point> delta; ///< nothing where raw motion is not read
     double span = 0;            ///< seconds since the motion before it
     double lastTime = 0;
+    std::optional<Point> putAt;   ///< by the program, at the last time
     std::optional<Point> stopped; ///< where a barrier stopped that motion
     struct {
         double time;

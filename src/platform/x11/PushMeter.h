@@ -21,16 +21,18 @@ class PushMeter {
         double time = 0; ///< seconds, the server's clock
         double span = 0; ///< seconds up to `time` in which it happened; 0 for an instant
         Point from;      ///< where the cursor was held, root coordinates
-        Point cutOff;    ///< pixels
+        Point cutOff;    ///< pixels; (0, 0) for a motion that no barrier stopped
+        Point lead{};    ///< pixels on the way to the barrier, from where the cursor was put back
     };
     void add(const Piece& piece);
 
     struct Sum {
         Point from;
         Point cutOff;
+        Point lead;
     };
     /// The frame up to the last piece, but nothing that an earlier call was about; nothing without
-    /// a piece. The pieces are forgotten.
+    /// a piece that a barrier stopped. The pieces are forgotten.
     std::optional<Sum> take();
     void clear() { pieces.clear(); }
 
