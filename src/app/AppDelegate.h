@@ -30,7 +30,7 @@ using platform::ScreenId;
 using platform::Slider;
 using platform::TimerId;
 
-class AppDelegate : private platform::MenuTarget {
+class AppDelegate : private platform::MenuTarget, private platform::InfoTarget {
   public:
     /// The platform's services must outlive the object, which is the one of its process.
     explicit AppDelegate(const platform::Platform& services);
@@ -183,6 +183,32 @@ class AppDelegate : private platform::MenuTarget {
     void recommendAutologinOnAtFirstCloseInfo();
     void alertDidEnd2(int returnCode);
 
+    // InfoWindow.cpp
+    void createViewInfo();
+    void openInfo();
+    void closeInfo();
+    void openConsigli();
+    platform::AttributedText hyperlinkFromString_withURL(std::string_view string,
+                                                         std::string_view url) const;
+    /// Always true: a click on a link of that view is dealt with.
+    bool textView_clickedOnLink(std::string_view textView, std::string_view link);
+
+    // HelpMenu.cpp
+    void opentamberloosx();
+    void openGenericMailToTamberlo();
+    void sendEmailTo_Subject_Body(std::string_view recipient, std::string_view subject,
+                                  std::string_view body);
+
+    // ---- remote/ ----------------------------------------------------------------------------
+
+    // Rating.cpp
+    void ratefunc();
+    /// The alert and the context are not looked at.
+    void alertDidEnd_returnCode_contextInfo(const platform::Alert* alert, int returnCode,
+                                            const void* contextInfo);
+    /// The setting that says whether the running version has been rated.
+    std::string getCurrentRateString() const;
+
     // ---- state ------------------------------------------------------------------------------
 
     using WindowList = std::vector<std::unique_ptr<platform::Window>>;
@@ -246,6 +272,11 @@ class AppDelegate : private platform::MenuTarget {
     std::unique_ptr<platform::Window> windowCursorX, windowCursorY;
     std::optional<WindowList> aWindowCursorX; ///< one per screen, nothing before they are made
 
+    std::unique_ptr<platform::InfoWindow> windowInfo; ///< never null
+    CheckBox butautologin;                            ///< not shown; says what was last accepted
+    platform::Alert alertrate;                        ///< the one shown last
+    std::int8_t allowRate = 0; ///< minutes until the product may be rated; 0 for never
+
   private:
     bool settingIsOne(std::string_view key) const;
     void setAndSynchronize(std::string_view key, platform::Value value);
@@ -261,6 +292,7 @@ class AppDelegate : private platform::MenuTarget {
     void setUpHotBorderButtons(int variant);
     void takeFirstActions();
     void installEventIntake();
+    void scheduleRating();
     Rect topLeftFrame(const platform::Screen& screen) const;
     Rect frameOf(ScreenId screen) const;
 
@@ -291,6 +323,13 @@ class AppDelegate : private platform::MenuTarget {
     void addModifierEntry();
     void addScrollEntry();
     void addLoginEntry();
+    double stackInfoViews(std::vector<platform::InfoView>& views) const;
+    platform::InfoText textView(std::string_view name, double y,
+                                platform::AttributedText text) const;
+    std::string infoDescription() const;
+    void pressed(const platform::InfoButton& button) override;
+    bool clickedOnLink(const platform::InfoText& view, const std::string& link) override;
+
     MenuItem boundsViewItem();
     MenuItem sliderItem(Slider slider, std::shared_ptr<Label> label) const;
     void setLabel(Label& label, std::string text);

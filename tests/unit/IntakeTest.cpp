@@ -112,7 +112,7 @@ TEST(Tap, ReplacesTheMonitorOnOlderServices) {
 
 TEST(Tap, RunsTheLoopFromInsideStartSoThatItsLaterStepsWait) {
     Tapped program(variants::barrier);
-    program.platform.pointer.place({100, 100});
+    program.settled().platform.pointer.place({100, 100});
     bool insideTheLoop = false;
     program.platform.runLoop.setWhileRunning([&] {
         insideTheLoop = true;
