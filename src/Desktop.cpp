@@ -71,6 +71,9 @@ Desktop::Desktop(platform::Log& log, lnx::ProductBundle& bundle, platform::Descr
       pictures(lnx::imagesFolder(), log),
       sessionInhibitor(std::string(bundle.string("CFBundleDisplayName")), log),
       power(waysToStayAwake(), log),
+      infoWindows(
+          lnx::imagesFolder(), bundle.folder() + "/icon.svg",
+          [this](const std::string& url) { x11->workspace.openURL(url); }, log),
       quitSignals(descriptors, [this] { quit(); }) {
     x11.emplace(
         connections, descriptors, runLoop, settings, log,
@@ -95,7 +98,7 @@ Desktop::Desktop(platform::Log& log, lnx::ProductBundle& bundle, platform::Descr
         log,          runLoop,       application,    bundle,      settings,   files,
         system,       x11->displays, x11->pointer,   x11->cursor, x11->input, x11->keyboard,
         x11->hotKeys, x11->windows,  x11->workspace, statusItem,  alerts,     notifications,
-        sounds,       loginItems,    power,          textCodec});
+        sounds,       loginItems,    power,          textCodec,   infoWindows});
 
     for (const auto key : {palisor::keys::customShortcut, palisor::keys::customShortcutEnabled})
         settings.observe(key, platform::qt::ShortcutRecorder::refreshAll);
