@@ -55,7 +55,7 @@ Desktop::Desktop(platform::Log& log, lnx::ProductBundle& bundle, platform::Descr
                [this] { application.afterEvent([this] { settings.savePending(); }); }),
       settingsWatch(settings.path(), descriptors, log, [this] { settings.fileChanged(); }),
       files(log),
-      sounds(bundle.folder() + "/sounds", std::string(bundle.string("CFBundleDisplayName")), log),
+      sounds(lnx::soundsFolder(), std::string(bundle.string("CFBundleDisplayName")), log),
       loginItems(autostartFolder(), autostartProduct(bundle), log),
       applications(std::string(bundle.string("CFBundleIdentifier")), log),
       alerts(runLoop, application, bundle.folder() + "/icon.svg",
