@@ -80,6 +80,7 @@ Desktop::Desktop(platform::Log& log, lnx::ProductBundle& bundle, platform::Descr
         },
         [this](std::function<void()> operation) { application.afterEvent(std::move(operation)); },
         x::Workspace::Session{.openFile = QtApplication::openFile,
+                              .openURL = {},
                               .runningApplications = [this] { return applications.others(); },
                               .postNotification =
                                   [&log](const std::string& name, const std::string& object) {
@@ -94,7 +95,7 @@ Desktop::Desktop(platform::Log& log, lnx::ProductBundle& bundle, platform::Descr
         log,          runLoop,       application,    bundle,      settings,   files,
         system,       x11->displays, x11->pointer,   x11->cursor, x11->input, x11->keyboard,
         x11->hotKeys, x11->windows,  x11->workspace, statusItem,  alerts,     notifications,
-        sounds,       loginItems,    power});
+        sounds,       loginItems,    power,          textCodec});
 
     for (const auto key : {palisor::keys::customShortcut, palisor::keys::customShortcutEnabled})
         settings.observe(key, platform::qt::ShortcutRecorder::refreshAll);

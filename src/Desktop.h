@@ -19,6 +19,7 @@
 #include "platform/qt/QtApplication.h"
 #include "platform/qt/QtRunLoop.h"
 #include "platform/qt/QtStatusItem.h"
+#include "platform/qt/QtTextCodec.h"
 #include "platform/qt/SessionApplications.h"
 #include "platform/qt/SessionInhibitor.h"
 #include "platform/qt/ShortcutRecorder.h"
@@ -101,6 +102,7 @@ class Desktop {
     platform::qt::Pictures pictures;
     platform::qt::SessionInhibitor sessionInhibitor;
     platform::linux::DisplayPower power;
+    platform::qt::QtTextCodec textCodec;
     std::optional<X11Services> x11;
     std::optional<platform::qt::TrayIcon> tray;
     std::optional<palisor::AppDelegate> delegate;

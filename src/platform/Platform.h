@@ -19,6 +19,7 @@
 #include "platform/Sounds.h"
 #include "platform/StatusItem.h"
 #include "platform/SystemInfo.h"
+#include "platform/TextCodec.h"
 #include "platform/Windows.h"
 #include "platform/Workspace.h"
 
@@ -47,6 +48,7 @@ struct Platform {
     Sounds& sounds;
     LoginItems& loginItems;
     Power& power;
+    TextCodec& textCodec;
 };
 
 } // namespace platform

@@ -9,7 +9,8 @@ namespace platform {
 /// Names a scheduled timer. Numbers are not used again.
 enum class TimerId : std::uint64_t { none = 0 };
 
-/// The main run loop: the only source of time. Main thread only.
+/// The main run loop: the only source of time, and the way between threads. Main thread only,
+/// except where an operation says otherwise.
 class RunLoop {
   public:
     virtual ~RunLoop() = default;
@@ -29,6 +30,14 @@ class RunLoop {
 
     /// Runs the loop from inside the current call, and returns when the loop is stopped.
     virtual void run() = 0;
+
+    /// Has the main thread do the work: at its next turn, in the order of asking. With
+    /// `waitUntilDone` the call returns when the work is done, and on the main thread it is done at
+    /// once. A waiting thread stays where it is should the process end meanwhile. Any thread.
+    virtual void performOnMainThread(std::function<void()> work, bool waitUntilDone) = 0;
+
+    /// Does the work on a thread of its own, which nobody waits for and which ends with it.
+    virtual void detachNewThread(std::function<void()> work) = 0;
 };
 
 } // namespace platform

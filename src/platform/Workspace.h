@@ -5,7 +5,7 @@
 
 namespace platform {
 
-/// The other applications of the session. Main thread.
+/// The other applications of the session, and what the desktop opens with them. Main thread.
 class Workspace {
   public:
     virtual ~Workspace() = default;
@@ -16,6 +16,10 @@ class Workspace {
     /// Opens a file with an application, which comes to the front. An empty path opens nothing, so
     /// that all it does is to take the keyboard away from this program.
     virtual void openFile(const std::string& path, const std::string& application) = 0;
+
+    /// Has the desktop open an address with the program that the user has chosen for its kind. Only
+    /// http, https and mailto are opened; anything else is logged and ignored.
+    virtual void openURL(const std::string& url) = 0;
 
     /// The bundle identifiers of the other applications that run in the session and have one.
     virtual std::vector<std::string> runningApplications() = 0;

@@ -57,6 +57,7 @@ void Player::playSteps() {
     while (const auto step = scenario.next()) {
         popups = 0;
         playStep(*this, *step);
+        platform.runLoop.performPending();
     }
 }
 

@@ -230,6 +230,36 @@ TEST(QtRunLoop, ALoopRunFromInsideACallFiresTimers) {
     EXPECT_EQ(events, "io");
 }
 
+TYPED_TEST(RunLoopContract, HandsWorkToTheMainThreadInTheOrderOfAsking) {
+    this->loop.performOnMainThread([this] { this->note('b'); }, false);
+    this->loop.performOnMainThread([this] { this->note('c'); }, false);
+    this->note('a');
+    this->endAfter(0.01);
+    this->backend.runUntilEnd();
+    EXPECT_EQ(this->events, "abc");
+}
+
+TYPED_TEST(RunLoopContract, DoesTheWorkAtOnceWhenTheMainThreadItselfWaits) {
+    this->loop.performOnMainThread([this] { this->note('a'); }, true);
+    this->note('b');
+    EXPECT_EQ(this->events, "ab");
+}
+
+TYPED_TEST(RunLoopContract, AWaitingThreadGoesOnWhenTheMainThreadHasDoneTheWork) {
+    this->loop.detachNewThread([this] {
+        this->loop.performOnMainThread([this] { this->note('a'); }, true);
+        this->note('b'); // nobody else writes here: the main thread has yet to be told to end
+        this->loop.performOnMainThread(
+            [this] {
+                this->note('c');
+                this->backend.end();
+            },
+            false);
+    });
+    this->backend.runUntilEnd();
+    EXPECT_EQ(this->events, "abc");
+}
+
 } // namespace
 
 int main(int argc, char** argv) {

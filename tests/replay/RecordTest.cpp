@@ -50,7 +50,7 @@ platform::Platform servicesOf(RecordedSession& session) {
             real.files,         real.system,   session.displays,   real.pointer, real.cursor,
             session.input,      real.keyboard, real.hotKeys,       real.windows, real.workspace,
             session.statusItem, real.alerts,   real.notifications, real.sounds,  real.loginItems,
-            real.power};
+            real.power,         real.textCodec};
 }
 
 /// The lines of a replay without their time, as the memory platform keeps them.

@@ -49,5 +49,53 @@ TEST(DeleteAllSavedUserDefaults, MakesTheNextLaunchAFirstLaunch) {
     EXPECT_EQ(program.effects({"write", "synchronize", "timer"}), firstLaunch);
 }
 
+TEST(ValidInfo, IsATextThatSaysSomething) {
+    for (const auto* text : {"x", " x ", "null", "NULL ", "(NULL)", "0", "\u200bx"})
+        EXPECT_TRUE(MacUtils::isValidInfo(text)) << text;
+}
+
+TEST(ValidInfo, IsNotAnEmptyTextNorABlankOneNorAWordForNothing) {
+    for (const auto* text : {"", " ", "  ", "\t\n\r", "\u00a0\u2029", "NULL", "(null)"})
+        EXPECT_FALSE(MacUtils::isValidInfo(text)) << text;
+}
+
+TEST(Mail, CarriesBlanksAmpersandsAndAccentsToTheMailProgramEscaped) {
+    Program program(variants::barrier);
+    MacUtils::sendEmailTo_Subject_Body(program.platform.services(), "help@example.invalid", "A & B",
+                                       "perch\u00e9? 100%\n");
+    EXPECT_THAT(program.effects(),
+                ElementsAre(R"(openURL {"url":"mailto:help@example.invalid?Subject=A%20%26%20B)"
+                            R"(&body=perch%C3%A9%3F%20100%25%0A"})"));
+}
+
+TEST(UrlEncoding, EscapesTheCharactersThatSeparateThePartsOfAnAddress) {
+    Program program(variants::barrier);
+    EXPECT_EQ(MacUtils::URLEncodedString(
+                  program.platform.services(),
+                  " \u00b0\u00e9\u00e8\u00e0\u00ec\u00f2\u00f9[]@%'\"?&+><;:-$,#*\u00a3"),
+              "%20%C2%B0%C3%A9%C3%A8%C3%A0%C3%AC%C3%B2%C3%B9%5B%5D%40%25%27%22%3F%26%2B%3E%3C%3B"
+              "%3A%2D%24%2C%23%2A%C2%A3");
+    EXPECT_EQ(MacUtils::URLEncodedString(program.platform.services(), "a/b=c_d.e~f!(g)"),
+              "a/b=c_d.e~f!(g)");
+}
+
+TEST(StorePage, IsOpenedOnTheWebAndThenInTheStore) {
+    Program program(variants::barrier);
+    auto& bundle = program.platform.bundle;
+    bundle.set("StoreWebPage", platform::Value{"https://web.invalid/%@"});
+    bundle.set("StorePage", platform::Value{"https://store.invalid/%@?mt=12"});
+    bundle.set("MobileStorePage", platform::Value{"https://mobile.invalid/%@"});
+    MacUtils::openStorePageWithID_osx(program.platform.services(), "611203457", true);
+    EXPECT_THAT(program.effects(),
+                ElementsAre(R"(log {"text":"stringID: 611203457 osx: 1"})",
+                            R"(openURL {"url":"https://web.invalid/611203457"})",
+                            R"(openURL {"url":"https://store.invalid/611203457?mt=12"})"));
+    MacUtils::openStorePageWithID_osx(program.platform.services(), "611203459", false);
+    EXPECT_THAT(program.effects(),
+                ElementsAre(R"(log {"text":"stringID: 611203459 osx: 0"})",
+                            R"(openURL {"url":"https://web.invalid/611203459"})",
+                            R"(openURL {"url":"https://mobile.invalid/611203459"})"));
+}
+
 } // namespace
 } // namespace palisor

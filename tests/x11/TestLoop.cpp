@@ -25,6 +25,13 @@ void TestLoop::watchReadable(int fd, std::function<void()> ready) {
     watches[fd] = std::move(ready);
 }
 
+void TestLoop::performOnMainThread(std::function<void()> work, bool waitUntilDone) {
+    if (waitUntilDone)
+        work();
+    else
+        schedule(0, false, "performOnMainThread", std::move(work));
+}
+
 void TestLoop::run() {
     for (;;)
         turn(Clock::now() + std::chrono::hours(1));

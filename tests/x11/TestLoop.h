@@ -21,6 +21,9 @@ class TestLoop final : public platform::RunLoop, public platform::Descriptors {
     void invalidate(platform::TimerId timer) override { timers.erase(timer); }
     bool isRunning(platform::TimerId timer) const override { return timers.contains(timer); }
     void run() override;
+    /// The X11 services have no other thread, so neither has this loop.
+    void performOnMainThread(std::function<void()> work, bool waitUntilDone) override;
+    void detachNewThread(std::function<void()> work) override { work(); }
 
     void watchReadable(int fd, std::function<void()> ready) override;
     void unwatch(int fd) override { watches.erase(fd); }

@@ -3,9 +3,10 @@
 namespace platform::memory {
 
 Platform MemoryPlatform::services() {
-    return {log,       runLoop,    application, bundle,        settings, files,      system,
-            displays,  pointer,    cursor,      input,         keyboard, hotKeys,    windows,
-            workspace, statusItem, alerts,      notifications, sounds,   loginItems, power};
+    return {log,     runLoop,    application, bundle,     settings, files,
+            system,  displays,   pointer,     cursor,     input,    keyboard,
+            hotKeys, windows,    workspace,   statusItem, alerts,   notifications,
+            sounds,  loginItems, power,       textCodec};
 }
 
 void MemoryPlatform::move(Point to, EventType type) {

@@ -21,6 +21,7 @@
 #include "platform/memory/Sounds.h"
 #include "platform/memory/StatusItem.h"
 #include "platform/memory/SystemInfo.h"
+#include "platform/memory/TextCodec.h"
 #include "platform/memory/Windows.h"
 #include "platform/memory/Workspace.h"
 
@@ -53,6 +54,7 @@ class MemoryPlatform {
     Sounds sounds{effects};
     LoginItems loginItems{effects};
     Power power{effects};
+    TextCodec textCodec;
 
     MemoryPlatform() = default;
     MemoryPlatform(const MemoryPlatform&) = delete;

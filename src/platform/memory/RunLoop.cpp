@@ -61,11 +61,27 @@ void RunLoop::run() {
     if (whileRunning) whileRunning();
 }
 
+void RunLoop::performOnMainThread(std::function<void()> work, bool waitUntilDone) {
+    if (waitUntilDone)
+        work();
+    else
+        pending.push_back(std::move(work));
+}
+
+void RunLoop::performPending() {
+    while (!pending.empty()) {
+        const auto work = std::move(pending.front());
+        pending.pop_front();
+        work();
+    }
+}
+
 void RunLoop::advance(double seconds) {
     advanceNanoseconds(toNanoseconds(seconds));
 }
 
 void RunLoop::advanceNanoseconds(std::int64_t span) {
+    performPending();
     const std::int64_t end = std::min(clock.nanoseconds + span, never);
     if (modals == 0)
         while (Timer* const timer = nextDue(end))

@@ -4,6 +4,7 @@
 #include "platform/memory/Effects.h"
 
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <string>
 #include <vector>
@@ -28,6 +29,15 @@ class RunLoop final : public platform::RunLoop {
     /// Calls what `setWhileRunning` was given, and returns with it.
     void run() override;
     void setWhileRunning(std::function<void()> happens) { whileRunning = std::move(happens); }
+
+    /// In place when waiting; otherwise it waits for `performPending`, which a step of time begins
+    /// with.
+    void performOnMainThread(std::function<void()> work, bool waitUntilDone) override;
+    /// Does what was left for the main thread to do, also what is left meanwhile.
+    void performPending();
+
+    /// In place.
+    void detachNewThread(std::function<void()> work) override { work(); }
 
     /// Lets time pass and fires what comes due, also what is made meanwhile.
     void advance(double seconds);
@@ -68,6 +78,7 @@ class RunLoop final : public platform::RunLoop {
     std::vector<Timer> slots; ///< a slot is used again, with what it has allocated
     std::uint64_t made = 0;
     int modals = 0;
+    std::deque<std::function<void()>> pending;
     std::function<void()> whileRunning;
 };
 

@@ -15,6 +15,8 @@ class Workspace final : public platform::Workspace {
         effects.emit("openFile", Member{"path", path}, Member{"application", application});
     }
 
+    void openURL(const std::string& url) override { effects.emit("openURL", Member{"url", url}); }
+
     std::vector<std::string> runningApplications() override { return running; }
 
     void postDistributedNotification(const std::string& name, const std::string& object) override {

@@ -1,7 +1,9 @@
 #include "platform/qt/QtRunLoop.h"
 
 #include <QEventLoop>
+#include <QThread>
 #include <algorithm>
+#include <thread>
 #include <utility>
 
 namespace platform::qt {
@@ -109,6 +111,20 @@ void QtRunLoop::run() {
     arm(); // what is due must not wait for the call that is under way
     loop.exec();
     innermost = outer;
+}
+
+void QtRunLoop::performOnMainThread(std::function<void()> work, bool waitUntilDone) {
+    const bool isMainThread = QThread::currentThread() == alarm.thread();
+    if (isMainThread && waitUntilDone)
+        work();
+    else
+        QMetaObject::invokeMethod(&alarm, std::move(work),
+                                  waitUntilDone ? Qt::BlockingQueuedConnection
+                                                : Qt::QueuedConnection);
+}
+
+void QtRunLoop::detachNewThread(std::function<void()> work) {
+    std::thread(std::move(work)).detach();
 }
 
 void QtRunLoop::stop() {

@@ -23,6 +23,8 @@ class QtRunLoop final : public RunLoop {
     void invalidate(TimerId timer) override;
     bool isRunning(TimerId timer) const override;
     void run() override;
+    void performOnMainThread(std::function<void()> work, bool waitUntilDone) override;
+    void detachNewThread(std::function<void()> work) override;
 
     /// Ends the innermost `run`. Without one nothing happens.
     void stop();

@@ -64,6 +64,10 @@ void Workspace::openFile(const std::string& path, const std::string&) {
         session.openFile(path);
 }
 
+void Workspace::openURL(const std::string& url) {
+    if (session.openURL) session.openURL(url);
+}
+
 std::vector<std::string> Workspace::runningApplications() {
     return session.runningApplications ? session.runningApplications() : std::vector<std::string>{};
 }

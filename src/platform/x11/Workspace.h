@@ -16,6 +16,7 @@ class Workspace final : public platform::Workspace, private Listener {
     struct Session {
         /// The desktop's way to open a file, which chooses the application itself.
         std::function<void(const std::string& path)> openFile;
+        std::function<void(const std::string& url)> openURL;
         std::function<std::vector<std::string>()> runningApplications;
         std::function<void(const std::string& name, const std::string& object)> postNotification;
     };
@@ -31,6 +32,7 @@ class Workspace final : public platform::Workspace, private Listener {
     void activateFrontmostApplication() override;
 
     void openFile(const std::string& path, const std::string& application) override;
+    void openURL(const std::string& url) override;
     std::vector<std::string> runningApplications() override;
     void postDistributedNotification(const std::string& name, const std::string& object) override;
 
