@@ -65,10 +65,13 @@ Desktop::Desktop(platform::Log& log, lnx::ProductBundle& bundle, platform::Descr
       images({lnx::imagesFolder(), bundle.folder() + "/images"}),
       menuIcons(images),
       statusItem(runLoop, application,
-                 [this](const std::string& name) { return menuIcons.icon(name); }),
+                 [this](const std::string& name, bool isTemplate) {
+                     return menuIcons.icon(name, isTemplate);
+                 }),
       notifications(std::string(bundle.string("CFBundleDisplayName")),
                     std::string(bundle.string("CFBundleIdentifier")), log),
       pictures(lnx::imagesFolder(), log),
+      urlOpener(log),
       sessionInhibitor(std::string(bundle.string("CFBundleDisplayName")), log),
       power(waysToStayAwake(), log),
       quitSignals(descriptors, [this] { quit(); }) {
@@ -80,7 +83,7 @@ Desktop::Desktop(platform::Log& log, lnx::ProductBundle& bundle, platform::Descr
         },
         [this](std::function<void()> operation) { application.afterEvent(std::move(operation)); },
         x::Workspace::Session{.openFile = QtApplication::openFile,
-                              .openURL = {},
+                              .openURL = [this](const std::string& url) { urlOpener.open(url); },
                               .runningApplications = [this] { return applications.others(); },
                               .postNotification =
                                   [&log](const std::string& name, const std::string& object) {

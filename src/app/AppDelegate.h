@@ -183,6 +183,19 @@ class AppDelegate : private platform::MenuTarget {
     void recommendAutologinOnAtFirstCloseInfo();
     void alertDidEnd2(int returnCode);
 
+    // HelpMenu.cpp
+    void addTAMBERLOItemsToHelpMenu(Menu& menu) const;
+    /// An entry of the promotion list; its tool tip says which product.
+    void openApp(MenuItem& item);
+    void openMacAppStorePage();
+    void openFB();
+    void openSupport();
+    void opentamberloosx();
+    void openGenericMailToTamberlo();
+    void sendEmailTo_Subject_Body(std::string_view recipient, std::string_view subject,
+                                  std::string_view body);
+    std::string URLEncodedString(std::string_view text) const;
+
     // ---- state ------------------------------------------------------------------------------
 
     using WindowList = std::vector<std::unique_ptr<platform::Window>>;
@@ -246,6 +259,8 @@ class AppDelegate : private platform::MenuTarget {
     std::unique_ptr<platform::Window> windowCursorX, windowCursorY;
     std::optional<WindowList> aWindowCursorX; ///< one per screen, nothing before they are made
 
+    bool otherApps = false; ///< the menu advertises the other products
+
   private:
     bool settingIsOne(std::string_view key) const;
     void setAndSynchronize(std::string_view key, platform::Value value);
@@ -290,6 +305,7 @@ class AppDelegate : private platform::MenuTarget {
     void addTimeModeEntry();
     void addModifierEntry();
     void addScrollEntry();
+    void addPromotion();
     void addLoginEntry();
     MenuItem boundsViewItem();
     MenuItem sliderItem(Slider slider, std::shared_ptr<Label> label) const;

@@ -24,6 +24,8 @@ T argument(const Player& player, const Json& value, const std::string& what) {
         return toPoint(value, what);
     } else if constexpr (std::is_same_v<T, Rect>) {
         return toRect(value, what);
+    } else if constexpr (std::is_same_v<T, std::string>) {
+        return toText(value, what);
     } else if constexpr (std::is_same_v<T, bool>) {
         if (value.is_number_integer()) {
             const std::int64_t number = toInteger(value, what);
@@ -56,6 +58,11 @@ std::tuple<T...> argumentsOf(const Player& player, const Json& list,
     return {argument<T>(player, list[index], "argument " + std::to_string(index + 1))...};
 }
 
+/// What an argument is kept as until the call.
+template <class T>
+using Kept = std::conditional_t<std::is_same_v<std::decay_t<T>, std::string_view>, std::string,
+                                std::decay_t<T>>;
+
 // ---- operations ---------------------------------------------------------------------------------
 
 template <class Send>
@@ -68,7 +75,7 @@ void sendAndPrint(Player& player, Send&& send) {
 
 template <auto operation, class... T>
 Action prepare(Player& player, const Json& list) {
-    auto arguments = argumentsOf<std::decay_t<T>...>(player, list, std::index_sequence_for<T...>{});
+    auto arguments = argumentsOf<Kept<T>...>(player, list, std::index_sequence_for<T...>{});
     return [&player, arguments] {
         std::apply(
             [&player](const auto&... each) {
@@ -177,6 +184,13 @@ constexpr Operation operations[] = {
     named<&AppDelegate::pressAvviaAlLogin>("pressAvviaAlLogin"),
     named<&AppDelegate::recommendAutologinOnAtFirstCloseInfo>(
         "recommendAutologinOnAtFirstCloseInfo"),
+    named<&AppDelegate::openMacAppStorePage>("openMacAppStorePage"),
+    named<&AppDelegate::openFB>("openFB"),
+    named<&AppDelegate::openSupport>("openSupport"),
+    named<&AppDelegate::opentamberloosx>("opentamberloosx"),
+    named<&AppDelegate::openGenericMailToTamberlo>("openGenericMailToTamberlo"),
+    named<&AppDelegate::sendEmailTo_Subject_Body>("sendEmailTo:Subject:Body:"),
+    named<&AppDelegate::URLEncodedString>("URLEncodedString:"),
     {"fixDefaultsIfNeeded", prepareClassOperation<&MacUtils::fixDefaultsIfNeeded>},
     {"deleteAllSavedUserDefaults", prepareClassOperation<&MacUtils::deleteAllSavedUserDefaults>},
 };

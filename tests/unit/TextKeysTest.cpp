@@ -21,9 +21,17 @@ bool holdsOtherNames(const std::string& path) {
 }
 
 /// Written like the key of a text, and none.
-const Keys otherWords = {"BUTANGOLO", "BUTLATO",         "CHECK_",
-                         "NULL",      "QT_QPA_PLATFORM", "QT_XCB_GL_INTEGRATION",
-                         "RATE_",     "TERMINATEHELPER", "YES"};
+const Keys otherWords = {"BUTANGOLO",
+                         "BUTLATO",
+                         "CHECK_",
+                         "KORVADIN",
+                         "NULL",
+                         "OSX",
+                         "QT_QPA_PLATFORM",
+                         "QT_XCB_GL_INTEGRATION",
+                         "RATE_",
+                         "TERMINATEHELPER",
+                         "YES"};
 
 /// Of windows that are drawn elsewhere before they are part of the program.
 const Keys awaited = {"CONSIGLIA",      "MI_PIACE",       "NON_MI_PIACE",  "NON_MOSTRARE_FINESTRA",
