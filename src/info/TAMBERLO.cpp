@@ -60,8 +60,7 @@ std::unique_ptr<platform::MenuItem> itemOf(const Slot& slot) {
 } // namespace
 
 void TAMBERLO::addOtherItemsToMenu_shortVersion_skippingAPP(const platform::Platform& services,
-                                                            platform::Menu& menu,
-                                                            bool shortVersion,
+                                                            platform::Menu& menu, bool shortVersion,
                                                             std::string_view skippedId) {
     const bool italian = services.bundle.preferredLanguage() == "it";
     for (const Slot& slot : slots) {
@@ -76,9 +75,9 @@ void TAMBERLO::addOtherItemsToMenu_shortVersion_skippingAPP(const platform::Plat
 void TAMBERLO::openApp(const platform::Platform& services, const platform::MenuItem& item) {
     const std::string& id = item.toolTip;
     if (id == withoutStorePage) {
-        services.workspace.openURL(std::string(services.bundle.string("MakerSite")) +
-                                   "/app/quenlow/index.php?lingua=" +
-                                   services.bundle.preferredLanguage());
+        services.workspace.openURL(
+            std::string(services.bundle.string("MakerSite")) +
+            "/app/quenlow/index.php?lingua=" + services.bundle.preferredLanguage());
         return;
     }
     // Compared with a product's name, which no id equals: its page is asked for as a computer's.
