@@ -55,7 +55,7 @@ Desktop::Desktop(platform::Log& log, lnx::ProductBundle& bundle, platform::Descr
                [this] { application.afterEvent([this] { settings.savePending(); }); }),
       settingsWatch(settings.path(), descriptors, log, [this] { settings.fileChanged(); }),
       files(log),
-      sounds(bundle.folder() + "/sounds", std::string(bundle.string("CFBundleDisplayName")), log),
+      sounds(lnx::soundsFolder(), std::string(bundle.string("CFBundleDisplayName")), log),
       loginItems(autostartFolder(), autostartProduct(bundle), log),
       applications(std::string(bundle.string("CFBundleIdentifier")), log),
       alerts(runLoop, application, bundle.folder() + "/icon.svg",
@@ -65,10 +65,13 @@ Desktop::Desktop(platform::Log& log, lnx::ProductBundle& bundle, platform::Descr
       images({lnx::imagesFolder(), bundle.folder() + "/images"}),
       menuIcons(images),
       statusItem(runLoop, application,
-                 [this](const std::string& name) { return menuIcons.icon(name); }),
+                 [this](const std::string& name, bool isTemplate) {
+                     return menuIcons.icon(name, isTemplate);
+                 }),
       notifications(std::string(bundle.string("CFBundleDisplayName")),
                     std::string(bundle.string("CFBundleIdentifier")), log),
       pictures(lnx::imagesFolder(), log),
+      urlOpener(log),
       sessionInhibitor(std::string(bundle.string("CFBundleDisplayName")), log),
       power(waysToStayAwake(), log),
       infoWindows(
@@ -83,7 +86,7 @@ Desktop::Desktop(platform::Log& log, lnx::ProductBundle& bundle, platform::Descr
         },
         [this](std::function<void()> operation) { application.afterEvent(std::move(operation)); },
         x::Workspace::Session{.openFile = QtApplication::openFile,
-                              .openURL = {},
+                              .openURL = [this](const std::string& url) { urlOpener.open(url); },
                               .runningApplications = [this] { return applications.others(); },
                               .postNotification =
                                   [&log](const std::string& name, const std::string& object) {

@@ -25,6 +25,7 @@
 #include "platform/qt/SessionInhibitor.h"
 #include "platform/qt/ShortcutRecorder.h"
 #include "platform/qt/TrayIcon.h"
+#include "platform/qt/UrlOpener.h"
 #include "platform/x11/Cursor.h"
 #include "platform/x11/Displays.h"
 #include "platform/x11/HotKeys.h"
@@ -101,6 +102,7 @@ class Desktop {
     platform::qt::QtStatusItem statusItem;
     platform::qt::DesktopNotifications notifications;
     platform::qt::Pictures pictures;
+    platform::qt::UrlOpener urlOpener;
     platform::qt::SessionInhibitor sessionInhibitor;
     platform::linux::DisplayPower power;
     platform::qt::QtTextCodec textCodec;

@@ -194,10 +194,17 @@ class AppDelegate : private platform::MenuTarget, private platform::InfoTarget {
     bool textView_clickedOnLink(std::string_view textView, std::string_view link);
 
     // HelpMenu.cpp
+    void addTAMBERLOItemsToHelpMenu(Menu& menu) const;
+    /// An entry of the promotion list; its tool tip says which product.
+    void openApp(MenuItem& item);
+    void openMacAppStorePage();
+    void openFB();
+    void openSupport();
     void opentamberloosx();
     void openGenericMailToTamberlo();
     void sendEmailTo_Subject_Body(std::string_view recipient, std::string_view subject,
                                   std::string_view body);
+    std::string URLEncodedString(std::string_view text) const;
 
     // ---- remote/ ----------------------------------------------------------------------------
 
@@ -275,6 +282,7 @@ class AppDelegate : private platform::MenuTarget, private platform::InfoTarget {
     std::unique_ptr<platform::InfoWindow> windowInfo; ///< never null
     CheckBox butautologin;                            ///< not shown; says what was last accepted
     platform::Alert alertrate;                        ///< the one shown last
+    bool otherApps = false;                           ///< the menu advertises the other products
     std::int8_t allowRate = 0; ///< minutes until the product may be rated; 0 for never
 
   private:
@@ -322,6 +330,7 @@ class AppDelegate : private platform::MenuTarget, private platform::InfoTarget {
     void addTimeModeEntry();
     void addModifierEntry();
     void addScrollEntry();
+    void addPromotion();
     void addLoginEntry();
     double stackInfoViews(std::vector<platform::InfoView>& views) const;
     platform::InfoText textView(std::string_view name, double y,

@@ -1,10 +1,37 @@
 #include "app/AppDelegate.h"
+#include "app/Variants.h"
+#include "info/TAMBERLO.h"
 #include "util/Format.h"
 #include "util/MacUtils.h"
 
-// The ways to the maker: pages and mail. Every address is a value of the information dictionary.
+// The help entries of the menu, and the ways to the maker: pages and mail. Every address is a value
+// of the information dictionary.
 
 namespace palisor {
+
+void AppDelegate::addTAMBERLOItemsToHelpMenu(Menu& menu) const {
+    for (const auto& [title, action] : {std::pair{"MAC_APP_STORE_PAGE", "openMacAppStorePage"},
+                                        {"FACEBOOK_PAGE", "openFB"},
+                                        {"SUPPORT", "openSupport"}})
+        menu.items.push_back(std::make_unique<MenuItem>(localizedItem(title, action)));
+}
+
+void AppDelegate::openApp(MenuItem& item) {
+    TAMBERLO::openApp(services, item);
+}
+
+void AppDelegate::openMacAppStorePage() {
+    if (const auto id = variants::storeId(IDApp()); !id.empty())
+        MacUtils::openStorePageWithID_osx(services, std::string(id), true);
+}
+
+void AppDelegate::openFB() {
+    services.workspace.openURL(std::string(services.bundle.string("SocialPage")));
+}
+
+void AppDelegate::openSupport() {
+    services.workspace.openURL(std::string(services.bundle.string("MakerSite")) + "#contacts");
+}
 
 void AppDelegate::opentamberloosx() {
     services.workspace.openURL(std::string(services.bundle.string("MakerSite")));
@@ -19,6 +46,10 @@ void AppDelegate::openGenericMailToTamberlo() {
 void AppDelegate::sendEmailTo_Subject_Body(std::string_view recipient, std::string_view subject,
                                            std::string_view body) {
     MacUtils::sendEmailTo_Subject_Body(services, recipient, subject, body);
+}
+
+std::string AppDelegate::URLEncodedString(std::string_view text) const {
+    return MacUtils::URLEncodedString(services, text);
 }
 
 } // namespace palisor

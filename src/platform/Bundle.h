@@ -20,6 +20,10 @@ class Bundle {
     /// Where the product is installed: its login item, and what is inside, begins with this.
     virtual std::string path() const = 0;
 
+    /// The language that the user prefers, as a bare code ("it" for "it_IT.UTF-8"), whether or not
+    /// the product has texts in it.
+    virtual std::string preferredLanguage() const = 0;
+
     /// The text of a key in the session's language; the key itself where there is none.
     virtual std::string localizedString(std::string_view key) const = 0;
 };

@@ -12,6 +12,12 @@ void setUp(platform::memory::MemoryPlatform& platform) {
     bundle.set("CFBundleDisplayName", Value{"Palisor"});
     bundle.set("CFBundleIdentifier", Value{"com.tamberlo.palisor"});
     bundle.set("MakerHost", Value{"service.tamberlo.invalid"});
+    bundle.set("MakerSite", Value{"https://www.tamberlo.invalid"});
+    bundle.set("SocialPage", Value{"https://social.tamberlo.invalid/tamberlo"});
+    bundle.set("StoreWebPage", Value{"https://store.tamberlo.invalid/app/%@"});
+    bundle.set("StorePage", Value{"store://store.tamberlo.invalid/app/%@?mt=12"});
+    bundle.set("MobileStorePage", Value{"mobilestore://store.tamberlo.invalid/app/%@"});
+    bundle.set("SupportMail", Value{"support@tamberlo.invalid"});
     bundle.setLanguages({"en"});
     bundle.setStrings(strings::lookUp);
 

@@ -21,6 +21,10 @@ std::string imagesFolder() {
     return dataFolder() + "/images";
 }
 
+std::string soundsFolder() {
+    return dataFolder() + "/sounds";
+}
+
 std::string executablePath(const std::string& name) {
     return (executableFolder() / name).string();
 }

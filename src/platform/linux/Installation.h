@@ -13,6 +13,9 @@ std::string dataFolder();
 /// The pictures that the products share, one SVG file each.
 std::string imagesFolder();
 
+/// The sounds that the products share.
+std::string soundsFolder();
+
 /// The executable, or a link to it, with that name in the executable's own folder.
 std::string executablePath(const std::string& name);
 

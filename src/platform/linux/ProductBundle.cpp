@@ -3,6 +3,7 @@
 #include "platform/linux/AtomicFile.h"
 #include "platform/linux/Installation.h"
 #include "platform/linux/PropertyList.h"
+#include "platform/linux/SessionLanguage.h"
 
 namespace platform::linux {
 
@@ -37,6 +38,10 @@ std::string ProductBundle::path() const {
 
 std::string ProductBundle::name() const {
     return bundleFolder.substr(bundleFolder.find_last_of('/') + 1);
+}
+
+std::string ProductBundle::preferredLanguage() const {
+    return linux::preferredLanguage();
 }
 
 std::string ProductBundle::localizedString(std::string_view key) const {

@@ -25,6 +25,7 @@ class ProductBundle final : public Bundle {
     /// The product's command, beside the executable that asks.
     std::string path() const override;
 
+    std::string preferredLanguage() const override;
     std::string localizedString(std::string_view key) const override;
 
     const std::string& folder() const { return bundleFolder; }

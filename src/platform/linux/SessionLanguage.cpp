@@ -1,6 +1,7 @@
 #include "platform/linux/SessionLanguage.h"
 
 #include <cstdlib>
+#include <vector>
 
 namespace platform::linux {
 
@@ -21,18 +22,30 @@ std::string_view sessionLocale() {
     return "C";
 }
 
+/// The user's languages, best first; never empty.
+std::vector<std::string_view> preferredCodes() {
+    const auto own = bareCode(sessionLocale());
+    if (own == "C" || own == "POSIX" || own.empty()) return {"en"};
+    std::vector<std::string_view> codes;
+    for (auto list = variable("LANGUAGE"); !list.empty();) {
+        const auto next = list.find(':');
+        if (const auto code = bareCode(list.substr(0, next)); !code.empty()) codes.push_back(code);
+        list = next == std::string_view::npos ? std::string_view{} : list.substr(next + 1);
+    }
+    codes.push_back(own);
+    return codes;
+}
+
 } // namespace
 
 std::string sessionLanguage(const std::function<bool(std::string_view)>& hasTexts) {
-    const auto own = bareCode(sessionLocale());
-    if (own == "C" || own == "POSIX") return "en";
-    for (auto list = variable("LANGUAGE"); !list.empty();) {
-        const auto code = bareCode(list.substr(0, list.find(':')));
-        if (!code.empty() && hasTexts(code)) return std::string(code);
-        const auto next = list.find(':');
-        list = next == std::string_view::npos ? std::string_view{} : list.substr(next + 1);
-    }
-    return std::string(hasTexts(own) ? own : "en");
+    for (const auto code : preferredCodes())
+        if (hasTexts(code)) return std::string(code);
+    return "en";
+}
+
+std::string preferredLanguage() {
+    return std::string(preferredCodes().front());
 }
 
 } // namespace platform::linux

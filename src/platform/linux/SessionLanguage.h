@@ -11,4 +11,8 @@ namespace platform::linux {
 /// that has no texts. LANGUAGE does not count in the "C" locale.
 std::string sessionLanguage(const std::function<bool(std::string_view)>& hasTexts);
 
+/// The language that the user prefers, whether or not anything is written in it: the first one of
+/// LANGUAGE, else that of the locale as above; "en" in the "C" locale.
+std::string preferredLanguage();
+
 } // namespace platform::linux

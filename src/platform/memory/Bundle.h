@@ -17,6 +17,9 @@ class Bundle final : public platform::Bundle {
     int integer(std::string_view key) const override;
     std::string_view string(std::string_view key) const override;
     std::string path() const override { return "/memory/" + std::string(string(nameKey)) + ".app"; }
+    std::string preferredLanguage() const override {
+        return languages.empty() ? std::string() : languages.front();
+    }
     std::string localizedString(std::string_view key) const override;
 
     void set(std::string_view key, Value value);
