@@ -58,7 +58,8 @@ Desktop::Desktop(platform::Log& log, lnx::ProductBundle& bundle, platform::Descr
       sounds(lnx::soundsFolder(), std::string(bundle.string("CFBundleDisplayName")), log),
       loginItems(autostartFolder(), autostartProduct(bundle), log),
       applications(std::string(bundle.string("CFBundleIdentifier")), log),
-      alerts(runLoop, application, bundle.folder() + "/icon.svg",
+      alerts(runLoop, application, std::string(bundle.string("CFBundleDisplayName")),
+             bundle.folder() + "/icon.svg",
              [this, &bundle](const std::string& name, QWidget* parent) {
                  return makeAccessory(name, settings, bundle, x11->hotKeys, parent);
              }),

@@ -33,7 +33,6 @@ AlertDialog::AlertDialog(const Alert& alert, const QPixmap& icon, QWidget* acces
                            Qt::WindowTitleHint),
       buttonCount(alert.buttons.size()) {
     setModal(true);
-    setWindowTitle(QGuiApplication::applicationDisplayName());
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(margin, margin, margin, margin);
     row->setSpacing(margin);
