@@ -214,8 +214,7 @@ TEST_F(InfoWindowOfTheProgram, LetsTheKeyboardReachItsLinks) {
 }
 
 TEST_F(InfoWindowOfTheProgram, StaysInFrontWhenTheKeyboardGoesBackToTheUser) {
-    const Area all{0, 0, 1280, 800};
-    const TestWindow work(desktop.display(), all, {250, 250, 250}, "work");
+    const TestWindow work(desktop.display(), {0, 0, 1200, 780}, {250, 250, 250}, "work");
     ASSERT_TRUE(eye.waitForColour(1000, 400, {250, 250, 250}));
     XConnection x(desktop.display());
     const auto focused = [&x] {

@@ -1,6 +1,7 @@
 #include "platform/qt/LinkLabel.h"
 
 #include <QEvent>
+#include <QFocusEvent>
 #include <QTextDocument>
 #include <QTextOption>
 
@@ -32,6 +33,13 @@ double LinkLabel::heightOf(const QString& text, const QFont& font, double width)
 void LinkLabel::changeEvent(QEvent* event) {
     if (event->type() == QEvent::PaletteChange) refresh();
     QLabel::changeEvent(event);
+}
+
+// The toolkit wants a second key for the link in it.
+void LinkLabel::focusInEvent(QFocusEvent* event) {
+    QLabel::focusInEvent(event);
+    if (event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason)
+        focusNextPrevChild(event->reason() == Qt::TabFocusReason);
 }
 
 /// The colour of a link is part of its text. Blue is that of links here, which can be read on a
