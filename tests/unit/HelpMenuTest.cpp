@@ -178,9 +178,8 @@ TEST(HelpMenu, WritesTheGenericMailWithTheProductsName) {
         return key == "MAIL_BOTTOM" ? "About %@ & more" : key;
     });
     program.app.openGenericMailToTamberlo();
-    EXPECT_THAT(program.opened(),
-                ElementsAre("mailto:support@tamberlo.invalid?Subject=Palisor"
-                            "&body=About%20Palisor%20%26%20more"));
+    EXPECT_THAT(program.opened(), ElementsAre("mailto:support@tamberlo.invalid?Subject=Palisor"
+                                              "&body=About%20Palisor%20%26%20more"));
 }
 
 TEST(HelpMenu, SendsSubjectAndBodyIntactThroughTheirEncoding) {

@@ -15,7 +15,7 @@ struct Row {
     const char* english; ///< "---" for a separator
     const char* italian;
     const char* action;
-    Variants only{}; ///< the products that have it; every product where there is none
+    Variants only{};          ///< the products that have it; every product where there is none
     const char* storeId = ""; ///< of an entry of the promotion, "-1" for its heading
 };
 
@@ -32,13 +32,18 @@ const Row table[] = {
     {"Hot Borders", "Bordi caldi", "pressHotBorders:", {1}},
     {"Active Borders", "Bordi attivi", "", {2, 5}},
     {"Push Hard to Cross", "Spingi forte per passare", "pressVelocity:", {2, 5, 8}},
-    {"Pause Briefly After Wrapping", "Breve pausa dopo il passaggio", "freezeCursorAfterSwitch:",
+    {"Pause Briefly After Wrapping",
+     "Breve pausa dopo il passaggio",
+     "freezeCursorAfterSwitch:",
      {5}},
     {"Hide When the Mouse Rests", "Nascondi quando il mouse è fermo", "pressTimeMode:", {1}},
-    {"Left Ctrl+Alt+Super Hides the Cursor", "Ctrl+Alt+Super a sinistra nasconde il cursore",
-     "CTRLALTCMDDidChanged:", {1}},
+    {"Left Ctrl+Alt+Super Hides the Cursor",
+     "Ctrl+Alt+Super a sinistra nasconde il cursore",
+     "CTRLALTCMDDidChanged:",
+     {1}},
     {"Hold Left Ctrl+Alt+Super to Override",
-     "Tieni premuti Ctrl+Alt+Super a sinistra per sospendere", "CTRLALTCMDDidChanged:",
+     "Tieni premuti Ctrl+Alt+Super a sinistra per sospendere",
+     "CTRLALTCMDDidChanged:",
      {0, 2, 3, 4, 5, 6, 7, 8, 9}},
     {"Show the Cursor When Scrolling", "Mostra il cursore quando scorri", "pressShowOnScroll", {1}},
     {separator, separator, ""},

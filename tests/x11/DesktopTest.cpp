@@ -1,6 +1,5 @@
 #include "Session.h"
 #include "platform/x11/Ewmh.h"
-#include "support/Eye.h"
 #include "support/PrivateDesktop.h"
 #include "support/TestWindow.h"
 
@@ -93,38 +92,4 @@ TEST(X11Workspace, GivesTheFocusBackToTheWindowThatHadItBefore) {
         session.workspace.activateFrontmostApplication();
         return rootCardinal(session, "_NET_ACTIVE_WINDOW") == foreign.id();
     }));
-}
-
-TEST(X11Workspace, GivesTheFocusAwayAndLeavesItsWindowInFront) {
-    support::PrivateDesktop desktop;
-    desktop.startWindowManager("openbox");
-    constexpr support::Colour red{255, 0, 0}, blue{0, 0, 255};
-    support::TestWindow foreign(desktop.display(), {100, 100, 400, 300}, red, "foreign");
-    support::Eye eye(desktop.display());
-    ASSERT_TRUE(eye.waitForColour(300, 250, red));
-    Session session(desktop.display(), GAMMA_GUARD);
-    const auto activeIs = [&](xcb_window_t window) {
-        return session.loop.runUntil(
-            [&] { return rootCardinal(session, "_NET_ACTIVE_WINDOW") == window; });
-    };
-    ASSERT_TRUE(activeIs(foreign.id()));
-    support::TestWindow own(desktop.display(), {200, 150, 300, 200}, blue, "own");
-    support::XConnection asUser(desktop.display());
-    const std::uint32_t pid = static_cast<std::uint32_t>(getpid());
-    xcb_change_property(asUser.get(), XCB_PROP_MODE_REPLACE, own.id(), asUser.atom("_NET_WM_PID"),
-                        XCB_ATOM_CARDINAL, 32, 1, &pid);
-    asUser.sync();
-    // The announcement that it is active must come after it has its process.
-    for (const auto& window : {foreign.id(), own.id()}) {
-        platform::x11::tellWindowManager(session.connection, window,
-                                         session.connection.intern("_NET_ACTIVE_WINDOW"),
-                                         {2, XCB_CURRENT_TIME, 0, 0, 0});
-        ASSERT_TRUE(activeIs(window));
-    }
-    ASSERT_TRUE(session.loop.runUntil([&] {
-        session.workspace.activateFrontmostApplication();
-        return rootCardinal(session, "_NET_ACTIVE_WINDOW") == foreign.id();
-    }));
-    EXPECT_TRUE(eye.waitForColour(300, 250, blue));
-    EXPECT_EQ(session.log.lines, std::vector<std::string>{});
 }

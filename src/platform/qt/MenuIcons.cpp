@@ -7,7 +7,7 @@ namespace platform::qt {
 
 namespace {
 
-constexpr int sizes[] = {16, 24, 32};
+constexpr int sizes[] = {16, 24, 32, 48}; // the toolkit enlarges none at up to three times
 
 } // namespace
 
