@@ -92,10 +92,10 @@ Desktop::Desktop(platform::Log& log, lnx::ProductBundle& bundle, platform::Descr
         if (x11) x11->input.ownWindowChanged();
     });
     delegate.emplace(platform::Platform{
-        log,          runLoop,       application,    bundle,      settings,   files,
-        system,       x11->displays, x11->pointer,   x11->cursor, x11->input, x11->keyboard,
-        x11->hotKeys, x11->windows,  x11->workspace, statusItem,  alerts,     notifications,
-        sounds,       loginItems,    power,          textCodec});
+        log,          runLoop,       application,    bundle,      settings,       files,
+        system,       x11->displays, x11->pointer,   x11->cursor, x11->input,     x11->keyboard,
+        x11->hotKeys, x11->windows,  x11->workspace, statusItem,  alerts,         notifications,
+        sounds,       loginItems,    power,          textCodec,   imageOperations});
 
     for (const auto key : {palisor::keys::customShortcut, palisor::keys::customShortcutEnabled})
         settings.observe(key, platform::qt::ShortcutRecorder::refreshAll);

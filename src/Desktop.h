@@ -17,6 +17,7 @@
 #include "platform/qt/Pictures.h"
 #include "platform/qt/QtAlerts.h"
 #include "platform/qt/QtApplication.h"
+#include "platform/qt/QtImages.h"
 #include "platform/qt/QtRunLoop.h"
 #include "platform/qt/QtStatusItem.h"
 #include "platform/qt/QtTextCodec.h"
@@ -103,6 +104,7 @@ class Desktop {
     platform::qt::SessionInhibitor sessionInhibitor;
     platform::linux::DisplayPower power;
     platform::qt::QtTextCodec textCodec;
+    platform::qt::QtImages imageOperations;
     std::optional<X11Services> x11;
     std::optional<platform::qt::TrayIcon> tray;
     std::optional<palisor::AppDelegate> delegate;

@@ -7,6 +7,7 @@
 #include "platform/Displays.h"
 #include "platform/Files.h"
 #include "platform/HotKeys.h"
+#include "platform/Images.h"
 #include "platform/InputEvents.h"
 #include "platform/Keyboard.h"
 #include "platform/Log.h"
@@ -49,6 +50,7 @@ struct Platform {
     LoginItems& loginItems;
     Power& power;
     TextCodec& textCodec;
+    Images& images;
 };
 
 } // namespace platform

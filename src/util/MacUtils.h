@@ -1,7 +1,9 @@
 #pragma once
 
 #include "platform/Platform.h"
+#include "platform/Views.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -34,6 +36,34 @@ class MacUtils {
     static void sendEmailTo_Subject_Body(const platform::Platform& services,
                                          std::string_view recipient, std::string_view subject,
                                          std::string_view body);
+
+    // Images.cpp
+
+    /// The image fitted into the middle of a new one of that size, larger or smaller, as it is
+    /// where the size is its own. Nothing for an image that is not valid.
+    static std::optional<platform::Image>
+    imageByScalingProportionallyToSize_image(const platform::Platform& services,
+                                             platform::ImageSize size, platform::Image image);
+
+    /// A copy of the same size with rounded corners, or the ellipse that it holds.
+    static platform::Image roundCorners_isCircle(const platform::Platform& services,
+                                                 const platform::Image& image, bool isCircle);
+
+    /// What the view looks like.
+    static platform::Image snapshotForView(platform::View& view);
+
+    /// The view's layer, also where it is hidden or has none, which it is and has again afterwards.
+    static platform::Image imageRepresentation(platform::View& view);
+
+    // Views.cpp
+
+    static bool isFullScreen(const platform::FramedWindow& window);
+
+    /// Whether the cursor is inside the view's bounds, whatever may lie over them.
+    static bool isMouseOverView(const platform::Platform& services, const platform::View& view);
+
+    /// Underlines the whole text of the field.
+    static void underlineTextfiledText(platform::TextField& field);
 };
 
 } // namespace palisor

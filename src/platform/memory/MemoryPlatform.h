@@ -9,6 +9,7 @@
 #include "platform/memory/Effects.h"
 #include "platform/memory/Files.h"
 #include "platform/memory/HotKeys.h"
+#include "platform/memory/Images.h"
 #include "platform/memory/InputEvents.h"
 #include "platform/memory/Keyboard.h"
 #include "platform/memory/Log.h"
@@ -55,6 +56,7 @@ class MemoryPlatform {
     LoginItems loginItems{effects};
     Power power{effects};
     TextCodec textCodec;
+    Images images{[](const std::string&) { return std::nullopt; }};
 
     MemoryPlatform() = default;
     MemoryPlatform(const MemoryPlatform&) = delete;
