@@ -71,6 +71,7 @@ Desktop::Desktop(platform::Log& log, lnx::ProductBundle& bundle, platform::Descr
       pictures(lnx::imagesFolder(), log),
       sessionInhibitor(std::string(bundle.string("CFBundleDisplayName")), log),
       power(waysToStayAwake(), log),
+      web(lnx::helperPath("web-engine.so"), log),
       quitSignals(descriptors, [this] { quit(); }) {
     x11.emplace(
         connections, descriptors, runLoop, settings, log,
@@ -92,10 +93,10 @@ Desktop::Desktop(platform::Log& log, lnx::ProductBundle& bundle, platform::Descr
         if (x11) x11->input.ownWindowChanged();
     });
     delegate.emplace(platform::Platform{
-        log,          runLoop,       application,    bundle,      settings,       files,
-        system,       x11->displays, x11->pointer,   x11->cursor, x11->input,     x11->keyboard,
-        x11->hotKeys, x11->windows,  x11->workspace, statusItem,  alerts,         notifications,
-        sounds,       loginItems,    power,          textCodec,   imageOperations});
+        log,          runLoop,       application,    bundle,      settings,        files,
+        system,       x11->displays, x11->pointer,   x11->cursor, x11->input,      x11->keyboard,
+        x11->hotKeys, x11->windows,  x11->workspace, statusItem,  alerts,          notifications,
+        sounds,       loginItems,    power,          textCodec,   imageOperations, web});
 
     for (const auto key : {palisor::keys::customShortcut, palisor::keys::customShortcutEnabled})
         settings.observe(key, platform::qt::ShortcutRecorder::refreshAll);
@@ -103,6 +104,7 @@ Desktop::Desktop(platform::Log& log, lnx::ProductBundle& bundle, platform::Descr
     application.onQuitRequest([this] { quit(); });
     application.atExit([this, connections] {
         delegate.reset();
+        web.close();
         tray.reset();
         x11.reset();
         // The process leaves without disconnecting, which would drop what is not carried out yet.

@@ -25,6 +25,7 @@
 #include "platform/qt/SessionInhibitor.h"
 #include "platform/qt/ShortcutRecorder.h"
 #include "platform/qt/TrayIcon.h"
+#include "platform/qt/WebModule.h"
 #include "platform/x11/Cursor.h"
 #include "platform/x11/Displays.h"
 #include "platform/x11/HotKeys.h"
@@ -105,6 +106,7 @@ class Desktop {
     platform::linux::DisplayPower power;
     platform::qt::QtTextCodec textCodec;
     platform::qt::QtImages imageOperations;
+    platform::qt::WebModule web;
     std::optional<X11Services> x11;
     std::optional<platform::qt::TrayIcon> tray;
     std::optional<palisor::AppDelegate> delegate;

@@ -21,6 +21,7 @@
 #include "platform/StatusItem.h"
 #include "platform/SystemInfo.h"
 #include "platform/TextCodec.h"
+#include "platform/Web.h"
 #include "platform/Windows.h"
 #include "platform/Workspace.h"
 
@@ -51,6 +52,7 @@ struct Platform {
     Power& power;
     TextCodec& textCodec;
     Images& images;
+    Web& web;
 };
 
 } // namespace platform

@@ -3,6 +3,7 @@
 #include "platform/Platform.h"
 #include "platform/Views.h"
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -64,6 +65,30 @@ class MacUtils {
 
     /// Underlines the whole text of the field.
     static void underlineTextfiledText(platform::TextField& field);
+
+    // Cookies.cpp; each does nothing where there is no web engine
+
+    /// Puts all cookies of the web engine into the settings, under "cookies" or the key, at a later
+    /// turn of the run loop.
+    static void saveCookies(const platform::Platform& services);
+    static void saveCookies(const platform::Platform& services, const std::string& key);
+
+    /// Gives the web engine the cookies that were saved; it keeps others that it has.
+    static void loadCookies(const platform::Platform& services);
+    static void loadCookies(const platform::Platform& services, const std::string& key);
+
+    /// Removes all that the web engine keeps of the pages it has shown.
+    static void clearCacheWK(const platform::Platform& services);
+
+    // WebWindow.cpp
+
+    /// A window with a web page, not yet on screen, that remembers its frame under the name and
+    /// otherwise is in the middle of the screen. Null where there is no web engine. It must go
+    /// before the services.
+    static std::unique_ptr<platform::WebWindow>
+    createSimpleWindowWebView_title_URL(const platform::Platform& services,
+                                        const std::string& autosaveName, const std::string& title,
+                                        const std::string& URL);
 };
 
 } // namespace palisor

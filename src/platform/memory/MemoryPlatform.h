@@ -23,6 +23,7 @@
 #include "platform/memory/StatusItem.h"
 #include "platform/memory/SystemInfo.h"
 #include "platform/memory/TextCodec.h"
+#include "platform/memory/Web.h"
 #include "platform/memory/Windows.h"
 #include "platform/memory/Workspace.h"
 
@@ -57,13 +58,16 @@ class MemoryPlatform {
     Power power{effects};
     TextCodec textCodec;
     Images images{[](const std::string&) { return std::nullopt; }};
+    Web web{runLoop, displays};
 
     MemoryPlatform() = default;
     MemoryPlatform(const MemoryPlatform&) = delete;
     MemoryPlatform& operator=(const MemoryPlatform&) = delete;
 
     /// The services as the core takes them; the platform must outlive the core.
-    Platform services();
+    Platform services() { return servicesWith(web); }
+    /// The same with a web engine from elsewhere.
+    Platform servicesWith(platform::Web& engine);
 
     /// Lets virtual time pass.
     void advance(double seconds) { runLoop.advance(seconds); }
