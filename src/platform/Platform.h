@@ -7,7 +7,9 @@
 #include "platform/Displays.h"
 #include "platform/Files.h"
 #include "platform/HotKeys.h"
+#include "platform/Http.h"
 #include "platform/InputEvents.h"
+#include "platform/Json.h"
 #include "platform/Keyboard.h"
 #include "platform/Log.h"
 #include "platform/LoginItems.h"
@@ -49,6 +51,8 @@ struct Platform {
     LoginItems& loginItems;
     Power& power;
     TextCodec& textCodec;
+    Http& http;
+    Json& json;
 };
 
 } // namespace platform

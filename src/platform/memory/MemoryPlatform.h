@@ -9,7 +9,9 @@
 #include "platform/memory/Effects.h"
 #include "platform/memory/Files.h"
 #include "platform/memory/HotKeys.h"
+#include "platform/memory/Http.h"
 #include "platform/memory/InputEvents.h"
+#include "platform/memory/JsonParser.h"
 #include "platform/memory/Keyboard.h"
 #include "platform/memory/Log.h"
 #include "platform/memory/LoginItems.h"
@@ -39,7 +41,7 @@ class MemoryPlatform {
     Bundle bundle;
     Settings settings{effects};
     Files files{bundle, settings};
-    SystemInfo system;
+    SystemInfo system{clock};
     Displays displays;
     Pointer pointer{effects};
     Cursor cursor{effects};
@@ -55,6 +57,8 @@ class MemoryPlatform {
     LoginItems loginItems{effects};
     Power power{effects};
     TextCodec textCodec;
+    Http http{effects};
+    JsonParser json;
 
     MemoryPlatform() = default;
     MemoryPlatform(const MemoryPlatform&) = delete;
