@@ -55,6 +55,7 @@ Desktop::Desktop(platform::Log& log, lnx::ProductBundle& bundle, platform::Descr
                [this] { application.afterEvent([this] { settings.savePending(); }); }),
       settingsWatch(settings.path(), descriptors, log, [this] { settings.fileChanged(); }),
       files(log),
+      system(std::string(bundle.string("CFBundleIdentifier"))),
       sounds(bundle.folder() + "/sounds", std::string(bundle.string("CFBundleDisplayName")), log),
       loginItems(autostartFolder(), autostartProduct(bundle), log),
       applications(std::string(bundle.string("CFBundleIdentifier")), log),
@@ -71,6 +72,7 @@ Desktop::Desktop(platform::Log& log, lnx::ProductBundle& bundle, platform::Descr
       pictures(lnx::imagesFolder(), log),
       sessionInhibitor(std::string(bundle.string("CFBundleDisplayName")), log),
       power(waysToStayAwake(), log),
+      http(log),
       web(lnx::helperPath("web-engine.so"), log),
       quitSignals(descriptors, [this] { quit(); }) {
     x11.emplace(
@@ -92,11 +94,13 @@ Desktop::Desktop(platform::Log& log, lnx::ProductBundle& bundle, platform::Descr
     application.onActiveWindowChange([this] {
         if (x11) x11->input.ownWindowChanged();
     });
-    delegate.emplace(platform::Platform{
-        log,          runLoop,       application,    bundle,      settings,        files,
-        system,       x11->displays, x11->pointer,   x11->cursor, x11->input,      x11->keyboard,
-        x11->hotKeys, x11->windows,  x11->workspace, statusItem,  alerts,          notifications,
-        sounds,       loginItems,    power,          textCodec,   imageOperations, web});
+    delegate.emplace(
+        platform::Platform{log,        runLoop,       application,   bundle,       settings,
+                           files,      system,        x11->displays, x11->pointer, x11->cursor,
+                           x11->input, x11->keyboard, x11->hotKeys,  x11->windows, x11->workspace,
+                           statusItem, alerts,        notifications, sounds,       loginItems,
+                           power,      textCodec,     http,          json,         imageOperations,
+                           web});
 
     for (const auto key : {palisor::keys::customShortcut, palisor::keys::customShortcutEnabled})
         settings.observe(key, platform::qt::ShortcutRecorder::refreshAll);

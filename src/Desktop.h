@@ -3,8 +3,10 @@
 #include "app/AppDelegate.h"
 #include "platform/linux/AutostartItems.h"
 #include "platform/linux/CanberraSounds.h"
+#include "platform/linux/CurlHttp.h"
 #include "platform/linux/DisplayPower.h"
 #include "platform/linux/FileWatch.h"
+#include "platform/linux/JsonParser.h"
 #include "platform/linux/LinuxSystemInfo.h"
 #include "platform/linux/ProductBundle.h"
 #include "platform/linux/QuitSignals.h"
@@ -105,6 +107,8 @@ class Desktop {
     platform::qt::SessionInhibitor sessionInhibitor;
     platform::linux::DisplayPower power;
     platform::qt::QtTextCodec textCodec;
+    platform::linux::CurlHttp http;
+    platform::linux::JsonParser json;
     platform::qt::QtImages imageOperations;
     platform::qt::WebModule web;
     std::optional<X11Services> x11;

@@ -183,6 +183,16 @@ class AppDelegate : private platform::MenuTarget {
     void recommendAutologinOnAtFirstCloseInfo();
     void alertDidEnd2(int returnCode);
 
+    // ---- remote/ ----------------------------------------------------------------------------
+
+    // ActionService.cpp
+    /// Asks the maker's service what to do and has the main thread do it. On a thread of its own.
+    void callActionWebService();
+    void responseActionWebService(const platform::JsonValue& reply);
+    void alertDidEnd3_returnCode_contextInfo(const platform::Alert* alert, int returnCode,
+                                             const void* contextInfo);
+    bool isValidInfo(const std::optional<std::string>& text) const;
+
     // ---- state ------------------------------------------------------------------------------
 
     using WindowList = std::vector<std::unique_ptr<platform::Window>>;
@@ -245,6 +255,13 @@ class AppDelegate : private platform::MenuTarget {
     std::unique_ptr<platform::Window> windowHotBorders;
     std::unique_ptr<platform::Window> windowCursorX, windowCursorY;
     std::optional<WindowList> aWindowCursorX; ///< one per screen, nothing before they are made
+
+    // What the maker's service asked for.
+    std::optional<std::string> event_1, event_2; ///< addresses, one for each button
+    bool active_1 = false;                       ///< whether the button goes on to the start
+    bool active_2 = false;
+    bool otherApps = false;    ///< whether the menu shows the other products
+    signed char allowRate = 0; ///< minutes until the user is asked for a rating; 0 for never
 
   private:
     bool settingIsOne(std::string_view key) const;

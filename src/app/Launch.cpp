@@ -24,7 +24,7 @@ constexpr platform::Version firstWithGlobalMonitor{10, 14, 0};
 void AppDelegate::applicationDidFinishLaunching() {
     if (IDApp() != variants::calendarAlerts) updateScreensSize();
     setHelperAppBundleIdentifier();
-    start();
+    services.runLoop.detachNewThread([this] { callActionWebService(); });
 }
 
 void AppDelegate::start() {

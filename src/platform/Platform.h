@@ -7,8 +7,10 @@
 #include "platform/Displays.h"
 #include "platform/Files.h"
 #include "platform/HotKeys.h"
+#include "platform/Http.h"
 #include "platform/Images.h"
 #include "platform/InputEvents.h"
+#include "platform/Json.h"
 #include "platform/Keyboard.h"
 #include "platform/Log.h"
 #include "platform/LoginItems.h"
@@ -51,6 +53,8 @@ struct Platform {
     LoginItems& loginItems;
     Power& power;
     TextCodec& textCodec;
+    Http& http;
+    Json& json;
     Images& images;
     Web& web;
 };

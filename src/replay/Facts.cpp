@@ -15,7 +15,7 @@ void setUp(platform::memory::MemoryPlatform& platform) {
     bundle.setLanguages({"en"});
     bundle.setStrings(strings::lookUp);
 
-    platform.system.setServicesVersion({10, 15, 7});
+    platform.system.setVersion({10, 15, 7});
     platform.displays.replace({{0, 0, 1920, 1080}, {1920, 0, 1920, 1080}});
     storeShortcut(platform, Shortcut{40, 1310720});
 }

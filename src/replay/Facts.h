@@ -34,12 +34,7 @@ struct CalendarEvent {
 
 /// Facts about the virtual machine that no service asks for yet, kept for those that will.
 struct Facts {
-    std::string model = "Mac0,0";
-    std::string uuid = "00000000-0000-0000-0000-000000000000";
-    std::string locale = "US";
-    std::string now = "2026-01-02T15:04:05";
     bool calendarGranted = true;
-    std::optional<std::string> reply; ///< the action service's next answer; an error if none
     std::deque<std::optional<Shortcut>> recordings; ///< to come; nothing clears the shortcut
     std::vector<CalendarEvent> events;
 };

@@ -37,6 +37,17 @@ T argument(const Player& player, const Json& value, const std::string& what) {
         if (index < 0 || index >= std::ssize(screens))
             throw StepError(what + " must be null or the index of a screen");
         return screens[static_cast<std::size_t>(index)].id;
+    } else if constexpr (std::is_same_v<T, std::optional<std::string>>) {
+        if (value.is_null()) return std::nullopt;
+        return toText(value, what);
+    } else if constexpr (std::is_same_v<T, platform::JsonValue>) {
+        // Only what a reply can be reaches the operation that takes one.
+        auto reply = player.platform.json.parse(value.dump());
+        if (!reply) throw StepError(what + " must be an object or a list");
+        return *std::move(reply);
+    } else if constexpr (std::is_pointer_v<T>) {
+        if (!value.is_null()) throw StepError(what + " must be null");
+        return nullptr;
     } else if constexpr (std::is_floating_point_v<T>) {
         return static_cast<T>(toNumber(value, what));
     } else {
@@ -177,6 +188,11 @@ constexpr Operation operations[] = {
     named<&AppDelegate::pressAvviaAlLogin>("pressAvviaAlLogin"),
     named<&AppDelegate::recommendAutologinOnAtFirstCloseInfo>(
         "recommendAutologinOnAtFirstCloseInfo"),
+    named<&AppDelegate::callActionWebService>("callActionWebService"),
+    named<&AppDelegate::responseActionWebService>("responseActionWebService:"),
+    named<&AppDelegate::alertDidEnd3_returnCode_contextInfo>(
+        "alertDidEnd3:returnCode:contextInfo:"),
+    named<&AppDelegate::isValidInfo>("isValidInfo:"),
     {"fixDefaultsIfNeeded", prepareClassOperation<&MacUtils::fixDefaultsIfNeeded>},
     {"deleteAllSavedUserDefaults", prepareClassOperation<&MacUtils::deleteAllSavedUserDefaults>},
 };

@@ -37,7 +37,7 @@ Action reply(Player& player, Members& members) {
     } else {
         answer = members.text("body");
     }
-    return [&player, answer] { player.facts.reply = answer; };
+    return [&player, answer] { player.platform.http.setReply(answer); };
 }
 
 Action answers(Player& player, Members& members) {

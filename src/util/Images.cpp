@@ -49,4 +49,13 @@ Image MacUtils::imageRepresentation(platform::View& view) {
     return image;
 }
 
+std::optional<Image> MacUtils::fromBase64ToImage(const platform::Platform& services,
+                                                 std::string_view base64) {
+    const auto file = fromBase64ToImageFile(services, base64);
+    if (!file) return std::nullopt;
+    Image image = services.images.load(*file);
+    if (!image.isValid()) return std::nullopt;
+    return image;
+}
+
 } // namespace palisor

@@ -2,6 +2,7 @@
 #include "platform/qt/QtImages.h"
 #include "support/TempFolder.h"
 
+#include <QImage>
 #include <algorithm>
 #include <gtest/gtest.h>
 
@@ -166,6 +167,20 @@ TYPED_TEST(ImagesContract, DrawsNothingOnAFrameWithoutAnArea) {
     const Image drawn =
         this->images.drawn(plain({4, 4}, red), {.canvas = {4, 4}, .frame = {2, 2, 0, 0}});
     EXPECT_EQ(drawn, Image::ofSize({4, 4}));
+}
+
+TEST(QtImages, ReadsPngAndJpegWhateverTheEnding) {
+    for (const char* format : {"PNG", "JPEG"}) {
+        RealBackend backend;
+        const auto path = backend.folder.path("picture.gif");
+        QImage picture(16, 8, QImage::Format_RGB32);
+        picture.fill(Qt::red);
+        ASSERT_TRUE(picture.save(QString::fromStdString(path), format));
+        const Image image = backend.images.load(path);
+        ASSERT_EQ(image.size, (platform::ImageSize{16, 8})) << format;
+        EXPECT_GT(at(image, 8, 4) >> 16 & 0xff, 0xf0u) << format;
+        EXPECT_LT(at(image, 8, 4) & 0xff, 0x10u) << format;
+    }
 }
 
 } // namespace

@@ -131,5 +131,30 @@ TEST_F(Images, OfAViewWithALayerLeaveItsLayer) {
     EXPECT_TRUE(view.wantsLayer());
 }
 
+TEST_F(Images, ComeFromBase64TextByWayOfAFileInTheDocuments) {
+    const std::string bytes("P6 2 1 255\n\xff\x00\x00\x00\x80\xff", 17);
+    const auto image =
+        MacUtils::fromBase64ToImage(program.platform.services(), "UDYgMiAxIDI1NQr/AAAAgP8=");
+    ASSERT_TRUE(image);
+    EXPECT_EQ(image->size, (ImageSize{2, 1}));
+    EXPECT_EQ(image->pixels, (std::vector{red, 0xff0080ffu}));
+    EXPECT_EQ(program.platform.files.contents("/memory/home/Documents/tempimage.jpg"), bytes)
+        << "every byte as it was";
+}
+
+TEST_F(Images, ComeFromBase64TextWithCharactersThatAreNone) {
+    EXPECT_EQ(
+        MacUtils::fromBase64ToImage(program.platform.services(), "UDYgM \n*iAxIDI1NQr/AAAAgP8="),
+        MacUtils::fromBase64ToImage(program.platform.services(), "UDYgMiAxIDI1NQr/AAAAgP8="));
+}
+
+TEST_F(Images, DoNotComeFromBase64TextThatIsNoPictureOrWithoutAFolder) {
+    const auto services = program.platform.services();
+    EXPECT_EQ(MacUtils::fromBase64ToImage(services, ""), std::nullopt);
+    EXPECT_EQ(MacUtils::fromBase64ToImage(services, "bm8gcGljdHVyZQ=="), std::nullopt);
+    program.platform.files.setHome(std::nullopt);
+    EXPECT_EQ(MacUtils::fromBase64ToImage(services, "UDYgMiAxIDI1NQr/AAAAgP8="), std::nullopt);
+}
+
 } // namespace
 } // namespace palisor

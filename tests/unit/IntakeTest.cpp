@@ -91,7 +91,7 @@ TEST(ScrollEvents, AreForwardedByEveryProductButTheCursorHider) {
 /// A program on services that have no global monitor yet.
 struct Tapped : Program {
     explicit Tapped(int variant, platform::Version version = {10, 13, 6}) : Program(variant) {
-        platform.system.setServicesVersion(version);
+        platform.system.setVersion(version);
     }
 };
 

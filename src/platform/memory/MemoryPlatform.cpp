@@ -3,10 +3,10 @@
 namespace platform::memory {
 
 Platform MemoryPlatform::servicesWith(platform::Web& engine) {
-    return {log,     runLoop,    application, bundle,     settings, files,
-            system,  displays,   pointer,     cursor,     input,    keyboard,
-            hotKeys, windows,    workspace,   statusItem, alerts,   notifications,
-            sounds,  loginItems, power,       textCodec,  images,   engine};
+    return {log,       runLoop,    application, bundle,        settings, files,      system,
+            displays,  pointer,    cursor,      input,         keyboard, hotKeys,    windows,
+            workspace, statusItem, alerts,      notifications, sounds,   loginItems, power,
+            textCodec, http,       json,        images,        engine};
 }
 
 void MemoryPlatform::move(Point to, EventType type) {

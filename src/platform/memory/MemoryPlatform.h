@@ -9,8 +9,10 @@
 #include "platform/memory/Effects.h"
 #include "platform/memory/Files.h"
 #include "platform/memory/HotKeys.h"
+#include "platform/memory/Http.h"
 #include "platform/memory/Images.h"
 #include "platform/memory/InputEvents.h"
+#include "platform/memory/JsonParser.h"
 #include "platform/memory/Keyboard.h"
 #include "platform/memory/Log.h"
 #include "platform/memory/LoginItems.h"
@@ -41,7 +43,7 @@ class MemoryPlatform {
     Bundle bundle;
     Settings settings{effects};
     Files files{bundle, settings};
-    SystemInfo system;
+    SystemInfo system{clock};
     Displays displays;
     Pointer pointer{effects};
     Cursor cursor{effects};
@@ -57,7 +59,9 @@ class MemoryPlatform {
     LoginItems loginItems{effects};
     Power power{effects};
     TextCodec textCodec;
-    Images images{[](const std::string&) { return std::nullopt; }};
+    Http http{effects};
+    JsonParser json;
+    Images images{[this](const std::string& path) { return files.contents(path); }};
     Web web{runLoop, displays};
 
     MemoryPlatform() = default;
