@@ -51,7 +51,9 @@ Image plain(platform::ImageSize size, std::uint32_t colour) {
 }
 
 std::uint32_t at(const Image& image, int x, int y) {
-    return image.pixels[static_cast<std::size_t>(y * image.size.width + x)];
+    return image.pixels.at(static_cast<std::size_t>(y) *
+                               static_cast<std::size_t>(image.size.width) +
+                           static_cast<std::size_t>(x));
 }
 
 unsigned alphaAt(const Image& image, int x, int y) {

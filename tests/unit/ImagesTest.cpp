@@ -43,7 +43,9 @@ class Images : public testing::Test {
     }
 
     static std::uint32_t pixel(const Image& image, int x, int y) {
-        return image.pixels[static_cast<std::size_t>(y * image.size.width + x)];
+        return image.pixels.at(static_cast<std::size_t>(y) *
+                                   static_cast<std::size_t>(image.size.width) +
+                               static_cast<std::size_t>(x));
     }
 
     Program program{variants::barrier};

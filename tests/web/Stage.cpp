@@ -1,6 +1,5 @@
 #include "web/Stage.h"
 
-#include <QDeadlineTimer>
 #include <QEventLoop>
 #include <QTcpSocket>
 #include <QTimer>
@@ -14,7 +13,9 @@ bool waitUntil(const std::function<bool()>& condition) {
         if (condition()) loop.quit();
     });
     look.start(10);
-    QTimer::singleShot(support::generous, &loop, [&loop] { loop.exit(1); });
+    QTimer limit;
+    QObject::connect(&limit, &QTimer::timeout, &loop, [&loop] { loop.exit(1); });
+    limit.start(support::generous);
     return condition() || loop.exec() == 0;
 }
 
@@ -67,7 +68,7 @@ void Server::answer(QTcpSocket& socket) {
 
 Server::Request Server::next() {
     if (!waitUntil([this] { return !requests.empty(); })) return {};
-    const Request first = requests.front();
+    Request first = requests.front();
     requests.erase(requests.begin());
     return first;
 }

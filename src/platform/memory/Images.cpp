@@ -39,8 +39,10 @@ std::uint32_t averagePixel(const Image& source, const Drawing& drawing, int colu
     constexpr int samples = samplesASide * samplesASide;
     std::array<unsigned, 4> sums{};
     for (int sample = 0; sample < samples; ++sample) {
-        const double x = column + (sample % samplesASide + 0.5) / samplesASide - drawing.frame.x;
-        const double y = row + (sample / samplesASide + 0.5) / samplesASide - drawing.frame.y;
+        const int right = sample % samplesASide;
+        const int down = sample / samplesASide;
+        const double x = column + (right + 0.5) / samplesASide - drawing.frame.x;
+        const double y = row + (down + 0.5) / samplesASide - drawing.frame.y;
         if (!isInside(x, y, drawing)) continue;
         const std::uint32_t pixel = sampleAt(source, drawing.frame, x, y);
         for (unsigned channel = 0; channel < sums.size(); ++channel)

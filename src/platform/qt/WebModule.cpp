@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QLibrary>
 #include <QOpenGLContext>
+#include <utility>
 
 // Exported by the toolkit, but declared in no public header.
 Q_GUI_EXPORT void qt_gl_set_global_share_context(QOpenGLContext* context);
