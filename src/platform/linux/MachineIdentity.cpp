@@ -2,6 +2,8 @@
 
 #include <QMessageAuthenticationCode>
 #include <QUuid>
+#include <algorithm>
+#include <cctype>
 
 namespace platform::linux {
 
@@ -19,9 +21,11 @@ std::optional<std::string> machineIdentity(std::string_view machineId,
                                            std::string_view application) {
     while (machineId.ends_with('\n'))
         machineId.remove_suffix(1);
+    // The reader of hexadecimal digits passes over anything else.
+    const bool isHex =
+        std::ranges::all_of(machineId, [](unsigned char c) { return std::isxdigit(c) != 0; });
+    if (!isHex || machineId.size() != 2 * std::size_t{idLength}) return std::nullopt;
     const QByteArray key = QByteArray::fromHex(bytesOf(machineId));
-    if (machineId.size() != 2 * std::size_t{idLength} || key.size() != idLength)
-        return std::nullopt;
     QByteArray hash =
         QMessageAuthenticationCode::hash(bytesOf(application), key, QCryptographicHash::Sha256)
             .first(idLength);
