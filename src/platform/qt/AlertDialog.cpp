@@ -48,7 +48,9 @@ QWidget* textView(const std::string& text) {
     view->setFrameShape(QFrame::NoFrame);
     view->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     view->viewport()->setAutoFillBackground(false);
-    view->setFixedSize(label->minimumWidth(), mostLines * label->fontMetrics().lineSpacing());
+    view->document()->setDocumentMargin(0);
+    view->setMinimumWidth(label->minimumWidth());
+    view->setFixedHeight(mostLines * label->fontMetrics().lineSpacing());
     return view;
 }
 
