@@ -20,7 +20,7 @@ namespace {
 using platform::Value;
 
 void shippedCheck(benchmark::State& state) {
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         platform::memory::MemoryPlatform p;
         p.bundle.set("IDApp", Value{std::int64_t{5}});
         p.bundle.set("MakerHost", Value{"service.tamberlo.invalid"});

@@ -11,7 +11,6 @@ namespace {
 using support::HttpsServer;
 using support::TestAuthority;
 using testing::AllOf;
-using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
