@@ -4,6 +4,7 @@
 #include "app/Keys.h"
 #include "platform/linux/Installation.h"
 
+#include <cstdlib>
 #include <unistd.h>
 #include <utility>
 
@@ -32,6 +33,31 @@ lnx::AutostartItems::Product autostartProduct(const lnx::ProductBundle& bundle) 
             .helper = {lnx::executablePath("palisor-helper"), "--product", bundle.name()}};
 }
 
+/// The folder of .ics files that is used, empty for the desktop's own calendars.
+std::string calendarFolder(const lnx::ProductBundle& bundle, const std::string& wished) {
+    const std::string named(wished.empty() ? bundle.string("CalendarFolder") : wished);
+    if (!named.starts_with("~/")) return named;
+    const char* const home = std::getenv("HOME");
+    return (home == nullptr ? "" : home) + named.substr(1);
+}
+
+const char* textFor(platform::calendar::Refusal why) {
+    using platform::calendar::Refusal;
+    switch (why) {
+    case Refusal::noModule:
+        return "CALENDAR_NO_MODULE";
+    case Refusal::noServer:
+        return "CALENDAR_NO_SERVER";
+    case Refusal::noCalendar:
+        return "CALENDAR_NONE";
+    case Refusal::noFolder:
+        return "CALENDAR_NO_FOLDER";
+    case Refusal::none:
+        break;
+    }
+    return "";
+}
+
 } // namespace
 
 Desktop::X11Services::X11Services(const Connections& x, platform::Descriptors& descriptors,
@@ -50,7 +76,7 @@ Desktop::X11Services::X11Services(const Connections& x, platform::Descriptors& d
       screenSaver(x.general) {}
 
 Desktop::Desktop(platform::Log& log, lnx::ProductBundle& bundle, platform::Descriptors& descriptors,
-                 const Connections& connections, bool serverHolds)
+                 const Connections& connections, const Wishes& wishes)
     : settings(settingsPath(bundle), log,
                [this] { application.afterEvent([this] { settings.savePending(); }); }),
       settingsWatch(settings.path(), descriptors, log, [this] { settings.fileChanged(); }),
@@ -71,6 +97,9 @@ Desktop::Desktop(platform::Log& log, lnx::ProductBundle& bundle, platform::Descr
       pictures(lnx::imagesFolder(), log),
       sessionInhibitor(std::string(bundle.string("CFBundleDisplayName")), log),
       power(waysToStayAwake(), log),
+      calendar({.module = lnx::modulePath("calendar.so"),
+                .folder = calendarFolder(bundle, wishes.calendarFolder)},
+               runLoop, log, [this, &bundle](auto why) { tellWhyNoCalendar(bundle, why); }),
       quitSignals(descriptors, [this] { quit(); }) {
     x11.emplace(
         connections, descriptors, runLoop, settings, log,
@@ -87,7 +116,7 @@ Desktop::Desktop(platform::Log& log, lnx::ProductBundle& bundle, platform::Descr
                                       platform::qt::DistributedNotifications::post(name, object,
                                                                                    log);
                                   }},
-        serverHolds);
+        wishes.serverHolds);
     application.onActiveWindowChange([this] {
         if (x11) x11->input.ownWindowChanged();
     });
@@ -95,7 +124,7 @@ Desktop::Desktop(platform::Log& log, lnx::ProductBundle& bundle, platform::Descr
         log,          runLoop,       application,    bundle,      settings,   files,
         system,       x11->displays, x11->pointer,   x11->cursor, x11->input, x11->keyboard,
         x11->hotKeys, x11->windows,  x11->workspace, statusItem,  alerts,     notifications,
-        sounds,       loginItems,    power,          textCodec});
+        sounds,       loginItems,    power,          textCodec,   calendar});
 
     for (const auto key : {palisor::keys::customShortcut, palisor::keys::customShortcutEnabled})
         settings.observe(key, platform::qt::ShortcutRecorder::refreshAll);
@@ -146,6 +175,12 @@ std::vector<lnx::DisplayPower::Way> Desktop::waysToStayAwake() {
          .missing = "no program of the session can be asked to keep the displays on; one that "
                     "switches them off, such as the desktop's power manager, is asked when it "
                     "starts"}};
+}
+
+void Desktop::tellWhyNoCalendar(const platform::Bundle& bundle, platform::calendar::Refusal why) {
+    notifications.deliver({.title = bundle.localizedString("CALENDAR_UNAVAILABLE"),
+                           .text = bundle.localizedString(textFor(why)),
+                           .identifier = "calendar"});
 }
 
 void Desktop::launch() {

@@ -6,6 +6,7 @@
 #include "platform/linux/DisplayPower.h"
 #include "platform/linux/FileWatch.h"
 #include "platform/linux/LinuxSystemInfo.h"
+#include "platform/linux/ModuleCalendar.h"
 #include "platform/linux/ProductBundle.h"
 #include "platform/linux/QuitSignals.h"
 #include "platform/linux/SettingsFile.h"
@@ -48,10 +49,16 @@ struct Connections {
 /// settings are saved, the windows and then the X11 services destroyed.
 class Desktop {
   public:
-    /// What is lent must outlive the object. `serverHolds`: whether the X server may hold the
-    /// cursor at an edge.
+    /// What the user asked for at the start.
+    struct Wishes {
+        bool serverHolds = true;    ///< whether the X server may hold the cursor at an edge
+        std::string calendarFolder; ///< of .ics files; empty for what the product says
+    };
+
+    /// What is lent must outlive the object.
     Desktop(platform::Log& log, platform::linux::ProductBundle& bundle,
-            platform::Descriptors& descriptors, const Connections& connections, bool serverHolds);
+            platform::Descriptors& descriptors, const Connections& connections,
+            const Wishes& wishes);
 
     void launch();
 
@@ -83,6 +90,7 @@ class Desktop {
                                             const platform::linux::ProductBundle& bundle,
                                             platform::x11::Connection& connection);
     std::vector<platform::linux::DisplayPower::Way> waysToStayAwake();
+    void tellWhyNoCalendar(const platform::Bundle& bundle, platform::calendar::Refusal why);
     void quit();
 
     platform::qt::QtRunLoop runLoop;
@@ -102,6 +110,7 @@ class Desktop {
     platform::qt::Pictures pictures;
     platform::qt::SessionInhibitor sessionInhibitor;
     platform::linux::DisplayPower power;
+    platform::linux::ModuleCalendar calendar;
     platform::qt::QtTextCodec textCodec;
     std::optional<X11Services> x11;
     std::optional<platform::qt::TrayIcon> tray;

@@ -67,6 +67,9 @@ ParsedOptions parseOptions(int argc, char** argv) {
         } else if (const auto hold = valueOf("--hold", argc, argv, index)) {
             if (hold->text != "on" && hold->text != "off") return fail("--hold needs on or off");
             options.hold = hold->text == "on";
+        } else if (const auto folder = valueOf("--calendar", argc, argv, index)) {
+            if (folder->text.empty()) return fail("--calendar needs a folder of .ics files");
+            options.calendarFolder = folder->text;
         } else {
             return fail("unknown option " + std::string(word) + " (--help lists the known ones)");
         }
@@ -77,8 +80,8 @@ ParsedOptions parseOptions(int argc, char** argv) {
 }
 
 std::string usage() {
-    return "Usage: palisor [--product NAME] [--hold on|off] [--list-monitors] [--help] "
-           "[--version]\n"
+    return "Usage: palisor [--product NAME] [--hold on|off] [--calendar DIR] [--list-monitors] "
+           "[--help] [--version]\n"
            "\n"
            "  --product NAME   the product to run instead of the one that the command is named\n"
            "                   after: " +
@@ -86,6 +89,8 @@ std::string usage() {
            "\n"
            "  --hold on|off    whether the X server holds the cursor at an edge (on unless said\n"
            "                   otherwise); off, it is put back after it has left\n"
+           "  --calendar DIR   a folder with one .ics file an event, which calendar-alerts takes\n"
+           "                   instead of the desktop's own calendars\n"
            "  --list-monitors  print one line a monitor and end\n"
            "  --help           print this and end\n"
            "  --version        print the product and its version and end\n";

@@ -9,7 +9,8 @@ struct Options {
     bool help = false;
     bool version = false;
     bool listMonitors = false;
-    bool hold = true; ///< the X server holds the cursor; otherwise it is only warped back
+    bool hold = true;           ///< the X server holds the cursor; otherwise it is only warped back
+    std::string calendarFolder; ///< of .ics files; empty where none was named
 };
 
 struct ParsedOptions {

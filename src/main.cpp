@@ -53,7 +53,8 @@ void prepareToolkit() {
 }
 
 int run(char* command, const Connections& connections, ProductBundle& bundle, SystemLog& log,
-        platform::qt::QtDescriptors& descriptors, std::function<void()>& onLoss, bool serverHolds) {
+        platform::qt::QtDescriptors& descriptors, std::function<void()>& onLoss,
+        const Options& options) {
     prepareToolkit();
     char* arguments[] = {command, nullptr};
     int count = 1;
@@ -71,7 +72,8 @@ int run(char* command, const Connections& connections, ProductBundle& bundle, Sy
                            name.data());
         return 0;
     }
-    Desktop desktop(log, bundle, descriptors, connections, serverHolds);
+    Desktop desktop(log, bundle, descriptors, connections,
+                    {.serverHolds = options.hold, .calendarFolder = options.calendarFolder});
     onLoss = [&desktop] { desktop.application.exit(failure); };
     instance.onActivate([&desktop] { desktop.activate(); });
     descriptors.start();
@@ -122,5 +124,5 @@ int main(int argc, char** argv) {
         return failure;
     }
     return run(argv[0], {*opened.connection, *input.connection}, bundle, log, descriptors, onLoss,
-               options.hold);
+               options);
 }

@@ -30,6 +30,8 @@ using platform::ScreenId;
 using platform::Slider;
 using platform::TimerId;
 
+struct AlarmPass;
+
 class AppDelegate : private platform::MenuTarget {
   public:
     /// The platform's services must outlive the object, which is the one of its process.
@@ -183,6 +185,13 @@ class AppDelegate : private platform::MenuTarget {
     void recommendAutologinOnAtFirstCloseInfo();
     void alertDidEnd2(int returnCode);
 
+    // ---- remote/ ----------------------------------------------------------------------------
+
+    // CalendarAlarms.cpp
+    void turnOnCustomDefaultAlert();
+    /// One pass over the events of the coming hour. Nothing while one is under way.
+    void ReplaceDefaultEvents();
+
     // ---- state ------------------------------------------------------------------------------
 
     using WindowList = std::vector<std::unique_ptr<platform::Window>>;
@@ -246,6 +255,9 @@ class AppDelegate : private platform::MenuTarget {
     std::unique_ptr<platform::Window> windowCursorX, windowCursorY;
     std::optional<WindowList> aWindowCursorX; ///< one per screen, nothing before they are made
 
+    platform::Calendar* store = nullptr; ///< null before start, and in the other products
+    TimerId customDefaultEventTimer = TimerId::none;
+
   private:
     bool settingIsOne(std::string_view key) const;
     void setAndSynchronize(std::string_view key, platform::Value value);
@@ -301,6 +313,16 @@ class AppDelegate : private platform::MenuTarget {
     std::string shortcutText() const;
     void reopenMenu();
     float darkness() const;
+
+    void turnOffCustomDefaultAlert();
+    void startAlarmPasses(bool granted);
+    void rewriteAlarms(const std::shared_ptr<AlarmPass>& pass);
+    platform::CalendarAlarm theOneAlarm(const std::vector<platform::CalendarAlarm>& alarms) const;
+    void alarmsSaved(const std::shared_ptr<AlarmPass>& pass, const std::string& id,
+                     const std::optional<std::string>& error);
+
+    std::shared_ptr<AlarmPass> alarmPass; ///< while a pass is under way
+    int accessRequest = 0;                ///< answers to earlier ones come too late
 
     static AppDelegate* sharedInstance;
     const platform::Platform services;

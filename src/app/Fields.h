@@ -38,6 +38,7 @@ void AppDelegate::visitFields(Visitor&& field) const {
     field("timerAnimBorders", timerAnimBorders);
     field("AWindowsDark", AWindowsDark);
     field("aWindowCursorX", aWindowCursorX);
+    field("customDefaultEventTimer", customDefaultEventTimer);
 }
 
 } // namespace palisor

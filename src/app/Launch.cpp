@@ -82,6 +82,10 @@ void AppDelegate::takeFirstActions() {
         else if (settingIsOne(keys::HOT_BOUNDS))
             highLightBoders(services.settings.integerForKey(keys::HOT_BOUNDS));
     }
+    if (IDApp() == variants::calendarAlerts) {
+        store = &services.calendar;
+        if (isActive()) turnOnCustomDefaultAlert();
+    }
 }
 
 void AppDelegate::setUpHotBorderButtons(int variant) {

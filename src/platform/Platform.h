@@ -3,6 +3,7 @@
 #include "platform/Alerts.h"
 #include "platform/Application.h"
 #include "platform/Bundle.h"
+#include "platform/Calendar.h"
 #include "platform/Cursor.h"
 #include "platform/Displays.h"
 #include "platform/Files.h"
@@ -49,6 +50,7 @@ struct Platform {
     LoginItems& loginItems;
     Power& power;
     TextCodec& textCodec;
+    Calendar& calendar;
 };
 
 } // namespace platform

@@ -171,6 +171,8 @@ constexpr Operation operations[] = {
     named<&AppDelegate::setCustomShortcutEnabled>("setCustomShortcutEnabled:"),
     named<&AppDelegate::setHardcodedShortcutEnabled>("setHardcodedShortcutEnabled:"),
     named<&AppDelegate::showShortcutPopup>("showShortcutPopup"),
+    named<&AppDelegate::turnOnCustomDefaultAlert>("turnOnCustomDefaultAlert"),
+    named<&AppDelegate::ReplaceDefaultEvents>("ReplaceDefaultEvents"),
     named<&AppDelegate::setHelperAppBundleIdentifier>("setHelperAppBundleIdentifier"),
     named<&AppDelegate::autoLogin>("autoLogin:"),
     named<&AppDelegate::killHelperIfActive>("killHelperIfActive"),

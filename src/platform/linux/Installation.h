@@ -19,4 +19,8 @@ std::string executablePath(const std::string& name);
 /// A helper executable: in "libexec/palisor" beside the executable's own folder, else next to it.
 std::string helperPath(const std::string& name);
 
+/// A shared library that is loaded when it is needed: in "lib/palisor" beside the executable's own
+/// folder, else next to it.
+std::string modulePath(const std::string& name);
+
 } // namespace platform::linux

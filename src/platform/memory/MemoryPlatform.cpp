@@ -6,7 +6,7 @@ Platform MemoryPlatform::services() {
     return {log,     runLoop,    application, bundle,     settings, files,
             system,  displays,   pointer,     cursor,     input,    keyboard,
             hotKeys, windows,    workspace,   statusItem, alerts,   notifications,
-            sounds,  loginItems, power,       textCodec};
+            sounds,  loginItems, power,       textCodec,  calendar};
 }
 
 void MemoryPlatform::move(Point to, EventType type) {

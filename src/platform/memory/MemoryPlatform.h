@@ -4,6 +4,7 @@
 #include "platform/memory/Alerts.h"
 #include "platform/memory/Application.h"
 #include "platform/memory/Bundle.h"
+#include "platform/memory/Calendar.h"
 #include "platform/memory/Cursor.h"
 #include "platform/memory/Displays.h"
 #include "platform/memory/Effects.h"
@@ -55,6 +56,7 @@ class MemoryPlatform {
     LoginItems loginItems{effects};
     Power power{effects};
     TextCodec textCodec;
+    Calendar calendar{effects, clock};
 
     MemoryPlatform() = default;
     MemoryPlatform(const MemoryPlatform&) = delete;
