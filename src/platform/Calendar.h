@@ -17,7 +17,7 @@ struct CalendarAlarm {
 /// One occurrence of an event.
 struct CalendarEvent {
     std::string id{};         ///< the event's, the same for each of its occurrences
-    std::string calendar{};   ///< the id of the source that holds it
+    std::string calendar{};   ///< where it is kept
     std::string occurrence{}; ///< which one of a recurring event; empty for a single event
     double start = 0;         ///< seconds from now
     bool recurring = false;
@@ -35,7 +35,7 @@ struct CalendarAnswer {
 /// has gone.
 class Calendar {
   public:
-    enum class Span { thisEvent = 0, futureEvents = 1 };
+    enum class Span { futureEvents = 1 };
 
     /// Nothing when the event was saved, else what went wrong.
     using Saved = std::function<void(const std::optional<std::string>& error)>;
@@ -50,9 +50,9 @@ class Calendar {
     virtual void findEvents(double seconds, std::function<void(CalendarAnswer)> found) = 0;
 
     /// Makes the event's alarms those of `event`, which must come from `findEvents`, and touches
-    /// nothing else of it. An alarm that keeps its id keeps what is not told here. With
-    /// `futureEvents` the later occurrences of a recurring event get them too, the earlier ones
-    /// stay. Alarms that mean the same already are not written again.
+    /// nothing else of it. An alarm that keeps its id keeps what is not told here. The later
+    /// occurrences of a recurring event get them too, the earlier ones stay. Alarms that mean the
+    /// same already are not written again.
     virtual void save(const CalendarEvent& event, Span span, Saved saved) = 0;
 };
 

@@ -45,7 +45,7 @@ void Calendar::save(const CalendarEvent& event, Span span, Saved saved) {
         saved("there is no such event");
         return;
     }
-    const bool futureToo = span == Span::futureEvents && stored->recurring && !stored->detached;
+    const bool futureToo = stored->recurring && !stored->detached;
     for (CalendarEvent& known : kept) {
         const bool later =
             futureToo && known.id == event.id && !known.detached && known.start > stored->start;
