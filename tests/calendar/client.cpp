@@ -1,17 +1,19 @@
+#include "platform/calendar/Glib.h"
+
 #include <cstdio>
-#include <cstring>
 #include <fstream>
-#include <iostream>
-#include <libecal/libecal.h>
+#include <iterator>
 #include <map>
 #include <sstream>
+#include <stdexcept>
 #include <string>
-#include <vector>
+#include <unistd.h>
 
 // Another program that uses the desktop's calendars, for putting events there and for looking at
-// what became of them. One command a line on standard input, one line "ok" or "error TEXT" after
-// what each prints:
-//   new NAME            makes a calendar of that name; its id is NAME
+// what became of them. It takes one command a line on descriptor 3; what each prints ends in a line
+// "answered N", and begins with "error" where it failed.
+//   new NAME            makes a calendar of that name, which is its id too
+//   readonly NAME       makes one that cannot be changed
 //   disable NAME        takes it out of the enabled ones
 //   add NAME FILE       adds every event of the file, zones and detached occurrences too
 //   remove NAME UID
@@ -35,13 +37,23 @@ struct Client {
     ESourceRegistry* registry = e_source_registry_new_sync(nullptr, &error);
     std::map<std::string, ECalClient*> calendars;
 
-    void make(const std::string& name) {
+    void make(const std::string& name, bool canBeChanged) {
         ESource* source = e_source_new_with_uid(name.c_str(), nullptr, &error);
         if (source == nullptr) fail(error);
         e_source_set_display_name(source, name.c_str());
         e_source_set_parent(source, "local-stub");
         e_source_backend_set_backend_name(
             E_SOURCE_BACKEND(e_source_get_extension(source, E_SOURCE_EXTENSION_CALENDAR)), "local");
+        auto* const local = static_cast<ESourceLocal*>(
+            e_source_get_extension(source, E_SOURCE_EXTENSION_LOCAL_BACKEND));
+        e_source_local_set_writable(local, canBeChanged ? TRUE : FALSE);
+        if (!canBeChanged) {
+            const std::string path = std::string(g_get_home_dir()) + "/" + name + ".ics";
+            std::ofstream(path) << "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nEND:VCALENDAR\r\n";
+            GFile* const file = g_file_new_for_path(path.c_str());
+            e_source_local_set_custom_file(local, file);
+            g_object_unref(file);
+        }
         if (!e_source_registry_commit_source_sync(registry, source, nullptr, &error)) fail(error);
     }
 
@@ -62,9 +74,9 @@ struct Client {
     ECalClient* open(const std::string& name) {
         ECalClient*& client = calendars[name];
         if (client == nullptr) {
-            EClient* const made = e_cal_client_connect_sync(
-                source(name), E_CAL_CLIENT_SOURCE_TYPE_EVENTS, static_cast<guint32>(-1), nullptr,
-                &error);
+            EClient* const made =
+                e_cal_client_connect_sync(source(name), E_CAL_CLIENT_SOURCE_TYPE_EVENTS,
+                                          static_cast<guint32>(-1), nullptr, &error);
             if (made == nullptr) fail(error);
             client = E_CAL_CLIENT(made);
         }
@@ -94,7 +106,7 @@ struct Client {
         for (GSList* at = objects; at != nullptr; at = at->next) {
             gchar* const text =
                 e_cal_component_get_as_string(static_cast<ECalComponent*>(at->data));
-            std::fputs(text, stdout);
+            (void)std::fputs(text, stdout);
             g_free(text);
         }
         e_client_util_free_object_slist(objects);
@@ -106,7 +118,7 @@ struct Client {
             fail(error);
         for (GSList* at = objects; at != nullptr; at = at->next) {
             gchar* const text = i_cal_component_as_ical_string(I_CAL_COMPONENT(at->data));
-            std::fputs(text, stdout);
+            (void)std::fputs(text, stdout);
             g_free(text);
         }
         e_client_util_free_object_slist(objects);
@@ -119,7 +131,9 @@ struct Client {
         std::getline(words, argument);
         error = nullptr;
         if (command == "new")
-            make(name);
+            make(name, true);
+        else if (command == "readonly")
+            make(name, false);
         else if (command == "disable")
             disable(name);
         else if (command == "add")
@@ -140,17 +154,21 @@ struct Client {
 int main() {
     Client client;
     if (client.registry == nullptr) {
-        std::fprintf(stderr, "%s\n", client.error->message);
+        (void)std::fprintf(stderr, "%s\n", client.error->message);
         return 1;
     }
-    for (std::string line; std::getline(std::cin, line);) {
+    constexpr int commands = 3;
+    std::FILE* const input = ::fdopen(commands, "r");
+    char line[4096];
+    for (int count = 1; input != nullptr && std::fgets(line, sizeof line, input) != nullptr;
+         ++count) {
         try {
             client.run(line);
-            std::puts("ok");
         } catch (const std::exception& failure) {
             std::printf("error %s\n", failure.what());
         }
-        std::fflush(stdout);
+        std::printf("answered %d\n", count);
+        (void)std::fflush(stdout);
     }
     return 0;
 }

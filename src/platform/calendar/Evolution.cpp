@@ -53,6 +53,13 @@ std::vector<Ref<ESource>> enabledCalendars(ESourceRegistry* registry) {
     return sources;
 }
 
+/// The library makes a registry without anybody behind it too, but every server has sources.
+bool hasServer(ESourceRegistry* registry) {
+    GList* const list = e_source_registry_list_sources(registry, nullptr);
+    g_list_free_full(list, g_object_unref);
+    return list != nullptr;
+}
+
 } // namespace
 
 Evolution::Evolution(Now clock) : now(std::move(clock)), context(g_main_context_new()) {
@@ -88,6 +95,11 @@ Opened Evolution::open() {
     Failure failure;
     if (!openRegistry(failure))
         return {Refusal::noServer, "the desktop's calendars cannot be reached: " + failure.text()};
+    if (!hasServer(registry.get())) {
+        registry.reset();
+        return {Refusal::noServer, "the desktop's calendars cannot be reached: the session's bus "
+                                   "cannot start the calendar server"};
+    }
     if (enabledCalendars(registry.get()).empty())
         return {Refusal::noCalendar, "the desktop has no calendar that is switched on"};
     return {};

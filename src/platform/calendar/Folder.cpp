@@ -39,6 +39,25 @@ std::vector<std::string> fileNames(const std::string& folder, std::error_code& e
     return names;
 }
 
+/// Properties of a name that the parser does not know are no harm: they stay as they are.
+bool hasBadValue(ICalComponent* component) {
+    auto error = own(i_cal_component_get_first_property(component, I_CAL_XLICERROR_PROPERTY));
+    while (error) {
+        const auto type =
+            own(i_cal_property_get_first_parameter(error.get(), I_CAL_XLICERRORTYPE_PARAMETER));
+        if (!type ||
+            i_cal_parameter_get_xlicerrortype(type.get()) != I_CAL_XLICERRORTYPE_PROPERTYPARSEERROR)
+            return true;
+        error = own(i_cal_component_get_next_property(component, I_CAL_XLICERROR_PROPERTY));
+    }
+    auto part = own(i_cal_component_get_first_component(component, I_CAL_ANY_COMPONENT));
+    while (part) {
+        if (hasBadValue(part.get())) return true;
+        part = own(i_cal_component_get_next_component(component, I_CAL_ANY_COMPONENT));
+    }
+    return false;
+}
+
 std::string propertyText(ICalComponent* event, const std::vector<ICalPropertyKind>& kinds) {
     std::string text;
     for (const ICalPropertyKind kind : kinds) {
@@ -73,8 +92,7 @@ void Folder::read(File& file, std::string text) {
         return;
     }
     file.zones.reset(e_cal_client_tzlookup_icalcomp_data_new(file.calendar.get()));
-    if (i_cal_component_count_errors(file.calendar.get()) > 0)
-        file.problem = "it has lines that cannot be understood";
+    if (hasBadValue(file.calendar.get())) file.problem = "it has a value that cannot be understood";
     std::set<std::string> ids;
     auto event =
         own(i_cal_component_get_first_component(file.calendar.get(), I_CAL_VEVENT_COMPONENT));

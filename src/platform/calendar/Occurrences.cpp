@@ -90,7 +90,19 @@ void generate(Collector& into, const Zones& zones) {
 void setTime(ICalComponent* event, ICalPropertyKind kind, void (*write)(ICalProperty*, ICalTime*),
              ICalTime* time) {
     const auto property = own(i_cal_component_get_first_property(event, kind));
-    if (property) write(property.get(), time); // its zone stays
+    if (property) write(property.get(), time);
+}
+
+/// The library writes its own names for zones, which are not those that the event's calendar has.
+void nameZoneAs(ICalComponent* model, ICalComponent* event, ICalPropertyKind kind) {
+    const auto from = own(i_cal_component_get_first_property(model, kind));
+    const auto to = own(i_cal_component_get_first_property(event, kind));
+    if (!from || !to) return;
+    i_cal_property_remove_parameter_by_kind(to.get(), I_CAL_TZID_PARAMETER);
+    const auto zone = own(i_cal_property_get_first_parameter(from.get(), I_CAL_TZID_PARAMETER));
+    if (zone)
+        i_cal_property_take_parameter(
+            to.get(), i_cal_parameter_new_tzid(i_cal_parameter_get_tzid(zone.get())));
 }
 
 } // namespace
@@ -182,6 +194,8 @@ Halves cutAt(const Series& series, const Occurrence& occurrence, const Zones& zo
     halves.after = own(e_cal_util_split_at_instance_ex(
         instance.get(), occurrence.when.get(), masterStart.get(), zones.lookUp, zones.data));
     if (!halves.after) return halves;
+    for (const auto kind : {I_CAL_DTSTART_PROPERTY, I_CAL_DTEND_PROPERTY})
+        nameZoneAs(master, halves.after.get(), kind);
     i_cal_component_set_uid(halves.after.get(), take(e_util_generate_uid()).c_str());
     for (const Component& event : series.detached) {
         const auto id = recurrenceIdOf(event.get(), zones);
