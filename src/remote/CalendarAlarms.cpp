@@ -19,6 +19,10 @@ namespace {
 constexpr double passPeriod = 10.0;
 constexpr double hour = 3600;
 
+// A calendar server takes a few saves together for the price of one. The rest waits, so that the
+// main loop turns, and that little happens after the product is switched off.
+constexpr std::size_t mostUnanswered = 32;
+
 /// The shortest text that reads back the same.
 std::string decimal(double number) {
     char text[32];
@@ -90,11 +94,11 @@ void AppDelegate::ReplaceDefaultEvents() {
 
 void AppDelegate::rewriteAlarms(const std::shared_ptr<AlarmPass>& pass) {
     if (std::exchange(pass->isWalking, true)) return;
-    while (!pass->isSaving && pass->next < pass->events.size()) {
+    while (pass->unanswered < mostUnanswered && pass->next < pass->events.size()) {
         CalendarEvent& event = pass->events[pass->next++];
         if (event.detached) continue;
         event.alarms = {theOneAlarm(event.alarms)};
-        pass->isSaving = true;
+        ++pass->unanswered;
         store->save(event, Calendar::Span::futureEvents,
                     [this, weak = std::weak_ptr(pass), id = event.id](const auto& error) {
                         const auto same = weak.lock();
@@ -102,7 +106,7 @@ void AppDelegate::rewriteAlarms(const std::shared_ptr<AlarmPass>& pass) {
                     });
     }
     pass->isWalking = false;
-    if (!pass->isSaving && alarmPass == pass) alarmPass.reset();
+    if (pass->unanswered == 0 && alarmPass == pass) alarmPass.reset();
 }
 
 /// The alarm that is kept is the last one that is not the calendar's own default.
@@ -125,7 +129,7 @@ CalendarAlarm AppDelegate::theOneAlarm(const std::vector<CalendarAlarm>& alarms)
 /// The error of an earlier event stays where it is, so that one failure marks the rest of the pass.
 void AppDelegate::alarmsSaved(const std::shared_ptr<AlarmPass>& pass, const std::string& id,
                               const std::optional<std::string>& error) {
-    pass->isSaving = false;
+    --pass->unanswered;
     if (error) pass->error = error;
     services.log.write(pass->error ? "err: " + *pass->error : "Edited ID: " + id);
     rewriteAlarms(pass);

@@ -75,16 +75,19 @@ class EvolutionCalendars : public testing::Test {
         return event;
     }
     std::optional<std::string> save(const CalendarEvent& event) {
-        return backend.save(event, platform::Calendar::Span::futureEvents);
+        return backend.save({event}).at(0);
     }
     /// As the program does it; what the saves answered.
     std::vector<std::string> pass() {
         std::vector<std::string> errors;
+        std::vector<CalendarEvent> all;
         found = backend.find(hour);
         for (const CalendarEvent& event : found.answer.events) {
             if (event.detached) continue;
-            if (const auto error = save(withOneAlarm(event))) errors.push_back(*error);
+            all.push_back(withOneAlarm(event));
         }
+        for (const auto& error : backend.save(all))
+            if (error) errors.push_back(*error);
         return errors;
     }
     std::vector<std::string> ids() {

@@ -55,8 +55,7 @@ class CalendarFolder : public testing::Test {
             kept.offset = offset;
             kept.sound = sound;
             event.alarms = {kept};
-            if (const auto error = backend.save(event, platform::Calendar::Span::futureEvents))
-                errors.push_back(*error);
+            if (const auto error = backend.save({event}).at(0)) errors.push_back(*error);
         }
         return errors;
     }
@@ -320,7 +319,7 @@ TEST_F(CalendarFolder, WhatAnotherProgramChangedMeanwhileIsNotOverwritten) {
     const std::string theirs = vcalendar(vevent("a", inTenMinutes + "LOCATION:Elsewhere\n"));
     folder.write("a.ics", theirs);
     event.alarms = {{.offset = 0, .sound = "Pop"}};
-    EXPECT_TRUE(backend.save(event, platform::Calendar::Span::futureEvents));
+    EXPECT_TRUE(backend.save({event}).at(0));
     EXPECT_EQ(folder.read("a.ics"), theirs);
     EXPECT_THAT(pass(), IsEmpty());
     EXPECT_EQ(withoutAlarms(folder.read("a.ics")), theirs);

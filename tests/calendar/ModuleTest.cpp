@@ -106,6 +106,17 @@ TEST_F(CalendarModule, HasEachRemarkLoggedOnceAsLongAsItHolds) {
     EXPECT_THAT(log.lines, ElementsAre("a", "b", "a"));
 }
 
+TEST_F(CalendarModule, AnswersEachOfManySavesWithItsOwnResultInOrder) {
+    make(STAND_IN, "/saves");
+    EXPECT_TRUE(access());
+    std::string answers;
+    for (const char* id : {"good", "bad", "good", "good", "bad"})
+        calendar->save({.id = id}, platform::Calendar::Span::futureEvents,
+                       [&answers](const auto& error) { answers += error ? *error + " " : "- "; });
+    find();
+    EXPECT_EQ(answers, "- refused - - refused ");
+}
+
 TEST_F(CalendarModule, ThatDoesNotAnswerIsInterrupted) {
     make(STAND_IN, "/waits", 0.05);
     EXPECT_TRUE(access());

@@ -33,9 +33,11 @@ class StandIn final : public Backend {
         if (behaviour == "/remarks" && count == 3) found.remarks = {"b"};
         return found;
     }
-    std::optional<std::string> save(const platform::CalendarEvent&,
-                                    platform::Calendar::Span) override {
-        return std::nullopt;
+    std::vector<SaveResult> save(const std::vector<platform::CalendarEvent>& events) override {
+        std::vector<SaveResult> results(events.size());
+        for (std::size_t index = 0; index < events.size(); ++index)
+            if (events[index].id == "bad") results[index] = "refused";
+        return results;
     }
     void interrupt() override {
         const std::lock_guard lock(guard);

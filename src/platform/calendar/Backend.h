@@ -25,6 +25,9 @@ struct Found {
     std::vector<std::string> remarks; ///< what was left out, and why; the same text while it is so
 };
 
+/// Nothing when it was saved, else what went wrong.
+using SaveResult = std::optional<std::string>;
+
 /// Every operation waits for its result. One thread, which also makes and destroys the object.
 class Backend {
   public:
@@ -33,10 +36,12 @@ class Backend {
     /// Finds out whether there are calendars; may be called again.
     virtual Opened open() = 0;
 
-    /// What `Calendar::findEvents` and `Calendar::save` promise. The events of an answer may be
-    /// saved until the next one.
+    /// What `Calendar::findEvents` promises.
     virtual Found find(double seconds) = 0;
-    virtual std::optional<std::string> save(const CalendarEvent& event, Calendar::Span span) = 0;
+
+    /// What `Calendar::save` promises, for several events of the last answer, in their order. One
+    /// result each.
+    virtual std::vector<SaveResult> save(const std::vector<CalendarEvent>& events) = 0;
 
     /// Makes the operation that waits fail. Any thread.
     virtual void interrupt() = 0;

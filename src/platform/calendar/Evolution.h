@@ -23,7 +23,7 @@ class Evolution final : public Backend {
 
     Opened open() override;
     Found find(double seconds) override;
-    std::optional<std::string> save(const CalendarEvent& event, Calendar::Span span) override;
+    std::vector<SaveResult> save(const std::vector<CalendarEvent>& events) override;
     void interrupt() override;
 
   private:
@@ -38,10 +38,23 @@ class Evolution final : public Backend {
     std::optional<std::string> openPlace(ESource* source, Place& place);
     std::optional<std::string> query(Place& place);
     bool fetchAll(Place& place, const std::string& uid, Series& series, Failure& failure);
-    std::optional<std::string> saveAll(Place& place, ICalComponent* event,
-                                       const CalendarEvent& wanted);
-    std::optional<std::string> saveHalf(Place& place, const Series& series,
-                                        const Occurrence& occurrence, const CalendarEvent& wanted);
+    /// Changed components that go to the server together.
+    struct Batch {
+        struct Item {
+            Component changed;
+            Series* series; ///< null for an occurrence that stands for itself
+            SaveResult* result;
+        };
+        Place* place = nullptr;
+        std::vector<Item> items;
+    };
+
+    void saveOne(const CalendarEvent& event, Batch& batch, SaveResult& result);
+    SaveResult checkUnchanged(Place& place, const CalendarEvent& event, const Series& series);
+    void send(Batch& batch);
+    bool modify(Place& place, ICalComponent* event, Failure& failure);
+    SaveResult saveHalf(Place& place, const Series& series, const Occurrence& occurrence,
+                        const CalendarEvent& wanted);
     static std::string failed(Place& place, const Failure& failure);
     Zones zonesOf(const Place& place) const;
 

@@ -175,7 +175,15 @@ Found Folder::find(double seconds) {
     return found;
 }
 
-std::optional<std::string> Folder::save(const CalendarEvent& event, Calendar::Span) {
+std::vector<SaveResult> Folder::save(const std::vector<CalendarEvent>& events) {
+    std::vector<SaveResult> results;
+    results.reserve(events.size());
+    for (const CalendarEvent& event : events)
+        results.push_back(saveOne(event));
+    return results;
+}
+
+SaveResult Folder::saveOne(const CalendarEvent& event) {
     const auto known = files.find(event.calendar);
     if (known == files.end()) return noSuchEvent;
     File& file = known->second;
@@ -203,8 +211,8 @@ std::size_t Folder::placeOf(const File& file, ICalComponent* event) {
     return static_cast<std::size_t>(found - file.events.begin());
 }
 
-std::optional<std::string> Folder::saveAll(const std::string& name, const File& file,
-                                           ICalComponent* event, const CalendarEvent& wanted) {
+SaveResult Folder::saveAll(const std::string& name, const File& file, ICalComponent* event,
+                           const CalendarEvent& wanted) {
     const Component changed = copyOf(event);
     setAlarms(changed.get(), wanted.alarms);
     IcsText text = *file.text;
@@ -213,9 +221,8 @@ std::optional<std::string> Folder::saveAll(const std::string& name, const File& 
 }
 
 /// The later half becomes a file of its own, which is there before the first half ends earlier.
-std::optional<std::string> Folder::saveHalf(const std::string& name, const File& file,
-                                            const Occurrence& occurrence,
-                                            const CalendarEvent& wanted) {
+SaveResult Folder::saveHalf(const std::string& name, const File& file, const Occurrence& occurrence,
+                            const CalendarEvent& wanted) {
     const Halves halves = cutAt(file.series, occurrence, zonesOf(file));
     if (!halves.after) return "the event cannot be cut in two";
     setAlarms(halves.after.get(), wanted.alarms);
@@ -249,7 +256,7 @@ std::optional<std::string> Folder::saveHalf(const std::string& name, const File&
     return error;
 }
 
-std::optional<std::string> Folder::write(const std::string& name, const std::string& text) {
+SaveResult Folder::write(const std::string& name, const std::string& text) {
     std::error_code error;
     // A link stays one.
     const fs::path file = fs::weakly_canonical(path + "/" + name, error);

@@ -20,7 +20,7 @@ class Folder final : public Backend {
 
     Opened open() override;
     Found find(double seconds) override;
-    std::optional<std::string> save(const CalendarEvent& event, Calendar::Span span) override;
+    std::vector<SaveResult> save(const std::vector<CalendarEvent>& events) override;
     void interrupt() override {} // no operation waits for another program
 
   private:
@@ -43,11 +43,12 @@ class Folder final : public Backend {
     static void read(File& file, std::string text);
     Zones zonesOf(const File& file) const;
     static std::size_t placeOf(const File& file, ICalComponent* event);
-    std::optional<std::string> write(const std::string& name, const std::string& text);
-    std::optional<std::string> saveAll(const std::string& name, const File& file,
-                                       ICalComponent* event, const CalendarEvent& wanted);
-    std::optional<std::string> saveHalf(const std::string& name, const File& file,
-                                        const Occurrence& occurrence, const CalendarEvent& wanted);
+    SaveResult saveOne(const CalendarEvent& event);
+    SaveResult write(const std::string& name, const std::string& text);
+    SaveResult saveAll(const std::string& name, const File& file, ICalComponent* event,
+                       const CalendarEvent& wanted);
+    SaveResult saveHalf(const std::string& name, const File& file, const Occurrence& occurrence,
+                        const CalendarEvent& wanted);
 
     std::string path;
     Now now;

@@ -37,36 +37,33 @@ ModuleCalendar::~ModuleCalendar() {
 void ModuleCalendar::requestAccess(std::function<void(bool granted)> completion) {
     if (!worker.joinable()) worker = std::thread([this] { workUntilStopped(); });
     watch();
-    enqueue([this, completion = std::move(completion)] {
+    enqueue(Work{[this, completion = std::move(completion)] {
         const Opened opened = open();
         answer([this, opened] { refuse(opened); });
         completion(opened.refusal == Refusal::none);
-    });
+    }});
 }
 
 void ModuleCalendar::findEvents(double seconds, std::function<void(CalendarAnswer)> found) {
     watch();
-    enqueue([this, seconds, found = std::move(found)] {
+    enqueue(Work{[this, seconds, found = std::move(found)] {
         auto result = backend ? backend->find(seconds) : calendar::Found{};
         answer([this, found, result = std::move(result)] {
             logNew(result.remarks);
             found(result.answer);
         });
-    });
+    }});
 }
 
-void ModuleCalendar::save(const CalendarEvent& event, Span span, Saved saved) {
+void ModuleCalendar::save(const CalendarEvent& event, Span, Saved saved) {
     watch();
-    enqueue([this, event, span, saved = std::move(saved)] {
-        auto error = backend ? backend->save(event, span) : std::optional<std::string>(notOpen);
-        answer([saved, error = std::move(error)] { saved(error); });
-    });
+    enqueue(Saving{event, std::move(saved)});
 }
 
-void ModuleCalendar::enqueue(Work work) {
+void ModuleCalendar::enqueue(Request request) {
     {
         const std::lock_guard lock(guard);
-        queue.push_back(std::move(work));
+        queue.push_back(std::move(request));
     }
     changed.notify_one();
 }
@@ -76,16 +73,46 @@ void ModuleCalendar::workUntilStopped() {
         std::unique_lock lock(guard);
         changed.wait(lock, [this] { return stopping || !queue.empty(); });
         if (stopping) break;
-        const Work work = std::move(queue.front());
-        queue.pop_front();
+        auto savings = takeSavings();
+        Work work;
+        if (savings.empty()) {
+            work = std::get<Work>(std::move(queue.front()));
+            queue.pop_front();
+        }
         lock.unlock();
-        work();
+        if (work)
+            work();
+        else
+            saveAll(std::move(savings));
     }
     std::shared_ptr<calendar::Backend> last;
     {
         const std::lock_guard lock(guard);
         last.swap(backend);
     }
+}
+
+/// Those at the head of the queue. The caller holds the lock.
+std::vector<ModuleCalendar::Saving> ModuleCalendar::takeSavings() {
+    std::vector<Saving> savings;
+    while (!queue.empty() && std::holds_alternative<Saving>(queue.front())) {
+        savings.push_back(std::get<Saving>(std::move(queue.front())));
+        queue.pop_front();
+    }
+    return savings;
+}
+
+/// On the worker.
+void ModuleCalendar::saveAll(std::vector<Saving> savings) {
+    std::vector<CalendarEvent> events;
+    events.reserve(savings.size());
+    for (Saving& saving : savings)
+        events.push_back(std::move(saving.event));
+    const auto results =
+        backend ? backend->save(events) : std::vector<calendar::SaveResult>(events.size(), notOpen);
+    for (std::size_t index = 0; index < savings.size(); ++index)
+        answer(
+            [saved = std::move(savings[index].saved), result = results[index]] { saved(result); });
 }
 
 /// On the worker.

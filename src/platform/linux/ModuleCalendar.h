@@ -11,6 +11,8 @@
 #include <mutex>
 #include <set>
 #include <thread>
+#include <variant>
+#include <vector>
 
 namespace platform::linux {
 
@@ -40,8 +42,16 @@ class ModuleCalendar final : public Calendar {
 
   private:
     using Work = std::function<void()>;
+    struct Saving {
+        CalendarEvent event;
+        Saved saved;
+    };
+    /// Saves that follow each other are carried out together.
+    using Request = std::variant<Work, Saving>;
 
-    void enqueue(Work work);
+    void enqueue(Request request);
+    std::vector<Saving> takeSavings();
+    void saveAll(std::vector<Saving> savings);
     void workUntilStopped();
     calendar::Opened open();
     calendar::Opened load();
@@ -67,7 +77,7 @@ class ModuleCalendar final : public Calendar {
 
     std::mutex guard; ///< of what follows
     std::condition_variable changed;
-    std::deque<Work> queue;
+    std::deque<Request> queue;
     bool stopping = false;
     std::shared_ptr<calendar::Backend> backend; ///< made, used and destroyed by the worker
 
