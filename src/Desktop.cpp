@@ -35,7 +35,7 @@ lnx::AutostartItems::Product autostartProduct(const lnx::ProductBundle& bundle) 
 
 /// The folder of .ics files that is used, empty for the desktop's own calendars.
 std::string calendarFolder(const lnx::ProductBundle& bundle, const std::string& wished) {
-    const std::string named(wished.empty() ? bundle.string("CalendarFolder") : wished);
+    std::string named(wished.empty() ? bundle.string("CalendarFolder") : wished);
     if (!named.starts_with("~/")) return named;
     const char* const home = std::getenv("HOME");
     return (home == nullptr ? "" : home) + named.substr(1);

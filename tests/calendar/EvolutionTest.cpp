@@ -28,6 +28,7 @@ using testing::SizeIs;
 // Half an hour after the clocks of Rome went back from three to two.
 constexpr std::time_t now = 1792891800; // 2026-10-25T01:30:00Z
 constexpr double hour = 3600;
+constexpr std::time_t aDay = 86400;
 const std::string inTenMinutes = "DTSTART:20261025T014000Z\nDTEND:20261025T021000Z\n";
 
 std::unique_ptr<Session> session;
@@ -186,24 +187,22 @@ TEST_F(EvolutionCalendars, ARecurringEventIsCutWithItsDetachedOccurrences) {
     EXPECT_EQ(valueOf(before, "TRIGGER"), "-PT15M");
     EXPECT_THAT(before, HasSubstr("COUNT=5"));
     EXPECT_EQ(count(before, "RECURRENCE-ID"), 2U);
-    const std::string all = list();
-    const std::string uid =
-        valueOf(all.substr(all.find("COUNT=5", all.find("COUNT=5") + 1) - 400, 400), "UID");
-    ASSERT_NE(uid, "");
+    const std::string uid = ids().at(0);
+    ASSERT_NE(uid, "daily");
     const std::string after = get(uid);
     EXPECT_EQ(valueOf(after, "TRIGGER"), "PT0S");
-    EXPECT_THAT(after, HasSubstr("T030000"));
+    EXPECT_THAT(after, HasSubstr("COUNT=5"));
     EXPECT_EQ(count(after, "RECURRENCE-ID"), 1U);
     EXPECT_EQ(count(after, "TRIGGER:-PT3M"), 1U) << "a detached one keeps its alarms";
     EXPECT_EQ(count(after, "X-KEPT;X-ODD=\"a,b\":as it is"), 2U);
 
     EXPECT_THAT(pass(), IsEmpty());
     EXPECT_EQ(get("daily") + get(uid), before + after) << "a second pass writes nothing";
-    time += 24 * 3600;
+    time += aDay;
     EXPECT_THAT(ids(), IsEmpty()) << "moved to five";
-    time += 24 * 3600;
+    time += aDay;
     EXPECT_THAT(ids(), IsEmpty()) << "taken out";
-    time += 24 * 3600;
+    time += aDay;
     EXPECT_THAT(ids(), ElementsAre(uid));
     EXPECT_THAT(pass(), IsEmpty());
     EXPECT_EQ(get("daily") + get(uid), before + after);

@@ -28,6 +28,8 @@ using testing::UnorderedElementsAre;
 // Half an hour after the clocks of Rome went back from three to two; New York follows a week later.
 constexpr std::time_t now = 1792891800; // 2026-10-25T01:30:00Z
 constexpr double hour = 3600;
+constexpr std::time_t anHour = 3600;
+constexpr std::time_t aDay = 24 * anHour;
 
 const std::string inTenMinutes = "DTSTART:20261025T014000Z\nDTEND:20261025T021000Z\n";
 
@@ -209,11 +211,11 @@ TEST_F(CalendarFolder, ARecurringEventIsCutWhereItGetsTheAlarm) {
 
     EXPECT_THAT(pass(), IsEmpty());
     EXPECT_EQ(contents(), files) << "the next pass finds the later half as it should be";
-    time += 24 * 3600;
+    time += aDay;
     EXPECT_THAT(starts(), ElementsAre(1800));
     EXPECT_THAT(pass(), IsEmpty());
     EXPECT_EQ(contents(), files) << "and so does the next day";
-    time += 24 * 3600;
+    time += aDay;
     EXPECT_THAT(starts(), IsEmpty()) << "the day that was taken out stays so";
 }
 
@@ -266,9 +268,9 @@ TEST_F(CalendarFolder, DetachedOccurrencesStayAndGoWithTheirHalf) {
     EXPECT_EQ(count(later, "UID:"), 2U);
     EXPECT_EQ(count(later, "UID:daily\r"), 0U);
     EXPECT_EQ(count(later, "TRIGGER:-PT3M"), 1U);
-    time += 24 * 3600;
+    time += aDay;
     EXPECT_THAT(starts(), IsEmpty()) << "it was moved to five";
-    time += 2 * 3600;
+    time += 2 * anHour;
     EXPECT_THAT(starts(), ElementsAre(1800));
 }
 

@@ -1,4 +1,5 @@
 #include "calendar/Ics.h"
+#include "calendar/Session.h"
 #include "desktop/Product.h"
 #include "support/TempFolder.h"
 
@@ -57,6 +58,26 @@ TEST_F(CalendarProduct, GivesTheEventsOfAFolderOneAlarmEach) {
     EXPECT_TRUE(program->waitForText("Edited ID: soon"));
     putEvent("new", 900);
     ASSERT_TRUE(holdsSoon([this] { return alarmsIn("new") == 1; })) << program->errors();
+}
+
+TEST_F(CalendarProduct, GivesTheEventsOfTheDesktopsCalendarsOneAlarmEach) {
+    calendartests::Client other(product.desktop.environment());
+    other.ask("new work");
+    const auto addEvent = [&other](const std::string& uid) {
+        other.add("work", vcalendar(vevent(uid, "DTSTART:" + stamp(std::time(nullptr) + 900) + "\n",
+                                           {{"-PT15M"}, {"-PT5M"}})));
+    };
+    const auto hasOneAlarm = [&other](const std::string& uid) {
+        const std::string text = other.ask("get work " + uid);
+        return count(text, "BEGIN:VALARM") == 1 && valueOf(text, "TRIGGER") == "PT0S" &&
+               valueOf(text, "ATTACH") == "Pop";
+    };
+    addEvent("soon");
+    start({});
+    EXPECT_TRUE(holdsSoon([&] { return hasOneAlarm("soon"); })) << program->errors();
+    addEvent("new");
+    EXPECT_TRUE(holdsSoon([&] { return hasOneAlarm("new"); })) << program->errors();
+    EXPECT_EQ(program->end(), 0) << program->errors();
 }
 
 TEST_F(CalendarProduct, WithoutItsCalendarSaysSoAndStays) {

@@ -105,10 +105,10 @@ int Session::kill(const std::string& word) const {
     return count;
 }
 
-Client::Client() {
+Client::Client(const support::Environment& session) {
     input = support::makePipe();
     process = std::make_unique<ChildProcess>(
-        ChildProcess::Start{{CALENDAR_CLIENT}, environment(), input.readEnd.get()});
+        ChildProcess::Start{{CALENDAR_CLIENT}, session, input.readEnd.get()});
     input.readEnd.reset();
 }
 

@@ -33,10 +33,13 @@ class Session {
     std::unique_ptr<support::ChildProcess> bus;
 };
 
+support::Environment environment();
+
 /// Another program that uses the calendars: see client.cpp.
 class Client {
   public:
-    Client();
+    /// In the session that those variables tell of.
+    explicit Client(const support::Environment& session = environment());
 
     /// What it printed for that command. Throws std::runtime_error for its errors.
     std::string ask(const std::string& command);
@@ -50,7 +53,5 @@ class Client {
     std::size_t read = 0;
     int asked = 0;
 };
-
-support::Environment environment();
 
 } // namespace calendartests

@@ -22,12 +22,12 @@ namespace {
 using platform::CalendarAlarm;
 using platform::CalendarAnswer;
 using platform::CalendarEvent;
-using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
 constexpr double hour = 3600;
 constexpr double day = 24 * hour;
+constexpr std::time_t aDay = 86400;
 
 /// What a test puts into a calendar; a series recurs daily, from `daysBefore` on.
 struct Put {
@@ -123,8 +123,7 @@ struct FolderCalendar : testing_support::TempFolder, RealCalendar {
     FolderCalendar() : RealCalendar(path()) {}
     void put(const Put& put) { write(put.id + ".ics", icsOf(put, now)); }
     std::vector<CalendarAlarm> yesterdays(const std::string& id) {
-        return alarmsADayAgo(platform::calendar::Folder(path(), [this] { return now - 24 * 3600; }),
-                             id);
+        return alarmsADayAgo(platform::calendar::Folder(path(), [this] { return now - aDay; }), id);
     }
 };
 
@@ -133,7 +132,7 @@ struct ServerCalendar : RealCalendar {
     ~ServerCalendar() { client.ask("disable " + name); }
     void put(const Put& put) { client.add(name, icsOf(put, now)); }
     std::vector<CalendarAlarm> yesterdays(const std::string& id) {
-        return alarmsADayAgo(platform::calendar::Evolution([this] { return now - 24 * 3600; }), id);
+        return alarmsADayAgo(platform::calendar::Evolution([this] { return now - aDay; }), id);
     }
     static inline int made = 0;
     const std::string name = "calendar" + std::to_string(++made);
