@@ -4,7 +4,7 @@
 QUIET := $(shell test -t 1 || echo --quiet)
 SOURCES = git ls-files '*.cpp' '*.h'
 
-.PHONY: help run test bench asan tidy format clean setup build
+.PHONY: help run test bench asan tidy format clean setup setup-web build
 .DEFAULT_GOAL := help
 
 help:
@@ -19,6 +19,12 @@ help:
 setup:
 	@tools/setup
 
+# A tree that was configured without the web engine looks for it again.
+setup-web:
+	@tools/setup --web
+	@! test -f build/build.ninja || grep -q web-engine build/build.ninja || \
+	    cmake --preset release --log-level=WARNING >/dev/null
+
 build: setup
 	@test -f build/build.ninja || cmake --preset release --log-level=WARNING >/dev/null
 	@cmake --build build -- $(QUIET)
@@ -31,7 +37,7 @@ run: build
 	    exec build/bin/palisor-demo; \
 	fi
 
-test: build
+test: setup-web build
 	@ctest --preset release
 
 bench: build
@@ -43,7 +49,7 @@ asan: setup
 	@ctest --preset asan-ubsan
 
 tidy: build
-	@$(SOURCES) | grep '\.cpp$$' | xargs -n 1 -P "$$(nproc)" clang-tidy --quiet --warnings-as-errors='*' -p build
+	@$(SOURCES) | grep '\.cpp$$' | grep -v '^fuzz/' | xargs -n 1 -P "$$(nproc)" clang-tidy --quiet --warnings-as-errors='*' -p build
 
 format: setup
 	@$(SOURCES) | xargs clang-format -i

@@ -29,7 +29,9 @@ constexpr double limit = 50; // ms
 /// As large as the largest of the products' menus.
 void build(platform::Menu& menu, std::array<platform::CheckBox, 8>& boxes) {
     menu.items.clear();
-    addEntry(menu, "Switch Off", "toggle").image = "OnOff";
+    auto& first = addEntry(menu, "Switch Off", "toggle");
+    first.image = "OnOff";
+    first.imageIsTemplate = true;
     addEntry(menu, "Shortcut", "shortcut");
     addSeparator(menu);
     for (int row = 0; row < 6; ++row)
@@ -87,8 +89,9 @@ int main(int argc, char** argv) {
     platform::qt::QtRunLoop loop;
     const platform::qt::TemplateImages images({IMAGES});
     platform::qt::MenuIcons icons(images);
-    platform::qt::QtStatusItem item(loop, application,
-                                    [&](const std::string& name) { return icons.icon(name); });
+    platform::qt::QtStatusItem item(
+        loop, application,
+        [&](const std::string& name, bool isTemplate) { return icons.icon(name, isTemplate); });
     platform::Menu menu;
     std::array<platform::CheckBox, 8> boxes;
     menutests::Recorder target;

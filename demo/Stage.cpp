@@ -34,6 +34,7 @@ void writeSettings(const std::filesystem::path& file, const Setting& setting) {
 <plist version="1.0">
 <dict>
     <key>PRIMOACCESSO</key><string>1</string>
+    <key>CHECK_0</key><string>1</string>
     <key>customShortcut</key><dict><key>keyCode</key><integer>40</integer>
     <key>modifierFlags</key><integer>1310720</integer></dict>
     <key>VELOCITY_OPTION</key>)"

@@ -4,6 +4,7 @@
 #include "app/Keys.h"
 #include "platform/linux/Installation.h"
 
+#include <cstdlib>
 #include <unistd.h>
 #include <utility>
 
@@ -30,6 +31,31 @@ lnx::AutostartItems::Product autostartProduct(const lnx::ProductBundle& bundle) 
             .comment = bundle.localizedString("AVVIA_AL_LOGIN"),
             .icon = bundle.folder() + "/icon.svg",
             .helper = {lnx::executablePath("palisor-helper"), "--product", bundle.name()}};
+}
+
+/// The folder of .ics files that is used, empty for the desktop's own calendars.
+std::string calendarFolder(const lnx::ProductBundle& bundle, const std::string& wished) {
+    std::string named(wished.empty() ? bundle.string("CalendarFolder") : wished);
+    if (!named.starts_with("~/")) return named;
+    const char* const home = std::getenv("HOME");
+    return (home == nullptr ? "" : home) + named.substr(1);
+}
+
+const char* textFor(platform::calendar::Refusal why) {
+    using platform::calendar::Refusal;
+    switch (why) {
+    case Refusal::noModule:
+        return "CALENDAR_NO_MODULE";
+    case Refusal::noServer:
+        return "CALENDAR_NO_SERVER";
+    case Refusal::noCalendar:
+        return "CALENDAR_NONE";
+    case Refusal::noFolder:
+        return "CALENDAR_NO_FOLDER";
+    case Refusal::none:
+        break;
+    }
+    return "";
 }
 
 } // namespace
@@ -65,22 +91,35 @@ Desktop::Desktop(platform::Log& logger, lnx::ProductBundle& productBundle,
                [this] { application.afterEvent([this] { settings.savePending(); }); }),
       settingsWatch(settings.path(), descriptors, log, [this] { settings.fileChanged(); }),
       files(log),
-      sounds(bundle.folder() + "/sounds", std::string(bundle.string("CFBundleDisplayName")), log),
+      system(std::string(bundle.string("CFBundleIdentifier"))),
+      sounds(lnx::soundsFolder(), std::string(bundle.string("CFBundleDisplayName")), log),
       loginItems(autostartFolder(), autostartProduct(bundle), log),
       applications(std::string(bundle.string("CFBundleIdentifier")), log),
-      alerts(runLoop, application, bundle.folder() + "/icon.svg",
+      alerts(runLoop, application, std::string(bundle.string("CFBundleDisplayName")),
+             bundle.folder() + "/icon.svg",
              [this](const std::string& name, QWidget* parent) {
                  return makeAccessory(name, settings, bundle, x11->hotKeys, parent);
              }),
       images({lnx::imagesFolder(), bundle.folder() + "/images"}),
       menuIcons(images),
       statusItem(runLoop, application,
-                 [this](const std::string& name) { return menuIcons.icon(name); }),
+                 [this](const std::string& name, bool isTemplate) {
+                     return menuIcons.icon(name, isTemplate);
+                 }),
       notifications(std::string(bundle.string("CFBundleDisplayName")),
                     std::string(bundle.string("CFBundleIdentifier")), log),
       pictures(lnx::imagesFolder(), log),
+      urlOpener(log),
       sessionInhibitor(std::string(bundle.string("CFBundleDisplayName")), log),
       power(waysToStayAwake(), log),
+      infoWindows(
+          lnx::imagesFolder(), bundle.folder() + "/icon.svg",
+          [this](const std::string& url) { x11->workspace.openURL(url); }, log),
+      http(log),
+      web(lnx::helperPath("web-engine.so"), log),
+      calendar({.module = lnx::modulePath("calendar.so"),
+                .folder = calendarFolder(bundle, options.calendarFolder)},
+               runLoop, log, [this](auto why) { tellWhyNoCalendar(why); }),
       quitSignals(descriptors, [this] { quit(); }) {
     x11.emplace(
         connections, descriptors, runLoop, settings, log,
@@ -90,7 +129,7 @@ Desktop::Desktop(platform::Log& logger, lnx::ProductBundle& productBundle,
         },
         [this](std::function<void()> operation) { application.afterEvent(std::move(operation)); },
         x::Workspace::Session{.openFile = QtApplication::openFile,
-                              .openURL = {},
+                              .openURL = [this](const std::string& url) { urlOpener.open(url); },
                               .runningApplications = [this] { return applications.others(); },
                               .postNotification =
                                   [this](const std::string& name, const std::string& object) {
@@ -111,6 +150,7 @@ Desktop::Desktop(platform::Log& logger, lnx::ProductBundle& productBundle,
     application.atExit([this, connections] {
         delegate.reset();
         recording.reset();
+        web.close();
         tray.reset();
         x11.reset();
         // The process leaves without disconnecting, which would drop what is not carried out yet.
@@ -139,10 +179,16 @@ platform::Platform Desktop::services() {
         recording ? static_cast<platform::InputEvents&>(recording->input) : x11->input;
     platform::StatusItem& item =
         recording ? static_cast<platform::StatusItem&>(recording->statusItem) : statusItem;
-    return {log,          runLoop,      application,    bundle,      settings, files,
-            system,       displays,     x11->pointer,   x11->cursor, input,    x11->keyboard,
-            x11->hotKeys, x11->windows, x11->workspace, item,        alerts,   notifications,
-            sounds,       loginItems,   power,          textCodec};
+    return {log,          runLoop,         application,
+            bundle,       settings,        files,
+            system,       displays,        x11->pointer,
+            x11->cursor,  input,           x11->keyboard,
+            x11->hotKeys, x11->windows,    x11->workspace,
+            item,         alerts,          notifications,
+            sounds,       loginItems,      power,
+            textCodec,    infoWindows,     http,
+            json,         imageOperations, web,
+            calendar};
 }
 
 platform::qt::QtStatusItem::Tray Desktop::trayOn(x::Connection& connection) {
@@ -173,6 +219,12 @@ std::vector<lnx::DisplayPower::Way> Desktop::waysToStayAwake() {
          .missing = "no program of the session can be asked to keep the displays on; one that "
                     "switches them off, such as the desktop's power manager, is asked when it "
                     "starts"}};
+}
+
+void Desktop::tellWhyNoCalendar(platform::calendar::Refusal why) {
+    notifications.deliver({.title = bundle.localizedString("CALENDAR_UNAVAILABLE"),
+                           .text = bundle.localizedString(textFor(why)),
+                           .identifier = "calendar"});
 }
 
 void Desktop::launch() {

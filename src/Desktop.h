@@ -4,9 +4,12 @@
 #include "app/AppDelegate.h"
 #include "platform/linux/AutostartItems.h"
 #include "platform/linux/CanberraSounds.h"
+#include "platform/linux/CurlHttp.h"
 #include "platform/linux/DisplayPower.h"
 #include "platform/linux/FileWatch.h"
+#include "platform/linux/JsonParser.h"
 #include "platform/linux/LinuxSystemInfo.h"
+#include "platform/linux/ModuleCalendar.h"
 #include "platform/linux/ProductBundle.h"
 #include "platform/linux/QuitSignals.h"
 #include "platform/linux/SettingsFile.h"
@@ -18,6 +21,8 @@
 #include "platform/qt/Pictures.h"
 #include "platform/qt/QtAlerts.h"
 #include "platform/qt/QtApplication.h"
+#include "platform/qt/QtImages.h"
+#include "platform/qt/QtInfoWindows.h"
 #include "platform/qt/QtRunLoop.h"
 #include "platform/qt/QtStatusItem.h"
 #include "platform/qt/QtTextCodec.h"
@@ -25,6 +30,8 @@
 #include "platform/qt/SessionInhibitor.h"
 #include "platform/qt/ShortcutRecorder.h"
 #include "platform/qt/TrayIcon.h"
+#include "platform/qt/UrlOpener.h"
+#include "platform/qt/WebModule.h"
 #include "platform/x11/Cursor.h"
 #include "platform/x11/Displays.h"
 #include "platform/x11/HotKeys.h"
@@ -95,6 +102,7 @@ class Desktop {
     platform::Platform services();
     platform::qt::QtStatusItem::Tray trayOn(platform::x11::Connection& connection);
     std::vector<platform::linux::DisplayPower::Way> waysToStayAwake();
+    void tellWhyNoCalendar(platform::calendar::Refusal why);
     void quit();
 
     platform::Log& log;
@@ -114,9 +122,16 @@ class Desktop {
     platform::qt::QtStatusItem statusItem;
     platform::qt::DesktopNotifications notifications;
     platform::qt::Pictures pictures;
+    platform::qt::UrlOpener urlOpener;
     platform::qt::SessionInhibitor sessionInhibitor;
     platform::linux::DisplayPower power;
     platform::qt::QtTextCodec textCodec;
+    platform::qt::QtInfoWindows infoWindows;
+    platform::linux::CurlHttp http;
+    platform::linux::JsonParser json;
+    platform::qt::QtImages imageOperations;
+    platform::qt::WebModule web;
+    platform::linux::ModuleCalendar calendar;
     std::optional<X11Services> x11;
     std::optional<platform::qt::TrayIcon> tray;
     std::optional<Recording> recording;

@@ -70,6 +70,9 @@ ParsedOptions parseOptions(int argc, char** argv) {
         } else if (const auto record = valueOf("--record", argc, argv, index)) {
             if (record->text.empty()) return fail("--record needs the name of a file to write");
             options.record = record->text;
+        } else if (const auto folder = valueOf("--calendar", argc, argv, index)) {
+            if (folder->text.empty()) return fail("--calendar needs a folder of .ics files");
+            options.calendarFolder = folder->text;
         } else {
             return fail("unknown option " + std::string(word) + " (--help lists the known ones)");
         }
@@ -80,8 +83,8 @@ ParsedOptions parseOptions(int argc, char** argv) {
 }
 
 std::string usage() {
-    return "Usage: palisor [--product NAME] [--hold on|off] [--record FILE] [--list-monitors]\n"
-           "               [--help] [--version]\n"
+    return "Usage: palisor [--product NAME] [--hold on|off] [--record FILE] [--calendar DIR]\n"
+           "               [--list-monitors] [--help] [--version]\n"
            "\n"
            "  --product NAME   the product to run instead of the one that the command is named\n"
            "                   after: " +
@@ -92,6 +95,8 @@ std::string usage() {
            "  --record FILE    write what happens into FILE, which palisor-replay plays; it holds\n"
            "                   the settings, the cursor's way, clicks and menu choices, but only\n"
            "                   the modifiers of what is typed\n"
+           "  --calendar DIR   a folder with one .ics file an event, which calendar-alerts takes\n"
+           "                   instead of the desktop's own calendars\n"
            "  --list-monitors  print one line a monitor and end\n"
            "  --help           print this and end\n"
            "  --version        print the product and its version and end\n";

@@ -9,8 +9,9 @@ struct Options {
     bool help = false;
     bool version = false;
     bool listMonitors = false;
-    std::string record; ///< the scenario file to write; empty for none
-    bool hold = true;   ///< the X server holds the cursor; otherwise it is only warped back
+    std::string record;         ///< the scenario file to write; empty for none
+    bool hold = true;           ///< the X server holds the cursor; otherwise it is only warped back
+    std::string calendarFolder; ///< of .ics files; empty where none was named
 };
 
 struct ParsedOptions {

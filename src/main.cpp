@@ -64,7 +64,7 @@ int run(char* command, const Connections& connections, ProductBundle& bundle, Sy
     const auto identifier = bundle.string("CFBundleIdentifier");
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QCoreApplication::setApplicationName(qtText(identifier));
-    QGuiApplication::setApplicationDisplayName(qtText(bundle.string("CFBundleDisplayName")));
+    // No display name: the toolkit would append it to the titles of windows that begin with it.
     QGuiApplication::setDesktopFileName(qtText(identifier));
 
     platform::qt::SingleInstance instance{std::string(identifier), log};

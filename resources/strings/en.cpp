@@ -13,17 +13,34 @@ constexpr Text texts[] = {
     {"BOUNDS_MESSAGE", "Tick the sides and corners at which the cursor acts."},
     {"BOUNDS_MESSAGE_VELLUMOR_ADDICT", " At a ticked side the cursor hides at once."},
     {"BREAK_AFTER_SWITCHText", "Pause Briefly After Wrapping"},
+    {"CALENDAR_NONE",
+     "Create a calendar that can be changed in the desktop's calendar program, then "
+     "switch Calendar Alerts off and on."},
+    {"CALENDAR_NO_FOLDER", "The folder of calendar files cannot be read. The system log says why."},
+    {"CALENDAR_NO_MODULE",
+     "Install the package libecal-2.0-2, then switch Calendar Alerts off and on."},
+    {"CALENDAR_NO_SERVER",
+     "Install the package evolution-data-server, then switch Calendar Alerts off and on."},
+    {"CALENDAR_UNAVAILABLE", "The calendars cannot be reached"},
+    {"CONSIGLIA", "Recommend"},
     {"CTRLALTCMDText", "Hold Left Ctrl+Alt+Super to Override"},
     {"CTRLALTCMDTextVellumor", "Left Ctrl+Alt+Super Hides the Cursor"},
     {"DARK_LEVEL", "Darken Other Monitors"},
     {"DISABILITA", "Switch Off"},
     {"DONE", "Done"},
+    {"FACEBOOK_PAGE", "Follow Us"},
     {"Hot Borders Mode", "Hot Borders"},
+    {"MAC_APP_STORE_PAGE", "Product Page"},
+    {"MAIL_BOTTOM", "\n\nSent about %@"},
+    {"MI_PIACE", "I Like It"},
     {"NO", "Not Now"},
+    {"NON_MI_PIACE", "Not Really"},
+    {"NON_MOSTRARE_FINESTRA", "Do not show this window at start"},
     {"N_SECONDI", "After %d s without movement"},
     {"N_SENSIBILITY", "Push strength: %d"},
     {"OK", "OK"},
     {"QUIT", "Quit"},
+    {"RATE_THIS_APP", "Do you like it? A few words on its product page help us a lot."},
     {"RECOMMEND_STARTATLOGIN", "Start by itself when you log in?"},
     {"RECORDER_CLEAR", "Clear"},
     {"RECORDER_EMPTY", "Click to record"},
@@ -42,7 +59,20 @@ constexpr Text texts[] = {
     {"STAY_HIDDEN_WARNING_TEXT",
      "Record a shortcut first. Without one there would be no way to bring the cursor back."},
     {"STAY_HIDDEN_WARNING_TITLE", "A shortcut is needed"},
+    {"SUPPORT", "Get Help"},
     {"TEMPO", "Hide When the Mouse Rests"},
+    {"TESTO_AGGIUNTO", "\n\nEverything is in the panel’s icon: click it for the menu, right-click "
+                       "it to switch on and off."},
+    {"TESTO_ORBISANT", "Orbisant joins opposite edges of your desktop: push the cursor out on one "
+                       "side and it comes back in on the other."},
+    {"TESTO_PALISOR", "Palisor keeps the cursor on the monitor where you work and darkens the "
+                      "others. Hold the left Ctrl, Alt and Super keys to cross, or switch on "
+                      "pushing in the menu and give the mouse a quick push sideways.\n\nClick the "
+                      "icon in the panel for the menu, right-click it to switch on and off."},
+    {"TESTO_QUENLOW", "Quenlow changes desktops: push the cursor against the left or right edge of "
+                      "the screen and you are on the next one."},
+    {"TESTO_VELLUMOR", "Vellumor hides the cursor while you read or watch, and shows it again as "
+                       "soon as you move the mouse."},
     {"VELOCITYText", "Push Hard to Cross"},
     {"WARNING", "One monitor only"},
 };

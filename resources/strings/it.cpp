@@ -13,17 +13,34 @@ constexpr Text texts[] = {
     {"BOUNDS_MESSAGE", "Seleziona i lati e gli angoli in cui il cursore agisce."},
     {"BOUNDS_MESSAGE_VELLUMOR_ADDICT", " Su un lato selezionato il cursore si nasconde subito."},
     {"BREAK_AFTER_SWITCHText", "Breve pausa dopo il passaggio"},
+    {"CALENDAR_NONE", "Crea un calendario modificabile nel programma calendario del desktop, poi "
+                      "disattiva e riattiva Calendar Alerts."},
+    {"CALENDAR_NO_FOLDER",
+     "Impossibile leggere la cartella dei file di calendario. Il registro di sistema dice perché."},
+    {"CALENDAR_NO_MODULE",
+     "Installa il pacchetto libecal-2.0-2, poi disattiva e riattiva Calendar Alerts."},
+    {"CALENDAR_NO_SERVER",
+     "Installa il pacchetto evolution-data-server, poi disattiva e riattiva Calendar Alerts."},
+    {"CALENDAR_UNAVAILABLE", "I calendari non sono raggiungibili"},
+    {"CONSIGLIA", "Consiglia"},
     {"CTRLALTCMDText", "Tieni premuti Ctrl+Alt+Super a sinistra per sospendere"},
     {"CTRLALTCMDTextVellumor", "Ctrl+Alt+Super a sinistra nasconde il cursore"},
     {"DARK_LEVEL", "Oscura gli altri monitor"},
     {"DISABILITA", "Disattiva"},
     {"DONE", "Fatto"},
+    {"FACEBOOK_PAGE", "Seguici"},
     {"Hot Borders Mode", "Bordi caldi"},
+    {"MAC_APP_STORE_PAGE", "Pagina del prodotto"},
+    {"MAIL_BOTTOM", "\n\nA proposito di %@"},
+    {"MI_PIACE", "Mi piace"},
     {"NO", "Non ora"},
+    {"NON_MI_PIACE", "Non molto"},
+    {"NON_MOSTRARE_FINESTRA", "Non mostrare questa finestra all’avvio"},
     {"N_SECONDI", "Dopo %d s senza movimento"},
     {"N_SENSIBILITY", "Forza della spinta: %d"},
     {"OK", "OK"},
     {"QUIT", "Esci"},
+    {"RATE_THIS_APP", "Ti piace? Due righe sulla pagina del prodotto ci aiutano molto."},
     {"RECOMMEND_STARTATLOGIN", "Vuoi che si avvii da solo quando accedi?"},
     {"RECORDER_CLEAR", "Cancella"},
     {"RECORDER_EMPTY", "Fai clic per registrare"},
@@ -42,7 +59,21 @@ constexpr Text texts[] = {
     {"STAY_HIDDEN_WARNING_TEXT",
      "Registra prima una scorciatoia. Senza, non ci sarebbe modo di far riapparire il cursore."},
     {"STAY_HIDDEN_WARNING_TITLE", "Serve una scorciatoia"},
+    {"SUPPORT", "Assistenza"},
     {"TEMPO", "Nascondi quando il mouse è fermo"},
+    {"TESTO_AGGIUNTO", "\n\nTrovi tutto nell’icona del pannello: fai clic per aprire il menu, clic "
+                       "destro per attivare e disattivare."},
+    {"TESTO_ORBISANT", "Orbisant unisce i bordi opposti del desktop: spingi il cursore fuori da un "
+                       "lato e rientra dall’altro."},
+    {"TESTO_PALISOR",
+     "Palisor tiene il cursore sul monitor su cui lavori e oscura gli altri. Per passare tieni "
+     "premuti i tasti Ctrl, Alt e Super di sinistra, oppure attiva la spinta nel menu e muovi il "
+     "mouse di scatto verso il lato.\n\nFai clic sull’icona nel pannello per aprire il menu, clic "
+     "destro per attivare e disattivare."},
+    {"TESTO_QUENLOW", "Quenlow cambia spazio di lavoro: spingi il cursore contro il bordo sinistro "
+                      "o destro dello schermo e passi a quello accanto."},
+    {"TESTO_VELLUMOR", "Vellumor nasconde il cursore mentre leggi o guardi, e lo mostra di nuovo "
+                       "appena muovi il mouse."},
     {"VELOCITYText", "Spingi forte per passare"},
     {"WARNING", "Un solo monitor"},
 };

@@ -30,7 +30,9 @@ using platform::ScreenId;
 using platform::Slider;
 using platform::TimerId;
 
-class AppDelegate : private platform::MenuTarget {
+struct AlarmPass;
+
+class AppDelegate : private platform::MenuTarget, private platform::InfoTarget {
   public:
     /// The platform's services must outlive the object, which is the one of its process.
     explicit AppDelegate(const platform::Platform& services);
@@ -183,6 +185,52 @@ class AppDelegate : private platform::MenuTarget {
     void recommendAutologinOnAtFirstCloseInfo();
     void alertDidEnd2(int returnCode);
 
+    // InfoWindow.cpp
+    void createViewInfo();
+    void openInfo();
+    void closeInfo();
+    void openConsigli();
+    platform::AttributedText hyperlinkFromString_withURL(std::string_view string,
+                                                         std::string_view url) const;
+    /// Always true: a click on a link of that view is dealt with.
+    bool textView_clickedOnLink(std::string_view textView, std::string_view link);
+
+    // HelpMenu.cpp
+    void addTAMBERLOItemsToHelpMenu(Menu& menu) const;
+    /// An entry of the promotion list; its tool tip says which product.
+    void openApp(MenuItem& item);
+    void openMacAppStorePage();
+    void openFB();
+    void openSupport();
+    void opentamberloosx();
+    void openGenericMailToTamberlo();
+    void sendEmailTo_Subject_Body(std::string_view recipient, std::string_view subject,
+                                  std::string_view body);
+    std::string URLEncodedString(std::string_view text) const;
+
+    // ---- remote/ ----------------------------------------------------------------------------
+
+    // Rating.cpp
+    void ratefunc();
+    /// The alert and the context are not looked at.
+    void alertDidEnd_returnCode_contextInfo(const platform::Alert* alert, int returnCode,
+                                            const void* contextInfo);
+    /// The setting that says whether the running version has been rated.
+    std::string getCurrentRateString() const;
+
+    // ActionService.cpp
+    /// Asks the maker's service what to do and has the main thread do it. On a thread of its own.
+    void callActionWebService();
+    void responseActionWebService(const platform::JsonValue& reply);
+    void alertDidEnd3_returnCode_contextInfo(const platform::Alert* alert, int returnCode,
+                                             const void* contextInfo);
+    bool isValidInfo(const std::optional<std::string>& text) const;
+
+    // CalendarAlarms.cpp
+    void turnOnCustomDefaultAlert();
+    /// One pass over the events of the coming hour. Nothing while one is under way.
+    void ReplaceDefaultEvents();
+
     // ---- state ------------------------------------------------------------------------------
 
     using WindowList = std::vector<std::unique_ptr<platform::Window>>;
@@ -246,6 +294,20 @@ class AppDelegate : private platform::MenuTarget {
     std::unique_ptr<platform::Window> windowCursorX, windowCursorY;
     std::optional<WindowList> aWindowCursorX; ///< one per screen, nothing before they are made
 
+    std::unique_ptr<platform::InfoWindow> windowInfo; ///< never null
+    CheckBox butautologin;                            ///< not shown; says what was last accepted
+    platform::Alert alertrate;                        ///< the one shown last
+
+    // What the maker's service asked for.
+    std::optional<std::string> event_1, event_2; ///< addresses, one for each button
+    bool active_1 = false;                       ///< whether the button goes on to the start
+    bool active_2 = false;
+    bool otherApps = false;    ///< whether the menu shows the other products
+    std::int8_t allowRate = 0; ///< minutes until the user is asked for a rating; 0 for never
+
+    platform::Calendar* store = nullptr; ///< null before start, and in the other products
+    TimerId customDefaultEventTimer = TimerId::none;
+
   private:
     bool settingIsOne(std::string_view key) const;
     void setAndSynchronize(std::string_view key, platform::Value value);
@@ -261,6 +323,7 @@ class AppDelegate : private platform::MenuTarget {
     void setUpHotBorderButtons(int variant);
     void takeFirstActions();
     void installEventIntake();
+    void scheduleRating();
     Rect topLeftFrame(const platform::Screen& screen) const;
     Rect frameOf(ScreenId screen) const;
 
@@ -290,7 +353,15 @@ class AppDelegate : private platform::MenuTarget {
     void addTimeModeEntry();
     void addModifierEntry();
     void addScrollEntry();
+    void addPromotion();
     void addLoginEntry();
+    double stackInfoViews(std::vector<platform::InfoView>& views) const;
+    platform::InfoText textView(std::string_view name, double y,
+                                platform::AttributedText text) const;
+    std::string infoDescription() const;
+    void pressed(const platform::InfoButton& button) override;
+    bool clickedOnLink(const platform::InfoText& view, const std::string& link) override;
+
     MenuItem boundsViewItem();
     MenuItem sliderItem(Slider slider, std::shared_ptr<Label> label) const;
     void setLabel(Label& label, std::string text);
@@ -301,6 +372,16 @@ class AppDelegate : private platform::MenuTarget {
     std::string shortcutText() const;
     void reopenMenu();
     float darkness() const;
+
+    void turnOffCustomDefaultAlert();
+    void startAlarmPasses(bool granted);
+    void rewriteAlarms(const std::shared_ptr<AlarmPass>& pass);
+    platform::CalendarAlarm theOneAlarm(const std::vector<platform::CalendarAlarm>& alarms) const;
+    void alarmsSaved(const std::shared_ptr<AlarmPass>& pass, const std::string& id,
+                     const std::optional<std::string>& error);
+
+    std::shared_ptr<AlarmPass> alarmPass; ///< while a pass is under way
+    int accessRequest = 0;                ///< answers to earlier ones come too late
 
     static AppDelegate* sharedInstance;
     const platform::Platform services;

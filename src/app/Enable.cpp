@@ -32,6 +32,12 @@ void AppDelegate::enableDisable() {
     if (variant == variants::cursorHider && services.settings.boolForKey(keys::STAY_HIDDEN) &&
         isActive())
         hidecursor();
+    if (variant == variants::calendarAlerts) {
+        if (isActive())
+            turnOnCustomDefaultAlert();
+        else
+            turnOffCustomDefaultAlert();
+    }
 }
 
 void AppDelegate::quit() {

@@ -38,6 +38,13 @@ void AppDelegate::visitFields(Visitor&& field) const {
     field("timerAnimBorders", timerAnimBorders);
     field("AWindowsDark", AWindowsDark);
     field("aWindowCursorX", aWindowCursorX);
+    field("event_1", event_1);
+    field("event_2", event_2);
+    field("active_1", active_1);
+    field("active_2", active_2);
+    field("otherApps", otherApps);
+    field("allowRate", allowRate);
+    field("customDefaultEventTimer", customDefaultEventTimer);
 }
 
 } // namespace palisor

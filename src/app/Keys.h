@@ -41,6 +41,9 @@ constexpr Key customShortcutEnabled = "customShortcutEnabled";
 constexpr Key hardcodedShortcutEnabled = "hardcodedShortcutEnabled";
 constexpr Key RECOMMENDAUTOLOGIN = "RECOMMENDAUTOLOGIN"; ///< a string, as the first group
 
+constexpr Key cookies = "cookies";           ///< data, one line a cookie
+constexpr Key windowFrame = "Window Frame "; ///< begins the key of each remembered window
+
 constexpr Key qwe = "qwe"; ///< a probe that is written and taken away again
 
 } // namespace palisor::keys

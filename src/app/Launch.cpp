@@ -12,6 +12,7 @@ constexpr double screenRefreshPeriod = 3.0;
 constexpr double screenRefreshPeriodOfCrossHair = 0.1;
 constexpr double markerHidePeriod = 0.01;
 constexpr double focusReleaseDelay = 0.5;
+constexpr double secondsPerMinute = 60;
 
 // Mouse buttons, moves and drags, modifier changes, scrolling and tablets.
 constexpr platform::EventMask intakeMask = 0xfc010fe;
@@ -24,7 +25,7 @@ constexpr platform::Version firstWithGlobalMonitor{10, 14, 0};
 void AppDelegate::applicationDidFinishLaunching() {
     if (IDApp() != variants::calendarAlerts) updateScreensSize();
     setHelperAppBundleIdentifier();
-    start();
+    services.runLoop.detachNewThread([this] { callActionWebService(); });
 }
 
 void AppDelegate::start() {
@@ -57,8 +58,10 @@ void AppDelegate::start() {
     updateMenuItems();
 
     if (IDApp() != variants::calendarAlerts) installEventIntake();
+    scheduleRating();
     killHelperIfActive();
     takeFirstActions();
+    createViewInfo();
     schedule<&AppDelegate::dismissFocus>(focusReleaseDelay, false, "dismissFocus");
 }
 
@@ -81,6 +84,10 @@ void AppDelegate::takeFirstActions() {
             hidecursor();
         else if (settingIsOne(keys::HOT_BOUNDS))
             highLightBoders(services.settings.integerForKey(keys::HOT_BOUNDS));
+    }
+    if (IDApp() == variants::calendarAlerts) {
+        store = &services.calendar;
+        if (isActive()) turnOnCustomDefaultAlert();
     }
 }
 
@@ -112,6 +119,12 @@ void AppDelegate::setUpHotBorderButtons(int variant) {
             button->alpha = 0.5;
         }
     }
+}
+
+void AppDelegate::scheduleRating() {
+    const bool isRated = services.settings.boolForKey(getCurrentRateString());
+    if (isRated || IDApp() == variants::desktopSwitcher || allowRate == 0) return;
+    schedule<&AppDelegate::ratefunc>(allowRate * secondsPerMinute, false, "ratefunc");
 }
 
 void AppDelegate::installEventIntake() {

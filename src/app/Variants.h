@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 // What the family's products are, by their number in the information dictionary. A number without
 // a name here has the edge actions alone.
 
@@ -12,5 +14,19 @@ constexpr int wrapAround = 5;
 constexpr int crossHair = 7;
 constexpr int barrier = 8;
 constexpr int calendarAlerts = 9;
+
+/// The product's page in the store; empty for the products that have none.
+constexpr std::string_view storeId(int variant) {
+    switch (variant) {
+    case cursorHider:
+        return "611203457";
+    case wrapAround:
+        return "611203458";
+    case barrier:
+        return "1200000417";
+    default:
+        return {};
+    }
+}
 
 } // namespace palisor::variants

@@ -71,6 +71,7 @@ void AppDelegate::recommendAutologinOnAtFirstCloseInfo() {
 
 void AppDelegate::alertDidEnd2(int returnCode) {
     if (returnCode != defaultButton) return;
+    butautologin.state = 1;
     autoLogin(true);
     setAndSynchronize(keys::CHECK_1, Value{"1"});
     updateMenuItems();

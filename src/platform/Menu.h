@@ -63,7 +63,8 @@ struct MenuItem {
     bool separator = false;
     bool madeWithAction = false; ///< `action` may have been cleared since
     std::string toolTip;
-    std::string image; ///< a template image of the bundle; empty for none
+    std::string image;            ///< of the bundle; empty for none
+    bool imageIsTemplate = false; ///< only its shape counts, the colour is the text's
     std::shared_ptr<Menu> submenu;
     std::variant<std::monostate, SliderView, BoundsView> view;
 

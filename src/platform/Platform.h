@@ -3,11 +3,16 @@
 #include "platform/Alerts.h"
 #include "platform/Application.h"
 #include "platform/Bundle.h"
+#include "platform/Calendar.h"
 #include "platform/Cursor.h"
 #include "platform/Displays.h"
 #include "platform/Files.h"
 #include "platform/HotKeys.h"
+#include "platform/Http.h"
+#include "platform/Images.h"
+#include "platform/InfoWindow.h"
 #include "platform/InputEvents.h"
+#include "platform/Json.h"
 #include "platform/Keyboard.h"
 #include "platform/Log.h"
 #include "platform/LoginItems.h"
@@ -20,6 +25,7 @@
 #include "platform/StatusItem.h"
 #include "platform/SystemInfo.h"
 #include "platform/TextCodec.h"
+#include "platform/Web.h"
 #include "platform/Windows.h"
 #include "platform/Workspace.h"
 
@@ -49,6 +55,12 @@ struct Platform {
     LoginItems& loginItems;
     Power& power;
     TextCodec& textCodec;
+    InfoWindows& infoWindows;
+    Http& http;
+    Json& json;
+    Images& images;
+    Web& web;
+    Calendar& calendar;
 };
 
 } // namespace platform

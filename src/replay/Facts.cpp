@@ -12,10 +12,16 @@ void setUp(platform::memory::MemoryPlatform& platform) {
     bundle.set("CFBundleDisplayName", Value{"Palisor"});
     bundle.set("CFBundleIdentifier", Value{"com.tamberlo.palisor"});
     bundle.set("MakerHost", Value{"service.tamberlo.invalid"});
+    bundle.set("MakerSite", Value{"https://www.tamberlo.invalid"});
+    bundle.set("SocialPage", Value{"https://social.tamberlo.invalid/tamberlo"});
+    bundle.set("StoreWebPage", Value{"https://store.tamberlo.invalid/app/%@"});
+    bundle.set("StorePage", Value{"store://store.tamberlo.invalid/app/%@?mt=12"});
+    bundle.set("MobileStorePage", Value{"mobilestore://store.tamberlo.invalid/app/%@"});
+    bundle.set("SupportMail", Value{"support@tamberlo.invalid"});
     bundle.setLanguages({"en"});
     bundle.setStrings(strings::lookUp);
 
-    platform.system.setServicesVersion({10, 15, 7});
+    platform.system.setVersion({10, 15, 7});
     platform.displays.replace({{0, 0, 1920, 1080}, {1920, 0, 1920, 1080}});
     storeShortcut(platform, Shortcut{40, 1310720});
 }

@@ -18,30 +18,9 @@ inline Shortcut toShortcut(std::int64_t keyCode, std::int64_t flags) {
     return {static_cast<std::uint16_t>(keyCode), static_cast<std::uint32_t>(flags)};
 }
 
-struct Alarm {
-    double offset = 0; ///< seconds from the start of the event
-    std::string sound;
-    bool isDefault = false;
-};
-
-struct CalendarEvent {
-    std::string id;
-    double start = 0; ///< seconds since the start of the scenario
-    std::vector<Alarm> alarms;
-    bool detached = false;
-    bool recurring = false;
-};
-
-/// Facts about the virtual machine that no service asks for yet, kept for those that will.
+/// What the user will do when asked.
 struct Facts {
-    std::string model = "Mac0,0";
-    std::string uuid = "00000000-0000-0000-0000-000000000000";
-    std::string locale = "US";
-    std::string now = "2026-01-02T15:04:05";
-    bool calendarGranted = true;
-    std::optional<std::string> reply; ///< the action service's next answer; an error if none
     std::deque<std::optional<Shortcut>> recordings; ///< to come; nothing clears the shortcut
-    std::vector<CalendarEvent> events;
 };
 
 /// Makes the platform what it is at the start of every scenario.

@@ -24,6 +24,11 @@ T argument(const Player& player, const Json& value, const std::string& what) {
         return toPoint(value, what);
     } else if constexpr (std::is_same_v<T, Rect>) {
         return toRect(value, what);
+    } else if constexpr (std::is_same_v<T, std::string>) {
+        return toText(value, what);
+    } else if constexpr (std::is_pointer_v<T>) {
+        if (!value.is_null()) throw StepError(what + " must be null");
+        return nullptr;
     } else if constexpr (std::is_same_v<T, bool>) {
         if (value.is_number_integer()) {
             const std::int64_t number = toInteger(value, what);
@@ -37,6 +42,17 @@ T argument(const Player& player, const Json& value, const std::string& what) {
         if (index < 0 || index >= std::ssize(screens))
             throw StepError(what + " must be null or the index of a screen");
         return screens[static_cast<std::size_t>(index)].id;
+    } else if constexpr (std::is_same_v<T, std::optional<std::string>>) {
+        if (value.is_null()) return std::nullopt;
+        return toText(value, what);
+    } else if constexpr (std::is_same_v<T, platform::JsonValue>) {
+        // Only what a reply can be reaches the operation that takes one.
+        auto reply = player.platform.json.parse(value.dump());
+        if (!reply) throw StepError(what + " must be an object or a list");
+        return *std::move(reply);
+    } else if constexpr (std::is_pointer_v<T>) {
+        if (!value.is_null()) throw StepError(what + " must be null");
+        return nullptr;
     } else if constexpr (std::is_floating_point_v<T>) {
         return static_cast<T>(toNumber(value, what));
     } else {
@@ -56,6 +72,11 @@ std::tuple<T...> argumentsOf(const Player& player, const Json& list,
     return {argument<T>(player, list[index], "argument " + std::to_string(index + 1))...};
 }
 
+/// What an argument is kept as until the call.
+template <class T>
+using Kept = std::conditional_t<std::is_same_v<std::decay_t<T>, std::string_view>, std::string,
+                                std::decay_t<T>>;
+
 // ---- operations ---------------------------------------------------------------------------------
 
 template <class Send>
@@ -68,7 +89,7 @@ void sendAndPrint(Player& player, Send&& send) {
 
 template <auto operation, class... T>
 Action prepare(Player& player, const Json& list) {
-    auto arguments = argumentsOf<std::decay_t<T>...>(player, list, std::index_sequence_for<T...>{});
+    auto arguments = argumentsOf<Kept<T>...>(player, list, std::index_sequence_for<T...>{});
     return [&player, arguments] {
         std::apply(
             [&player](const auto&... each) {
@@ -171,12 +192,34 @@ constexpr Operation operations[] = {
     named<&AppDelegate::setCustomShortcutEnabled>("setCustomShortcutEnabled:"),
     named<&AppDelegate::setHardcodedShortcutEnabled>("setHardcodedShortcutEnabled:"),
     named<&AppDelegate::showShortcutPopup>("showShortcutPopup"),
+    named<&AppDelegate::turnOnCustomDefaultAlert>("turnOnCustomDefaultAlert"),
+    named<&AppDelegate::ReplaceDefaultEvents>("ReplaceDefaultEvents"),
     named<&AppDelegate::setHelperAppBundleIdentifier>("setHelperAppBundleIdentifier"),
     named<&AppDelegate::autoLogin>("autoLogin:"),
     named<&AppDelegate::killHelperIfActive>("killHelperIfActive"),
     named<&AppDelegate::pressAvviaAlLogin>("pressAvviaAlLogin"),
     named<&AppDelegate::recommendAutologinOnAtFirstCloseInfo>(
         "recommendAutologinOnAtFirstCloseInfo"),
+    named<&AppDelegate::createViewInfo>("createViewInfo"),
+    named<&AppDelegate::openInfo>("openInfo"),
+    named<&AppDelegate::closeInfo>("closeInfo"),
+    named<&AppDelegate::openConsigli>("openConsigli"),
+    named<&AppDelegate::textView_clickedOnLink>("textView:clickedOnLink:"),
+    named<&AppDelegate::ratefunc>("ratefunc"),
+    named<&AppDelegate::alertDidEnd_returnCode_contextInfo>("alertDidEnd:returnCode:contextInfo:"),
+    named<&AppDelegate::getCurrentRateString>("getCurrentRateString"),
+    named<&AppDelegate::openMacAppStorePage>("openMacAppStorePage"),
+    named<&AppDelegate::openFB>("openFB"),
+    named<&AppDelegate::openSupport>("openSupport"),
+    named<&AppDelegate::opentamberloosx>("opentamberloosx"),
+    named<&AppDelegate::openGenericMailToTamberlo>("openGenericMailToTamberlo"),
+    named<&AppDelegate::sendEmailTo_Subject_Body>("sendEmailTo:Subject:Body:"),
+    named<&AppDelegate::URLEncodedString>("URLEncodedString:"),
+    named<&AppDelegate::callActionWebService>("callActionWebService"),
+    named<&AppDelegate::responseActionWebService>("responseActionWebService:"),
+    named<&AppDelegate::alertDidEnd3_returnCode_contextInfo>(
+        "alertDidEnd3:returnCode:contextInfo:"),
+    named<&AppDelegate::isValidInfo>("isValidInfo:"),
     {"fixDefaultsIfNeeded", prepareClassOperation<&MacUtils::fixDefaultsIfNeeded>},
     {"deleteAllSavedUserDefaults", prepareClassOperation<&MacUtils::deleteAllSavedUserDefaults>},
 };

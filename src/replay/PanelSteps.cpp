@@ -5,14 +5,11 @@
 #include <algorithm>
 #include <array>
 
-// What a person does to the status menu, to the bounds panel and to the info window. The program
-// has no info window yet, so nothing comes of that step; it is read as strictly as the others.
+// What a person does to the status menu, to the bounds panel and to the info window.
 
 namespace palisor::replay {
 
 namespace {
-
-const Action nothing = [] {};
 
 void printInert(Player& player, std::string_view title) {
     player.platform.effects.emit("inert", platform::memory::Member{"title", title});
@@ -150,10 +147,12 @@ Action hotKey(Player& player, Members& members) {
     return [&player, shortcut] { player.platform.hotKeys.press(shortcut); };
 }
 
-Action link(Player&, Members& members) {
-    members.oneOf("view", {"contact", "web"});
-    members.text("url");
-    return nothing;
+Action link(Player& player, Members& members) {
+    const std::array<std::string_view, 2> views{"contact", "web"};
+    const std::string_view view = views.at(members.oneOf("view", {"contact", "web"}));
+    return [&player, view, url = members.text("url")] {
+        player.platform.infoWindows.followLink(view, url);
+    };
 }
 
 constexpr StepKind kinds[] = {

@@ -104,9 +104,9 @@ std::string timers(const Player& player) {
     return opened("timers") + ",\"timers\":" + listOf(objects) + "}";
 }
 
-std::string membersOf(const CalendarEvent& event) {
+std::string membersOf(const platform::CalendarEvent& event) {
     std::vector<std::string> alarms;
-    for (const Alarm& alarm : event.alarms) {
+    for (const platform::CalendarAlarm& alarm : event.alarms) {
         std::string& members = alarms.emplace_back();
         writeMember(members, "offset", alarm.offset);
         writeMember(members, "sound", alarm.sound);
@@ -123,7 +123,7 @@ std::string membersOf(const CalendarEvent& event) {
 
 std::string calendar(const Player& player) {
     std::vector<std::string> objects;
-    for (const CalendarEvent& event : player.facts.events)
+    for (const platform::CalendarEvent& event : player.platform.calendar.events())
         objects.push_back(membersOf(event));
     return opened("calendar") + ",\"events\":" + listOf(objects) + "}";
 }

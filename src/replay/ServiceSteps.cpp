@@ -37,7 +37,7 @@ Action reply(Player& player, Members& members) {
     } else {
         answer = members.text("body");
     }
-    return [&player, answer] { player.facts.reply = answer; };
+    return [&player, answer] { player.platform.http.setReply(answer); };
 }
 
 Action answers(Player& player, Members& members) {
@@ -58,12 +58,13 @@ Action running(Player& player, Members& members) {
 }
 
 Action granted(Player& player, Members& members) {
-    return [&player, value = members.boolean("value")] { player.facts.calendarGranted = value; };
+    return
+        [&player, value = members.boolean("value")] { player.platform.calendar.setGranted(value); };
 }
 
-Alarm toAlarm(const Json& value) {
+platform::CalendarAlarm toAlarm(const Json& value) {
     Members members(toObject(value, "each alarm"), "of an alarm ");
-    Alarm alarm;
+    platform::CalendarAlarm alarm;
     if (members.has("offset")) alarm.offset = members.number("offset");
     if (members.has("sound")) alarm.sound = members.text("sound");
     if (members.has("default")) alarm.isDefault = members.boolean("default");
@@ -72,20 +73,17 @@ Alarm toAlarm(const Json& value) {
 }
 
 Action event(Player& player, Members& members) {
-    CalendarEvent made;
+    platform::CalendarEvent made;
     made.id = members.text("id");
-    const double start = members.number("start");
-    if (!(start >= -1e9 && start <= 1e9))
+    made.start = members.number("start");
+    if (!(made.start >= -1e9 && made.start <= 1e9))
         throw StepError("\"start\" must be within 1000000000 seconds");
     if (const Json* alarms = members.find("alarms"))
         for (const Json& alarm : toList(*alarms, members.describe("alarms")))
             made.alarms.push_back(toAlarm(alarm));
     if (members.has("detached")) made.detached = members.boolean("detached");
     if (members.has("recurring")) made.recurring = members.boolean("recurring");
-    return [&player, made, start]() mutable {
-        made.start = static_cast<double>(player.platform.clock.nanoseconds) / 1e9 + start;
-        player.facts.events.push_back(made);
-    };
+    return [&player, made] { player.platform.calendar.add(made); };
 }
 
 constexpr StepKind kinds[] = {

@@ -50,7 +50,7 @@ platform::Version toVersion(const std::string& text) {
     throw StepError("\"version\" must be a version such as \"10.15.7\"");
 }
 
-std::string toDateTime(const std::string& text) {
+platform::LocalTime toDateTime(const std::string& text) {
     constexpr std::string_view form = "dddd-dd-ddTdd:dd:dd";
     const bool fits = std::ranges::equal(text, form, [](char c, char expected) {
         return expected == 'd' ? c >= '0' && c <= '9' : c == expected;
@@ -59,30 +59,40 @@ std::string toDateTime(const std::string& text) {
     if (!fits || field(5) < 1 || field(5) > 12 || field(8) < 1 || field(8) > 31 || field(11) > 23 ||
         field(14) > 59 || field(17) > 60)
         throw StepError("\"now\" must be a date and time such as \"2026-01-02T15:04:05\"");
-    return text;
+    return {.year = field(0) * 100 + field(2),
+            .month = field(5),
+            .day = field(8),
+            .hour = field(11),
+            .minute = field(14),
+            .second = field(17)};
 }
 
 Action system(Player& player, Members& members) {
     std::vector<Action> changes;
     if (members.has("version"))
         changes.push_back([&player, version = toVersion(members.text("version"))] {
-            player.platform.system.setServicesVersion(version);
+            player.platform.system.setVersion(version);
         });
     if (members.has("languages"))
         changes.push_back([&player, languages = members.texts("languages")] {
-            player.platform.bundle.setLanguages(languages);
+            player.platform.setLanguages(languages);
         });
-    const auto fact = [&](std::string_view name, std::string Facts::*place) {
-        if (members.has(name))
-            changes.push_back(
-                [&player, place, text = members.text(name)] { player.facts.*place = text; });
-    };
-    fact("model", &Facts::model);
-    fact("uuid", &Facts::uuid);
-    fact("locale", &Facts::locale);
+    if (members.has("model"))
+        changes.push_back([&player, model = members.text("model")] {
+            player.platform.system.setMachineModel(model);
+        });
+    if (members.has("uuid"))
+        changes.push_back([&player, uuid = members.text("uuid")] {
+            player.platform.system.setMachineIdentifier(uuid);
+        });
+    if (members.has("locale"))
+        changes.push_back([&player, country = members.text("locale")] {
+            player.platform.system.setCountryCode(country);
+        });
     if (members.has("now"))
-        changes.push_back(
-            [&player, now = toDateTime(members.text("now"))] { player.facts.now = now; });
+        changes.push_back([&player, now = toDateTime(members.text("now"))] {
+            player.platform.system.setLocalTime(now);
+        });
     return [changes] {
         for (const Action& change : changes)
             change();

@@ -29,6 +29,9 @@ struct ItemAction {
 
 constexpr Action actions[] = {
     {"enableDisable", &AppDelegate::enableDisable},
+    {"openFB", &AppDelegate::openFB},
+    {"openMacAppStorePage", &AppDelegate::openMacAppStorePage},
+    {"openSupport", &AppDelegate::openSupport},
     {"pressAvviaAlLogin", &AppDelegate::pressAvviaAlLogin},
     {"pressHotBorders:", &AppDelegate::pressHotBorders},
     {"pressShowOnScroll", &AppDelegate::pressShowOnScroll},
@@ -41,6 +44,7 @@ constexpr Action actions[] = {
 constexpr ItemAction itemActions[] = {
     {"CTRLALTCMDDidChanged:", &AppDelegate::CTRLALTCMDDidChanged},
     {"freezeCursorAfterSwitch:", &AppDelegate::freezeCursorAfterSwitch},
+    {"openApp:", &AppDelegate::openApp},
     {"stayHiddenDidChanged:", &AppDelegate::stayHiddenDidChanged},
 };
 

@@ -1,6 +1,7 @@
 #include "app/AppDelegate.h"
 #include "app/Keys.h"
 #include "app/Variants.h"
+#include "info/TAMBERLO.h"
 
 #include <algorithm>
 
@@ -90,6 +91,8 @@ void AppDelegate::updateMenuItems() {
     addModifierEntry();
     if (hider) addScrollEntry();
     addSeparator(*mainMenu);
+    addTAMBERLOItemsToHelpMenu(*mainMenu);
+    if (otherApps) addPromotion();
     addSeparator(*mainMenu);
     addLoginEntry();
     add(*mainMenu, localizedItem("QUIT", "quit"));
@@ -108,6 +111,7 @@ void AppDelegate::addEnableEntry() {
     const bool active = isActive();
     MenuItem entry = localizedItem(active ? "DISABILITA" : "ABILITA", "enableDisable");
     entry.image = "OnOff";
+    entry.imageIsTemplate = true;
     if (hasUsableShortcut()) entry.text += std::string(blanksBeforeShortcut, ' ') + shortcutText();
     add(*mainMenu, std::move(entry));
 
@@ -217,6 +221,14 @@ void AppDelegate::addScrollEntry() {
     entry.state = services.settings.boolForKey(keys::SHOW_ON_SCROLL) ? 1 : 0;
     if (!isActive() || services.settings.boolForKey(keys::STAY_HIDDEN)) entry.action.clear();
     add(*mainMenu, std::move(entry));
+}
+
+/// A product that has no page in the store advertises nothing.
+void AppDelegate::addPromotion() {
+    const auto ownId = variants::storeId(IDApp());
+    if (ownId.empty()) return;
+    addSeparator(*mainMenu);
+    TAMBERLO::addOtherItemsToMenu_shortVersion_skippingAPP(services, *mainMenu, true, ownId);
 }
 
 void AppDelegate::addLoginEntry() {

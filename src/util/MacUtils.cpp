@@ -66,9 +66,10 @@ std::string MacUtils::URLEncodedString(const platform::Platform& services, std::
 void MacUtils::openStorePageWithID_osx(const platform::Platform& services,
                                        const std::string& stringID, bool osx) {
     services.log.write("stringID: " + stringID + " osx: " + (osx ? "1" : "0"));
+    // A desktop without a program of the store's own has no address for it.
     for (const auto page : {"StoreWebPage", osx ? "StorePage" : "MobileStorePage"})
-        services.workspace.openURL(
-            formatted(std::string(services.bundle.string(page)), std::string_view(stringID)));
+        if (const auto address = services.bundle.string(page); !address.empty())
+            services.workspace.openURL(formatted(std::string(address), std::string_view(stringID)));
 }
 
 void MacUtils::sendEmailTo_Subject_Body(const platform::Platform& services,

@@ -1,9 +1,8 @@
-#include "platform/qt/Pictures.h"
+#include "images/Drawn.h"
 #include "unit/Program.h"
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <regex>
@@ -13,18 +12,12 @@
 
 using namespace palisor;
 using testing::Contains;
-using testing::IsEmpty;
 using Names = std::set<std::string>;
-using Pixels = std::vector<std::uint32_t>;
+using namespace imagetests;
 
 namespace {
 
 constexpr std::initializer_list<int> products = {1, 2, 3, 5, 7, 8, 9};
-
-struct Log final : platform::Log {
-    void write(std::string_view text) override { lines.emplace_back(text); }
-    Lines lines;
-};
 
 Names namesIn(const Lines& effects, const char* member) {
     Names names;
@@ -59,38 +52,6 @@ Names overlayImages() {
     program.app.initWindowBorders();
     program.app.windowHotBorders->makeKeyAndOrderFront();
     return namesIn(program.effects({"window"}), "image");
-}
-
-Pixels drawn(const std::string& name, int width, int height) {
-    Log log;
-    platform::qt::Pictures pictures(IMAGES, log);
-    const auto picture = pictures.picture(name, width, height);
-    Pixels pixels;
-    if (picture) {
-        pixels.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
-        picture->draw(0, pixels);
-    }
-    EXPECT_THAT(log.lines, IsEmpty());
-    return pixels;
-}
-
-unsigned alpha(std::uint32_t pixel) {
-    return pixel >> 24;
-}
-
-int difference(std::uint32_t one, std::uint32_t other) {
-    int most = 0;
-    for (int shift = 0; shift < 32; shift += 8)
-        most = std::max(most, std::abs(static_cast<int>(one >> shift & 0xff) -
-                                       static_cast<int>(other >> shift & 0xff)));
-    return most;
-}
-
-/// The share of an image that is more than half covered.
-double cover(const Pixels& pixels) {
-    const auto covered =
-        std::count_if(pixels.begin(), pixels.end(), [](auto pixel) { return alpha(pixel) > 127; });
-    return static_cast<double>(covered) / static_cast<double>(pixels.size());
 }
 
 void expectTemplate(const std::string& name) {

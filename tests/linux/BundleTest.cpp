@@ -84,25 +84,26 @@ struct Locale {
     const char* all;
     const char* messages;
     const char* lang;
-    const char* expected;
+    const char* expected;  ///< of the texts
+    const char* preferred; ///< by the user
 };
 
 TEST(SessionLanguage, FollowsTheVariablesInTheirUsualOrder) {
     const Locale locales[] = {
-        {"", "", "", "", "en"},
-        {"", "", "", "C", "en"},
-        {"", "", "", "C.UTF-8", "en"},
-        {"", "POSIX", "", "it_IT.UTF-8", "en"},
-        {"", "", "", "it_IT.UTF-8", "it"},
-        {"", "", "", "it", "it"},
-        {"", "", "", "it_IT@euro", "it"},
-        {"", "", "it_CH", "en_GB.UTF-8", "it"},
-        {"", "en_GB", "it_IT", "it_IT", "en"},
-        {"it", "", "", "en_GB.UTF-8", "it"},
-        {"de:it:en", "", "", "en_GB.UTF-8", "it"},
-        {"it", "C", "", "en_GB.UTF-8", "en"},
-        {"", "", "", "de_DE.UTF-8", "en"},
-        {"de:fr", "", "", "it_IT.UTF-8", "it"},
+        {"", "", "", "", "en", "en"},
+        {"", "", "", "C", "en", "en"},
+        {"", "", "", "C.UTF-8", "en", "en"},
+        {"", "POSIX", "", "it_IT.UTF-8", "en", "en"},
+        {"", "", "", "it_IT.UTF-8", "it", "it"},
+        {"", "", "", "it", "it", "it"},
+        {"", "", "", "it_IT@euro", "it", "it"},
+        {"", "", "it_CH", "en_GB.UTF-8", "it", "it"},
+        {"", "en_GB", "it_IT", "it_IT", "en", "en"},
+        {"it", "", "", "en_GB.UTF-8", "it", "it"},
+        {"de:it:en", "", "", "en_GB.UTF-8", "it", "de"},
+        {"it", "C", "", "en_GB.UTF-8", "en", "en"},
+        {"", "", "", "de_DE.UTF-8", "en", "de"},
+        {"de:fr", "", "", "it_IT.UTF-8", "it", "de"},
     };
     for (const auto& locale : locales) {
         ::setenv("LANGUAGE", locale.language, 1);
@@ -112,6 +113,8 @@ TEST(SessionLanguage, FollowsTheVariablesInTheirUsualOrder) {
         EXPECT_EQ(
             sessionLanguage([](std::string_view code) { return code == "en" || code == "it"; }),
             locale.expected)
+            << locale.language << '|' << locale.all << '|' << locale.messages << '|' << locale.lang;
+        EXPECT_EQ(platform::linux::sessionLanguages().front(), locale.preferred)
             << locale.language << '|' << locale.all << '|' << locale.messages << '|' << locale.lang;
     }
 }

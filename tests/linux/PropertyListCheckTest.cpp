@@ -47,12 +47,26 @@ TEST(PropertyListCheck, RefusesWhatCannotBeReadWithoutLoss) {
              "<key>a</key><data>AAE</data>",
              "<key>a</key><data>A?==</data>",
              "<key>a</key><string>&bogus;</string>",
+             "<key>a</key><string>&#;</string>",
+             "<key>a</key><string>&#x;</string>",
+             "<key>a</key><string>&#0;</string>",
+             "<key>a</key><string>&#x000;</string>",
+             "<key>a</key><string>&#xd800;</string>",
+             "<key>a</key><string>&#x110000;</string>",
+             "<key>a</key><string>&#99999999999;</string>",
              "<key>a</key><string>x</text>",
              "<key>a</key><string>x<b/></string>",
              "<key>a</key><thing/>",
              "text",
          })
         EXPECT_EQ(checkPropertyList(listOf(items)), Wholeness::damaged) << items;
+}
+
+TEST(PropertyListCheck, RefusesZeroBytes) {
+    const std::string zero(1, '\0');
+    for (const auto& text : {listOf("<key>a</key><string>" + zero + "</string>"),
+                             listOf("<key>a" + zero + "</key><true/>"), listOf("") + zero})
+        EXPECT_EQ(checkPropertyList(text), Wholeness::damaged);
 }
 
 TEST(PropertyListCheck, RefusesForeignDocuments) {

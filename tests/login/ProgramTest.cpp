@@ -192,6 +192,7 @@ TEST_F(LoginOfTheProgram, AnInstalledTreeIsComplete) {
     }
     EXPECT_TRUE(fs::exists(share / "palisor/images/OnOff.svg"));
     EXPECT_TRUE(fs::exists(folder.path() / "usr/libexec/palisor/gamma-guard"));
+    EXPECT_TRUE(fs::exists(folder.path() / "usr/lib/palisor/calendar.so"));
     EXPECT_EQ(desktop.spawn(bin / "palisor-helper", {"--help"})->wait(), 0);
 }
 

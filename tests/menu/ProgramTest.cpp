@@ -38,13 +38,14 @@ class MenuOfTheProgram : public testing::Test {
         hand.moveTo(400, 300);
     }
 
-    /// Not the first start of its life, so that no menu opens by itself.
+    /// Not the first start of its life, so that no menu and no window opens by itself.
     void start(const std::string& product, const std::string& settings) {
         name = product;
         std::ofstream(file()) << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist "
                                  "version=\"1.0\"><dict>"
                               << text("PRIMOACCESSO", "1") << text("PRIMOACCESSOCONSLIDER", "1")
-                              << shortcut << settings << "</dict></plist>\n";
+                              << text("CHECK_0", "1") << shortcut << settings
+                              << "</dict></plist>\n";
         program = desktop.spawn(std::string(PROGRAMS) + "/" + product);
         ASSERT_TRUE(program->waitForText("macOS 10.14")) << program->errors();
     }

@@ -42,8 +42,10 @@ std::vector<QMenu*> shownMenus() {
 
 } // namespace
 
-MenuTest::MenuTest()
-    : item(loop, application, [](const std::string&) { return QIcon(); }),
+MenuTest::MenuTest() : MenuTest([](const std::string&, bool) { return QIcon(); }) {}
+
+MenuTest::MenuTest(std::function<QIcon(const std::string& name, bool isTemplate)> icon)
+    : item(loop, application, std::move(icon)),
       eye(desktop().display()),
       hand(desktop().display()) {
     target.event = [this] {

@@ -39,7 +39,7 @@ TEST(Darkening, TakesItsOpacityFromTheSettingInSinglePrecision) {
     for (const auto& [level, alpha] :
          {std::pair{0, "0"}, std::pair{1, "0.05"}, std::pair{7, "0.35"}, std::pair{20, "1"}}) {
         Program program(variants::barrier);
-        program.setting(keys::OTHERS_DARK, Value{std::int64_t{level}});
+        program.settled().setting(keys::OTHERS_DARK, Value{std::int64_t{level}});
         program.app.applicationDidFinishLaunching();
         EXPECT_THAT(program.effects({"window"}),
                     ElementsAre(window(1, "[1920,0,1280,1024]", black(alpha).c_str())));

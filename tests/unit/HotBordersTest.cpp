@@ -57,8 +57,7 @@ TEST(Highlight, IsShownAtTheStartOfACursorHiderWithHotBordersThatIsOnAndNotHidde
          {std::tuple{"1", true, false, 2}, std::tuple{"1", false, false, 0},
           std::tuple{"1", true, true, 0}, std::tuple{"0", true, false, 0}}) {
         Program program(variants::cursorHider);
-        program.setting(keys::PRIMOACCESSO, Value{"1"});
-        program.setting(keys::HOT_BOUNDS, Value{std::string(hot)});
+        program.settled().setting(keys::HOT_BOUNDS, Value{std::string(hot)});
         program.setting(keys::ATTIVO, Value{active});
         program.setting(keys::STAY_HIDDEN, Value{hidden});
         program.app.applicationDidFinishLaunching();

@@ -91,7 +91,7 @@ TEST(ScrollEvents, AreForwardedByEveryProductButTheCursorHider) {
 /// A program on services that have no global monitor yet.
 struct Tapped : Program {
     explicit Tapped(int variant, platform::Version version = {10, 13, 6}) : Program(variant) {
-        platform.system.setServicesVersion(version);
+        platform.system.setVersion(version);
     }
 };
 
@@ -112,7 +112,7 @@ TEST(Tap, ReplacesTheMonitorOnOlderServices) {
 
 TEST(Tap, RunsTheLoopFromInsideStartSoThatItsLaterStepsWait) {
     Tapped program(variants::barrier);
-    program.platform.pointer.place({100, 100});
+    program.settled().platform.pointer.place({100, 100});
     bool insideTheLoop = false;
     program.platform.runLoop.setWhileRunning([&] {
         insideTheLoop = true;

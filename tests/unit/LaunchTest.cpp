@@ -110,7 +110,7 @@ TEST(BoundsText, HasAnAdditionInTheCursorHider) {
 
 TEST(FirstActions, OfTheBarrierDarkenTheOtherMonitors) {
     Program program(variants::barrier);
-    program.platform.pointer.place({2000, 500});
+    program.settled().platform.pointer.place({2000, 500});
     program.app.applicationDidFinishLaunching();
     EXPECT_EQ(program.app.switchedScreen, program.screen(1));
     EXPECT_THAT(
@@ -122,7 +122,7 @@ TEST(FirstActions, OfTheBarrierDarkenTheOtherMonitors) {
 
 TEST(FirstActions, OfTheBarrierThatIsOffDarkenNothing) {
     Program program(variants::barrier);
-    program.setting(keys::ATTIVO, Value{false});
+    program.settled().setting(keys::ATTIVO, Value{false});
     program.app.applicationDidFinishLaunching();
     EXPECT_THAT(program.effects({"window"}), IsEmpty());
 }

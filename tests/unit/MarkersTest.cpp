@@ -27,7 +27,7 @@ TEST(Markers, CoverEachScreenUntilTheFirstEventAndAreLinesFromThenOn) {
 
 TEST(Markers, LetClicksThroughAndAreHalfTransparentRed) {
     Program program(variants::crossHair);
-    program.app.applicationDidFinishLaunching();
+    program.settled().app.applicationDidFinishLaunching();
     const auto shown = program.effects({"window"});
     ASSERT_THAT(shown, SizeIs(4)) << "one a screen and the two small ones";
     for (const std::string& line : shown) {

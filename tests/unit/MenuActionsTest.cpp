@@ -23,7 +23,7 @@ TEST(LeftClick, LeavesTheMenuToOpenByItselfOrOpensItOnOlderServices) {
          {std::pair{platform::Version{10, 11, 6}, 1}, std::pair{platform::Version{10, 12, 0}, 0},
           std::pair{platform::Version{10, 15, 7}, 0}, std::pair{platform::Version{11, 2, 0}, 1}}) {
         Program program(variants::wrapAround);
-        program.platform.system.setServicesVersion(version);
+        program.platform.system.setVersion(version);
         program.launched();
         click(program, 0);
         EXPECT_THAT(program.effects(), testing::SizeIs(opens)) << version.major;
@@ -67,7 +67,7 @@ TEST(DismissFocus, GivesTheKeyboardAwayHalfASecondAfterTheStart) {
     program.platform.advance(0.01);
     EXPECT_THAT(program.effects({"openFile"}),
                 ElementsAre(R"(openFile {"path":"","application":"Dock"})"));
-    program.platform.system.setServicesVersion({10, 13, 6});
+    program.platform.system.setVersion({10, 13, 6});
     program.app.dismissFocus();
     EXPECT_THAT(program.effects({"openFile"}), IsEmpty());
 }

@@ -32,11 +32,18 @@ struct Program {
     static constexpr platform::Shortcut shortcut{40, platform::Shortcut::control |
                                                          platform::Shortcut::command};
 
-    /// Launches and forgets the effects of doing so. The first run is over beforehand.
-    Program& launched() {
+    /// The first run is over, and the information window is no longer wanted at start.
+    Program& settled() {
         setting(keys::PRIMOACCESSO, platform::Value{"1"});
         setting(keys::PRIMOACCESSOCONSLIDER, platform::Value{"1"});
         setting(keys::SCHEDULE, platform::Value{"5"});
+        setting(keys::CHECK_0, platform::Value{"1"});
+        return *this;
+    }
+
+    /// Settled; launches and forgets the effects of doing so.
+    Program& launched() {
+        settled();
         app.applicationDidFinishLaunching();
         platform.effects.take();
         return *this;

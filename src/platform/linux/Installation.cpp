@@ -11,6 +11,14 @@ std::filesystem::path executableFolder() {
     return std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
 }
 
+/// A built tree has no folders beside that of its executables.
+std::string installedOrBuilt(const char* folder, const std::string& name) {
+    const auto own = executableFolder();
+    const auto installed = own.parent_path() / folder / "palisor" / name;
+    std::error_code error;
+    return (std::filesystem::exists(installed, error) ? installed : own / name).string();
+}
+
 } // namespace
 
 std::string dataFolder() {
@@ -21,15 +29,20 @@ std::string imagesFolder() {
     return dataFolder() + "/images";
 }
 
+std::string soundsFolder() {
+    return dataFolder() + "/sounds";
+}
+
 std::string executablePath(const std::string& name) {
     return (executableFolder() / name).string();
 }
 
 std::string helperPath(const std::string& name) {
-    const auto own = executableFolder();
-    const auto installed = own.parent_path() / "libexec" / "palisor" / name;
-    std::error_code error;
-    return (std::filesystem::exists(installed, error) ? installed : own / name).string();
+    return installedOrBuilt("libexec", name);
+}
+
+std::string modulePath(const std::string& name) {
+    return installedOrBuilt("lib", name);
 }
 
 } // namespace platform::linux

@@ -13,10 +13,17 @@ std::string dataFolder();
 /// The pictures that the products share, one SVG file each.
 std::string imagesFolder();
 
+/// The sounds that the products share.
+std::string soundsFolder();
+
 /// The executable, or a link to it, with that name in the executable's own folder.
 std::string executablePath(const std::string& name);
 
 /// A helper executable: in "libexec/palisor" beside the executable's own folder, else next to it.
 std::string helperPath(const std::string& name);
+
+/// A shared library that is loaded when it is needed: in "lib/palisor" beside the executable's own
+/// folder, else next to it.
+std::string modulePath(const std::string& name);
 
 } // namespace platform::linux

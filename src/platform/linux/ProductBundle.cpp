@@ -3,6 +3,7 @@
 #include "platform/linux/AtomicFile.h"
 #include "platform/linux/Installation.h"
 #include "platform/linux/PropertyList.h"
+#include "platform/linux/SessionLanguage.h"
 
 namespace platform::linux {
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
+#include <charconv>
 #include <cstdint>
 #include <cstdlib>
 #include <optional>
@@ -73,15 +74,24 @@ bool isBase64(std::string_view text) {
     return padding <= 2 && (letters + padding) % 4 == 0;
 }
 
+/// A number behind "#", whose character a text may hold.
+bool isCharacterNumber(std::string_view digits) {
+    int base = 10;
+    if (digits.starts_with('x')) {
+        digits.remove_prefix(1);
+        base = 16;
+    }
+    std::uint32_t code = 0;
+    const char* const end = digits.data() + digits.size();
+    const auto [read, error] = std::from_chars(digits.data(), end, code, base);
+    const bool isSurrogate = code >= 0xd800 && code < 0xe000;
+    return error == std::errc{} && read == end && code > 0 && code <= 0x10ffff && !isSurrogate;
+}
+
 bool isEntity(std::string_view name) {
     constexpr std::string_view named[] = {"amp", "lt", "gt", "quot", "apos"};
     if (std::ranges::find(named, name) != std::end(named)) return true;
-    if (!name.starts_with('#')) return false;
-    name.remove_prefix(1);
-    if (!name.starts_with('x')) return allDigits(name);
-    name.remove_prefix(1);
-    return !name.empty() &&
-           std::ranges::all_of(name, [](unsigned char c) { return std::isxdigit(c) != 0; });
+    return name.starts_with('#') && isCharacterNumber(name.substr(1));
 }
 
 struct Tag {
@@ -234,6 +244,8 @@ class Scanner {
 } // namespace
 
 Wholeness checkPropertyList(std::string_view text) {
+    // libplist ends the process when it meets a zero byte in a text.
+    if (text.find('\0') != std::string_view::npos) return Wholeness::damaged;
     return Scanner(text).scan();
 }
 

@@ -1,7 +1,9 @@
 #include "platform/linux/XdgFiles.h"
 
+#include "platform/linux/AtomicFile.h"
 #include "platform/linux/FileHandle.h"
 
+#include <QStandardPaths>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -9,6 +11,17 @@
 #include <sys/stat.h>
 
 namespace platform::linux {
+
+namespace {
+
+/// As the user's file of folders has it, or by its usual name.
+std::optional<std::string> userFolder(QStandardPaths::StandardLocation which) {
+    const char* home = std::getenv("HOME");
+    if (home == nullptr || home[0] == '\0') return std::nullopt;
+    return QStandardPaths::writableLocation(which).toStdString();
+}
+
+} // namespace
 
 std::optional<std::string> configurationFolder() {
     const char* folder = std::getenv("XDG_CONFIG_HOME");
@@ -25,6 +38,27 @@ std::optional<std::string> XdgFiles::preferencesFolder() const {
 bool XdgFiles::exists(const std::string& path) const {
     struct stat status {};
     return ::stat(path.c_str(), &status) == 0;
+}
+
+std::optional<std::string> XdgFiles::documentsFolder() const {
+    return userFolder(QStandardPaths::DocumentsLocation);
+}
+
+std::optional<std::string> XdgFiles::downloadsFolder() const {
+    return userFolder(QStandardPaths::DownloadLocation);
+}
+
+std::optional<std::string> XdgFiles::desktopFolder() const {
+    return userFolder(QStandardPaths::DesktopLocation);
+}
+
+bool XdgFiles::makeFolder(const std::string& path) {
+    struct stat status {};
+    return makeFolders(path) == 0 && ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+bool XdgFiles::write(const std::string& path, std::string_view bytes) {
+    return !replaceFile(path, bytes).failure;
 }
 
 void XdgFiles::createEmpty(const std::string& path) {

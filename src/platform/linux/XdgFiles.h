@@ -15,6 +15,11 @@ class XdgFiles final : public Files {
 
     std::optional<std::string> preferencesFolder() const override;
     bool exists(const std::string& path) const override;
+    std::optional<std::string> documentsFolder() const override;
+    std::optional<std::string> downloadsFolder() const override;
+    std::optional<std::string> desktopFolder() const override;
+    bool makeFolder(const std::string& path) override;
+    bool write(const std::string& path, std::string_view bytes) override;
     void createEmpty(const std::string& path) override;
 
   private:

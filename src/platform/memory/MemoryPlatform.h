@@ -4,12 +4,17 @@
 #include "platform/memory/Alerts.h"
 #include "platform/memory/Application.h"
 #include "platform/memory/Bundle.h"
+#include "platform/memory/Calendar.h"
 #include "platform/memory/Cursor.h"
 #include "platform/memory/Displays.h"
 #include "platform/memory/Effects.h"
 #include "platform/memory/Files.h"
 #include "platform/memory/HotKeys.h"
+#include "platform/memory/Http.h"
+#include "platform/memory/Images.h"
+#include "platform/memory/InfoWindows.h"
 #include "platform/memory/InputEvents.h"
+#include "platform/memory/JsonParser.h"
 #include "platform/memory/Keyboard.h"
 #include "platform/memory/Log.h"
 #include "platform/memory/LoginItems.h"
@@ -22,6 +27,7 @@
 #include "platform/memory/StatusItem.h"
 #include "platform/memory/SystemInfo.h"
 #include "platform/memory/TextCodec.h"
+#include "platform/memory/Web.h"
 #include "platform/memory/Windows.h"
 #include "platform/memory/Workspace.h"
 
@@ -39,7 +45,7 @@ class MemoryPlatform {
     Bundle bundle;
     Settings settings{effects};
     Files files{bundle, settings};
-    SystemInfo system;
+    SystemInfo system{clock};
     Displays displays;
     Pointer pointer{effects};
     Cursor cursor{effects};
@@ -55,13 +61,27 @@ class MemoryPlatform {
     LoginItems loginItems{effects};
     Power power{effects};
     TextCodec textCodec;
+    InfoWindows infoWindows{windows, workspace};
+    Http http{effects};
+    JsonParser json;
+    Images images{[this](const std::string& path) { return files.contents(path); }};
+    Web web{runLoop, displays};
+    Calendar calendar{effects, clock};
 
     MemoryPlatform() = default;
     MemoryPlatform(const MemoryPlatform&) = delete;
     MemoryPlatform& operator=(const MemoryPlatform&) = delete;
 
     /// The services as the core takes them; the platform must outlive the core.
-    Platform services();
+    Platform services() { return servicesWith(web); }
+    /// The same with a web engine from elsewhere.
+    Platform servicesWith(platform::Web& engine);
+
+    /// The user's languages, preferred first: the texts are in the first one.
+    void setLanguages(const std::vector<std::string>& languages) {
+        bundle.setLanguages(languages);
+        system.setLanguages(languages);
+    }
 
     /// Lets virtual time pass.
     void advance(double seconds) { runLoop.advance(seconds); }

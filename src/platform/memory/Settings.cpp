@@ -1,7 +1,6 @@
 #include "platform/memory/Settings.h"
 
 #include <algorithm>
-#include <ranges>
 
 namespace platform::memory {
 
@@ -88,8 +87,9 @@ void Settings::save() {
 
 void Settings::resetStandardUserDefaults() {
     auto forgotten = std::exchange(unsaved, {});
-    for (auto& [key, value] : forgotten | std::views::reverse)
-        put(key, std::move(value));
+    // Not by a view in reverse, which clang 14, the fuzzers' compiler, does not take.
+    for (auto change = forgotten.rbegin(); change != forgotten.rend(); ++change)
+        put(change->first, std::move(change->second));
 }
 
 void Settings::setPersistentDomain(Dictionary values) {

@@ -17,80 +17,91 @@ std::string_view nameOf(WindowColour colour) {
     return names.at(static_cast<std::size_t>(colour));
 }
 
-} // namespace
+template <class Function>
+void forEachMember(const WindowState& window, Function&& use) {
+    use(Member{"id", window.id}, Member{"kind", nameOf(window.kind)}, Member{"frame", window.frame},
+        Member{"alpha", window.alpha}, Member{"level", window.level},
+        Member{"behaviour", window.behaviour}, Member{"ignoresMouse", window.ignoresMouse},
+        Member{"background", orNull(window.background)}, Member{"image", orNull(window.image)});
+}
 
-/// A window that is its properties. The service outlives it.
+/// An overlay that is its properties. Both that are lent outlive it.
 class MemoryWindow final : public Window {
   public:
-    MemoryWindow(Windows& service, const WindowStyle& windowStyle)
-        : windows(service), style(windowStyle) {}
-    ~MemoryWindow() override { std::erase(windows.visible, this); }
+    MemoryWindow(Windows& service, Effects& stream, const WindowStyle& style)
+        : windows(service),
+          effects(stream),
+          state{.kind = style.kind,
+                .frame = style.frame,
+                .alpha = style.alpha,
+                .level = style.level,
+                .behaviour = style.behaviour,
+                .background = nameOf(style.background),
+                .image = style.image} {}
+    ~MemoryWindow() override { windows.forget(state); }
 
-    WindowId id() const override { return number; }
-    bool isVisible() const override { return std::ranges::count(windows.visible, this) != 0; }
-    Rect frame() const override { return style.frame; }
-
-    // Before it first comes on screen a window has no id to tell of: `window` tells it all.
-    void setFrame(Rect frame) override {
-        style.frame = frame;
-        if (number != 0)
-            windows.effects.emit("windowFrame", Member{"id", number}, Member{"frame", frame});
-    }
+    WindowId id() const override { return state.id; }
+    bool isVisible() const override { return windows.isShown(state); }
+    Rect frame() const override { return state.frame; }
+    void setFrame(Rect frame) override { windows.move(state, frame); }
 
     void setAlpha(float alpha) override {
-        style.alpha = std::clamp(alpha, 0.0f, 1.0f);
-        if (number != 0)
-            windows.effects.emit("windowAlpha", Member{"id", number}, Member{"alpha", style.alpha});
+        state.alpha = std::clamp(alpha, 0.0f, 1.0f);
+        if (state.id != 0)
+            effects.emit("windowAlpha", Member{"id", state.id}, Member{"alpha", state.alpha});
     }
 
-    void setIgnoresMouseEvents(bool ignores) override { ignoresMouse = ignores; }
-
-    void makeKeyAndOrderFront() override {
-        if (isVisible()) return;
-        if (number == 0) number = ++windows.lastId;
-        windows.visible.push_back(this);
-        forEachMember(
-            [this](const auto&... members) { windows.effects.emit("window", members...); });
-    }
-
-    void orderOut() override {
-        if (std::erase(windows.visible, this) != 0)
-            windows.effects.emit("windowOut", Member{"id", number});
-    }
-
-    std::string members() const {
-        std::string text;
-        forEachMember([&text](const auto&... members) {
-            (writeMember(text, members.name, members.value), ...);
-        });
-        return text;
-    }
+    void setIgnoresMouseEvents(bool ignores) override { state.ignoresMouse = ignores; }
+    void makeKeyAndOrderFront() override { windows.show(state); }
+    void orderOut() override { windows.hide(state); }
 
   private:
-    template <class Function>
-    void forEachMember(Function&& use) const {
-        use(Member{"id", number}, Member{"kind", nameOf(style.kind)}, Member{"frame", style.frame},
-            Member{"alpha", style.alpha}, Member{"level", style.level},
-            Member{"behaviour", style.behaviour}, Member{"ignoresMouse", ignoresMouse},
-            Member{"background", nameOf(style.background)}, Member{"image", orNull(style.image)});
-    }
-
     Windows& windows;
-    WindowStyle style;
-    WindowId number = 0;
-    bool ignoresMouse = false;
+    Effects& effects;
+    WindowState state;
 };
 
+} // namespace
+
 std::unique_ptr<Window> Windows::create(const WindowStyle& style) {
-    return std::make_unique<MemoryWindow>(*this, style);
+    return std::make_unique<MemoryWindow>(*this, effects, style);
+}
+
+bool Windows::isShown(const WindowState& window) const {
+    return std::ranges::count(visible, &window) != 0;
+}
+
+void Windows::show(WindowState& window) {
+    if (isShown(window)) return;
+    if (window.id == 0) window.id = ++lastId;
+    visible.push_back(&window);
+    forEachMember(window, [this](const auto&... members) { effects.emit("window", members...); });
+}
+
+void Windows::hide(const WindowState& window) {
+    if (std::erase(visible, &window) != 0) effects.emit("windowOut", Member{"id", window.id});
+}
+
+// Before it first comes on screen a window has no id to tell of: `window` tells it all.
+void Windows::move(WindowState& window, Rect frame) {
+    window.frame = frame;
+    if (window.id != 0)
+        effects.emit("windowFrame", Member{"id", window.id}, Member{"frame", frame});
+}
+
+void Windows::forget(const WindowState& window) {
+    std::erase(visible, &window);
 }
 
 std::vector<std::string> Windows::shown() const {
     auto ordered = visible;
-    std::ranges::sort(ordered, {}, &MemoryWindow::id);
+    std::ranges::sort(ordered, {}, &WindowState::id);
     std::vector<std::string> texts;
-    for (const MemoryWindow* window : ordered)
-        texts.push_back(window->members());
+    for (const WindowState* window : ordered)
+        forEachMember(*window, [&texts](const auto&... members) {
+            std::string& text = texts.emplace_back();
+            (writeMember(text, members.name, members.value), ...);
+        });
     return texts;
 }
 

@@ -3,11 +3,23 @@
 #include "platform/Windows.h"
 #include "platform/memory/Effects.h"
 
+#include <string_view>
 #include <vector>
 
 namespace platform::memory {
 
-class MemoryWindow;
+/// What effects and records tell of a window of any kind.
+struct WindowState {
+    WindowKind kind = WindowKind::dark;
+    Rect frame{};
+    float alpha = 1;
+    int level = 0;
+    std::uint32_t behaviour = 0;
+    bool ignoresMouse = false;
+    std::string_view background{}; ///< empty for none of its own
+    std::string image{};
+    WindowId id = 0;
+};
 
 class Windows final : public platform::Windows {
   public:
@@ -18,12 +30,18 @@ class Windows final : public platform::Windows {
     /// The windows on screen in the order of their ids, each as the JSON members that tell of it.
     std::vector<std::string> shown() const;
 
-  private:
-    friend class MemoryWindow;
+    // For windows of every kind; what is shown must be hidden, or forgotten without an effect,
+    // before it goes.
+    bool isShown(const WindowState& window) const;
+    void show(WindowState& window);
+    void hide(const WindowState& window);
+    void move(WindowState& window, Rect frame);
+    void forget(const WindowState& window);
 
+  private:
     Effects& effects;
     WindowId lastId = 0;
-    std::vector<const MemoryWindow*> visible;
+    std::vector<const WindowState*> visible;
 };
 
 } // namespace platform::memory

@@ -4,10 +4,12 @@
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScreen>
 #include <QShowEvent>
 #include <QVBoxLayout>
+#include <memory>
 
 namespace platform::qt {
 
@@ -16,6 +18,9 @@ namespace {
 constexpr int gap = 12;
 constexpr int margin = 20;
 constexpr int textWidthInLetters = 52;
+constexpr int buttonWidthInLetters = 30;
+constexpr int mostLines = 20;
+constexpr std::size_t longestLabel = 4000;
 constexpr double messageScale = 1.1;
 
 QLabel* textLabel(const std::string& text) {
@@ -26,6 +31,37 @@ QLabel* textLabel(const std::string& text) {
     return label;
 }
 
+bool fitsIntoLabel(const QLabel& label, const std::string& text) {
+    if (text.size() > longestLabel) return false;
+    const QFontMetrics metrics = label.fontMetrics();
+    const QRect room(0, 0, label.minimumWidth(), mostLines * metrics.lineSpacing());
+    return room.contains(metrics.boundingRect(room, Qt::TextWordWrap, label.text()));
+}
+
+/// A text may come from anybody: one that would not fit on the screen is scrolled, and a word that
+/// does not fit into a line is broken.
+QWidget* textView(const std::string& text) {
+    std::unique_ptr<QLabel> label(textLabel(text));
+    if (fitsIntoLabel(*label, text)) return label.release();
+    auto* view = new QPlainTextEdit(label->text());
+    view->setReadOnly(true);
+    view->setFrameShape(QFrame::NoFrame);
+    view->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    view->viewport()->setAutoFillBackground(false);
+    view->document()->setDocumentMargin(0);
+    view->setMinimumWidth(label->minimumWidth());
+    view->setFixedHeight(mostLines * label->fontMetrics().lineSpacing());
+    return view;
+}
+
+/// On one line, not too long for a button, and no letter of it a short cut.
+QString buttonTitle(const std::string& title, const QFontMetrics& metrics) {
+    QString text = QString::fromStdString(title.substr(0, longestLabel)).simplified();
+    text =
+        metrics.elidedText(text, Qt::ElideRight, metrics.averageCharWidth() * buttonWidthInLetters);
+    return text.replace(u'&', QStringLiteral("&&"));
+}
+
 } // namespace
 
 AlertDialog::AlertDialog(const Alert& alert, const QPixmap& icon, QWidget* accessory)
@@ -33,7 +69,6 @@ AlertDialog::AlertDialog(const Alert& alert, const QPixmap& icon, QWidget* acces
                            Qt::WindowTitleHint),
       buttonCount(alert.buttons.size()) {
     setModal(true);
-    setWindowTitle(QGuiApplication::applicationDisplayName());
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(margin, margin, margin, margin);
     row->setSpacing(margin);
@@ -64,7 +99,7 @@ QWidget* AlertDialog::makeTexts(const Alert& alert) {
     font.setPointSizeF(font.pointSizeF() * messageScale);
     message->setFont(font);
     column->addWidget(message);
-    if (!alert.informative.empty()) column->addWidget(textLabel(alert.informative));
+    if (!alert.informative.empty()) column->addWidget(textView(alert.informative));
     column->addStretch();
     return texts;
 }
@@ -76,7 +111,7 @@ QWidget* AlertDialog::makeButtons(const Alert& alert) {
     row->setSpacing(gap);
     row->addStretch();
     for (std::size_t index = 0; index < alert.buttons.size(); ++index) {
-        auto* button = new QPushButton(QString::fromStdString(alert.buttons[index]));
+        auto* button = new QPushButton(buttonTitle(alert.buttons[index], fontMetrics()));
         // Enter answers with the default button wherever the focus is.
         button->setAutoDefault(false);
         if (index == 0) {

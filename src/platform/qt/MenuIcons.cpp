@@ -7,21 +7,32 @@ namespace platform::qt {
 
 namespace {
 
-constexpr int sizes[] = {16, 24, 32};
+constexpr int sizes[] = {16, 24, 32, 48}; // the toolkit enlarges none at up to three times
 
 } // namespace
 
-QIcon MenuIcons::icon(const std::string& name) {
+QIcon MenuIcons::icon(const std::string& name, bool isTemplate) {
     if (const qint64 palette = QApplication::palette("QMenu").cacheKey();
         palette != paletteOfKnown) {
         known.clear();
         paletteOfKnown = palette;
     }
-    const auto found = known.find(name);
-    return found != known.end() ? found->second : known.emplace(name, made(name)).first->second;
+    const auto [place, isNew] = known.try_emplace({name, isTemplate});
+    if (isNew) place->second = isTemplate ? tinted(name) : inItsColours(name);
+    return place->second;
 }
 
-QIcon MenuIcons::made(const std::string& name) const {
+QIcon MenuIcons::inItsColours(const std::string& name) const {
+    QIcon result;
+    for (const int size : sizes) {
+        const QImage image = images.drawn(name, size);
+        if (image.isNull()) return {};
+        result.addPixmap(QPixmap::fromImage(image));
+    }
+    return result;
+}
+
+QIcon MenuIcons::tinted(const std::string& name) const {
     struct Look {
         QIcon::Mode mode;
         QPalette::ColorGroup group;

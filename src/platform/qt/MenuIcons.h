@@ -5,24 +5,26 @@
 #include <QIcon>
 #include <map>
 #include <string>
+#include <utility>
 
 namespace platform::qt {
 
-/// The template pictures beside the menu's texts: the shape is the picture's, the colour the
-/// text's. Main thread.
+/// The pictures beside the menu's texts. Of a template the shape is the picture's and the colour
+/// the text's. Main thread.
 class MenuIcons {
   public:
     /// The images must outlive the object.
     explicit MenuIcons(const TemplateImages& shapes) : images(shapes) {}
 
-    /// In the colours of the palette as it is now; null when there is no such picture.
-    QIcon icon(const std::string& name);
+    /// A template in the colours of the palette as it is now; null when there is no such picture.
+    QIcon icon(const std::string& name, bool isTemplate);
 
   private:
-    QIcon made(const std::string& name) const;
+    QIcon tinted(const std::string& name) const;
+    QIcon inItsColours(const std::string& name) const;
 
     const TemplateImages& images;
-    std::map<std::string, QIcon> known;
+    std::map<std::pair<std::string, bool>, QIcon> known;
     qint64 paletteOfKnown = 0;
 };
 

@@ -62,7 +62,7 @@ void MenuPopup::addEntry(const MenuItem& item, const std::vector<std::size_t>& p
     action.setEnabled(!item.greyed());
     if (!item.toolTip.empty()) action.setToolTip(QString::fromStdString(item.toolTip));
     if (!item.image.empty()) {
-        action.setIcon(listener->icon(item.image));
+        action.setIcon(listener->icon(item.image, item.imageIsTemplate));
         action.setIconVisibleInMenu(true);
     }
     if (!item.action.empty()) listenTo(action, identify(item, path));

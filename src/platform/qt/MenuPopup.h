@@ -23,8 +23,9 @@ class MenuPopup final : public QMenu {
   public:
     /// Hears from inside `run`.
     struct Listener {
-        /// A template picture of the bundle; a null icon when there is none.
-        std::function<QIcon(const std::string& name)> icon;
+        /// A picture of the bundle, as a template in the menu's own colours; a null icon when
+        /// there is none.
+        std::function<QIcon(const std::string& name, bool isTemplate)> icon;
         std::function<void(const MenuEntryId& entry, double value, EventType how)> moved;
         std::function<void(CheckBox& box)> clicked;
     };

@@ -19,6 +19,7 @@ int QtAlerts::runModal(const Alert& alert) {
                                    ? makeAccessory(alert.accessory, nullptr)
                                    : nullptr;
     AlertDialog dialog(alert, icon, accessory);
+    dialog.setWindowTitle(QString::fromStdString(title));
     dialog.exec();
     const auto answer = dialog.answer();
     if (!answer) application.endSession();

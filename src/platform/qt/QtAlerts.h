@@ -17,12 +17,13 @@ class QtAlerts final : public Alerts {
     /// Makes the control that an alert names, as a child of the parent; null for an unknown one.
     using MakeAccessory = std::function<QWidget*(const std::string& name, QWidget* parent)>;
 
-    /// `iconFile` is read at each alert and need not exist. Without `accessories` no alert has a
-    /// control.
-    QtAlerts(QtRunLoop& loop, QtApplication& session, std::string iconFile,
+    /// `windowTitle` is that of every alert. `iconFile` is read at each one and need not exist.
+    /// Without `accessories` no alert has a control.
+    QtAlerts(QtRunLoop& loop, QtApplication& session, std::string windowTitle, std::string iconFile,
              MakeAccessory accessories = {})
         : runLoop(loop),
           application(session),
+          title(std::move(windowTitle)),
           iconPath(std::move(iconFile)),
           makeAccessory(std::move(accessories)) {}
 
@@ -31,6 +32,7 @@ class QtAlerts final : public Alerts {
   private:
     QtRunLoop& runLoop;
     QtApplication& application;
+    std::string title;
     std::string iconPath;
     MakeAccessory makeAccessory;
 };

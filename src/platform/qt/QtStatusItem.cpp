@@ -34,7 +34,7 @@ EventType pressOf(int buttonNumber) {
 } // namespace
 
 QtStatusItem::QtStatusItem(QtRunLoop& loop, QtApplication& app,
-                           std::function<QIcon(const std::string& name)> icon)
+                           std::function<QIcon(const std::string& name, bool isTemplate)> icon)
     : runLoop(loop), application(app) {
     listener.icon = std::move(icon);
     listener.moved = [this](const MenuEntryId& entry, double value, EventType how) {

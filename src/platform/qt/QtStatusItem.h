@@ -20,9 +20,9 @@ class QtStatusItem final : public StatusItem {
         std::function<void(std::string_view name, bool isTemplate)> showImage;
     };
 
-    /// `icon` is asked for the template pictures of entries, as MenuPopup says.
+    /// `icon` is asked for the pictures of entries, as MenuPopup says.
     QtStatusItem(QtRunLoop& runLoop, QtApplication& application,
-                 std::function<QIcon(const std::string& name)> icon);
+                 std::function<QIcon(const std::string& name, bool isTemplate)> icon);
     ~QtStatusItem() override;
 
     /// Comes before `create`.

@@ -55,6 +55,13 @@ void Workspace::activateFrontmostApplication() {
     constexpr std::uint32_t sourceIsTheUser = 2;
     tellWindowManager(connection, foreign, connection.atom(AtomName::netActiveWindow),
                       {sourceIsTheUser, XCB_CURRENT_TIME, XCB_NONE, 0, 0});
+    // Window managers raise what they activate, and a window that the program has just opened would
+    // be covered before the user has seen it. It may also be gone by now, which is nobody's error.
+    constexpr std::uint32_t above = XCB_STACK_MODE_ABOVE;
+    const auto raised =
+        xcb_configure_window_checked(connection.xcb(), asked, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+    xcb_discard_reply(connection.xcb(), raised.sequence);
+    connection.flush();
 }
 
 void Workspace::openFile(const std::string& path, const std::string&) {

@@ -28,7 +28,7 @@ class Workspace final : public platform::Workspace, private Listener {
     Workspace(const Workspace&) = delete;
     Workspace& operator=(const Workspace&) = delete;
 
-    /// No round trip. Nothing while no window of the program is active.
+    /// No round trip. Nothing while no window of the program is active. That window stays in front.
     void activateFrontmostApplication() override;
 
     void openFile(const std::string& path, const std::string& application) override;

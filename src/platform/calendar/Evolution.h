@@ -1,0 +1,70 @@
+#pragma once
+
+#include "platform/calendar/Backend.h"
+#include "platform/calendar/Occurrences.h"
+
+#include <atomic>
+#include <functional>
+#include <map>
+
+namespace platform::calendar {
+
+/// The calendars of Evolution Data Server, which GNOME, Xfce, Cinnamon and Budgie keep theirs in.
+/// Every enabled one that can be written; the server is started by the bus, and again when it has
+/// gone.
+class Evolution final : public Backend {
+  public:
+    using Now = std::function<std::time_t()>;
+
+    explicit Evolution(Now now);
+    ~Evolution() override;
+    Evolution(const Evolution&) = delete;
+    Evolution& operator=(const Evolution&) = delete;
+
+    Opened open() override;
+    Found find(double seconds) override;
+    std::vector<SaveResult> save(const std::vector<CalendarEvent>& events) override;
+    void interrupt() override;
+
+  private:
+    struct Place {
+        std::string name; ///< as the user knows it
+        Ref<ECalClient> client;
+        std::map<std::string, Series> series; ///< of the last answer, by UID
+    };
+
+    void turn();
+    bool openRegistry(Failure& failure);
+    std::optional<std::string> openPlace(ESource* source, Place& place);
+    std::optional<std::string> query(Place& place);
+    bool fetchAll(Place& place, const std::string& uid, Series& series, Failure& failure);
+    /// Changed components that go to the server together.
+    struct Batch {
+        struct Item {
+            Component changed;
+            Series* series; ///< null for an occurrence that stands for itself
+            SaveResult* result;
+        };
+        Place* place = nullptr;
+        std::vector<Item> items;
+    };
+
+    void saveOne(const CalendarEvent& event, Batch& batch, SaveResult& result);
+    SaveResult checkUnchanged(Place& place, const CalendarEvent& event, const Series& series);
+    void send(Batch& batch);
+    bool modify(Place& place, ICalComponent* event, Failure& failure);
+    SaveResult saveHalf(Place& place, const Series& series, const Occurrence& occurrence,
+                        const CalendarEvent& wanted);
+    static std::string failed(Place& place, const Failure& failure);
+    Zones zonesOf(const Place& place) const;
+
+    Now now;
+    GMainContext* context; ///< what the library tells later is told here, not in the main loop
+    Ref<GCancellable> stop{g_cancellable_new()};
+    Ref<ESourceRegistry> registry;
+    std::map<std::string, Place> places; ///< by the calendar's id
+    ICalTimezone* local = nullptr;
+    std::time_t from = 0, to = 0; ///< the span that was asked for last
+};
+
+} // namespace platform::calendar

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "platform/calendar/Backend.h"
+#include "platform/calendar/IcsText.h"
+#include "platform/calendar/Occurrences.h"
+#include "platform/linux/AtomicFile.h"
+
+#include <functional>
+#include <map>
+
+namespace platform::calendar {
+
+using Now = std::function<std::time_t()>;
+
+/// A folder with one event a file. A file is only read again when it has changed, and is replaced
+/// as a whole. One that makes no sense is left as it is and named in the remarks.
+class Folder final : public Backend {
+  public:
+    Folder(std::string path, Now now);
+
+    Opened open() override;
+    Found find(double seconds) override;
+    std::vector<SaveResult> save(const std::vector<CalendarEvent>& events) override;
+    void interrupt() override {} // no operation waits for another program
+
+  private:
+    struct FreeZones {
+        void operator()(ECalClientTzlookupICalCompData* data) const {
+            e_cal_client_tzlookup_icalcomp_data_free(data);
+        }
+    };
+    struct File {
+        linux::FileIdentity identity{};
+        std::string problem; ///< why it is left alone; empty for a good one
+        std::optional<IcsText> text;
+        Component calendar;
+        std::vector<Component> events; ///< in the order of the text
+        Series series;
+        std::unique_ptr<ECalClientTzlookupICalCompData, FreeZones> zones; ///< the file's own
+    };
+
+    void readAgain(const std::string& name);
+    static void read(File& file, std::string text);
+    Zones zonesOf(const File& file) const;
+    static std::size_t placeOf(const File& file, ICalComponent* event);
+    SaveResult saveOne(const CalendarEvent& event);
+    SaveResult write(const std::string& name, const std::string& text);
+    SaveResult saveAll(const std::string& name, const File& file, ICalComponent* event,
+                       const CalendarEvent& wanted);
+    SaveResult saveHalf(const std::string& name, const File& file, const Occurrence& occurrence,
+                        const CalendarEvent& wanted);
+
+    std::string path;
+    Now now;
+    std::map<std::string, File> files;
+    ICalTimezone* local = nullptr;
+    std::time_t from = 0, to = 0; ///< the span that was asked for last
+};
+
+} // namespace platform::calendar

@@ -1,0 +1,19 @@
+#include "platform/calendar/Evolution.h"
+#include "platform/calendar/Folder.h"
+
+#include <ctime>
+
+namespace {
+
+std::time_t clockTime() {
+    return std::time(nullptr);
+}
+
+} // namespace
+
+extern "C" __attribute__((visibility("default"))) platform::calendar::Backend*
+makeCalendarBackend(const char* folder) {
+    using namespace platform::calendar;
+    if (*folder != '\0') return new Folder(folder, clockTime);
+    return new Evolution(clockTime);
+}

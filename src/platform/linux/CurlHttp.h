@@ -1,0 +1,26 @@
+#pragma once
+
+#include "platform/Http.h"
+#include "platform/Log.h"
+
+#include <string_view>
+
+namespace platform::linux {
+
+/// The web through libcurl. A missing library is logged.
+class CurlHttp final : public Http {
+  public:
+    explicit CurlHttp(Log& logger) : log(logger) {}
+
+    /// A host under ".invalid" is answered with an error at once: nobody is asked for a name that
+    /// is reserved for not being there.
+    HttpReply get(const HttpRequest& request) override;
+
+  private:
+    Log& log;
+};
+
+/// Whether the address names a host under ".invalid".
+bool hasInvalidHost(std::string_view url);
+
+} // namespace platform::linux

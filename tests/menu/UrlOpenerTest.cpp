@@ -1,0 +1,99 @@
+#include "platform/qt/UrlOpener.h"
+#include "Stage.h"
+#include "support/Child.h"
+#include "support/KeptLog.h"
+
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+// What the desktop's opener is given. It is a program found in PATH, for which the test's own one
+// stands.
+
+using namespace menutests;
+
+namespace {
+
+class UrlOpener : public testing::Test {
+  protected:
+    UrlOpener() {
+        const auto folder = desktop().home() / "bin";
+        const auto told = (desktop().home() / "opened").string();
+        std::filesystem::create_directories(folder);
+        if (::mkfifo(told.c_str(), 0600) != 0) throw std::runtime_error("no pipe");
+        // Both ways, so that neither side waits for the other.
+        pipe = support::Descriptor(::open(told.c_str(), O_RDWR | O_CLOEXEC));
+        const auto program = folder / "xdg-open";
+        std::ofstream(program) << "#!/bin/sh\nprintf '%s|%s\\n' \"$#\" \"$1\" > " << told << '\n';
+        std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+        ::setenv("PATH", (folder.string() + ":" + std::getenv("PATH")).c_str(), 1);
+    }
+    ~UrlOpener() override { std::filesystem::remove(desktop().home() / "opened"); }
+
+    /// The number of arguments and the first one.
+    std::string opened() {
+        return support::readLine(pipe.get(), support::Clock::now() + support::generous)
+            .value_or("nothing");
+    }
+
+    support::Descriptor pipe;
+    testing_support::KeptLog log;
+    platform::qt::UrlOpener opener{log};
+};
+
+} // namespace
+
+TEST_F(UrlOpener, PassesPagesAndMailsOnAsOneArgument) {
+    for (const std::string url :
+         {"https://www.tamberlo.invalid", "https://www.tamberlo.invalid#contacts",
+          "http://a.invalid/app/quenlow/index.php?lingua=it",
+          "mailto:a@b.invalid?Subject=Pi%C3%B9%20%26%20pi%C3%B9&body=%0A%0A100%25%20s%C3%AC"}) {
+        opener.open(url);
+        EXPECT_EQ(opened(), "1|" + url);
+    }
+    EXPECT_TRUE(log.lines.empty());
+}
+
+TEST_F(UrlOpener, LeavesNothingToAShell) {
+    opener.open("https://a.invalid/$(touch%20x);`id`?q='a b'\"&&|");
+    const std::string given = opened();
+    EXPECT_EQ(given.substr(0, 2), "1|");
+    EXPECT_EQ(given.find(' '), std::string::npos) << given;
+    EXPECT_NE(given.find("$(touch%20x);"), std::string::npos) << given;
+}
+
+TEST_F(UrlOpener, RefusesEveryOtherKindOfAddressWithOneLineInTheLog) {
+    const std::string refused[] = {"file:///etc/passwd",
+                                   "/etc/passwd",
+                                   "javascript:alert(1)",
+                                   "ftp://a.invalid/x",
+                                   "vbscript:x",
+                                   "store:611203457?mt=12",
+                                   "https:",
+                                   "https:///path",
+                                   "mailto:",
+                                   "--help",
+                                   "",
+                                   " ",
+                                   "http",
+                                   "FILE:///etc/passwd",
+                                   "https://a.invalid:99999999/"};
+    for (const std::string& url : refused) {
+        log.lines.clear();
+        opener.open(url);
+        EXPECT_EQ(log.lines.size(), 1u) << url;
+    }
+    // Nothing of these came before it.
+    opener.open("HTTPS://a.invalid/last");
+    EXPECT_EQ(opened(), "1|https://a.invalid/last");
+}
+
+TEST_F(UrlOpener, ShowsARefusedAddressOnOneShortLine) {
+    opener.open("evil:\n\x1b[31m" + std::string(100'000, 'x'));
+    ASSERT_EQ(log.lines.size(), 1u);
+    EXPECT_LT(log.lines[0].size(), 200u);
+    EXPECT_EQ(log.lines[0].find_first_of("\n\x1b"), std::string::npos);
+}
