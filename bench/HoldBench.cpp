@@ -225,6 +225,23 @@ void latencyRows() {
         return longest(tries, act, [&] { return product.eye.cursor().x < 100; });
     };
     row("from an edge to the wrap, orbisant", "17 ms", wrap());
+
+    const auto follow = [] {
+        Contest contest(Way::held, {.product = "crosshair"});
+        Product& product = contest.product;
+        int x = 0;
+        const auto act = [&](int i) {
+            product.hand.push(i % 2 == 0 ? 1 : -1, 0, 30 + i, 1000);
+            product.hand.relative(i % 2 == 0 ? 100 : -100, 0);
+            x = product.eye.cursor().x;
+        };
+        return longest(tries, act, [&] {
+            return std::ranges::any_of(product.eye.windows(), [&](const auto& window) {
+                return window.mapped && window.area.x == x - 1 && window.area.width == 2;
+            });
+        });
+    };
+    row("from a motion to the marker at the cursor, crosshair", "17 ms", follow());
 }
 
 } // namespace

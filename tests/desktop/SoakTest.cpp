@@ -81,8 +81,12 @@ class Soak {
     }
 
     void watched(const std::function<void()>& act) {
-        const auto monitor = home(product);
-        ASSERT_TRUE(monitor);
+        // A change may be followed by another one, for which the dark windows are made anew.
+        std::optional<std::size_t> monitor;
+        ASSERT_TRUE(holdsSoon([&] {
+            monitor = home(product);
+            return monitor && product.cursorIsOn(*monitor);
+        }));
         support::Watcher watcher(product.desktop.display(), product.monitor(*monitor));
         act();
         EXPECT_EQ(watcher.finish().farthestOutside, 0);
