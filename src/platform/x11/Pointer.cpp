@@ -19,15 +19,33 @@ Point Pointer::location() {
     return reply ? displays.toTopLeft(reply->root_x, reply->root_y) : Point{};
 }
 
+// The walls stand before the cursor comes, or the hand would move it on in between.
 void Pointer::warp(Point to) {
-    put(to);
-    if (interval > 0) pause(placeInForce(displays.toRoot(to)));
+    release();
+    const xcb_point_t place = displays.toRoot(to);
+    const bool isOnMonitor = onMonitor(place);
+    if (interval > 0 && isOnMonitor) pause(place);
+    move(to, place);
+    if (interval > 0 && !isOnMonitor) pause(placeInForce(place));
     connection.flush();
 }
 
 void Pointer::put(Point to) {
-    const xcb_point_t place = displays.toRoot(to);
     release();
+    move(to, displays.toRoot(to));
+}
+
+bool Pointer::onMonitor(xcb_point_t place) const {
+    const auto holds = [&](const Screen& screen) {
+        const xcb_rectangle_t area = displays.toRoot(screen.frame);
+        return place.x >= area.x && place.x < area.x + area.width && place.y >= area.y &&
+               place.y < area.y + area.height;
+    };
+    const auto screens = displays.screens();
+    return std::any_of(screens.begin(), screens.end(), holds);
+}
+
+void Pointer::move(Point to, xcb_point_t place) {
     xcb_warp_pointer(connection.xcb(), XCB_NONE, connection.root(), 0, 0, 0, 0, place.x, place.y);
     ++warpCount;
     lastPlace = to;

@@ -56,6 +56,8 @@ class Pointer final : public platform::Pointer {
   private:
     using Clock = std::chrono::steady_clock;
 
+    bool onMonitor(xcb_point_t place) const;
+    void move(Point to, xcb_point_t place);
     xcb_point_t placeInForce(xcb_point_t wanted);
     void pause(xcb_point_t place);
     void release();
