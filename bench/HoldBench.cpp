@@ -9,8 +9,8 @@
 #include <cstdlib>
 #include <poll.h>
 
-// hold_bench [SECONDS]: what holding the cursor costs and how well it holds, side by side: the
-// program, the program without the hold (--hold off), and a bare X client that warps the cursor
+// hold_bench [SECONDS [GROUP]]: what holding the cursor costs and how well it holds, side by side:
+// the program, the program without the hold (--hold off), and a bare X client that warps the cursor
 // back at every event. Each is measured for SECONDS (2) at a time on two monitors, by XTEST motion.
 
 namespace {
@@ -247,12 +247,15 @@ void latencyRows() {
 } // namespace
 
 int main(int count, char** arguments) {
+    constexpr std::pair<std::string_view, void (*)()> groups[] = {{"outside", outsideRows},
+                                                                  {"cost", costRows},
+                                                                  {"idle", idleRow},
+                                                                  {"thresholds", thresholdRows},
+                                                                  {"latency", latencyRows}};
     if (count > 1) seconds = std::atof(arguments[1]);
+    const std::string_view wanted = count > 2 ? arguments[2] : "";
     row("", "required", "palisor", "palisor --hold off", "bare client, warps");
-    outsideRows();
-    costRows();
-    idleRow();
-    thresholdRows();
-    latencyRows();
+    for (const auto& [name, print] : groups)
+        if (wanted.empty() || wanted == name) print();
     return 0;
 }
