@@ -54,6 +54,11 @@ void* operator new(std::size_t size) {
     if (void* memory = std::malloc(size)) return memory;
     throw std::bad_alloc();
 }
+// The sanitizer's own would not fit the deletes below.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    ++allocations;
+    return std::malloc(size);
+}
 void operator delete(void* memory) noexcept {
     std::free(memory);
 }
