@@ -5,13 +5,6 @@
 namespace desktop {
 namespace {
 
-std::size_t occurrences(const std::string& text, const std::string& part) {
-    std::size_t count = 0;
-    for (auto at = text.find(part); at != text.npos; at = text.find(part, at + 1))
-        ++count;
-    return count;
-}
-
 TEST(Record, AnAttemptToLeaveTheMonitorIsHeldAgainWhenPlayedBack) {
     Product product;
     const std::string scenario = (product.settingsFile().parent_path() / "session.jsonl").string();
@@ -23,10 +16,9 @@ TEST(Record, AnAttemptToLeaveTheMonitorIsHeldAgainWhenPlayedBack) {
     ASSERT_EQ(product.program->wait(), 0);
 
     const auto replay = product.desktop.spawn(PALISOR_REPLAY, {"--only", "window,warp", scenario});
+    EXPECT_TRUE(replay->waitForText(R"("kind":"dark","frame":[1920,0,1280,1024])"));
+    EXPECT_TRUE(replay->waitForText(R"("effect":"warp","to":[1919,)"));
     EXPECT_EQ(replay->wait(), 0) << replay->errors();
-    const std::string played = replay->output();
-    EXPECT_EQ(occurrences(played, R"("kind":"dark","frame":[1920,0,1280,1024])"), 1U) << played;
-    EXPECT_GE(occurrences(played, R"("effect":"warp","to":[1919,)"), 1U) << played;
 }
 
 TEST(Record, AFileThatCannotBeWrittenIsToldAndTheProgramGoesOn) {
