@@ -19,6 +19,8 @@ class RunLoop {
     /// next turn for zero or less. `selector` names the operation for logs and records. The loop
     /// keeps the timer until it has fired for the last time or is invalidated. While a modal alert
     /// runs or a menu is open nothing fires; what came due fires, in order, once that has ended.
+    /// On a real desktop one firing may stand for several that missed their time, or that follow
+    /// each other faster than a monitor shows.
     virtual TimerId schedule(double seconds, bool repeats, std::string_view selector,
                              std::function<void()> fire) = 0;
 

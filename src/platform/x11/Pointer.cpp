@@ -54,7 +54,7 @@ void Pointer::move(Point to, xcb_point_t place) {
 }
 
 // The server moves a cursor that was put beside every monitor onto the nearest one. This waits for
-// the server, once for a pause that the hand feels anyway.
+// the server, for such a place alone.
 xcb_point_t Pointer::placeInForce(xcb_point_t wanted) {
     const auto reply = connection.wait(xcb_query_pointer(connection.xcb(), connection.root()),
                                        xcb_query_pointer_reply);
