@@ -23,6 +23,8 @@ TEST(PropertyListCheck, AcceptsEveryWayOfWritingAWholeList) {
              "</integer><key>b</key><integer>+3</integer>",
              "<key>a</key><data>AA EC\n</data><key>b</key><data/><key>c</key><data>AA==</data>",
              "<key>a</key><real>-1.5e3</real><key>b</key><date>2020-01-02T03:04:05Z</date>",
+             "<key>a</key><date>0579-01-01T00:00:00Z</date><key>b</key><date>9999-12-31T23:59:59Z"
+             "</date><key>c</key><date> 579-01-01T00:00:00Z </date>",
              "<key>a</key><array><dict><key>x</key><true/></dict><array/></array>",
          }) {
         const auto list = text.find("<plist>") == std::string::npos ? listOf(text) : text;
@@ -44,6 +46,17 @@ TEST(PropertyListCheck, RefusesWhatCannotBeReadWithoutLoss) {
              "<key>a</key><integer>-9223372036854775809</integer>",
              "<key>a</key><real>one</real>",
              "<key>a</key><date>yesterday</date>",
+             "<key>a</key><date>-2020-01-02T03:04:05Z</date>",
+             "<key>a</key><date>-01-02T03:04:05Z</date>",
+             "<key>a</key><date>20200-01-02T03:04:05Z</date>",
+             "<key>a</key><date>0000-00-02T03:04:05Z</date>",
+             "<key>a</key><date>2020-13-02T03:04:05Z</date>",
+             "<key>a</key><date>2020-01-00T03:04:05Z</date>",
+             "<key>a</key><date>2020-01-32T03:04:05Z</date>",
+             "<key>a</key><date>2020-01-02T24:04:05Z</date>",
+             "<key>a</key><date>2020-01-02T03:60:05Z</date>",
+             "<key>a</key><date>9999-12-31T23:59:60Z</date>",
+             "<key>a</key><date>2020-01-02T03:04:05</date>",
              "<key>a</key><data>AAE</data>",
              "<key>a</key><data>A?==</data>",
              "<key>a</key><string>&bogus;</string>",

@@ -144,6 +144,17 @@ TEST_F(SettingsFileTest, ValuesOfOtherTypesSurviveASaveAndReadAsAbsent) {
     EXPECT_EQ(log.lines, Names{});
 }
 
+// Which libplist writes with a year of three digits.
+TEST_F(SettingsFileTest, ADateLongAgoSurvivesASaveAndTheNextStart) {
+    folder.write("a.plist", listOf("<key>date</key><date>0579-01-02T00:00:00Z</date>"));
+    for (const char* value : {"1", "2", "3"}) {
+        auto settings = open();
+        save(settings, "own", value);
+        EXPECT_NE(folder.read("a.plist").find("579-01-02T00:00:00Z"), std::string::npos);
+    }
+    EXPECT_EQ(log.lines, Names{});
+}
+
 TEST_F(SettingsFileTest, ADamagedFileIsSetAsideUntouchedAndEverySecondOneBesideIt) {
     const std::string first = "bplist00\x01\x02 junk";
     const std::string second = listOf("<key>a</key>");

@@ -50,11 +50,22 @@ bool isReal(std::string_view text) {
     return end == number.c_str() + number.size();
 }
 
+/// libplist writes a year without leading zeros, and a month or a day out of range as another date,
+/// whose year may be none.
 bool isDate(std::string_view text) {
-    constexpr std::string_view shape = "0000-00-00T00:00:00Z";
     text = trimmed(text);
-    return std::ranges::equal(text, shape,
-                              [](char c, char s) { return s == '0' ? isDigit(c) : c == s; });
+    const auto yearLength = std::min(text.find('-'), text.size());
+    if (yearLength > 4 || !allDigits(text.substr(0, yearLength))) return false;
+    text.remove_prefix(yearLength);
+    constexpr std::string_view shape = "-00-00T00:00:00Z";
+    const auto fits = [](char c, char s) { return s == '0' ? isDigit(c) : c == s; };
+    if (!std::ranges::equal(text, shape, fits)) return false;
+    const auto isWithin = [text](std::size_t at, int least, int most) {
+        const int number = 10 * (text[at] - '0') + (text[at + 1] - '0');
+        return number >= least && number <= most;
+    };
+    return isWithin(1, 1, 12) && isWithin(4, 1, 31) && isWithin(7, 0, 23) && isWithin(10, 0, 59) &&
+           isWithin(13, 0, 59);
 }
 
 bool isBase64(std::string_view text) {
