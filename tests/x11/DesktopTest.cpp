@@ -63,9 +63,15 @@ TEST(X11Workspace, GivesTheFocusBackToTheWindowThatHadItBefore) {
     support::PrivateDesktop desktop;
     desktop.startWindowManager("openbox");
     Session session(desktop.display(), GAMMA_GUARD);
+    // The service has learned it too: it asks which window, then whose.
     const auto activeIs = [&](xcb_window_t window) {
-        return session.loop.runUntil(
+        const bool is = session.loop.runUntil(
             [&] { return rootCardinal(session, "_NET_ACTIVE_WINDOW") == window; });
+        for (int answers = 0; answers < 3; ++answers) {
+            session.connection.sync();
+            session.connection.drain();
+        }
+        return is;
     };
     support::TestWindow foreign(desktop.display(), {100, 100, 300, 200}, {255, 0, 0}, "foreign");
     support::XConnection asUser(desktop.display());
