@@ -2,9 +2,12 @@
 
 #include "support/PrivateDesktop.h"
 
+#include <chrono>
 #include <ctime>
 #include <filesystem>
 #include <fstream>
+#include <pthread.h>
+#include <sched.h>
 #include <stdexcept>
 
 namespace bench {
@@ -59,5 +62,36 @@ Load::Load(const support::PrivateDesktop& desktop) {
 }
 
 Load::~Load() = default;
+
+Standstills::Standstills() {
+    const auto cores = static_cast<int>(std::thread::hardware_concurrency());
+    for (int core = 0; core < cores; ++core)
+        watchers.emplace_back([this, core] { watch(core); });
+}
+
+Standstills::~Standstills() {
+    ends = true;
+    for (std::thread& watcher : watchers)
+        watcher.join();
+}
+
+void Standstills::watch(int core) {
+    constexpr std::chrono::milliseconds turn{2}, standstill{5};
+    cpu_set_t only;
+    CPU_ZERO(&only);
+    CPU_SET(static_cast<std::size_t>(core), &only);
+    sched_param first{};
+    first.sched_priority = sched_get_priority_min(SCHED_FIFO);
+    if (pthread_setaffinity_np(pthread_self(), sizeof only, &only) != 0 ||
+        pthread_setschedparam(pthread_self(), SCHED_FIFO, &first) != 0)
+        return;
+    auto last = std::chrono::steady_clock::now();
+    while (!ends) {
+        std::this_thread::sleep_for(turn);
+        const auto now = std::chrono::steady_clock::now();
+        if (now - last > standstill) seen = true;
+        last = now;
+    }
+}
 
 } // namespace bench

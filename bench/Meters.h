@@ -1,7 +1,9 @@
 #pragma once
 
+#include <atomic>
 #include <memory>
 #include <sys/types.h>
+#include <thread>
 #include <vector>
 
 namespace support {
@@ -37,6 +39,28 @@ class Load {
 
   private:
     std::vector<std::unique_ptr<support::ChildProcess>> processes;
+};
+
+/// Notices when the machine itself stands still for some milliseconds, as a virtual one does beside
+/// busy neighbours. On each core a thread that goes before everything else wakes in short turns;
+/// what keeps it waiting is below the system, and nothing that a program did. Without the right to
+/// go before everything else no standstill is noticed.
+class Standstills {
+  public:
+    Standstills();
+    ~Standstills();
+    Standstills(const Standstills&) = delete;
+    Standstills& operator=(const Standstills&) = delete;
+
+    /// Since the last call.
+    bool any() { return seen.exchange(false); }
+
+  private:
+    void watch(int core);
+
+    std::atomic<bool> seen{false};
+    std::atomic<bool> ends{false};
+    std::vector<std::thread> watchers;
 };
 
 } // namespace bench
