@@ -94,6 +94,24 @@ TEST(TrayIcon, IsAStatusNotifierItemInThePanelOfLxqtWithAllItsClicks) {
     tray.keepPicture("lxqt-template");
 }
 
+// As at each crossing, which switches the program off and on again.
+TEST(TrayIcon, IsNotDrawnForAHostWhereItIsAtOnceAsBefore) {
+    TrayDesktop tray;
+    tray.startHost(Host::lxqtPanel);
+    tray.startProgram();
+    const auto icon = tray.waitForPicture();
+    ASSERT_TRUE(icon) << tray.program().output();
+    const auto monitor = tray.desktop.spawn("dbus-monitor", {"--session", "member='NewIcon'"});
+    ASSERT_TRUE(monitor->waitForText("NameAcquired"));
+    ASSERT_TRUE(tray.clickArrives(*icon, rightOfX, right));
+    ASSERT_TRUE(tray.clickArrives(*icon, middleOfX, middle));
+    ASSERT_TRUE(monitor->waitForText("NewIcon"));
+    EXPECT_TRUE(tray.waitForTemplate(*icon));
+    const std::string told = monitor->output();
+    const auto first = told.find("NewIcon");
+    EXPECT_EQ(told.find("NewIcon", first + 1), std::string::npos) << told;
+}
+
 TEST(TrayIcon, SaysOnceThatThereIsNoTrayAndComesWithTheFirst) {
     TrayDesktop tray;
     tray.startProgram();

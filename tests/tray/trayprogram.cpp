@@ -1,6 +1,6 @@
 // usage: tray_program FOLDER PICTURE TEMPLATE
 // Shows FOLDER/PICTURE.svg in the tray and prints each click; a middle click changes the icon to
-// the template.
+// the template, and a right one does so and changes it back at once.
 
 #include "platform/qt/QtDescriptors.h"
 #include "platform/qt/TrayIcon.h"
@@ -36,7 +36,8 @@ int main(int argc, char** argv) {
     icon.onClick([&](int button, int x, int y) {
         log.write("click " + std::to_string(++clicks) + " of button " + std::to_string(button) +
                   " @ " + std::to_string(x) + " " + std::to_string(y));
-        if (button == 2) icon.setImage({argv[3], true});
+        if (button != 0) icon.setImage({argv[3], true});
+        if (button == 1) icon.setImage({argv[2], false});
     });
     descriptors.start();
     log.write("started");

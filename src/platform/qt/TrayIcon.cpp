@@ -110,8 +110,19 @@ void TrayIcon::makeItem() {
         face(), [this](int button) { click(button, x11::cursorOnRoot(connection)); });
 }
 
+// Drawing it for every host takes milliseconds and files, and there may be a pointer event to
+// answer first. A crossing switches off and on again, after which the same picture is wanted.
 void TrayIcon::setImage(TrayImage wanted) {
     image = std::move(wanted);
+    if (std::exchange(isToBeShown, true)) return;
+    QMetaObject::invokeMethod(this, &TrayIcon::showImage, Qt::QueuedConnection);
+}
+
+void TrayIcon::showImage() {
+    isToBeShown = false;
+    const Shown wanted{image, textColour()};
+    if (shown == wanted) return;
+    shown = wanted;
     window.repaint();
     if (item) item->setFace(face());
 }

@@ -6,6 +6,7 @@
 #include "platform/qt/TemplateImages.h"
 #include "platform/x11/TrayWindow.h"
 
+#include <QColor>
 #include <QObject>
 #include <functional>
 #include <memory>
@@ -18,6 +19,8 @@ namespace platform::qt {
 struct TrayImage {
     std::string name;
     bool isTemplate = true;
+
+    bool operator==(const TrayImage&) const = default;
 };
 
 /// The program's icon in the tray, from its making on: in the X screen's own tray where one is
@@ -35,7 +38,7 @@ class TrayIcon final : public QObject {
              Log& log);
     ~TrayIcon() override;
 
-    /// A name without a picture shows none.
+    /// Drawn by the run loop, where it is another one by then. A name without a picture shows none.
     void setImage(TrayImage image);
 
     /// Button 0 left, 1 right, 2 middle, pressed and released; where the cursor is, in pixels of
@@ -51,13 +54,23 @@ class TrayIcon final : public QObject {
     bool hasTray() const { return window.hasHost() || watcherIsThere; }
     void makeItem();
     StatusNotifierItem::Face face() const;
+    void showImage();
     void click(int button, x11::RootPoint place);
 
     x11::Connection& connection;
     const TemplateImages& images;
     Identity identity;
     Log& log;
+    struct Shown {
+        TrayImage image;
+        QColor text; ///< the tint of a template where the host names none
+
+        bool operator==(const Shown&) const = default;
+    };
+
     TrayImage image;
+    std::optional<Shown> shown; ///< to the hosts that were there
+    bool isToBeShown = false;
     std::function<void(int, int, int)> clicked;
     bool busAnswered = false, watcherIsThere = false, reported = false;
     x11::TrayWindow window;
