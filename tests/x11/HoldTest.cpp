@@ -19,6 +19,7 @@ namespace {
 
 constexpr platform::EventMask monitorMask = 0xFC010FE;
 constexpr Rect left{0, 0, 1920, 1080};
+constexpr Rect right{1920, 56, 1280, 1024};
 
 struct X11Hold : testing::Test {
     void start(const std::string& layout = "1920x1080+0+0,1280x1024+1920+56") {
@@ -30,7 +31,7 @@ struct X11Hold : testing::Test {
         session->input.addGlobalMonitor(monitorMask, [this](const InputEvent& event) {
             seen.push_back(event);
             placesAsked.push_back(session->pointer.location());
-            if (answer) answer(event);
+            if (const auto reply = answer) reply(event);
             placesAsked.push_back(session->pointer.location());
         });
         session->sync();
@@ -93,6 +94,82 @@ TEST_F(X11Hold, LetsTheCursorThroughToThePointThatIsNotAnsweredByAWarp) {
     runPastScroll();
     EXPECT_EQ(seen.back().location, (Point{1979, 497}));
     EXPECT_EQ(eye->cursor(), (Spot{1979, 497}));
+}
+
+// What else the program does at a crossing, windows and all, comes after it.
+TEST_F(X11Hold, LetsTheCursorThroughAsSoonAsItHoldsItNoMore) {
+    start();
+    hold();
+    hand->moveTo(1919, 500);
+    runPastScroll();
+    bool crossedInTheHandler = false;
+    answer = [&](const InputEvent& event) {
+        if (left.contains(event.location) || crossedInTheHandler) return;
+        session->pointer.holdInside(left);
+        EXPECT_EQ(eye->cursor(), (Spot{1919, 497})) << "it is held as before";
+        session->pointer.holdInside(std::nullopt);
+        const auto deadline = support::Clock::now() + support::generous;
+        while (!crossedInTheHandler && support::Clock::now() < deadline)
+            crossedInTheHandler = eye->cursor() == Spot{1979, 497};
+        session->pointer.holdInside(right);
+    };
+    hand->relative(60, -3);
+    runPastScroll();
+    EXPECT_TRUE(crossedInTheHandler);
+    EXPECT_EQ(placesAsked.back(), (Point{1979, 497}));
+    hand->relative(-200, 0);
+    EXPECT_EQ(eye->cursor(), (Spot{1920, 497})) << "it is held on the other side";
+}
+
+TEST_F(X11Hold, FollowsTheCursorFromWhereItWasLetThrough) {
+    start();
+    hold();
+    hand->moveTo(1919, 500);
+    runPastScroll();
+    answer = [&](const InputEvent& event) {
+        if (left.contains(event.location)) return;
+        session->pointer.holdInside(std::nullopt);
+        session->pointer.holdInside(right);
+        answer = {};
+    };
+    hand->relative(60, 0);
+    ASSERT_TRUE(session->loop.runUntil([&] { return !answer; }));
+    seen.clear();
+    hand->relative(-100, 0); // from 1979
+    runPastScroll();
+    ASSERT_EQ(seen.size(), 2u);
+    EXPECT_EQ(seen[1].location.x - seen[0].location.x, -100);
+    EXPECT_EQ(seen[1].location, (Point{1879, 500}));
+}
+
+TEST_F(X11Hold, TellsWhichButtonsAreDownInAPush) {
+    start();
+    hold();
+    answer = [this](const InputEvent& event) { putBack(event); };
+    const auto typesOf = [this](auto&& act) {
+        seen.clear();
+        act();
+        hand->relative(60, 0);
+        EXPECT_TRUE(session->loop.runUntil(
+            [&] { return !seen.empty() && !left.contains(seen.back().location); }));
+        std::vector<EventType> types;
+        for (const InputEvent& event : seen)
+            if (types.empty() || types.back() != event.type) types.push_back(event.type);
+        return types;
+    };
+    hand->moveTo(1919, 500);
+    runPastScroll();
+    using Types = std::vector<EventType>;
+    EXPECT_EQ(typesOf([] {}), (Types{EventType::mouseMoved}));
+    EXPECT_EQ(typesOf([this] { hand->pressButton(1); }),
+              (Types{EventType::leftMouseDown, EventType::leftMouseDragged}));
+    EXPECT_EQ(typesOf([] {}), (Types{EventType::leftMouseDragged}));
+    EXPECT_EQ(typesOf([this] { hand->pressButton(3); }),
+              (Types{EventType::rightMouseDown, EventType::leftMouseDragged}));
+    EXPECT_EQ(typesOf([this] { hand->releaseButton(1); }),
+              (Types{EventType::leftMouseUp, EventType::rightMouseDragged}));
+    EXPECT_EQ(typesOf([this] { hand->releaseButton(3); }),
+              (Types{EventType::rightMouseUp, EventType::mouseMoved}));
 }
 
 TEST_F(X11Hold, ClampsAPointOutsideToTheDesktop) {

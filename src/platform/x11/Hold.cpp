@@ -84,7 +84,10 @@ void Hold::rebuild() {
     monitors = std::move(present);
     if (same) return;
     if (held) box = *held;
-    isKnown = false;
+    // Between walls nothing is followed, and a place that the cursor was put to since is right.
+    isKnown &= walls.empty();
+    stopped.reset();
+    delta.reset();
     meter.clear();
     replaceWalls(held ? innerSides(box, monitors) : std::vector<Side>{});
     connection.flush();
@@ -161,6 +164,7 @@ void Hold::moved(Point step, double time, bool afterQuestion) {
     settle();
     span = time - lastTime;
     lastTime = time;
+    isKnown &= !walls.empty();
     if (walls.empty()) return;
     delta = step;
     if (!afterQuestion) return;
@@ -174,6 +178,7 @@ void Hold::asked() {
 }
 
 void Hold::placed(Point root) {
+    isKnown &= !walls.empty();
     if (walls.empty() || stoppedSinceQuestion) return; // a stop was told later than this
     const Point last = delta.value_or(Point{});
     const Point now = stopped.value_or(Point{before.x + last.x, before.y + last.y});
@@ -199,6 +204,14 @@ void Hold::put(Point root) {
     before = root;
     isKnown = true;
     putAt = root;
+}
+
+// What the server tells of a motion out of the desktop's own edge lies beyond that.
+std::optional<xcb_point_t> Hold::stoppedAt() const {
+    if (!stopped || walls.empty()) return std::nullopt;
+    const Point place = nearestPlace(*stopped, box);
+    return xcb_point_t{static_cast<std::int16_t>(std::floor(place.x)),
+                       static_cast<std::int16_t>(std::floor(place.y))};
 }
 
 void Hold::hit(const xcb_input_barrier_hit_event_t& event, double time, bool afterQuestion) {

@@ -111,15 +111,13 @@ void InputEvents::receiveMotion(InputEvent event) {
     if (isBack) putBack = pointer.lastPut();
 }
 
-// The cursor is still inside. The answer to the point outside is carried out: a warp was, and
-// without one the cursor is let through.
+// The cursor is still inside, and the answer to the point outside is carried out.
 void InputEvents::deliverPush(InputEvent event, const Hold::Push& push) {
     event.location = push.held;
     deliver(event);
-    const unsigned before = pointer.warps();
     event.location = push.beyond;
+    const Pointer::Crossing crossing(pointer, push.beyond);
     deliver(event);
-    if (pointer.warps() == before) pointer.put(push.beyond);
 }
 
 void InputEvents::deliver(const InputEvent& event) {

@@ -30,9 +30,17 @@ void Pointer::warp(Point to) {
     connection.flush();
 }
 
-void Pointer::put(Point to) {
+void Pointer::holdInside(std::optional<Rect> screen) {
+    screenHold.inside(screen);
+    if (goal && !screenHold.isBeyond(*goal)) letThrough();
+}
+
+void Pointer::letThrough() {
+    if (!goal) return;
+    const Point to = *std::exchange(goal, std::nullopt);
     release();
     move(to, displays.toRoot(to));
+    connection.flush();
 }
 
 bool Pointer::onMonitor(xcb_point_t place) const {
@@ -46,7 +54,9 @@ bool Pointer::onMonitor(xcb_point_t place) const {
 }
 
 void Pointer::move(Point to, xcb_point_t place) {
-    xcb_warp_pointer(connection.xcb(), XCB_NONE, connection.root(), 0, 0, 0, 0, place.x, place.y);
+    lastSequence = xcb_warp_pointer(connection.xcb(), XCB_NONE, connection.root(), 0, 0, 0, 0,
+                                    place.x, place.y)
+                       .sequence;
     ++warpCount;
     lastPlace = to;
     if (known) known = to;

@@ -7,6 +7,7 @@
 #include <array>
 #include <chrono>
 #include <optional>
+#include <utility>
 #include <xcb/xfixes.h>
 
 namespace platform::x11 {
@@ -23,13 +24,13 @@ class Pointer final : public platform::Pointer {
     Point location() override;
     void warp(Point to) override;
     void setLocalEventsSuppressionInterval(double seconds) override { interval = seconds; }
-    void holdInside(std::optional<Rect> screen) override { screenHold.inside(screen); }
+    void holdInside(std::optional<Rect> screen) override;
 
     Hold& hold() { return screenHold; }
-    /// Puts the cursor there at the platform's own will: no interval follows. Does not flush.
-    void put(Point to);
     /// Where the last warp led.
     Point lastPut() const { return lastPlace; }
+    /// The warp's place in the stream of requests: an event with a lower number is older.
+    std::uint32_t lastPutSequence() const { return lastSequence; }
 
     /// Counts the program's own warps, so that an answer from before one is known to be stale.
     unsigned warps() const { return warpCount; }
@@ -49,6 +50,28 @@ class Pointer final : public platform::Pointer {
         std::optional<Point> before;
     };
 
+    /// While one of these lives, an event at a place is being handled that the held cursor has not
+    /// reached. The cursor goes there as soon as the hold ends or goes over to that place, before
+    /// the rest that a handler may have to do, or at the end where no warp has answered the event.
+    class Crossing {
+      public:
+        Crossing(Pointer& pointer, Point place)
+            : owner(pointer),
+              before(std::exchange(pointer.goal, place)),
+              warpsBefore(pointer.warpCount) {}
+        ~Crossing() {
+            if (owner.warpCount == warpsBefore) owner.letThrough();
+            owner.goal = before;
+        }
+        Crossing(const Crossing&) = delete;
+        Crossing& operator=(const Crossing&) = delete;
+
+      private:
+        Pointer& owner;
+        std::optional<Point> before;
+        unsigned warpsBefore;
+    };
+
     /// Lets the hand move the cursor again once the interval is over. The event source calls it
     /// too, since no timer fires under a modal alert and the user must be able to reach that.
     void releaseWhenDue();
@@ -57,6 +80,7 @@ class Pointer final : public platform::Pointer {
     using Clock = std::chrono::steady_clock;
 
     bool onMonitor(xcb_point_t place) const;
+    void letThrough();
     void move(Point to, xcb_point_t place);
     xcb_point_t placeInForce(xcb_point_t wanted);
     void pause(xcb_point_t place);
@@ -67,7 +91,9 @@ class Pointer final : public platform::Pointer {
     RunLoop& runLoop;
     Hold screenHold;
     std::optional<Point> known;
+    std::optional<Point> goal; ///< of a crossing that is not decided yet
     Point lastPlace;
+    std::uint32_t lastSequence = 0;
     unsigned warpCount = 0;
     double interval = 0;
     std::array<xcb_xfixes_barrier_t, 4> walls{};

@@ -35,7 +35,23 @@ bool isBefore(std::uint32_t sequence, std::uint32_t other) {
     return static_cast<std::int32_t>(sequence - other) < 0;
 }
 
+std::uint16_t maskWith(std::uint16_t mask, unsigned button, bool down) {
+    if (button < 1 || button > 5) return mask;
+    const auto bit = static_cast<std::uint16_t>(XCB_BUTTON_MASK_1 << (button - 1));
+    return static_cast<std::uint16_t>(down ? mask | bit : mask & ~bit);
+}
+
 } // namespace
+
+std::uint16_t RawEvent::buttonsAfter(std::uint16_t mask) const {
+    if (kind != Kind::buttonDown && kind != Kind::buttonUp) return mask;
+    return maskWith(mask, button, kind == Kind::buttonDown);
+}
+
+std::uint16_t RawEvent::buttonsBefore(std::uint16_t mask) const {
+    if (kind != Kind::buttonDown && kind != Kind::buttonUp) return mask;
+    return maskWith(mask, button, kind == Kind::buttonUp);
+}
 
 RawInput::RawInput(Connection& x, const Displays& screens, Pointer& cursor, Receiver receive,
                    std::function<void()> onArrival)
@@ -102,7 +118,7 @@ void RawInput::handle(const xcb_generic_event_t& generic) {
     const auto& raw = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(generic);
     if (raw.extension != connection.xinputOpcode()) return;
 
-    RawEvent event{RawEvent::Kind::motion, 0, {}, raw.full_sequence, seconds(raw.time)};
+    RawEvent event{.sequence = raw.full_sequence, .time = seconds(raw.time)};
     switch (raw.event_type) {
     case XCB_INPUT_RAW_MOTION:
         addMotion(raw, event);
@@ -132,9 +148,8 @@ double RawInput::seconds(std::uint32_t serverTime) {
     // The server's clock has 32 bits of milliseconds.
     if (serverTime < lastTime && lastTime - serverTime > 0x80000000u) timeBase += 4294967.296;
     lastTime = serverTime;
-    const double time = timeBase + serverTime / 1000.0;
-    clockAhead = time - secondsHere();
-    return time;
+    anyTime = true;
+    return lastSeconds();
 }
 
 bool RawInput::isAfterQuestion(std::uint32_t sequence) const {
@@ -151,7 +166,7 @@ void RawInput::addMotion(const xcb_input_raw_motion_event_t& raw, const RawEvent
 
 // What a barrier stops is a motion too, though its own raw event may have gone on already.
 void RawInput::addHit(const xcb_input_barrier_hit_event_t& hit) {
-    const RawEvent event{RawEvent::Kind::motion, 0, {}, hit.full_sequence, seconds(hit.time)};
+    const RawEvent event{.sequence = hit.full_sequence, .time = seconds(hit.time), .stopped = true};
     motion.stopped();
     pointer.hold().hit(hit, event.time, isAfterQuestion(event.sequence));
     add(event);
@@ -173,7 +188,7 @@ void RawInput::addSeenMotion(std::uint32_t sequence) {
     if (head < covered && pending[head].kind == RawEvent::Kind::motion) return;
     arrived();
     pending.insert(pending.begin() + static_cast<std::ptrdiff_t>(head),
-                   {RawEvent::Kind::motion, 0, {}, sequence - 1, secondsHere() + clockAhead});
+                   {.sequence = sequence - 1, .time = secondsHere() + clockAhead});
     ++covered;
 }
 
@@ -195,33 +210,38 @@ void RawInput::batchEnded() {
         table.read(connection);
     }
     pointer.releaseWhenDue();
-    if (mayAsk && asked == 0 && (!empty() || motion.looks())) ask();
-}
-
-void RawInput::ask() {
+    if (std::exchange(anyTime, false)) clockAhead = lastSeconds() - secondsHere();
+    if (!mayAsk || asked != 0 || (empty() && !motion.looks())) return;
     mayAsk = false;
     covered = pending.size();
     warpsWhenAsked = pointer.warps();
+    if (const auto place = knownPlace())
+        passOnFrom(*place);
+    else
+        ask();
+}
+
+// Where a barrier was the last to speak, the cursor stands at it, and the server need not be asked.
+std::optional<xcb_point_t> RawInput::knownPlace() const {
+    if (!buttons || empty() || !pending.back().stopped) return std::nullopt;
+    if (isBefore(pending.back().sequence, pointer.lastPutSequence())) return std::nullopt;
+    return pointer.hold().stoppedAt();
+}
+
+void RawInput::passOnFrom(xcb_point_t root) {
+    for (std::size_t i = head; i < covered; ++i)
+        buttons = pending[i].buttonsAfter(*buttons);
+    const Point place = displays.toTopLeft(root.x, root.y);
+    lastPlace = place;
+    passOn(place);
+}
+
+void RawInput::ask() {
     asked = xcb_query_pointer(connection.xcb(), connection.root()).sequence;
     connection.awaitReply(asked, *this);
     pointer.hold().asked();
 }
 
-// The answer tells the buttons after all covered events; the later ones are undone.
-std::uint16_t RawInput::buttonsBefore(std::size_t index, std::uint16_t mask) const {
-    for (std::size_t i = covered; i-- > index;) {
-        const RawEvent& event = pending[i];
-        if (event.button < 1 || event.button > 5) continue;
-        const auto bit = static_cast<std::uint16_t>(XCB_BUTTON_MASK_1 << (event.button - 1));
-        if (event.kind == RawEvent::Kind::buttonDown) mask &= static_cast<std::uint16_t>(~bit);
-        if (event.kind == RawEvent::Kind::buttonUp) mask |= bit;
-    }
-    return mask;
-}
-
-// The receiver may move the cursor, after which the answer is no longer true for the events behind,
-// and may run a modal loop, in which further answers come in here; so the state is looked at anew
-// for each event.
 void RawInput::handleReply(unsigned sequence, const void* reply) {
     if (sequence != asked) return;
     asked = 0;
@@ -234,17 +254,28 @@ void RawInput::handleReply(unsigned sequence, const void* reply) {
     pointer.hold().placed(
         {static_cast<double>(answer->root_x), static_cast<double>(answer->root_y)});
     const Point place = displays.toTopLeft(answer->root_x, answer->root_y);
-    const std::uint16_t mask = answer->mask;
+    buttons = answer->mask;
     while (covered < pending.size() && isBefore(pending[covered].sequence, sequence))
         ++covered;
     const bool hasMoved = place != std::exchange(lastPlace, place);
     if (hasMoved && motion.looks()) addSeenMotion(sequence);
     motion.looked(hasMoved);
+    passOn(place);
+}
+
+// The receiver may move the cursor, after which the place is no longer true for the events behind,
+// and may run a modal loop, in which further ones are passed on; so the state is looked at anew for
+// each event. The buttons are known as they are after all of them.
+void RawInput::passOn(Point place) {
     while (head < covered && asked == 0 && pointer.warps() == warpsWhenAsked) {
         const RawEvent event = pending[head++];
         const bool overtaken = event.kind == RawEvent::Kind::motion && head < covered &&
                                pending[head].kind == RawEvent::Kind::motion;
-        if (!overtaken) receiver(event, place, buttonsBefore(head, mask));
+        if (overtaken) continue;
+        std::uint16_t mask = *buttons;
+        for (std::size_t i = covered; i-- > head;)
+            mask = pending[i].buttonsBefore(mask);
+        receiver(event, place, mask);
     }
     if (pointer.warps() != warpsWhenAsked) lastPlace = pointer.lastPut();
     if (asked != 0) return;

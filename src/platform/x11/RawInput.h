@@ -5,22 +5,28 @@
 #include "platform/x11/Pointer.h"
 
 #include <bitset>
+#include <optional>
 
 namespace platform::x11 {
 
 /// One event of a device, before it has a place.
 struct RawEvent {
     enum class Kind : std::uint8_t { motion, buttonDown, buttonUp, keyDown, keyUp };
-    Kind kind;
-    unsigned button; ///< 1 left, 2 middle, 3 right, 4 to 7 scrolling
-    Key key;
-    std::uint32_t sequence; ///< its place in the server's stream
-    double time;            ///< seconds, the server's clock
+    Kind kind = Kind::motion;
+    unsigned button = 0; ///< 1 left, 2 middle, 3 right, 4 to 7 scrolling
+    Key key{};
+    std::uint32_t sequence = 0; ///< its place in the server's stream
+    double time = 0;            ///< seconds, the server's clock
+    bool stopped = false;       ///< a motion that a barrier ended
+
+    /// The core protocol's mask of the buttons that are down, from what it is on the other side.
+    std::uint16_t buttonsAfter(std::uint16_t before) const;
+    std::uint16_t buttonsBefore(std::uint16_t after) const;
 };
 
 /// The devices' events of the whole session, received also while another client grabs, in their
-/// order and with the cursor's place. Nothing here waits for the server: the place is asked for
-/// once for all that has come, and they go on when the answer is there.
+/// order and with the cursor's place. Nothing here waits for the server: where no barrier has told
+/// the place it is asked for, once for all that has come, and they go on when the answer is there.
 class RawInput final : private Listener {
   public:
     /// `buttonMask` is the core protocol's, as it was with the event.
@@ -57,11 +63,14 @@ class RawInput final : private Listener {
     void addMotion(const xcb_input_raw_motion_event_t& raw, const RawEvent& event);
     void addHit(const xcb_input_barrier_hit_event_t& hit);
     double seconds(std::uint32_t serverTime);
+    double lastSeconds() const { return timeBase + lastTime / 1000.0; }
     bool isAfterQuestion(std::uint32_t sequence) const;
     void add(const RawEvent& event);
     void addKey(std::uint32_t keycode, bool down, RawEvent event);
     void ask();
-    std::uint16_t buttonsBefore(std::size_t index, std::uint16_t mask) const;
+    std::optional<xcb_point_t> knownPlace() const;
+    void passOnFrom(xcb_point_t root);
+    void passOn(Point place);
     bool empty() const { return head == pending.size(); }
 
     Connection& connection;
@@ -78,14 +87,16 @@ class RawInput final : private Listener {
 
     std::vector<RawEvent> pending; ///< from `head` on
     std::size_t head = 0;
-    std::size_t covered = 0; ///< of `pending`, those that came before the question in flight
+    std::size_t covered = 0; ///< of `pending`, those that the question, or the place, is about
     unsigned asked = 0;      ///< its sequence, 0 for none
     bool mayAsk = false;
     unsigned warpsWhenAsked = 0;
+    std::optional<std::uint16_t> buttons; ///< the mask as last told, and what has come since
     MotionWatch motion;
     Point lastPlace; ///< where the cursor was when it was last looked at, or was put since
     std::uint32_t lastTime = 0;
     double clockAhead = 0; ///< of the server's clock, seconds
+    bool anyTime = false;  ///< told by the server in this batch
     double timeBase = 0;
 };
 
