@@ -49,6 +49,20 @@ TEST(Push, CountsAReportByTheShareOfItsSpanThatLiesInTheFrame) {
     EXPECT_NEAR(sum->cutOff.x, 50, 0.01);
 }
 
+// The server's clock is a large number of which a frame is a small difference.
+TEST(Push, HasNoRoundingAtTheFramesEdge) {
+    for (int milliseconds = 4'000'000; milliseconds < 4'000'100; ++milliseconds) {
+        const double before = (milliseconds - 16) / 1000.0, time = milliseconds / 1000.0;
+        PushMeter meter;
+        meter.add({before, 0.004, {1, 1}, {50, 0}});
+        meter.add({time, time - before, {2, 2}, {60, 0}});
+        const auto sum = meter.take();
+        ASSERT_TRUE(sum);
+        EXPECT_EQ(sum->cutOff, (Point{60, 0})) << milliseconds;
+        EXPECT_EQ(sum->from, (Point{2, 2})) << milliseconds;
+    }
+}
+
 TEST(Push, OfAHandThatHadRestedCountsWhole) {
     PushMeter meter;
     meter.add({5.000, 4.0, {}, {100, 0}});

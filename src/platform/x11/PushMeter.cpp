@@ -13,6 +13,9 @@ constexpr double longestSpan = 2 * PushMeter::frame;
 // third report of a mouse at 125 Hz for an eighth, and push where two make just the distance.
 constexpr double frameOfWholeMilliseconds = 0.016;
 
+// Far less than a millisecond, and more than what differences of large numbers are wrong by.
+constexpr double nothing = 1e-6;
+
 } // namespace
 
 PushMeter::PushMeter() {
@@ -32,8 +35,8 @@ std::optional<PushMeter::Sum> PushMeter::take() {
     Point lead;
     for (const Piece& piece : pieces) {
         const double inside = piece.time - begin;
-        const double share = inside <= 0 ? 0 : (piece.span <= inside ? 1 : inside / piece.span);
-        if (share == 0) continue;
+        if (inside < nothing) continue;
+        const double share = piece.span < inside + nothing ? 1 : inside / piece.span;
         lead = {lead.x + share * piece.lead.x, lead.y + share * piece.lead.y};
         if (piece.cutOff == Point{}) continue;
         if (!sum) sum = Sum{piece.from, {}, {}};
