@@ -11,7 +11,8 @@
 
 // hold_bench [SECONDS [GROUP]]: what holding the cursor costs and how well it holds, side by side:
 // the program, the program without the hold (--hold off), and a bare X client that warps the cursor
-// back at every event. Each is measured for SECONDS (2) at a time on two monitors, by XTEST motion.
+// back at every event. Each is measured for SECONDS (2) at a time on two monitors, by XTEST motion;
+// whether the cursor gets out, for five times as long.
 // "again" counts the tries that were made again because the machine itself stood still in them.
 
 namespace {
@@ -85,7 +86,7 @@ std::string outside(Way way, int hz, bool loaded) {
     if (loaded) load.emplace(contest.product.desktop);
     contest.product.moveNextTo(0, 1);
     support::Watcher watcher(contest.product.desktop.display(), contest.product.monitor(0));
-    contest.pushAgainstEdge(seconds, hz);
+    contest.pushAgainstEdge(5 * seconds, hz);
     const auto report = watcher.finish();
     return number(100 * report.shareOutside(), " %") + ", " +
            number(report.farthestOutside, " px", 0);
