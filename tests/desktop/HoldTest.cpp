@@ -163,13 +163,7 @@ TEST(ServerHold, KeepsTheCursorFromLeavingWhileItIsDraggedAndAnotherProgramGrabs
     product.hand.push(7, 1, 300, mouseRate);
     product.hand.releaseButton();
     const support::XConnection other(product.desktop.display());
-    const auto grab = support::own(xcb_grab_pointer_reply(
-        other.get(),
-        xcb_grab_pointer(other.get(), 0, other.root(), XCB_EVENT_MASK_BUTTON_PRESS,
-                         XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC, XCB_NONE, XCB_NONE,
-                         XCB_CURRENT_TIME),
-        nullptr));
-    ASSERT_TRUE(grab && grab->status == XCB_GRAB_STATUS_SUCCESS);
+    ASSERT_TRUE(other.grabPointer());
     product.hand.push(7, -1, 300, mouseRate);
     const auto report = watcher.finish();
     EXPECT_EQ(report.farthestOutside, 0);

@@ -25,6 +25,15 @@ xcb_atom_t XConnection::atom(std::string_view name) const {
     return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
 }
 
+bool XConnection::grabPointer() const {
+    const auto grab = own(xcb_grab_pointer_reply(
+        connection,
+        xcb_grab_pointer(connection, 0, root(), XCB_EVENT_MASK_BUTTON_PRESS, XCB_GRAB_MODE_ASYNC,
+                         XCB_GRAB_MODE_ASYNC, XCB_NONE, XCB_NONE, XCB_CURRENT_TIME),
+        nullptr));
+    return grab && grab->status == XCB_GRAB_STATUS_SUCCESS;
+}
+
 void XConnection::sync() const {
     const auto reply =
         own(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));

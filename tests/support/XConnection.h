@@ -39,6 +39,9 @@ class XConnection {
 
     xcb_atom_t atom(std::string_view name) const;
 
+    /// Takes the pointer as an open menu does, until this object goes; false where another has it.
+    bool grabPointer() const;
+
     /// Returns after the server has carried out everything that was sent here; the events that it
     /// caused up to then are in the queue.
     void sync() const;

@@ -107,7 +107,7 @@ TEST_F(X11InputEvents, DoNotRepeatAHeldKey) {
     session.sync();
     hand.press('a');
     // A second client sees the server's repetitions; here they must not have come.
-    support::XConnection other(desktop.display());
+    const support::XConnection other(desktop.display());
     const std::uint32_t mask = XCB_EVENT_MASK_KEY_PRESS;
     xcb_change_window_attributes(other.get(), other.root(), XCB_CW_EVENT_MASK, &mask);
     int repetitions = 0;
@@ -123,14 +123,8 @@ TEST_F(X11InputEvents, DoNotRepeatAHeldKey) {
 
 TEST_F(X11InputEvents, ComeAlsoWhileAnotherProgramGrabs) {
     monitor();
-    support::XConnection other(desktop.display());
-    const auto grab = support::own(xcb_grab_pointer_reply(
-        other.get(),
-        xcb_grab_pointer(other.get(), 0, other.root(), XCB_EVENT_MASK_BUTTON_PRESS,
-                         XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC, XCB_NONE, XCB_NONE,
-                         XCB_CURRENT_TIME),
-        nullptr));
-    ASSERT_TRUE(grab && grab->status == XCB_GRAB_STATUS_SUCCESS);
+    const support::XConnection other(desktop.display());
+    ASSERT_TRUE(other.grabPointer());
     hand.click(1);
     runPastScroll();
     EXPECT_EQ(types(), (std::vector<EventType>{EventType::leftMouseDown, EventType::leftMouseUp}));
@@ -176,7 +170,7 @@ TEST_F(X11InputEvents, MergeMotionThatCameTogether) {
 
 TEST_F(X11InputEvents, FollowAChangeOfTheKeyboardsMapping) {
     monitor();
-    support::XConnection other(desktop.display());
+    const support::XConnection other(desktop.display());
     const std::uint8_t first = xcb_get_setup(other.get())->min_keycode;
     const auto mapping = support::own(xcb_get_keyboard_mapping_reply(
         other.get(), xcb_get_keyboard_mapping(other.get(), first, 200), nullptr));
@@ -209,7 +203,7 @@ TEST_F(X11InputEvents, FollowAChangeOfTheKeyboardsMapping) {
 
 TEST_F(X11InputEvents, FollowAUserWhoSwapsTheButtons) {
     monitor();
-    support::XConnection other(desktop.display());
+    const support::XConnection other(desktop.display());
     const auto now = support::own(
         xcb_get_pointer_mapping_reply(other.get(), xcb_get_pointer_mapping(other.get()), nullptr));
     ASSERT_TRUE(now && now->map_len >= 3);

@@ -116,14 +116,13 @@ void InputEvents::deliverPush(InputEvent event, const Hold::Push& push) {
     event.location = push.held;
     deliver(event);
     event.location = push.beyond;
-    const Pointer::Crossing crossing(pointer, push.beyond);
-    deliver(event);
+    deliver(event, true);
 }
 
-void InputEvents::deliver(const InputEvent& event) {
+void InputEvents::deliver(const InputEvent& event, bool isHeldBack) {
     const EventMask bit = maskOf(event.type);
     const bool isPointers = (bit & keyTypes) == 0;
-    const Pointer::Handling handling(pointer, event.location);
+    const Pointer::Handling handling(pointer, event.location, isHeldBack);
     for (std::size_t i = 0; i < consumers.size(); ++i) {
         if (!(consumers[i].mask & bit)) continue;
         const bool withheld =

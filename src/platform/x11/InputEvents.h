@@ -39,7 +39,7 @@ class InputEvents final : public platform::InputEvents {
     void receive(const RawEvent& raw, Point place, std::uint16_t buttonMask);
     void receiveMotion(InputEvent event);
     void deliverPush(InputEvent event, const Hold::Push& push);
-    void deliver(const InputEvent& event);
+    void deliver(const InputEvent& event, bool isHeldBack = false);
 
     Pointer& pointer;
     std::function<bool()> ownWindowActive;

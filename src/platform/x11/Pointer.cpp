@@ -1,6 +1,7 @@
 #include "platform/x11/Pointer.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace platform::x11 {
 
@@ -10,6 +11,18 @@ Pointer::Pointer(Connection& x, Displays& screens, RunLoop& loop, bool serverHol
 Pointer::~Pointer() {
     release();
     connection.flush();
+}
+
+Pointer::Handling::Handling(Pointer& pointer, Point place, bool isHeldBack)
+    : owner(pointer),
+      knownBefore(std::exchange(pointer.known, place)),
+      goalBefore(std::exchange(pointer.goal, isHeldBack ? std::optional(place) : std::nullopt)),
+      warpsBefore(pointer.warpCount) {}
+
+Pointer::Handling::~Handling() {
+    if (owner.warpCount == warpsBefore) owner.letThrough();
+    owner.goal = goalBefore;
+    owner.known = knownBefore;
 }
 
 Point Pointer::location() {

@@ -7,7 +7,6 @@
 #include <array>
 #include <chrono>
 #include <optional>
-#include <utility>
 #include <xcb/xfixes.h>
 
 namespace platform::x11 {
@@ -35,40 +34,19 @@ class Pointer final : public platform::Pointer {
     /// Counts the program's own warps, so that an answer from before one is known to be stale.
     unsigned warps() const { return warpCount; }
 
-    /// While one of these lives, an event that happened at `place` is being handled.
+    /// While one of these lives, an event that happened at `place` is being handled. Where the hold
+    /// has kept the cursor from there, it goes there as soon as the hold ends or goes over to that
+    /// place, before what else the handler has to do, and at the end where no warp has answered.
     class Handling {
       public:
-        Handling(Pointer& pointer, Point place) : owner(pointer), before(pointer.known) {
-            owner.known = place;
-        }
-        ~Handling() { owner.known = before; }
+        Handling(Pointer& pointer, Point place, bool isHeldBack = false);
+        ~Handling();
         Handling(const Handling&) = delete;
         Handling& operator=(const Handling&) = delete;
 
       private:
         Pointer& owner;
-        std::optional<Point> before;
-    };
-
-    /// While one of these lives, an event at a place is being handled that the held cursor has not
-    /// reached. The cursor goes there as soon as the hold ends or goes over to that place, before
-    /// the rest that a handler may have to do, or at the end where no warp has answered the event.
-    class Crossing {
-      public:
-        Crossing(Pointer& pointer, Point place)
-            : owner(pointer),
-              before(std::exchange(pointer.goal, place)),
-              warpsBefore(pointer.warpCount) {}
-        ~Crossing() {
-            if (owner.warpCount == warpsBefore) owner.letThrough();
-            owner.goal = before;
-        }
-        Crossing(const Crossing&) = delete;
-        Crossing& operator=(const Crossing&) = delete;
-
-      private:
-        Pointer& owner;
-        std::optional<Point> before;
+        std::optional<Point> knownBefore, goalBefore;
         unsigned warpsBefore;
     };
 
@@ -91,7 +69,7 @@ class Pointer final : public platform::Pointer {
     RunLoop& runLoop;
     Hold screenHold;
     std::optional<Point> known;
-    std::optional<Point> goal; ///< of a crossing that is not decided yet
+    std::optional<Point> goal; ///< of an event that the cursor was held back from
     Point lastPlace;
     std::uint32_t lastSequence = 0;
     unsigned warpCount = 0;
