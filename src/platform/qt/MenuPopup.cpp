@@ -1,6 +1,7 @@
 #include "platform/qt/MenuPopup.h"
 
 #include "platform/qt/BoundsPanel.h"
+#include "platform/qt/MenuStyle.h"
 #include "platform/qt/SliderPanel.h"
 
 #include <QApplication>
@@ -36,6 +37,7 @@ MenuPopup::MenuPopup(const Menu& menu, std::vector<std::size_t> path, MenuPopup&
 }
 
 void MenuPopup::fill(const Menu& menu, const std::vector<std::size_t>& path) {
+    MenuStyle::giveTo(*this);
     setSeparatorsCollapsible(true);
     setToolTipsVisible(true);
     connect(this, &QMenu::hovered, this, [this](const QAction* now) { showActive(now); });
