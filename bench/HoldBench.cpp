@@ -199,9 +199,9 @@ std::string longest(int tries, Act&& act, Arrived&& arrived) {
     bench::Standstills standstills;
     while (static_cast<int>(times.size()) < tries) {
         const int done = static_cast<int>(times.size());
-        standstills.any();
+        standstills.takeAny();
         const auto time = milliseconds([&] { act(done); }, arrived);
-        const bool counts = !standstills.any() || repeated == tries;
+        const bool counts = !standstills.takeAny() || repeated == tries;
         if (!counts) {
             ++repeated;
             continue;

@@ -52,8 +52,8 @@ class Standstills {
     Standstills(const Standstills&) = delete;
     Standstills& operator=(const Standstills&) = delete;
 
-    /// Since the last call.
-    bool any() { return seen.exchange(false); }
+    /// Whether one was noticed since the last call.
+    bool takeAny() { return seen.exchange(false); }
 
   private:
     void watch(int core);

@@ -102,6 +102,7 @@ void TrayIcon::report() {
 }
 
 void TrayIcon::makeItem() {
+    told = {image, textColour()};
     if (!symbolicIcons) symbolicIcons.emplace(images, identity.id);
     item = std::make_unique<StatusNotifierItem>(
         StatusNotifierItem::Identity{QString::fromStdString(identity.id),
@@ -110,8 +111,8 @@ void TrayIcon::makeItem() {
         face(), [this](int button) { click(button, x11::cursorOnRoot(connection)); });
 }
 
-// Drawing it for every host takes milliseconds and files, and there may be a pointer event to
-// answer first. A crossing switches off and on again, after which the same picture is wanted.
+// Drawing it for the hosts of items takes milliseconds and files, and there may be a pointer event
+// to answer first. A crossing switches off and on again, after which the same picture is wanted.
 void TrayIcon::setImage(TrayImage wanted) {
     image = std::move(wanted);
     if (std::exchange(isToBeShown, true)) return;
@@ -120,11 +121,11 @@ void TrayIcon::setImage(TrayImage wanted) {
 
 void TrayIcon::showImage() {
     isToBeShown = false;
-    const Shown wanted{image, textColour()};
-    if (shown == wanted) return;
-    shown = wanted;
     window.repaint();
-    if (item) item->setFace(face());
+    const ItemFace wanted{image, textColour()};
+    if (!item || told == wanted) return;
+    told = wanted;
+    item->setFace(face());
 }
 
 void TrayIcon::onClick(std::function<void(int, int, int)> handler) {

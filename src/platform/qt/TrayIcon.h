@@ -38,7 +38,8 @@ class TrayIcon final : public QObject {
              Log& log);
     ~TrayIcon() override;
 
-    /// Drawn by the run loop, where it is another one by then. A name without a picture shows none.
+    /// Drawn by the run loop, and for an item only where it is another one by then. A name without
+    /// a picture shows none.
     void setImage(TrayImage image);
 
     /// Button 0 left, 1 right, 2 middle, pressed and released; where the cursor is, in pixels of
@@ -61,15 +62,15 @@ class TrayIcon final : public QObject {
     const TemplateImages& images;
     Identity identity;
     Log& log;
-    struct Shown {
+    struct ItemFace {
         TrayImage image;
-        QColor text; ///< the tint of a template where the host names none
+        QColor text; ///< the tint of a template
 
-        bool operator==(const Shown&) const = default;
+        bool operator==(const ItemFace&) const = default;
     };
 
     TrayImage image;
-    std::optional<Shown> shown; ///< to the hosts that were there
+    ItemFace told; ///< to the hosts of the item
     bool isToBeShown = false;
     std::function<void(int, int, int)> clicked;
     bool busAnswered = false, watcherIsThere = false, reported = false;

@@ -14,7 +14,7 @@ constexpr double longestSpan = 2 * PushMeter::frame;
 constexpr double frameOfWholeMilliseconds = 0.016;
 
 // Far less than a millisecond, and more than what differences of large numbers are wrong by.
-constexpr double nothing = 1e-6;
+constexpr double roundingError = 1e-6;
 
 } // namespace
 
@@ -35,8 +35,8 @@ std::optional<PushMeter::Sum> PushMeter::take() {
     Point lead;
     for (const Piece& piece : pieces) {
         const double inside = piece.time - begin;
-        if (inside < nothing) continue;
-        const double share = piece.span < inside + nothing ? 1 : inside / piece.span;
+        if (inside < roundingError) continue;
+        const double share = piece.span < inside + roundingError ? 1 : inside / piece.span;
         lead = {lead.x + share * piece.lead.x, lead.y + share * piece.lead.y};
         if (piece.cutOff == Point{}) continue;
         if (!sum) sum = Sum{piece.from, {}, {}};
