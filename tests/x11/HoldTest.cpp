@@ -143,6 +143,64 @@ TEST_F(X11Hold, FollowsTheCursorFromWhereItWasLetThrough) {
     EXPECT_EQ(seen[1].location, (Point{1879, 500}));
 }
 
+// A fast mouse, of which only what a wall stops is told. It is put back in each frame, to where it
+// slid to and not to where it was stopped.
+TEST_F(X11Hold, LosesNothingOfASlideAlongTheEdge) {
+    start();
+    hold();
+    answer = [this](const InputEvent& event) { putBack(event); };
+    hand->moveTo(1919, 100);
+    runPastScroll();
+    constexpr int stops = 40, between = 15;
+    std::thread mover([&] {
+        for (int i = 0; i < stops; ++i) {
+            hand->push(2, 0, 1, 1000);
+            hand->push(0, 1, between, 1000);
+        }
+    });
+    const bool slid = session->loop.runUntil(
+        [&] { return eye->cursor().y >= 100 + stops * between * 8 / 10; }, 3);
+    mover.join();
+    EXPECT_TRUE(slid) << "it is at " << eye->cursor().y;
+}
+
+TEST_F(X11Hold, TellsWhereACursorBesideTheScreenIsStopped) {
+    start("1280x1024+0+1024*,1280x1024+0+0,1280x1024+1280+1024");
+    hand->moveTo(600, 1500);
+    session->pointer.holdInside(Rect{0, 0, 1280, 1024});
+    session->sync();
+    runPastScroll();
+    hand->moveTo(1279, 500); // on the upper monitor, where the wall goes on
+    runPastScroll();
+    hand->relative(60, 0);
+    runPastScroll();
+    EXPECT_EQ(seen.back().location.y, 500 - 1024);
+}
+
+// Each frame would ask once more.
+TEST_F(X11Hold, AsksNothingWhereABarrierTellsThePlace) {
+    start();
+    hold();
+    hand->moveTo(1919, 500);
+    runPastScroll();
+    constexpr int pushes = 20;
+    const auto requests = [this] {
+        return xcb_no_operation(session->inputConnection.xcb()).sequence;
+    };
+    int warps = 0;
+    answer = [&](const InputEvent& event) {
+        if (left.contains(event.location)) return;
+        ++warps;
+        putBack(event);
+    };
+    const auto before = requests();
+    for (int i = 1; i <= pushes; ++i) {
+        hand->relative(5, 0);
+        ASSERT_TRUE(session->loop.runUntil([&] { return warps == i; }));
+    }
+    EXPECT_EQ(requests() - before, static_cast<unsigned>(pushes) + 1) << "the warps alone";
+}
+
 TEST_F(X11Hold, TellsWhichButtonsAreDownInAPush) {
     start();
     hold();

@@ -206,12 +206,11 @@ void Hold::put(Point root) {
     putAt = root;
 }
 
-// What the server tells of a motion out of the desktop's own edge lies beyond that.
+// Walls are endless, and stop a cursor outside the screen too.
 std::optional<xcb_point_t> Hold::stoppedAt() const {
-    if (!stopped || walls.empty()) return std::nullopt;
-    const Point place = nearestPlace(*stopped, box);
-    return xcb_point_t{static_cast<std::int16_t>(std::floor(place.x)),
-                       static_cast<std::int16_t>(std::floor(place.y))};
+    if (!stopped || walls.empty() || !box.contains(*stopped)) return std::nullopt;
+    return xcb_point_t{static_cast<std::int16_t>(std::floor(stopped->x)),
+                       static_cast<std::int16_t>(std::floor(stopped->y))};
 }
 
 void Hold::hit(const xcb_input_barrier_hit_event_t& event, double time, bool afterQuestion) {

@@ -52,8 +52,8 @@ class Hold {
     void placed(Point root);
     /// The program itself put it there.
     void put(Point root);
-    /// The pixel at which a barrier ended the last motion, root coordinates; nothing after another
-    /// motion, as far as motion is read.
+    /// The pixel of the screen at which a barrier ended the last motion, root coordinates; nothing
+    /// after another motion, as far as motion is read.
     std::optional<xcb_point_t> stoppedAt() const;
 
     struct Push {

@@ -71,7 +71,17 @@ RawInput::~RawInput() {
 
 void RawInput::selectPointer() {
     pointerSelected = true;
+    findClientPointer();
     select();
+}
+
+// The server decides which one it is at the first question about the place.
+void RawInput::findClientPointer() {
+    xcb_connection_t* c = connection.xcb();
+    xcb_discard_reply(c, xcb_query_pointer(c, connection.root()).sequence);
+    const auto found = connection.wait(xcb_input_xi_get_client_pointer(c, XCB_NONE),
+                                       xcb_input_xi_get_client_pointer_reply);
+    if (found && found->set) clientPointer = found->deviceid;
 }
 
 void RawInput::selectKeys() {
@@ -102,6 +112,14 @@ void RawInput::sendSelection() {
         selection.mask |=
             XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE;
     xcb_input_xi_select_events(connection.xcb(), connection.root(), 1, &selection.head);
+}
+
+// A look is asked for before the events are read, so that the server answers meanwhile.
+void RawInput::beginFrame() {
+    mayAsk = true;
+    if (!pointerSelected || !motion.looks() || asked != 0) return;
+    ask();
+    connection.flush();
 }
 
 void RawInput::endFrame() {
@@ -196,8 +214,10 @@ void RawInput::addSeenMotion(std::uint32_t sequence) {
 // fast mouse would put off its own delivery for ever.
 void RawInput::add(const RawEvent& event) {
     arrived();
-    const bool follows = event.kind == RawEvent::Kind::motion && pending.size() > covered &&
-                         pending.size() > head && pending.back().kind == RawEvent::Kind::motion;
+    const bool follows =
+        event.kind == RawEvent::Kind::motion && pending.size() > covered && pending.size() > head &&
+        pending.back().kind == RawEvent::Kind::motion &&
+        isAfterQuestion(pending.back().sequence) == isAfterQuestion(event.sequence);
     if (follows)
         pending.back() = event;
     else
@@ -211,24 +231,23 @@ void RawInput::batchEnded() {
     }
     pointer.releaseWhenDue();
     if (std::exchange(anyTime, false)) clockAhead = lastSeconds() - secondsHere();
-    if (!mayAsk || asked != 0 || (empty() && !motion.looks())) return;
-    mayAsk = false;
-    covered = pending.size();
-    warpsWhenAsked = pointer.warps();
+    if (!mayAsk || asked != 0 || empty()) return;
     if (const auto place = knownPlace())
         passOnFrom(*place);
     else
         ask();
 }
 
-// Where a barrier was the last to speak, the cursor stands at it, and the server need not be asked.
+// Where a barrier ended the last motion, and every one is read, the cursor stands at it and the
+// server need not be asked.
 std::optional<xcb_point_t> RawInput::knownPlace() const {
-    if (!buttons || empty() || !pending.back().stopped) return std::nullopt;
+    if (motion.looks() || !buttons || !pending.back().stopped) return std::nullopt;
     if (isBefore(pending.back().sequence, pointer.lastPutSequence())) return std::nullopt;
     return pointer.hold().stoppedAt();
 }
 
 void RawInput::passOnFrom(xcb_point_t root) {
+    beginAnswer();
     for (std::size_t i = head; i < covered; ++i)
         buttons = pending[i].buttonsAfter(*buttons);
     const Point place = displays.toTopLeft(root.x, root.y);
@@ -236,7 +255,14 @@ void RawInput::passOnFrom(xcb_point_t root) {
     passOn(place);
 }
 
+void RawInput::beginAnswer() {
+    mayAsk = false;
+    covered = pending.size();
+    warpsWhenAsked = pointer.warps();
+}
+
 void RawInput::ask() {
+    beginAnswer();
     asked = xcb_query_pointer(connection.xcb(), connection.root()).sequence;
     connection.awaitReply(asked, *this);
     pointer.hold().asked();

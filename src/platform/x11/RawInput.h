@@ -47,7 +47,7 @@ class RawInput final : private Listener {
 
     /// From here on one more question about the cursor's place may be asked. What comes after it
     /// waits for the next frame: a fast mouse sends something new before each answer.
-    void beginFrame() { mayAsk = true; }
+    void beginFrame();
     void endFrame();
     /// Whether a question is on its way.
     bool waitsForAnswer() const { return asked != 0; }
@@ -57,6 +57,7 @@ class RawInput final : private Listener {
     void handleReply(unsigned sequence, const void* reply) override;
     void batchEnded() override;
 
+    void findClientPointer();
     void select();
     void sendSelection();
     void addSeenMotion(std::uint32_t sequence);
@@ -67,6 +68,7 @@ class RawInput final : private Listener {
     bool isAfterQuestion(std::uint32_t sequence) const;
     void add(const RawEvent& event);
     void addKey(std::uint32_t keycode, bool down, RawEvent event);
+    void beginAnswer();
     void ask();
     std::optional<xcb_point_t> knownPlace() const;
     void passOnFrom(xcb_point_t root);
@@ -81,6 +83,7 @@ class RawInput final : private Listener {
     KeyTable table;
     bool tableStale = true;
     bool pointerSelected = false;
+    std::uint16_t clientPointer = 0; ///< the device whose place the server tells
     bool keysSelected = false;
     bool otherKeys = false;
     std::bitset<256> down;
