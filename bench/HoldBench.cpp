@@ -152,14 +152,25 @@ bool crosses(Product& product, double speed, int hz) {
     return product.cursorIsOn(onLeft ? 1 : 0);
 }
 
+/// The same, again where the machine stood still: then the hand moves in leaps afterwards.
+bool crossesEvenly(Product& product, double speed, int hz, bench::Standstills& standstills) {
+    constexpr int most = 10;
+    for (int i = 0;; ++i) {
+        standstills.takeAny();
+        const bool crossed = crosses(product, speed, hz);
+        if (!standstills.takeAny() || i == most) return crossed;
+    }
+}
+
 /// The speed at which most of a few pushes cross. A slow hand's pixels fall into frames as it
 /// happens, so that one push near the threshold tells little.
 std::string thresholds(Way way, int velocity) {
     Contest contest(way, {.pushOption = true, .velocity = velocity});
+    bench::Standstills standstills;
     const auto mostCross = [&](double speed, int hz) {
         int crossed = 0;
         for (int i = 0; i < 5 && crossed < 3 && i - crossed < 3; ++i)
-            crossed += crosses(contest.product, speed, hz) ? 1 : 0;
+            crossed += crossesEvenly(contest.product, speed, hz, standstills) ? 1 : 0;
         return crossed == 3;
     };
     const double expected = 60 * 0.03 * velocity * velocity;
