@@ -184,7 +184,9 @@ void RawInput::addMotion(const xcb_input_raw_motion_event_t& raw, const RawEvent
 
 // What a barrier stops is a motion too, though its own raw event may have gone on already.
 void RawInput::addHit(const xcb_input_barrier_hit_event_t& hit) {
-    const RawEvent event{.sequence = hit.full_sequence, .time = seconds(hit.time), .stopped = true};
+    const RawEvent event{.sequence = hit.full_sequence,
+                         .time = seconds(hit.time),
+                         .stopped = hit.deviceid == clientPointer};
     motion.stopped();
     pointer.hold().hit(hit, event.time, isAfterQuestion(event.sequence));
     add(event);
