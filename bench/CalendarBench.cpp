@@ -1,10 +1,10 @@
 #include "app/AppDelegate.h"
 #include "calendar/Ics.h"
 #include "calendar/Session.h"
-#include "platform/linux/ModuleCalendar.h"
+#include "platform/linux/system/ModuleCalendar.h"
 #include "platform/memory/MemoryPlatform.h"
-#include "platform/qt/QtRunLoop.h"
-#include "support/TempFolder.h"
+#include "platform/qt/loop/QtRunLoop.h"
+#include "testing/TempFolder.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

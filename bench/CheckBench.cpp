@@ -1,10 +1,10 @@
 #include "app/AppDelegate.h"
 #include "app/Keys.h"
-#include "platform/linux/CurlHttp.h"
-#include "platform/linux/JsonParser.h"
-#include "platform/linux/LinuxSystemInfo.h"
+#include "platform/linux/http/CurlHttp.h"
+#include "platform/linux/http/JsonParser.h"
+#include "platform/linux/system/LinuxSystemInfo.h"
 #include "platform/memory/MemoryPlatform.h"
-#include "platform/qt/QtRunLoop.h"
+#include "platform/qt/loop/QtRunLoop.h"
 
 #include <QCoreApplication>
 #include <benchmark/benchmark.h>

@@ -1,4 +1,4 @@
-#include "desktop/Product.h"
+#include "testing/desktop/Product.h"
 
 #include <cstdio>
 #include <fstream>

@@ -1,6 +1,6 @@
 #include "Meters.h"
-#include "desktop/Product.h"
-#include "support/Watcher.h"
+#include "testing/desktop/Product.h"
+#include "testing/desktop/Watcher.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,10 +1,10 @@
 #include "menu/Models.h"
-#include "platform/qt/MenuIcons.h"
-#include "platform/qt/QtApplication.h"
-#include "platform/qt/QtRunLoop.h"
-#include "platform/qt/QtStatusItem.h"
-#include "support/Eye.h"
-#include "support/PrivateDesktop.h"
+#include "platform/qt/loop/QtApplication.h"
+#include "platform/qt/loop/QtRunLoop.h"
+#include "platform/qt/pictures/MenuIcons.h"
+#include "platform/qt/tray/QtStatusItem.h"
+#include "testing/desktop/PrivateDesktop.h"
+#include "testing/eye/Eye.h"
 
 #include <QApplication>
 #include <QMenu>

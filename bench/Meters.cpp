@@ -1,6 +1,6 @@
 #include "Meters.h"
 
-#include "support/PrivateDesktop.h"
+#include "testing/desktop/PrivateDesktop.h"
 
 #include <chrono>
 #include <ctime>

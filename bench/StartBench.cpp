@@ -1,5 +1,5 @@
-#include "desktop/Product.h"
-#include "support/XConnection.h"
+#include "testing/desktop/Product.h"
+#include "testing/desktop/XConnection.h"
 
 #include <benchmark/benchmark.h>
 

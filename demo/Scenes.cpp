@@ -1,6 +1,6 @@
 #include "Scenes.h"
 
-#include "support/Watcher.h"
+#include "testing/desktop/Watcher.h"
 
 #include <cstdio>
 

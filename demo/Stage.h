@@ -1,9 +1,9 @@
 #pragma once
 
-#include "support/Eye.h"
-#include "support/Hand.h"
-#include "support/PrivateDesktop.h"
-#include "support/TestWindow.h"
+#include "testing/desktop/Hand.h"
+#include "testing/desktop/PrivateDesktop.h"
+#include "testing/desktop/TestWindow.h"
+#include "testing/eye/Eye.h"
 
 #include <string_view>
 

@@ -1,4 +1,4 @@
-#include "platform/linux/PropertyList.h"
+#include "platform/linux/settings/PropertyList.h"
 
 #include <cstdint>
 #include <cstdlib>

@@ -1,6 +1,6 @@
 #include "platform/calendar/Folder.h"
 #include "calendar/Ics.h"
-#include "support/TempFolder.h"
+#include "testing/TempFolder.h"
 
 #include <gmock/gmock.h>
 

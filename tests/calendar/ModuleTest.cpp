@@ -1,7 +1,7 @@
 #include "calendar/Session.h"
-#include "platform/linux/ModuleCalendar.h"
-#include "platform/qt/QtRunLoop.h"
-#include "support/KeptLog.h"
+#include "platform/linux/system/ModuleCalendar.h"
+#include "platform/qt/loop/QtRunLoop.h"
+#include "testing/KeptLog.h"
 
 #include <QCoreApplication>
 #include <gmock/gmock.h>

@@ -1,7 +1,7 @@
 #include "calendar/Ics.h"
 #include "calendar/Session.h"
-#include "desktop/Product.h"
-#include "support/TempFolder.h"
+#include "testing/TempFolder.h"
+#include "testing/desktop/Product.h"
 
 #include <gtest/gtest.h>
 

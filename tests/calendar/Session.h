@@ -1,7 +1,7 @@
 #pragma once
 
-#include "support/Child.h"
-#include "support/TempFolder.h"
+#include "testing/Child.h"
+#include "testing/TempFolder.h"
 
 #include <memory>
 #include <string>

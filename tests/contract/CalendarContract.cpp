@@ -2,11 +2,11 @@
 #include "calendar/Session.h"
 #include "platform/calendar/Evolution.h"
 #include "platform/calendar/Folder.h"
-#include "platform/linux/ModuleCalendar.h"
+#include "platform/linux/system/ModuleCalendar.h"
 #include "platform/memory/Calendar.h"
-#include "platform/qt/QtRunLoop.h"
-#include "support/KeptLog.h"
-#include "support/TempFolder.h"
+#include "platform/qt/loop/QtRunLoop.h"
+#include "testing/KeptLog.h"
+#include "testing/TempFolder.h"
 
 #include <QCoreApplication>
 #include <gmock/gmock.h>

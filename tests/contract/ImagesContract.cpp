@@ -1,6 +1,6 @@
 #include "platform/memory/Images.h"
-#include "platform/qt/QtImages.h"
-#include "support/TempFolder.h"
+#include "platform/qt/pictures/QtImages.h"
+#include "testing/TempFolder.h"
 
 #include <QImage>
 #include <algorithm>

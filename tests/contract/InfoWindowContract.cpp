@@ -1,7 +1,7 @@
 #include "platform/memory/MemoryPlatform.h"
-#include "platform/qt/QtInfoWindows.h"
-#include "support/KeptLog.h"
-#include "support/TempFolder.h"
+#include "platform/qt/info/QtInfoWindows.h"
+#include "testing/KeptLog.h"
+#include "testing/TempFolder.h"
 
 #include <QAbstractButton>
 #include <QApplication>

@@ -1,4 +1,4 @@
-#include "platform/linux/JsonParser.h"
+#include "platform/linux/http/JsonParser.h"
 #include "platform/memory/JsonParser.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "platform/memory/Effects.h"
 #include "platform/memory/RunLoop.h"
-#include "platform/qt/QtRunLoop.h"
+#include "platform/qt/loop/QtRunLoop.h"
 
 #include <QCoreApplication>
 #include <gtest/gtest.h>

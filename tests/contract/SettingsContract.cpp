@@ -1,8 +1,8 @@
-#include "platform/linux/SettingsFile.h"
+#include "platform/linux/settings/SettingsFile.h"
 #include "platform/memory/Effects.h"
 #include "platform/memory/Settings.h"
-#include "support/KeptLog.h"
-#include "support/TempFolder.h"
+#include "testing/KeptLog.h"
+#include "testing/TempFolder.h"
 
 #include <gtest/gtest.h>
 #include <limits>

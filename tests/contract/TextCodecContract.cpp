@@ -1,5 +1,5 @@
+#include "platform/linux/system/TextCodec.h"
 #include "platform/memory/TextCodec.h"
-#include "platform/qt/QtTextCodec.h"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +13,7 @@ class TextCodecContract : public testing::Test {
     Codec codec;
 };
 
-using Codecs = testing::Types<platform::memory::TextCodec, platform::qt::QtTextCodec>;
+using Codecs = testing::Types<platform::memory::TextCodec, platform::linux::TextCodec>;
 TYPED_TEST_SUITE(TextCodecContract, Codecs);
 
 TYPED_TEST(TextCodecContract, EscapesOfTheAsciiCharactersWhatNoAddressMayHold) {

@@ -1,5 +1,5 @@
 #include "platform/memory/Views.h"
-#include "platform/qt/QtViews.h"
+#include "platform/qt/info/QtViews.h"
 
 #include <QApplication>
 #include <QLabel>

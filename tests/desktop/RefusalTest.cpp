@@ -1,5 +1,5 @@
-#include "desktop/Product.h"
-#include "support/TempFolder.h"
+#include "testing/TempFolder.h"
+#include "testing/desktop/Product.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
-#include "desktop/Product.h"
-#include "support/Watcher.h"
+#include "testing/desktop/Product.h"
+#include "testing/desktop/Watcher.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 #include "hotkeys/Keys.h"
-#include "support/TestWindow.h"
+#include "testing/desktop/TestWindow.h"
 
 #include <gmock/gmock.h>
 

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "platform/memory/Settings.h"
-#include "platform/x11/HotKeys.h"
-#include "support/Hand.h"
-#include "support/PrivateDesktop.h"
+#include "platform/x11/keys/HotKeys.h"
+#include "testing/desktop/Hand.h"
+#include "testing/desktop/PrivateDesktop.h"
 #include "x11/TestLoop.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "hotkeys/Keys.h"
-#include "platform/x11/KeysymText.h"
-#include "platform/x11/PhysicalKeys.h"
+#include "platform/x11/keys/KeysymText.h"
+#include "platform/x11/keys/PhysicalKeys.h"
 
 #include <set>
 

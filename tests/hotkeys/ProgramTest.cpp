@@ -1,5 +1,5 @@
 #include "hotkeys/Popup.h"
-#include "support/TestWindow.h"
+#include "testing/desktop/TestWindow.h"
 
 #include <csignal>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "platform/qt/ShortcutRecorder.h"
+#include "platform/qt/alerts/ShortcutRecorder.h"
 
 #include <QAbstractButton>
 #include <QApplication>

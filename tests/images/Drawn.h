@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/Log.h"
-#include "platform/qt/Pictures.h"
+#include "platform/qt/pictures/Pictures.h"
 
 #include <cstdint>
 #include <string>

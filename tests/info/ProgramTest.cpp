@@ -1,7 +1,7 @@
-#include "support/Eye.h"
-#include "support/Hand.h"
-#include "support/PrivateDesktop.h"
-#include "support/TestWindow.h"
+#include "testing/desktop/Hand.h"
+#include "testing/desktop/PrivateDesktop.h"
+#include "testing/desktop/TestWindow.h"
+#include "testing/eye/Eye.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,7 +1,7 @@
-#include "platform/linux/ProductBundle.h"
-#include "platform/linux/SessionLanguage.h"
-#include "support/KeptLog.h"
-#include "support/TempFolder.h"
+#include "platform/linux/files/ProductBundle.h"
+#include "platform/linux/system/SessionLanguage.h"
+#include "testing/KeptLog.h"
+#include "testing/TempFolder.h"
 
 #include <cstdlib>
 #include <filesystem>

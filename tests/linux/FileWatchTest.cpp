@@ -1,6 +1,6 @@
-#include "platform/linux/FileWatch.h"
-#include "support/KeptLog.h"
-#include "support/TempFolder.h"
+#include "platform/linux/settings/FileWatch.h"
+#include "testing/KeptLog.h"
+#include "testing/TempFolder.h"
 
 #include <gtest/gtest.h>
 #include <map>

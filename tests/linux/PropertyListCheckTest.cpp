@@ -1,4 +1,4 @@
-#include "platform/linux/PropertyListCheck.h"
+#include "platform/linux/settings/PropertyListCheck.h"
 
 #include <gtest/gtest.h>
 #include <string>

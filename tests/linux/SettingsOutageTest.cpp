@@ -1,6 +1,6 @@
-#include "platform/linux/SettingsFile.h"
-#include "support/KeptLog.h"
-#include "support/TempFolder.h"
+#include "platform/linux/settings/SettingsFile.h"
+#include "testing/KeptLog.h"
+#include "testing/TempFolder.h"
 
 #include <csignal>
 #include <gtest/gtest.h>

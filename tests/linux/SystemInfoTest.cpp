@@ -1,8 +1,8 @@
-#include "platform/linux/LinuxSystemInfo.h"
-#include "platform/linux/MachineIdentity.h"
-#include "platform/linux/XdgFiles.h"
-#include "support/KeptLog.h"
-#include "support/TempFolder.h"
+#include "platform/linux/files/XdgFiles.h"
+#include "platform/linux/system/LinuxSystemInfo.h"
+#include "platform/linux/system/MachineIdentity.h"
+#include "testing/KeptLog.h"
+#include "testing/TempFolder.h"
 
 #include <cstdlib>
 #include <filesystem>

@@ -1,7 +1,7 @@
-#include "platform/linux/AutostartItems.h"
-#include "support/Child.h"
-#include "support/KeptLog.h"
-#include "support/TempFolder.h"
+#include "platform/linux/login/AutostartItems.h"
+#include "testing/Child.h"
+#include "testing/KeptLog.h"
+#include "testing/TempFolder.h"
 
 #include <cstdlib>
 #include <filesystem>

@@ -1,4 +1,4 @@
-#include "platform/linux/DesktopEntry.h"
+#include "platform/linux/login/DesktopEntry.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "platform/linux/AutostartItems.h"
-#include "support/KeptLog.h"
-#include "support/PrivateDesktop.h"
+#include "platform/linux/login/AutostartItems.h"
+#include "testing/KeptLog.h"
+#include "testing/desktop/PrivateDesktop.h"
 
 #include <csignal>
 #include <fstream>

@@ -1,5 +1,5 @@
-#include "platform/linux/DesktopEntry.h"
-#include "support/Child.h"
+#include "platform/linux/login/DesktopEntry.h"
+#include "testing/Child.h"
 
 #include <cstdlib>
 #include <filesystem>

@@ -1,6 +1,6 @@
-#include "support/Eye.h"
-#include "support/Hand.h"
-#include "support/PrivateDesktop.h"
+#include "testing/desktop/Hand.h"
+#include "testing/desktop/PrivateDesktop.h"
+#include "testing/eye/Eye.h"
 
 #include <fstream>
 #include <gtest/gtest.h>

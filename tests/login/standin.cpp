@@ -1,9 +1,9 @@
 // Stands in for a product at login: owns NAME on the session bus, and does what DEED says.
 
-#include "platform/linux/SystemLog.h"
-#include "platform/qt/DistributedNotifications.h"
-#include "platform/qt/SessionApplications.h"
-#include "platform/qt/SingleInstance.h"
+#include "platform/linux/system/SystemLog.h"
+#include "platform/qt/session/DistributedNotifications.h"
+#include "platform/qt/session/SessionApplications.h"
+#include "platform/qt/session/SingleInstance.h"
 
 #include <QCoreApplication>
 #include <cstdlib>

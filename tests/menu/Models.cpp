@@ -1,6 +1,6 @@
 #include "Models.h"
 
-#include "support/Child.h"
+#include "testing/Child.h"
 
 #include <algorithm>
 

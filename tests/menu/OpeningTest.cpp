@@ -1,8 +1,8 @@
 #include "Stage.h"
 
-#include "platform/qt/QtDescriptors.h"
-#include "platform/x11/Windows.h"
-#include "support/TestWindow.h"
+#include "platform/qt/loop/QtDescriptors.h"
+#include "platform/x11/overlay/Windows.h"
+#include "testing/desktop/TestWindow.h"
 
 #include <QApplication>
 #include <QMenu>

@@ -1,6 +1,6 @@
 #include "Stage.h"
-#include "platform/qt/ColourScheme.h"
-#include "platform/qt/MenuIcons.h"
+#include "platform/qt/pictures/ColourScheme.h"
+#include "platform/qt/pictures/MenuIcons.h"
 #include "strings/Strings.h"
 #include "unit/Program.h"
 

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "Models.h"
-#include "platform/qt/QtApplication.h"
-#include "platform/qt/QtRunLoop.h"
-#include "platform/qt/QtStatusItem.h"
-#include "support/Eye.h"
-#include "support/Hand.h"
-#include "support/PrivateDesktop.h"
+#include "platform/qt/loop/QtApplication.h"
+#include "platform/qt/loop/QtRunLoop.h"
+#include "platform/qt/tray/QtStatusItem.h"
+#include "testing/desktop/Hand.h"
+#include "testing/desktop/PrivateDesktop.h"
+#include "testing/eye/Eye.h"
 
 #include <QObject>
 #include <QPoint>

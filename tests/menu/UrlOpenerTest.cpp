@@ -1,7 +1,7 @@
-#include "platform/qt/UrlOpener.h"
+#include "platform/qt/session/UrlOpener.h"
 #include "Stage.h"
-#include "support/Child.h"
-#include "support/KeptLog.h"
+#include "testing/Child.h"
+#include "testing/KeptLog.h"
 
 #include <cstdlib>
 #include <fcntl.h>

@@ -1,5 +1,5 @@
-#include "desktop/Product.h"
 #include "power/ScreenSaverWatch.h"
+#include "testing/desktop/Product.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
-#include "platform/linux/DisplayPower.h"
-#include "support/KeptLog.h"
+#include "platform/linux/system/DisplayPower.h"
+#include "testing/KeptLog.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

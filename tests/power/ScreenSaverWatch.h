@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support/XConnection.h"
+#include "testing/desktop/XConnection.h"
 
 namespace powertests {
 

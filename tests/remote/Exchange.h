@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/linux/CurlHttp.h"
-#include "platform/linux/JsonParser.h"
-#include "support/HttpsServer.h"
+#include "platform/linux/http/CurlHttp.h"
+#include "platform/linux/http/JsonParser.h"
+#include "testing/HttpsServer.h"
 #include "unit/Program.h"
 
 #include <chrono>

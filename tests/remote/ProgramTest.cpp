@@ -1,7 +1,7 @@
-#include "support/Eye.h"
-#include "support/Hand.h"
-#include "support/HttpsServer.h"
-#include "support/PrivateDesktop.h"
+#include "testing/HttpsServer.h"
+#include "testing/desktop/Hand.h"
+#include "testing/desktop/PrivateDesktop.h"
+#include "testing/eye/Eye.h"
 
 #include <csignal>
 #include <fstream>

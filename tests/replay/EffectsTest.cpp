@@ -1,5 +1,5 @@
 #include "platform/memory/MemoryPlatform.h"
-#include "support/Layouts.h"
+#include "testing/Layouts.h"
 
 #include <gmock/gmock.h>
 

@@ -1,8 +1,8 @@
 #include "app/AppDelegate.h"
 #include "platform/memory/MemoryPlatform.h"
-#include "record/Recorded.h"
 #include "replay/ReplayRun.h"
-#include "support/Layouts.h"
+#include "scenario/record/Recorded.h"
+#include "testing/Layouts.h"
 
 #include <gmock/gmock.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "desktop/Product.h"
-#include "support/Framebuffer.h"
+#include "testing/desktop/Product.h"
+#include "testing/eye/Framebuffer.h"
 
 #include <algorithm>
 #include <stdexcept>

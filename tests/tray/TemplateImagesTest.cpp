@@ -1,5 +1,5 @@
-#include "platform/qt/TemplateImages.h"
-#include "support/PrivateDesktop.h"
+#include "platform/qt/pictures/TemplateImages.h"
+#include "testing/desktop/PrivateDesktop.h"
 
 #include <fstream>
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "support/Eye.h"
-#include "support/Hand.h"
-#include "support/PrivateDesktop.h"
+#include "testing/desktop/Hand.h"
+#include "testing/desktop/PrivateDesktop.h"
+#include "testing/eye/Eye.h"
 
 #include <functional>
 #include <memory>

@@ -2,8 +2,8 @@
 // Registers a status notifier item with that template, whatever other tray there is,
 // when there is a watcher for those.
 
-#include "platform/qt/StatusNotifierItem.h"
-#include "platform/qt/SymbolicIcons.h"
+#include "platform/qt/pictures/SymbolicIcons.h"
+#include "platform/qt/tray/StatusNotifierItem.h"
 
 #include <QApplication>
 #include <QDBusConnectionInterface>

@@ -2,9 +2,9 @@
 // Shows FOLDER/PICTURE.svg in the tray and prints each click; a middle click changes the icon to
 // the template, and a right one does so and changes it back at once.
 
-#include "platform/qt/QtDescriptors.h"
-#include "platform/qt/TrayIcon.h"
-#include "platform/x11/Connection.h"
+#include "platform/qt/loop/QtDescriptors.h"
+#include "platform/qt/tray/TrayIcon.h"
+#include "platform/x11/connection/Connection.h"
 
 #include <QApplication>
 #include <cstdio>

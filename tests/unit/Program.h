@@ -4,7 +4,7 @@
 #include "app/Keys.h"
 #include "app/Variants.h"
 #include "platform/memory/MemoryPlatform.h"
-#include "support/Layouts.h"
+#include "testing/Layouts.h"
 
 #include <initializer_list>
 #include <string>

@@ -1,5 +1,5 @@
-#include "platform/qt/WebModule.h"
-#include "support/KeptLog.h"
+#include "platform/qt/web/WebModule.h"
+#include "testing/KeptLog.h"
 
 #include <gmock/gmock.h>
 

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "platform/Web.h"
-#include "platform/qt/WebModule.h"
-#include "support/KeptLog.h"
-#include "support/PrivateDesktop.h"
+#include "platform/qt/web/WebModule.h"
+#include "testing/KeptLog.h"
+#include "testing/desktop/PrivateDesktop.h"
 
 #include <QTcpServer>
 #include <functional>

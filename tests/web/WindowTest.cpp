@@ -1,5 +1,5 @@
 #include "platform/memory/MemoryPlatform.h"
-#include "support/Eye.h"
+#include "testing/eye/Eye.h"
 #include "util/MacUtils.h"
 #include "web/Stage.h"
 

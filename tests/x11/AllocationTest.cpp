@@ -1,8 +1,8 @@
 // A program of its own, because it replaces the allocation functions.
 
-#include "platform/x11/InputEvents.h"
-#include "support/Hand.h"
-#include "support/PrivateDesktop.h"
+#include "platform/x11/input/InputEvents.h"
+#include "testing/desktop/Hand.h"
+#include "testing/desktop/PrivateDesktop.h"
 
 #include "TestLoop.h"
 

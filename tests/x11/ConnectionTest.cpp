@@ -1,5 +1,5 @@
 #include "Session.h"
-#include "support/PrivateDesktop.h"
+#include "testing/desktop/PrivateDesktop.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "Session.h"
-#include "platform/x11/Ewmh.h"
-#include "support/PrivateDesktop.h"
-#include "support/TestWindow.h"
+#include "platform/x11/connection/Ewmh.h"
+#include "testing/desktop/PrivateDesktop.h"
+#include "testing/desktop/TestWindow.h"
 
 #include <gtest/gtest.h>
 

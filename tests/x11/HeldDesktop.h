@@ -1,9 +1,9 @@
 #pragma once
 
 #include "Session.h"
-#include "support/Eye.h"
-#include "support/Hand.h"
-#include "support/PrivateDesktop.h"
+#include "testing/desktop/Hand.h"
+#include "testing/desktop/PrivateDesktop.h"
+#include "testing/eye/Eye.h"
 
 #include <gtest/gtest.h>
 

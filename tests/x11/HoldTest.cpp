@@ -1,5 +1,5 @@
 #include "HeldDesktop.h"
-#include "support/Watcher.h"
+#include "testing/desktop/Watcher.h"
 
 #include <random>
 #include <thread>

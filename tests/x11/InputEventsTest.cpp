@@ -1,6 +1,6 @@
 #include "Session.h"
-#include "support/Hand.h"
-#include "support/PrivateDesktop.h"
+#include "testing/desktop/Hand.h"
+#include "testing/desktop/PrivateDesktop.h"
 
 #include <gtest/gtest.h>
 #include <xcb/xtest.h>

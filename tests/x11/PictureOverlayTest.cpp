@@ -1,11 +1,11 @@
 #include "TestLoop.h"
-#include "platform/qt/Pictures.h"
-#include "platform/x11/Displays.h"
-#include "platform/x11/Windows.h"
-#include "support/Eye.h"
-#include "support/Hand.h"
-#include "support/PrivateDesktop.h"
-#include "support/TestWindow.h"
+#include "platform/qt/pictures/Pictures.h"
+#include "platform/x11/overlay/Windows.h"
+#include "platform/x11/session/Displays.h"
+#include "testing/desktop/Hand.h"
+#include "testing/desktop/PrivateDesktop.h"
+#include "testing/desktop/TestWindow.h"
+#include "testing/eye/Eye.h"
 
 #include <gtest/gtest.h>
 #include <stdexcept>

@@ -1,6 +1,6 @@
-#include "platform/x11/MotionWatch.h"
-#include "platform/x11/PushMeter.h"
-#include "platform/x11/Walls.h"
+#include "platform/x11/input/MotionWatch.h"
+#include "platform/x11/pointer/PushMeter.h"
+#include "platform/x11/pointer/Walls.h"
 
 #include <cmath>
 #include <gtest/gtest.h>

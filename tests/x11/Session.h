@@ -1,11 +1,11 @@
 #pragma once
 
 #include "TestLoop.h"
-#include "platform/x11/Cursor.h"
-#include "platform/x11/InputEvents.h"
-#include "platform/x11/Keyboard.h"
-#include "platform/x11/Windows.h"
-#include "platform/x11/Workspace.h"
+#include "platform/x11/input/InputEvents.h"
+#include "platform/x11/keys/Keyboard.h"
+#include "platform/x11/overlay/Windows.h"
+#include "platform/x11/pointer/Cursor.h"
+#include "platform/x11/session/Workspace.h"
 
 #include <stdexcept>
 #include <unistd.h>

@@ -3,7 +3,7 @@
 #include "platform/calendar/Backend.h"
 #include "platform/calendar/IcsText.h"
 #include "platform/calendar/Occurrences.h"
-#include "platform/linux/AtomicFile.h"
+#include "platform/linux/files/AtomicFile.h"
 
 #include <functional>
 #include <map>

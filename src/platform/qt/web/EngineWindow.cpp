@@ -1,6 +1,6 @@
 #include "platform/qt/web/EngineWindow.h"
 
-#include "platform/qt/WindowStyle.h"
+#include "platform/qt/info/WindowStyle.h"
 
 #include <QGuiApplication>
 #include <QPalette>

@@ -1,0 +1,70 @@
+#include "platform/linux/files/XdgFiles.h"
+
+#include "platform/linux/files/AtomicFile.h"
+#include "platform/linux/files/FileHandle.h"
+
+#include <QStandardPaths>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace platform::linux {
+
+namespace {
+
+/// As the user's file of folders has it, or by its usual name.
+std::optional<std::string> userFolder(QStandardPaths::StandardLocation which) {
+    const char* home = std::getenv("HOME");
+    if (home == nullptr || home[0] == '\0') return std::nullopt;
+    return QStandardPaths::writableLocation(which).toStdString();
+}
+
+} // namespace
+
+std::optional<std::string> configurationFolder() {
+    const char* folder = std::getenv("XDG_CONFIG_HOME");
+    if (folder != nullptr && folder[0] == '/') return folder;
+    const char* home = std::getenv("HOME");
+    if (home == nullptr || home[0] == '\0') return std::nullopt;
+    return std::string(home) + "/.config";
+}
+
+std::optional<std::string> XdgFiles::preferencesFolder() const {
+    return configurationFolder();
+}
+
+bool XdgFiles::exists(const std::string& path) const {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0;
+}
+
+std::optional<std::string> XdgFiles::documentsFolder() const {
+    return userFolder(QStandardPaths::DocumentsLocation);
+}
+
+std::optional<std::string> XdgFiles::downloadsFolder() const {
+    return userFolder(QStandardPaths::DownloadLocation);
+}
+
+std::optional<std::string> XdgFiles::desktopFolder() const {
+    return userFolder(QStandardPaths::DesktopLocation);
+}
+
+bool XdgFiles::makeFolder(const std::string& path) {
+    struct stat status {};
+    return makeFolders(path) == 0 && ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+bool XdgFiles::write(const std::string& path, std::string_view bytes) {
+    return !replaceFile(path, bytes).failure;
+}
+
+void XdgFiles::createEmpty(const std::string& path) {
+    const FileHandle file(
+        ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    if (!file) log.write("cannot make the file " + path + ": " + std::strerror(errno));
+}
+
+} // namespace platform::linux

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "platform/Log.h"
+#include "platform/LoginItems.h"
+#include "platform/linux/login/DesktopEntry.h"
+
+#include <string>
+#include <vector>
+
+namespace platform::linux {
+
+/// Login items as entries of the user's XDG autostart folder. A helper's is
+/// "<helper identifier>.desktop". The session's own list is made of every other entry that is not
+/// switched off; what is inserted is named "<identifier>.desktop", "<identifier>-2.desktop" and so
+/// on, and the order of the list is that of the names.
+///
+/// A user may edit an entry or switch it off in the desktop's settings. One that was written here
+/// and only switched off or on since is written anew and deleted at will. Any other is the user's:
+/// it is enabled by flipping what switches it off, and disabled by hiding it, which starts it no
+/// more and loses nothing of what the user wrote.
+class AutostartItems final : public LoginItems {
+  public:
+    struct Product {
+        std::string identifier;
+        std::string name;                ///< for the desktop's settings
+        std::string comment;             ///< likewise
+        std::string icon;                ///< the name of a theme's icon, or the path of a file
+        std::vector<std::string> helper; ///< its command: an absolute path, then arguments
+    };
+
+    /// `folder` is made when it is needed. An empty one is no folder: then nothing can be kept.
+    AutostartItems(std::string folder, Product product, Log& log);
+
+    void setEnabled(const std::string& helperIdentifier, bool enabled) override;
+    bool hasSessionList() override { return !folder.empty(); }
+    std::vector<ListItem> sessionList() override;
+
+    /// An own entry for the path that was switched off comes back instead of a new one.
+    void insertLast(const std::string& path) override;
+
+    void remove(const ListItem& item) override;
+
+  private:
+    DesktopEntry entryFor(const std::vector<std::string>& command) const;
+    void enable(const std::string& file, const DesktopEntry& fresh);
+    void disable(const std::string& file);
+    bool read(const std::string& file, std::string& text) const;
+    void write(const std::string& file, const std::string& text) const;
+    std::vector<std::string> files() const;
+    std::uint64_t idOf(const std::string& file);
+    std::string pathOf(const std::string& file) const { return folder + "/" + file; }
+    void report(const std::string& file, std::string_view step, int error) const;
+
+    std::string folder;
+    Product product;
+    Log& log;
+    std::vector<std::string> known; ///< files that were listed; the index is the identifier - 1
+};
+
+} // namespace platform::linux

@@ -1,0 +1,40 @@
+#include "platform/linux/system/DisplayPower.h"
+
+#include <utility>
+
+namespace platform::linux {
+
+DisplayPower::DisplayPower(std::vector<Way> all, Log& logger) : ways(std::move(all)), log(logger) {}
+
+int DisplayPower::createAssertion(std::string_view type, std::uint32_t level, std::string_view name,
+                                  AssertionId& id) {
+    if (type != "NoDisplaySleepAssertion" || level == 0) return notSupported;
+    const AssertionId wanted = made + 1;
+    bool any = false;
+    for (Way& way : ways) {
+        if (way.keep(wanted, std::string(name)))
+            any = true;
+        else if (!way.missing.empty())
+            log.write(std::exchange(way.missing, {}));
+    }
+    if (!any) {
+        end(wanted);
+        return nothingInhibited;
+    }
+    id = made = wanted;
+    held.insert(id);
+    return success;
+}
+
+int DisplayPower::releaseAssertion(AssertionId id) {
+    if (held.erase(id) == 0) return noSuchAssertion;
+    end(id);
+    return success;
+}
+
+void DisplayPower::end(AssertionId id) {
+    for (const Way& way : ways)
+        way.release(id);
+}
+
+} // namespace platform::linux

@@ -1,0 +1,83 @@
+#include "platform/linux/system/LinuxSystemInfo.h"
+
+#include "platform/linux/files/AtomicFile.h"
+#include "platform/linux/system/MachineIdentity.h"
+#include "platform/linux/system/SessionLanguage.h"
+
+#include <array>
+#include <charconv>
+#include <ctime>
+#include <string_view>
+#include <sys/utsname.h>
+#include <utility>
+
+namespace platform::linux {
+
+namespace {
+
+/// Up to the line's end, or the zero byte that ends a text of the device tree.
+std::string firstLine(std::string text) {
+    text.resize(std::min(text.find_first_of(std::string_view("\n\0", 2)), text.size()));
+    while (text.ends_with(' '))
+        text.pop_back();
+    return text;
+}
+
+} // namespace
+
+std::optional<Version> leadingVersion(std::string_view text) {
+    std::array<int, 3> parts{};
+    const char* at = text.data();
+    const char* const end = at + text.size();
+    for (std::size_t part = 0; part < parts.size(); ++part) {
+        int number = 0;
+        const auto [next, error] = std::from_chars(at, end, number);
+        if (error != std::errc{} || number < 0) {
+            if (part == 0) return std::nullopt;
+            break;
+        }
+        parts[part] = number;
+        if (next == end || *next != '.') break;
+        at = next + 1;
+    }
+    return Version{parts[0], parts[1], parts[2]};
+}
+
+LinuxSystemInfo::LinuxSystemInfo(std::string applicationIdentifier, std::string rootFolder)
+    : application(std::move(applicationIdentifier)),
+      root(std::move(rootFolder)),
+      preferredLanguages(sessionLanguages()),
+      country(sessionCountry()) {}
+
+std::optional<Version> LinuxSystemInfo::systemVersion() const {
+    utsname names{};
+    if (::uname(&names) != 0) return std::nullopt;
+    return leadingVersion(names.release);
+}
+
+std::string LinuxSystemInfo::machineModel() const {
+    for (const char* path : {"/sys/class/dmi/id/product_name", "/proc/device-tree/model"})
+        if (auto name = firstLine(readFile(root + path).text); !name.empty()) return name;
+    return {};
+}
+
+std::optional<std::string> LinuxSystemInfo::machineIdentifier() const {
+    for (const char* path : {"/etc/machine-id", "/var/lib/dbus/machine-id"})
+        if (auto identity = machineIdentity(firstLine(readFile(root + path).text), application))
+            return identity;
+    return std::nullopt;
+}
+
+LocalTime LinuxSystemInfo::localTime() const {
+    const std::time_t now = std::time(nullptr);
+    std::tm parts{};
+    if (::localtime_r(&now, &parts) == nullptr) return {};
+    return {.year = parts.tm_year + 1900,
+            .month = parts.tm_mon + 1,
+            .day = parts.tm_mday,
+            .hour = parts.tm_hour,
+            .minute = parts.tm_min,
+            .second = parts.tm_sec};
+}
+
+} // namespace platform::linux

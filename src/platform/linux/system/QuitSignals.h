@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/Descriptors.h"
+#include "platform/linux/files/FileHandle.h"
+
+#include <array>
+#include <csignal>
+#include <functional>
+
+namespace platform::linux {
+
+/// Turns SIGTERM, SIGINT and SIGHUP into a call from the run loop, also while a modal alert runs.
+/// The second signal of a kind ends the process at once, for a loop that no longer turns. A
+/// SIGHUP that the parent has switched off (nohup) stays off. One object a process.
+class QuitSignals {
+  public:
+    QuitSignals(Descriptors& descriptors, std::function<void()> quit);
+    ~QuitSignals();
+    QuitSignals(const QuitSignals&) = delete;
+    QuitSignals& operator=(const QuitSignals&) = delete;
+
+  private:
+    struct Previous {
+        int number;
+        struct sigaction action;
+    };
+
+    Descriptors& descriptors;
+    FileHandle readEnd;
+    FileHandle writeEnd;
+    std::array<Previous, 3> previous{{{SIGTERM, {}}, {SIGINT, {}}, {SIGHUP, {}}}};
+};
+
+} // namespace platform::linux

@@ -1,0 +1,150 @@
+#include "platform/qt/alerts/AlertDialog.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScreen>
+#include <QShowEvent>
+#include <QVBoxLayout>
+#include <memory>
+
+namespace platform::qt {
+
+namespace {
+
+constexpr int gap = 12;
+constexpr int margin = 20;
+constexpr int textWidthInLetters = 52;
+constexpr int buttonWidthInLetters = 30;
+constexpr int mostLines = 20;
+constexpr std::size_t longestLabel = 4000;
+constexpr double messageScale = 1.1;
+
+QLabel* textLabel(const std::string& text) {
+    auto* label = new QLabel(QString::fromStdString(text));
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    label->setMinimumWidth(label->fontMetrics().averageCharWidth() * textWidthInLetters);
+    return label;
+}
+
+bool fitsIntoLabel(const QLabel& label, const std::string& text) {
+    if (text.size() > longestLabel) return false;
+    const QFontMetrics metrics = label.fontMetrics();
+    const QRect room(0, 0, label.minimumWidth(), mostLines * metrics.lineSpacing());
+    return room.contains(metrics.boundingRect(room, Qt::TextWordWrap, label.text()));
+}
+
+/// A text may come from anybody: one that would not fit on the screen is scrolled, and a word that
+/// does not fit into a line is broken.
+QWidget* textView(const std::string& text) {
+    std::unique_ptr<QLabel> label(textLabel(text));
+    if (fitsIntoLabel(*label, text)) return label.release();
+    auto* view = new QPlainTextEdit(label->text());
+    view->setReadOnly(true);
+    view->setFrameShape(QFrame::NoFrame);
+    view->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    view->viewport()->setAutoFillBackground(false);
+    view->document()->setDocumentMargin(0);
+    view->setMinimumWidth(label->minimumWidth());
+    view->setFixedHeight(mostLines * label->fontMetrics().lineSpacing());
+    return view;
+}
+
+/// On one line, not too long for a button, and no letter of it a short cut.
+QString buttonTitle(const std::string& title, const QFontMetrics& metrics) {
+    QString text = QString::fromStdString(title.substr(0, longestLabel)).simplified();
+    text =
+        metrics.elidedText(text, Qt::ElideRight, metrics.averageCharWidth() * buttonWidthInLetters);
+    return text.replace(u'&', QStringLiteral("&&"));
+}
+
+} // namespace
+
+AlertDialog::AlertDialog(const Alert& alert, const QPixmap& icon, QWidget* accessory)
+    : QDialog(nullptr, Qt::Dialog | Qt::WindowStaysOnTopHint | Qt::CustomizeWindowHint |
+                           Qt::WindowTitleHint),
+      buttonCount(alert.buttons.size()) {
+    setModal(true);
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(margin, margin, margin, margin);
+    row->setSpacing(margin);
+    if (!icon.isNull()) {
+        auto* picture = new QLabel;
+        picture->setPixmap(icon);
+        row->addWidget(picture, 0, Qt::AlignTop);
+    }
+    auto* column = new QVBoxLayout;
+    column->setSpacing(margin);
+    column->addWidget(makeTexts(alert));
+    if (accessory != nullptr) column->addWidget(accessory);
+    column->addWidget(makeButtons(alert));
+    row->addLayout(column);
+    row->setSizeConstraint(QLayout::SetFixedSize);
+    // Only now does it belong to this window; an accessory would come first otherwise.
+    if (defaultButton != nullptr) defaultButton->setFocus();
+}
+
+QWidget* AlertDialog::makeTexts(const Alert& alert) {
+    auto* texts = new QWidget;
+    auto* column = new QVBoxLayout(texts);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(gap);
+    auto* message = textLabel(alert.message);
+    QFont font = message->font();
+    font.setBold(true);
+    font.setPointSizeF(font.pointSizeF() * messageScale);
+    message->setFont(font);
+    column->addWidget(message);
+    if (!alert.informative.empty()) column->addWidget(textView(alert.informative));
+    column->addStretch();
+    return texts;
+}
+
+QWidget* AlertDialog::makeButtons(const Alert& alert) {
+    auto* buttons = new QWidget;
+    auto* row = new QHBoxLayout(buttons);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(gap);
+    row->addStretch();
+    for (std::size_t index = 0; index < alert.buttons.size(); ++index) {
+        auto* button = new QPushButton(buttonTitle(alert.buttons[index], fontMetrics()));
+        // Enter answers with the default button wherever the focus is.
+        button->setAutoDefault(false);
+        if (index == 0) {
+            button->setDefault(true);
+            defaultButton = button;
+        }
+        connect(button, &QPushButton::clicked, this, [this, index] { answerWith(index); });
+        row->addWidget(button);
+    }
+    return buttons;
+}
+
+void AlertDialog::answerWith(std::size_t button) {
+    answered = button;
+    done(Accepted);
+}
+
+void AlertDialog::reject() {
+    answerWith(buttonCount > 1 ? 1 : 0);
+}
+
+void AlertDialog::showEvent(QShowEvent* event) {
+    const QScreen* screen = QGuiApplication::screenAt(QCursor::pos());
+    if (screen == nullptr) screen = QGuiApplication::primaryScreen();
+    if (screen != nullptr) {
+        const QSize size = sizeHint();
+        QRect place(QPoint(), size);
+        place.moveCenter(screen->availableGeometry().center());
+        move(place.topLeft());
+    }
+    QDialog::showEvent(event);
+    raise();
+    activateWindow();
+}
+
+} // namespace platform::qt

@@ -1,0 +1,128 @@
+#include "platform/qt/info/QtInfoWindows.h"
+
+#include "platform/qt/info/InfoPanel.h"
+#include "platform/qt/info/LinkLabel.h"
+
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QSvgRenderer>
+#include <cmath>
+#include <utility>
+
+namespace platform::qt {
+
+namespace {
+
+/// Makes its widgets when it is first shown: most starts never show it.
+class QtInfoWindow final : public InfoWindow {
+  public:
+    using MakePanel = std::function<std::unique_ptr<InfoPanel>()>;
+
+    explicit QtInfoWindow(MakePanel makePanel) : make(std::move(makePanel)) {}
+
+    bool isVisible() const override { return inFront; }
+    Rect frame() const override { return place; }
+
+    void setFrame(Rect frame) override {
+        place = frame;
+        filled = false;
+        if (inFront) update();
+    }
+
+    void setTitle(const std::string& newTitle) override {
+        title = newTitle;
+        if (panel) panel->setWindowTitle(QString::fromStdString(title));
+    }
+
+    void setViews(std::vector<InfoView> newViews) override {
+        views = std::move(newViews);
+        filled = false;
+        if (inFront) update();
+    }
+
+    // A window that is shown after it was hidden always comes to the user's desktop.
+    void setCollectionBehaviour(std::uint32_t) override {}
+
+    void makeKeyAndOrderFront() override {
+        inFront = true;
+        update();
+    }
+
+    void orderOut() override {
+        inFront = false;
+        if (panel) panel->hide();
+    }
+
+  private:
+    /// What the window shows once that it has a size.
+    void update() {
+        if (place.width <= 0 || place.height <= 0) return;
+        if (!panel) panel = make();
+        if (!std::exchange(filled, true)) {
+            panel->setWindowTitle(QString::fromStdString(title));
+            panel->setViews(views, QSize(static_cast<int>(std::lround(place.width)),
+                                         static_cast<int>(std::lround(place.height))));
+        }
+        panel->showAt(fromMiddle());
+    }
+
+    /// The frame was laid out around the middle of the first screen, by distances in points.
+    QPointF fromMiddle() const {
+        const QScreen* first = QGuiApplication::primaryScreen();
+        if (first == nullptr) return {};
+        const QSizeF pixels = QSizeF(first->size()) * first->devicePixelRatio();
+        return {place.x + place.width / 2 - pixels.width() / 2,
+                pixels.height() / 2 - place.y - place.height / 2};
+    }
+
+    MakePanel make;
+    std::unique_ptr<InfoPanel> panel;
+    std::string title;
+    std::vector<InfoView> views;
+    Rect place;
+    bool inFront = false;
+    bool filled = false; ///< the panel holds the views; from then on its boxes have the states
+};
+
+} // namespace
+
+QtInfoWindows::QtInfoWindows(std::string imagesFolder, std::string iconFile,
+                             std::function<void(const std::string& url)> opener, Log& writer)
+    : folder(std::move(imagesFolder)),
+      icon(std::move(iconFile)),
+      openURL(std::move(opener)),
+      log(writer) {}
+
+std::unique_ptr<InfoWindow> QtInfoWindows::create(InfoTarget& target) {
+    return std::make_unique<QtInfoWindow>([this, &target] {
+        return std::make_unique<InfoPanel>(
+            folder, icon,
+            InfoPanel::Heard{
+                .pressed = [&target](const InfoButton& button) { target.pressed(button); },
+                .clicked = [&target](CheckBox& box) { target.clicked(box); },
+                .link =
+                    [this, &target](const InfoText& view, const std::string& link) {
+                        if (!view.asksTarget || !target.clickedOnLink(view, link)) openURL(link);
+                    }});
+    });
+}
+
+double QtInfoWindows::textHeight(const std::string& text, double width, double fontSize) const {
+    return std::ceil(
+        LinkLabel::heightOf(QString::fromStdString(text), InfoPanel::fontOfSize(fontSize), width));
+}
+
+Size QtInfoWindows::imageSize(const std::string& name) const {
+    const std::string path = folder + "/" + name + ".svg";
+    // The renderer would write about a missing file itself.
+    if (const QString file = QString::fromStdString(path); QFileInfo::exists(file)) {
+        const QSvgRenderer renderer(file);
+        const QSizeF size = renderer.defaultSize();
+        if (renderer.isValid()) return {size.width(), size.height()};
+    }
+    if (told.insert(name).second) log.write("cannot read the image " + path);
+    return {};
+}
+
+} // namespace platform::qt

@@ -1,0 +1,78 @@
+#include "platform/qt/loop/QtApplication.h"
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QEvent>
+#include <QUrl>
+#include <QWidget>
+#include <QWindow>
+#include <cstdio>
+#include <cstdlib>
+#include <utility>
+
+namespace platform::qt {
+
+QtApplication::QtApplication() {
+    QCoreApplication::instance()->installEventFilter(this);
+}
+
+QtApplication::EventScope::EventScope(QtApplication& owner, CurrentEvent event)
+    : application(owner), before(std::exchange(owner.current, event)) {}
+
+QtApplication::EventScope::~EventScope() {
+    application.current = before;
+}
+
+void QtApplication::activateIgnoringOtherApps() {
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (!window->isVisible() || window->windowType() == Qt::Popup) continue;
+        window->raise();
+        window->activateWindow();
+    }
+}
+
+void QtApplication::terminate() {
+    QCoreApplication::postEvent(QCoreApplication::instance(), new QEvent(QEvent::Quit));
+}
+
+void QtApplication::exit(int status) {
+    // Each one is taken out before it runs: an undo that itself ends the process goes on here.
+    while (!undoOperations.empty()) {
+        const auto undo = std::move(undoOperations.back());
+        undoOperations.pop_back();
+        undo();
+    }
+    (void)std::fflush(nullptr);
+    std::_Exit(status);
+}
+
+void QtApplication::afterEvent(std::function<void()> operation) {
+    QMetaObject::invokeMethod(this, std::move(operation), Qt::QueuedConnection);
+}
+
+bool QtApplication::hasActiveWindow() {
+    return QGuiApplication::focusWindow() != nullptr ||
+           QApplication::activePopupWidget() != nullptr;
+}
+
+void QtApplication::openFile(const std::string& path) {
+    QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromStdString(path)));
+}
+
+void QtApplication::onActiveWindowChange(std::function<void()> changed) {
+    QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, this,
+                     [operation = std::move(changed)] { operation(); });
+}
+
+void QtApplication::endSession() {
+    if (const auto handler = std::exchange(quitRequested, nullptr)) handler();
+    exit(0);
+}
+
+bool QtApplication::eventFilter(QObject* watched, QEvent* event) {
+    // Left to itself the toolkit would close an open alert, which would then look answered.
+    if (event->type() == QEvent::Quit && watched == QCoreApplication::instance()) endSession();
+    return QObject::eventFilter(watched, event);
+}
+
+} // namespace platform::qt

@@ -1,0 +1,189 @@
+#include "platform/qt/menu/MenuPopup.h"
+
+#include "platform/qt/menu/BoundsPanel.h"
+#include "platform/qt/menu/MenuStyle.h"
+#include "platform/qt/menu/SliderPanel.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QWidgetAction>
+#include <algorithm>
+#include <utility>
+
+namespace platform::qt {
+
+namespace {
+
+// The toolkit takes an ampersand for the mark of a mnemonic.
+QString plainText(const std::string& text) {
+    return QString::fromStdString(text).replace('&', "&&");
+}
+
+bool isChoice(int key) {
+    return key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space ||
+           key == Qt::Key_Select;
+}
+
+} // namespace
+
+MenuPopup::MenuPopup(const Menu& menu, const Listener& hears) : root(*this), listener(&hears) {
+    fill(menu, {});
+}
+
+MenuPopup::MenuPopup(const Menu& menu, std::vector<std::size_t> path, MenuPopup& outermost)
+    : root(outermost), listener(outermost.listener) {
+    fill(menu, path);
+}
+
+void MenuPopup::fill(const Menu& menu, const std::vector<std::size_t>& path) {
+    MenuStyle::giveTo(*this);
+    setSeparatorsCollapsible(true);
+    setToolTipsVisible(true);
+    connect(this, &QMenu::hovered, this, [this](const QAction* now) { showActive(now); });
+    connect(this, &QMenu::aboutToHide, this, [this] { showActive(nullptr); });
+    std::vector<std::size_t> place = path;
+    place.push_back(0);
+    for (const auto& item : menu.items) {
+        if (item->separator)
+            addSeparator();
+        else if (item->hasView())
+            addPanel(*item, place);
+        else
+            addEntry(*item, place);
+        ++place.back();
+    }
+}
+
+void MenuPopup::addEntry(const MenuItem& item, const std::vector<std::size_t>& path) {
+    QAction& action = *addAction(plainText(item.text));
+    if (item.state != 0) {
+        action.setCheckable(true);
+        action.setChecked(true);
+    }
+    action.setEnabled(!item.greyed());
+    if (!item.toolTip.empty()) action.setToolTip(QString::fromStdString(item.toolTip));
+    if (!item.image.empty()) {
+        action.setIcon(listener->icon(item.image, item.imageIsTemplate));
+        action.setIconVisibleInMenu(true);
+    }
+    if (!item.action.empty()) listenTo(action, identify(item, path));
+    if (item.submenu == nullptr) return;
+    auto* submenu = new MenuPopup(*item.submenu, path, root);
+    submenu->setParent(this, submenu->windowFlags());
+    action.setMenu(submenu);
+    submenus.push_back(submenu);
+    if (!item.action.empty()) withActionAndSubmenu.push_back(&action);
+}
+
+void MenuPopup::addPanel(const MenuItem& item, const std::vector<std::size_t>& path) {
+    MenuPanel* panel = nullptr;
+    if (const auto* view = std::get_if<SliderView>(&item.view)) {
+        auto* shown = new SliderPanel(
+            *view, [heard = listener, entry = identify(item, path)](double value, EventType how) {
+                heard->moved(entry, value, how);
+            });
+        sliders.push_back(shown);
+        panel = shown;
+    } else {
+        panel = new BoundsPanel(std::get<BoundsView>(item.view),
+                                [heard = listener](CheckBox& box) { heard->clicked(box); });
+    }
+    auto* action = new QWidgetAction(this);
+    action->setDefaultWidget(panel);
+    panel->installEventFilter(this);
+    addAction(action);
+}
+
+void MenuPopup::listenTo(QAction& action, MenuEntryId entry) {
+    connect(&action, &QAction::triggered, this,
+            [this, entry = std::move(entry)] { root.chosen = entry; });
+}
+
+std::optional<MenuEntryId> MenuPopup::run(const QPoint& position) {
+    exec(position);
+    return std::move(chosen);
+}
+
+void MenuPopup::dismiss() {
+    for (MenuPopup* submenu : submenus)
+        submenu->dismiss();
+    close();
+}
+
+void MenuPopup::showLabel(const Label& label) {
+    for (SliderPanel* panel : sliders)
+        panel->showLabel(label);
+    for (MenuPopup* submenu : submenus)
+        submenu->showLabel(label);
+}
+
+bool MenuPopup::sends(const QAction* action) const {
+    return action != nullptr && action->isEnabled() &&
+           std::find(withActionAndSubmenu.begin(), withActionAndSubmenu.end(), action) !=
+               withActionAndSubmenu.end();
+}
+
+MenuPanel* MenuPopup::panelOf(const QAction* action) const {
+    const auto* withWidget = dynamic_cast<const QWidgetAction*>(action);
+    return withWidget != nullptr ? dynamic_cast<MenuPanel*>(withWidget->defaultWidget()) : nullptr;
+}
+
+void MenuPopup::showActive(const QAction* now) {
+    MenuPanel* const panel = panelOf(now);
+    if (panel == activePanel) return;
+    if (activePanel != nullptr) activePanel->setActive(false);
+    activePanel = panel;
+    if (activePanel != nullptr) activePanel->setActive(true);
+}
+
+void MenuPopup::mousePressEvent(QMouseEvent* event) {
+    pressed = actionAt(event->position().toPoint());
+    QMenu::mousePressEvent(event);
+}
+
+// A menu may also be used with the button held down.
+void MenuPopup::mouseMoveEvent(QMouseEvent* event) {
+    if (event->buttons() != Qt::NoButton) pressed = actionAt(event->position().toPoint());
+    QMenu::mouseMoveEvent(event);
+}
+
+void MenuPopup::mouseReleaseEvent(QMouseEvent* event) {
+    QAction* const action = actionAt(event->position().toPoint());
+    const bool clicked = action == std::exchange(pressed, nullptr);
+    if (!clicked || !sends(action)) {
+        QMenu::mouseReleaseEvent(event);
+        return;
+    }
+    event->accept();
+    root.dismiss();
+    action->trigger();
+}
+
+void MenuPopup::keyPressEvent(QKeyEvent* event) {
+    QAction* const action = activeAction();
+    if (MenuPanel* panel = panelOf(action); panel != nullptr && panel->handleKey(*event)) {
+        event->accept();
+        return;
+    }
+    if (isChoice(event->key()) && sends(action)) {
+        event->accept();
+        root.dismiss();
+        action->trigger();
+        return;
+    }
+    QMenu::keyPressEvent(event);
+}
+
+// The pointer over a panel is not seen by the menu itself.
+bool MenuPopup::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Enter)
+        for (QAction* action : actions())
+            if (MenuPanel* panel = panelOf(action); panel != nullptr && panel == watched) {
+                setActiveAction(action);
+                showActive(action);
+            }
+    return QMenu::eventFilter(watched, event);
+}
+
+} // namespace platform::qt

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "platform/InputEvents.h"
+#include "platform/Menu.h"
+#include "platform/qt/menu/MenuEntryId.h"
+
+#include <QIcon>
+#include <QMenu>
+#include <functional>
+#include <optional>
+#include <vector>
+
+namespace platform::qt {
+
+class MenuPanel;
+class SliderPanel;
+
+/// The toolkit's menu for one opening, made from the data. It keeps no pointer into the data, so
+/// the data may be rebuilt while it is open; the check boxes of a bounds view are the exception and
+/// must outlive it. An entry with an action and a submenu is chosen by a click or Enter, and opens
+/// its submenu when the pointer rests on it or by the arrow key.
+class MenuPopup final : public QMenu {
+  public:
+    /// Hears from inside `run`.
+    struct Listener {
+        /// A picture of the bundle, as a template in the menu's own colours; a null icon when
+        /// there is none.
+        std::function<QIcon(const std::string& name, bool isTemplate)> icon;
+        std::function<void(const MenuEntryId& entry, double value, EventType how)> moved;
+        std::function<void(CheckBox& box)> clicked;
+    };
+
+    /// The listener must outlive the object.
+    MenuPopup(const Menu& menu, const Listener& listener);
+
+    /// Opens it with a corner at `position`, all on the monitor there, and returns when it has
+    /// closed: the entry that was chosen, if one was. Once only.
+    std::optional<MenuEntryId> run(const QPoint& position);
+
+    /// Closes it and its submenus; nothing is chosen.
+    void dismiss();
+
+    /// Shows the text where the label is.
+    void showLabel(const Label& label);
+
+  protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    MenuPopup(const Menu& menu, std::vector<std::size_t> path, MenuPopup& outermost);
+
+    void fill(const Menu& menu, const std::vector<std::size_t>& path);
+    void addEntry(const MenuItem& item, const std::vector<std::size_t>& path);
+    void addPanel(const MenuItem& item, const std::vector<std::size_t>& path);
+    void listenTo(QAction& action, MenuEntryId entry);
+    /// Whether the entry is chosen although it has a submenu.
+    bool sends(const QAction* action) const;
+    MenuPanel* panelOf(const QAction* action) const;
+    void showActive(const QAction* now);
+
+    MenuPopup& root; ///< itself for the outermost menu
+    const Listener* listener;
+    std::vector<MenuPopup*> submenus;
+    std::vector<SliderPanel*> sliders;
+    std::vector<const QAction*> withActionAndSubmenu;
+    const QAction* pressed = nullptr;
+    MenuPanel* activePanel = nullptr;
+    std::optional<MenuEntryId> chosen; ///< of the outermost menu only
+};
+
+} // namespace platform::qt

@@ -1,0 +1,58 @@
+#include "platform/qt/menu/SliderPanel.h"
+
+#include <QKeyEvent>
+#include <QLabel>
+
+namespace platform::qt {
+
+SliderPanel::SliderPanel(const SliderView& view, MenuSlider::Moved moved)
+    : text(new QLabel(this)), slider(new MenuSlider(view.slider, std::move(moved))) {
+    constexpr int width = static_cast<int>(SliderView::width);
+    constexpr int height = static_cast<int>(SliderView::height);
+    constexpr int labelHeight = static_cast<int>(SliderView::labelHeight);
+    constexpr int inset = static_cast<int>(SliderView::sliderInset);
+    setFixedSize(width, height);
+    text->setGeometry(0, 0, width, labelHeight);
+    text->setAlignment(Qt::AlignCenter);
+    text->setTextFormat(Qt::PlainText);
+    slider->setParent(this);
+    slider->setGeometry(inset, labelHeight, width - 2 * inset, height - labelHeight);
+    if (view.label) {
+        labelName = view.label->name;
+        text->setText(QString::fromStdString(view.label->text));
+    }
+}
+
+void SliderPanel::showLabel(const Label& label) {
+    if (label.name == labelName) text->setText(QString::fromStdString(label.text));
+}
+
+bool SliderPanel::handleKey(const QKeyEvent& key) {
+    const int forwards = isRightToLeft() ? -1 : 1;
+    switch (key.key()) {
+    case Qt::Key_Left:
+        slider->step(-forwards);
+        return true;
+    case Qt::Key_Right:
+        slider->step(forwards);
+        return true;
+    case Qt::Key_PageDown:
+        slider->step(-slider->pageSteps());
+        return true;
+    case Qt::Key_PageUp:
+        slider->step(slider->pageSteps());
+        return true;
+    case Qt::Key_Home:
+    case Qt::Key_End:
+        slider->stepToEnd(key.key() == Qt::Key_End);
+        return true;
+    default:
+        return false;
+    }
+}
+
+void SliderPanel::setActive(bool active) {
+    slider->showActive(active);
+}
+
+} // namespace platform::qt

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "platform/qt/menu/MenuPanel.h"
+#include "platform/qt/menu/MenuSlider.h"
+
+class QLabel;
+
+namespace platform::qt {
+
+/// A slider with its label above it, in the size that the model gives them.
+class SliderPanel final : public MenuPanel {
+  public:
+    SliderPanel(const SliderView& view, MenuSlider::Moved moved);
+
+    /// Nothing when the label is another one.
+    void showLabel(const Label& label);
+
+    bool handleKey(const QKeyEvent& key) override;
+    void setActive(bool active) override;
+
+  private:
+    std::string labelName;
+    QLabel* text;
+    MenuSlider* slider;
+};
+
+} // namespace platform::qt

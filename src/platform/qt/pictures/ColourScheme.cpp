@@ -1,0 +1,85 @@
+#include "platform/qt/pictures/ColourScheme.h"
+
+#include <QApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusVariant>
+
+namespace platform::qt {
+
+namespace {
+
+constexpr uint prefersDark = 1;
+constexpr QColor darkOutlines(0x84, 0x84, 0x84);
+constexpr int middleLightness = 128;
+
+// The portal wraps the value in one variant or, in its older call, in two.
+QVariant unwrapped(QVariant value) {
+    while (value.canConvert<QDBusVariant>())
+        value = value.value<QDBusVariant>().variant();
+    return value;
+}
+
+} // namespace
+
+ColourScheme::ColourScheme() : given(QApplication::palette()) {
+    refresh();
+}
+
+void ColourScheme::refresh() {
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    if (asking || !bus.isConnected()) return;
+    asking = true;
+    auto call = QDBusMessage::createMethodCall("org.freedesktop.portal.Desktop",
+                                               "/org/freedesktop/portal/desktop",
+                                               "org.freedesktop.portal.Settings", "Read");
+    call << "org.freedesktop.appearance"
+         << "color-scheme";
+    auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(call), this);
+    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
+        answer->deleteLater();
+        asking = false;
+        const QDBusPendingReply<QDBusVariant> reply = *answer;
+        if (reply.isValid()) apply(unwrapped(reply.value().variant()).toUInt() == prefersDark);
+    });
+}
+
+void ColourScheme::apply(bool dark) {
+    if (dark == darkened) return;
+    if (dark && given.color(QPalette::Window).lightness() < middleLightness) return;
+    darkened = dark;
+    QPalette palette = dark ? darkPalette() : given;
+    QApplication::setPalette(palette);
+    // The plain style draws outlines and tick marks a shade darker than a window, which
+    // cannot be seen on the dark base of a menu.
+    if (dark) palette.setColor(QPalette::Window, darkOutlines);
+    for (const char* drawnOnBase : {"QMenu", "QSlider", "QCheckBox"})
+        QApplication::setPalette(palette, drawnOnBase);
+}
+
+QPalette ColourScheme::darkPalette() {
+    const QColor window(0x2b, 0x2b, 0x2b);
+    const QColor base(0x1e, 0x1e, 0x1e);
+    const QColor button(0x3a, 0x3a, 0x3a);
+    const QColor text(0xee, 0xee, 0xee);
+    const QColor faint(0x83, 0x83, 0x83);
+    const QColor highlight(0x2f, 0x72, 0xc4);
+    QPalette palette(button, window);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText,
+                            QPalette::HighlightedText, QPalette::ToolTipText})
+        palette.setColor(role, text);
+    palette.setColor(QPalette::Base, base);
+    palette.setColor(QPalette::AlternateBase, window);
+    palette.setColor(QPalette::ToolTipBase, base);
+    palette.setColor(QPalette::Highlight, highlight);
+    palette.setColor(QPalette::Link, QColor(0x6c, 0xa8, 0xf0));
+    palette.setColor(QPalette::PlaceholderText, faint);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, faint);
+    palette.setColor(QPalette::Disabled, QPalette::Highlight, button);
+    return palette;
+}
+
+} // namespace platform::qt

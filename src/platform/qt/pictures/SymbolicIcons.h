@@ -1,0 +1,29 @@
+#pragma once
+
+#include "platform/qt/pictures/TemplateImages.h"
+
+#include <QList>
+#include <QString>
+#include <string>
+
+namespace platform::qt {
+
+/// A folder in the session's runtime folder from which hosts of status notifier items take
+/// templates as symbolic icons, which they tint in a colour that only they know. It stays when the
+/// object goes: a host may still read it, and the next run makes the same.
+class SymbolicIcons {
+  public:
+    /// `id` names the folder. One that cannot be made is empty.
+    SymbolicIcons(const TemplateImages& images, const std::string& id);
+
+    const QString& folder() const { return path; }
+
+    /// The name for the host; empty without a folder. `pictures` are those of several sizes for a
+    /// host that does not tint.
+    QString publish(const std::string& name, const QList<QImage>& pictures) const;
+
+  private:
+    QString path;
+};
+
+} // namespace platform::qt

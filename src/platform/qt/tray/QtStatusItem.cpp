@@ -1,0 +1,108 @@
+#include "platform/qt/tray/QtStatusItem.h"
+
+#include "platform/qt/loop/QtApplication.h"
+
+#include <QApplication>
+#include <QCursor>
+
+// Every call into the target may rebuild the menu, and so may anything that happens while it is
+// open. Therefore entries are looked up anew for each call.
+
+namespace platform::qt {
+
+namespace {
+
+bool bringAlertToFront() {
+    QWidget* const alert = QApplication::activeModalWidget();
+    if (alert == nullptr) return false;
+    alert->raise();
+    alert->activateWindow();
+    return true;
+}
+
+EventType pressOf(int buttonNumber) {
+    switch (buttonNumber) {
+    case 0:
+        return EventType::leftMouseDown;
+    case 1:
+        return EventType::rightMouseDown;
+    default:
+        return EventType::otherMouseDown;
+    }
+}
+
+} // namespace
+
+QtStatusItem::QtStatusItem(QtRunLoop& loop, QtApplication& app,
+                           std::function<QIcon(const std::string& name, bool isTemplate)> icon)
+    : runLoop(loop), application(app) {
+    listener.icon = std::move(icon);
+    listener.moved = [this](const MenuEntryId& entry, double value, EventType how) {
+        sliderMoved(entry, value, how);
+    };
+    listener.clicked = [this](CheckBox& box) { boxClicked(box); };
+}
+
+QtStatusItem::~QtStatusItem() = default;
+
+void QtStatusItem::create(Menu& newMenu, MenuTarget& newTarget) {
+    menu = &newMenu;
+    target = &newTarget;
+    if (tray.create) tray.create();
+}
+
+void QtStatusItem::setImage(std::string_view name, bool isTemplate) {
+    if (tray.showImage) tray.showImage(name, isTemplate);
+}
+
+void QtStatusItem::popUpMenu() {
+    if (menu == nullptr || open != nullptr || menu->items.empty()) return;
+    std::optional<MenuEntryId> chosen;
+    {
+        const QtRunLoop::ModalScope modal(runLoop);
+        MenuPopup popup(*menu, listener);
+        open = &popup;
+        chosen = popup.run(QCursor::pos());
+        open = nullptr;
+    }
+    if (!chosen) return;
+    // No longer there, or greyed meanwhile: then it was not what the user saw.
+    MenuItem* const item = findEntry(*menu, *chosen);
+    if (item != nullptr && !item->greyed()) target->chosen(*item);
+}
+
+void QtStatusItem::labelChanged(const Label& label) {
+    if (open != nullptr) open->showLabel(label);
+}
+
+void QtStatusItem::clicked(int buttonNumber) {
+    if (menu == nullptr || bringAlertToFront()) return;
+    if (open != nullptr) {
+        open->dismiss();
+        return;
+    }
+    const QtApplication::EventScope event(application, {pressOf(buttonNumber), buttonNumber});
+    target->menuWillOpen(*menu);
+    popUpMenu();
+}
+
+void QtStatusItem::activate() {
+    if (!bringAlertToFront()) popUpMenu();
+}
+
+void QtStatusItem::sliderMoved(const MenuEntryId& entry, double value, EventType how) {
+    MenuItem* const item = findEntry(*menu, entry);
+    if (item == nullptr) return;
+    auto* const view = std::get_if<SliderView>(&item->view);
+    if (view == nullptr) return;
+    const QtApplication::EventScope event(application, {how, 0});
+    view->slider.value = value;
+    target->moved(view->slider);
+}
+
+void QtStatusItem::boxClicked(CheckBox& box) {
+    const QtApplication::EventScope event(application, {EventType::leftMouseUp, 0});
+    target->clicked(box);
+}
+
+} // namespace platform::qt

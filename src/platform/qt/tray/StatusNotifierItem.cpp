@@ -1,0 +1,186 @@
+#include "platform/qt/tray/StatusNotifierItem.h"
+
+#include <QCoreApplication>
+#include <QDBusArgument>
+#include <QDBusMessage>
+#include <QDBusMetaType>
+#include <QDBusVirtualObject>
+#include <QtEndian>
+#include <optional>
+
+namespace platform::qt {
+
+namespace {
+
+constexpr const char* interfaceName = "org.kde.StatusNotifierItem";
+constexpr const char* propertiesName = "org.freedesktop.DBus.Properties";
+constexpr const char* objectPath = "/StatusNotifierItem";
+
+/// (iiay), and (sa(iiay)ss): as the protocol has them.
+struct Pixmap {
+    int width = 0, height = 0;
+    QByteArray bytes;
+};
+using Pixmaps = QList<Pixmap>;
+struct ToolTip {
+    QString iconName;
+    Pixmaps icon;
+    QString title, text;
+};
+
+QDBusArgument& operator<<(QDBusArgument& argument, const Pixmap& pixmap) {
+    argument.beginStructure();
+    argument << pixmap.width << pixmap.height << pixmap.bytes;
+    argument.endStructure();
+    return argument;
+}
+const QDBusArgument& operator>>(const QDBusArgument& argument, Pixmap& pixmap) {
+    argument.beginStructure();
+    argument >> pixmap.width >> pixmap.height >> pixmap.bytes;
+    argument.endStructure();
+    return argument;
+}
+QDBusArgument& operator<<(QDBusArgument& argument, const ToolTip& tip) {
+    argument.beginStructure();
+    argument << tip.iconName << tip.icon << tip.title << tip.text;
+    argument.endStructure();
+    return argument;
+}
+const QDBusArgument& operator>>(const QDBusArgument& argument, ToolTip& tip) {
+    argument.beginStructure();
+    argument >> tip.iconName >> tip.icon >> tip.title >> tip.text;
+    argument.endStructure();
+    return argument;
+}
+
+// ARGB in network order, not premultiplied.
+Pixmap toPixmap(const QImage& picture) {
+    const QImage image = picture.convertToFormat(QImage::Format_ARGB32);
+    Pixmap result{image.width(), image.height(), {}};
+    for (int row = 0; row < image.height(); ++row) {
+        QByteArray line(image.width() * 4, Qt::Uninitialized);
+        qToBigEndian<quint32>(image.constScanLine(row), image.width(), line.data());
+        result.bytes += line;
+    }
+    return result;
+}
+
+} // namespace
+
+class StatusNotifierItem::Object final : public QDBusVirtualObject {
+  public:
+    Object(const Identity& whose, Clicked handler) : identity(whose), clicked(std::move(handler)) {}
+
+    QString introspect(const QString&) const override {
+        return "<interface name=\"org.kde.StatusNotifierItem\">"
+               "<property name=\"Category\" type=\"s\" access=\"read\"/>"
+               "<property name=\"Id\" type=\"s\" access=\"read\"/>"
+               "<property name=\"Title\" type=\"s\" access=\"read\"/>"
+               "<property name=\"Status\" type=\"s\" access=\"read\"/>"
+               "<property name=\"WindowId\" type=\"i\" access=\"read\"/>"
+               "<property name=\"IconName\" type=\"s\" access=\"read\"/>"
+               "<property name=\"IconThemePath\" type=\"s\" access=\"read\"/>"
+               "<property name=\"IconPixmap\" type=\"a(iiay)\" access=\"read\"/>"
+               "<property name=\"ToolTip\" type=\"(sa(iiay)ss)\" access=\"read\"/>"
+               "<property name=\"ItemIsMenu\" type=\"b\" access=\"read\"/>"
+               "<method name=\"Activate\"><arg type=\"i\" direction=\"in\"/>"
+               "<arg type=\"i\" direction=\"in\"/></method>"
+               "<method name=\"SecondaryActivate\"><arg type=\"i\" direction=\"in\"/>"
+               "<arg type=\"i\" direction=\"in\"/></method>"
+               "<method name=\"ContextMenu\"><arg type=\"i\" direction=\"in\"/>"
+               "<arg type=\"i\" direction=\"in\"/></method>"
+               "<method name=\"Scroll\"><arg type=\"i\" direction=\"in\"/>"
+               "<arg type=\"s\" direction=\"in\"/></method>"
+               "<signal name=\"NewIcon\"/>"
+               "</interface>";
+    }
+
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {
+        if (message.interface() == propertiesName) return answerProperties(message, bus);
+        // A caller may leave the interface out.
+        if (!message.interface().isEmpty() && message.interface() != interfaceName) return false;
+        if (message.member() == "Scroll") return bus.send(message.createReply());
+        const auto button = buttonOf(message.member());
+        if (!button) return false;
+        bus.send(message.createReply());
+        // The click may open a menu, whose loop must not run inside this call.
+        QMetaObject::invokeMethod(
+            this, [this, button] { clicked(*button); }, Qt::QueuedConnection);
+        return true;
+    }
+
+    Face face;
+
+  private:
+    static std::optional<int> buttonOf(const QString& member) {
+        if (member == "Activate") return 0;
+        if (member == "ContextMenu") return 1;
+        if (member == "SecondaryActivate") return 2;
+        return {};
+    }
+
+    bool answerProperties(const QDBusMessage& message, const QDBusConnection& bus) const {
+        const QVariantMap all = properties();
+        const QVariantList arguments = message.arguments();
+        if (message.member() == "GetAll") return bus.send(message.createReply(all));
+        if (message.member() != "Get" || arguments.size() != 2) return false;
+        const auto found = all.find(arguments[1].toString());
+        if (found == all.end())
+            return bus.send(
+                message.createErrorReply(QDBusError::UnknownProperty, "no such property"));
+        return bus.send(message.createReply(QVariant::fromValue(QDBusVariant(*found))));
+    }
+
+    // No "Menu": hosts that see one never pass a right click on.
+    QVariantMap properties() const {
+        Pixmaps pixmaps;
+        for (const QImage& picture : face.pictures)
+            pixmaps += toPixmap(picture);
+        return {{"Category", "ApplicationStatus"},
+                {"Id", identity.id},
+                {"Title", identity.title},
+                {"Status", "Active"},
+                {"WindowId", 0},
+                {"IconName", face.iconName},
+                {"IconThemePath", identity.themePath},
+                {"IconPixmap", QVariant::fromValue(pixmaps)},
+                {"ToolTip", QVariant::fromValue(ToolTip{{}, {}, identity.title, {}})},
+                {"ItemIsMenu", false}};
+    }
+
+    Identity identity;
+    Clicked clicked;
+};
+
+StatusNotifierItem::StatusNotifierItem(const Identity& identity, Face face, Clicked clicked)
+    : connectionName(identity.id + "-status-item"),
+      bus(QDBusConnection::connectToBus(QDBusConnection::SessionBus, connectionName)),
+      object(std::make_unique<Object>(identity, std::move(clicked))) {
+    qDBusRegisterMetaType<Pixmap>();
+    qDBusRegisterMetaType<Pixmaps>();
+    qDBusRegisterMetaType<ToolTip>();
+    object->face = std::move(face);
+    const QString service =
+        QString("org.kde.StatusNotifierItem-%1-1").arg(QCoreApplication::applicationPid());
+    // The object comes first: whoever sees the name may call it.
+    bus.registerVirtualObject(objectPath, object.get());
+    bus.registerService(service);
+    auto registration = QDBusMessage::createMethodCall(watcherName, "/StatusNotifierWatcher",
+                                                       watcherName, "RegisterStatusNotifierItem");
+    registration << service;
+    bus.send(registration);
+}
+
+StatusNotifierItem::~StatusNotifierItem() {
+    QDBusConnection::disconnectFromBus(connectionName);
+}
+
+void StatusNotifierItem::setFace(Face face) {
+    object->face = std::move(face);
+    bus.send(QDBusMessage::createSignal(objectPath, interfaceName, "NewIcon"));
+}
+
+} // namespace platform::qt
+
+Q_DECLARE_METATYPE(platform::qt::Pixmap)
+Q_DECLARE_METATYPE(platform::qt::ToolTip)

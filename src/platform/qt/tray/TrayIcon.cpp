@@ -1,0 +1,151 @@
+#include "platform/qt/tray/TrayIcon.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusServiceWatcher>
+#include <QGuiApplication>
+#include <QPalette>
+#include <QTimer>
+#include <chrono>
+#include <utility>
+
+namespace platform::qt {
+
+namespace {
+
+constexpr std::chrono::seconds timeForThePanel{3};
+
+constexpr int itemSizes[] = {16, 22, 24, 32, 44, 48, 64}; // of panels at 100, 150 and 200 %
+
+QColor textColour() {
+    return QGuiApplication::palette().color(QPalette::WindowText);
+}
+
+} // namespace
+
+TrayIcon::TrayIcon(x11::Connection& x, const TemplateImages& pictures, Identity whose, Log& logger)
+    : connection(x),
+      images(pictures),
+      identity(std::move(whose)),
+      log(logger),
+      window(x, identity.id, identity.title, windowHandlers()) {
+    watchBus();
+}
+
+TrayIcon::~TrayIcon() = default;
+
+x11::TrayWindow::Handlers TrayIcon::windowHandlers() {
+    const auto draw = [this](int size, std::optional<x11::TrayColour> panel) {
+        const QColor tint = panel ? QColor(panel->red, panel->green, panel->blue) : textColour();
+        const QImage drawing = image.isTemplate ? images.tinted(image.name, size, tint)
+                                                : images.drawn(image.name, size);
+        std::vector<std::uint32_t> pixels;
+        for (int row = 0; row < drawing.height(); ++row) {
+            const auto* line = reinterpret_cast<const std::uint32_t*>(drawing.constScanLine(row));
+            pixels.insert(pixels.end(), line, line + drawing.width());
+        }
+        return pixels;
+    };
+    return {draw, [this](int button, x11::RootPoint place) { click(button, place); },
+            [this] { settle(); }};
+}
+
+void TrayIcon::watchBus() {
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) {
+        busAnswered = true;
+        settle();
+        return;
+    }
+    const QString name = StatusNotifierItem::watcherName;
+    auto* owners =
+        new QDBusServiceWatcher(name, bus, QDBusServiceWatcher::WatchForOwnerChange, this);
+    connect(owners, &QDBusServiceWatcher::serviceOwnerChanged, this,
+            [this](const QString&, const QString&, const QString& owner) {
+                busAnswered = true;
+                watcherIsThere = !owner.isEmpty();
+                // Another watcher has to be told of the item anew.
+                item.reset();
+                settle();
+            });
+    auto question = QDBusMessage::createMethodCall("org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                                   "org.freedesktop.DBus", "NameHasOwner");
+    question << name;
+    auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
+    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
+        const QDBusPendingReply<bool> reply = *answer;
+        answer->deleteLater();
+        // A change of the owner that was seen first is newer.
+        if (std::exchange(busAnswered, true)) return;
+        watcherIsThere = reply.isValid() && reply.value();
+        settle();
+    });
+}
+
+void TrayIcon::settle() {
+    const bool useItem = !window.hasHost() && watcherIsThere;
+    if (!useItem)
+        item.reset();
+    else if (!item)
+        makeItem();
+    if (hasTray() || !busAnswered || std::exchange(reported, true)) return;
+    // At login the program and the panel start together, and either may be first.
+    QTimer::singleShot(timeForThePanel, this, [this] { report(); });
+}
+
+void TrayIcon::report() {
+    if (hasTray()) return;
+    log.write("no tray: there is nowhere to show the icon; add a notification area to the panel, "
+              "or start one such as trayer; the icon will come by itself");
+}
+
+void TrayIcon::makeItem() {
+    told = {image, textColour()};
+    if (!symbolicIcons) symbolicIcons.emplace(images, identity.id);
+    item = std::make_unique<StatusNotifierItem>(
+        StatusNotifierItem::Identity{QString::fromStdString(identity.id),
+                                     QString::fromStdString(identity.title),
+                                     symbolicIcons->folder()},
+        face(), [this](int button) { click(button, x11::cursorOnRoot(connection)); });
+}
+
+// Drawing it for the hosts of items takes milliseconds and files, and there may be a pointer event
+// to answer first. A crossing switches off and on again, after which the same picture is wanted.
+void TrayIcon::setImage(TrayImage wanted) {
+    image = std::move(wanted);
+    if (std::exchange(isToBeShown, true)) return;
+    QMetaObject::invokeMethod(this, &TrayIcon::showImage, Qt::QueuedConnection);
+}
+
+void TrayIcon::showImage() {
+    isToBeShown = false;
+    window.repaint();
+    const ItemFace wanted{image, textColour()};
+    if (!item || told == wanted) return;
+    told = wanted;
+    item->setFace(face());
+}
+
+void TrayIcon::onClick(std::function<void(int, int, int)> handler) {
+    clicked = std::move(handler);
+}
+
+void TrayIcon::click(int button, x11::RootPoint place) {
+    if (clicked) clicked(button, place.x, place.y);
+}
+
+// The pictures of a template are in the colour of the program's own text, a guess.
+StatusNotifierItem::Face TrayIcon::face() const {
+    StatusNotifierItem::Face result;
+    for (const int size : itemSizes) {
+        const QImage picture = image.isTemplate ? images.tinted(image.name, size, textColour())
+                                                : images.drawn(image.name, size);
+        if (!picture.isNull()) result.pictures += picture;
+    }
+    if (image.isTemplate) result.iconName = symbolicIcons->publish(image.name, result.pictures);
+    return result;
+}
+
+} // namespace platform::qt

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "platform/InputEvents.h"
+#include "platform/x11/input/PacedReader.h"
+#include "platform/x11/input/RawInput.h"
+
+#include <deque>
+#include <optional>
+
+namespace platform::x11 {
+
+/// The session's events, sorted by type and handed to those who asked for them, at the pace of a
+/// display: at most sixty motions a second, and a click within the frame, after the motion before
+/// it. While a handler runs, the pointer service answers the event's own place.
+///
+/// A motion to a point outside the screen that the pointer holds comes right after one at the point
+/// where the cursor was held, so that the step between the two is the push of one frame.
+class InputEvents final : public platform::InputEvents {
+  public:
+    /// `ownWindowActive` is asked for each pointer event that a monitor would get.
+    /// The connection is the pointer's, and nobody else reads it.
+    InputEvents(Connection& connection, Descriptors& descriptors, const Displays& displays,
+                Pointer& pointer, std::function<bool()> ownWindowActive);
+
+    void addGlobalMonitor(EventMask mask, Handler handler) override;
+    void addTap(const TapParameters& parameters, Handler handler) override;
+
+    /// To be called when a window of the program has become active or is so no longer.
+    void ownWindowChanged();
+
+  private:
+    struct Consumer {
+        EventMask mask;
+        bool isTap;
+        Handler handler;
+    };
+
+    void add(Consumer consumer);
+    void receive(const RawEvent& raw, Point place, std::uint16_t buttonMask);
+    void receiveMotion(InputEvent event);
+    void deliverPush(InputEvent event, const Hold::Push& push);
+    void deliver(const InputEvent& event, bool isHeldBack = false);
+
+    Pointer& pointer;
+    std::function<bool()> ownWindowActive;
+    std::deque<Consumer> consumers; ///< stays in place when a handler adds one
+    std::optional<Point> putBack;   ///< where the program took the cursor at the last motion
+    RawInput source;
+    PacedReader reader;
+};
+
+} // namespace platform::x11

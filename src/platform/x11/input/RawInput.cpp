@@ -1,0 +1,314 @@
+#include "platform/x11/input/RawInput.h"
+
+#include <chrono>
+#include <utility>
+#include <xcb/xinput.h>
+
+namespace platform::x11 {
+
+namespace {
+
+constexpr std::uint8_t genericEvent = XCB_GE_GENERIC;
+
+/// How far the device moved the cursor, accelerated; nothing for a wheel in the smooth scrolling
+/// form, which moves only the third valuator and those after it.
+std::optional<Point> stepOf(const xcb_input_raw_motion_event_t& event) {
+    if (event.valuators_len == 0) return std::nullopt;
+    const std::uint32_t mask = xcb_input_raw_button_press_valuator_mask(&event)[0];
+    if ((mask & 0x3) == 0) return std::nullopt;
+    const xcb_input_fp3232_t* next = xcb_input_raw_button_press_axisvalues(&event);
+    const auto value = [&](std::uint32_t bit) {
+        if (!(mask & bit)) return 0.0;
+        const xcb_input_fp3232_t& fixed = *next++;
+        return fixed.integral + fixed.frac / 4294967296.0;
+    };
+    const double x = value(1);
+    return Point{x, value(2)};
+}
+
+double secondsHere() {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
+        .count();
+}
+
+bool isBefore(std::uint32_t sequence, std::uint32_t other) {
+    return static_cast<std::int32_t>(sequence - other) < 0;
+}
+
+std::uint16_t maskWith(std::uint16_t mask, unsigned button, bool down) {
+    if (button < 1 || button > 5) return mask;
+    const auto bit = static_cast<std::uint16_t>(XCB_BUTTON_MASK_1 << (button - 1));
+    return static_cast<std::uint16_t>(down ? mask | bit : mask & ~bit);
+}
+
+} // namespace
+
+std::uint16_t RawEvent::buttonsAfter(std::uint16_t mask) const {
+    if (kind != Kind::buttonDown && kind != Kind::buttonUp) return mask;
+    return maskWith(mask, button, kind == Kind::buttonDown);
+}
+
+std::uint16_t RawEvent::buttonsBefore(std::uint16_t mask) const {
+    if (kind != Kind::buttonDown && kind != Kind::buttonUp) return mask;
+    return maskWith(mask, button, kind == Kind::buttonUp);
+}
+
+RawInput::RawInput(Connection& x, const Displays& screens, Pointer& cursor, Receiver receive,
+                   std::function<void()> onArrival)
+    : connection(x),
+      displays(screens),
+      pointer(cursor),
+      receiver(std::move(receive)),
+      arrived(std::move(onArrival)) {
+    constexpr std::size_t burst = 256;
+    pending.reserve(burst);
+    connection.listen(*this, {genericEvent, XCB_MAPPING_NOTIFY});
+}
+
+RawInput::~RawInput() {
+    connection.forget(*this);
+}
+
+void RawInput::selectPointer() {
+    pointerSelected = true;
+    findClientPointer();
+    select();
+}
+
+// The server decides which one it is at the first question about the place.
+void RawInput::findClientPointer() {
+    xcb_connection_t* c = connection.xcb();
+    xcb_discard_reply(c, xcb_query_pointer(c, connection.root()).sequence);
+    const auto found = connection.wait(xcb_input_xi_get_client_pointer(c, XCB_NONE),
+                                       xcb_input_xi_get_client_pointer_reply);
+    if (found && found->set) clientPointer = found->deviceid;
+}
+
+void RawInput::selectKeys() {
+    keysSelected = true;
+    select();
+}
+
+void RawInput::select() {
+    sendSelection();
+    if (tableStale) table.read(connection);
+    tableStale = false;
+    connection.flush();
+}
+
+void RawInput::sendSelection() {
+    struct {
+        xcb_input_event_mask_t head;
+        std::uint32_t mask;
+    } selection{{XCB_INPUT_DEVICE_ALL_MASTER, 1}, 0};
+    if (pointerSelected)
+        selection.mask |=
+            XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE;
+    if (pointerSelected && motion.readsEvents())
+        selection.mask |= XCB_INPUT_XI_EVENT_MASK_RAW_MOTION;
+    if (pointerSelected && connection.tellsBarrierHits())
+        selection.mask |= XCB_INPUT_XI_EVENT_MASK_BARRIER_HIT;
+    if (keysSelected)
+        selection.mask |=
+            XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE;
+    xcb_input_xi_select_events(connection.xcb(), connection.root(), 1, &selection.head);
+}
+
+// A look is asked for before the events are read, so that the server answers meanwhile.
+void RawInput::beginFrame() {
+    mayAsk = true;
+    if (!pointerSelected || !motion.looks() || asked != 0) return;
+    ask();
+    connection.flush();
+}
+
+void RawInput::endFrame() {
+    if (!pointerSelected || !motion.frameEnded()) return;
+    sendSelection();
+    connection.flush();
+}
+
+void RawInput::handle(const xcb_generic_event_t& generic) {
+    if ((generic.response_type & 0x7f) == XCB_MAPPING_NOTIFY) {
+        tableStale = true;
+        return;
+    }
+    const auto& raw = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(generic);
+    if (raw.extension != connection.xinputOpcode()) return;
+
+    RawEvent event{.sequence = raw.full_sequence, .time = seconds(raw.time)};
+    switch (raw.event_type) {
+    case XCB_INPUT_RAW_MOTION:
+        addMotion(raw, event);
+        break;
+    case XCB_INPUT_BARRIER_HIT:
+        addHit(reinterpret_cast<const xcb_input_barrier_hit_event_t&>(generic));
+        break;
+    case XCB_INPUT_RAW_BUTTON_PRESS:
+    case XCB_INPUT_RAW_BUTTON_RELEASE:
+        event.kind = raw.event_type == XCB_INPUT_RAW_BUTTON_PRESS ? RawEvent::Kind::buttonDown
+                                                                  : RawEvent::Kind::buttonUp;
+        event.button = table.button(raw.detail);
+        add(event);
+        break;
+    case XCB_INPUT_RAW_KEY_PRESS:
+        addKey(raw.detail, true, event);
+        break;
+    case XCB_INPUT_RAW_KEY_RELEASE:
+        addKey(raw.detail, false, event);
+        break;
+    default:
+        break;
+    }
+}
+
+double RawInput::seconds(std::uint32_t serverTime) {
+    // The server's clock has 32 bits of milliseconds.
+    if (serverTime < lastTime && lastTime - serverTime > 0x80000000u) timeBase += 4294967.296;
+    lastTime = serverTime;
+    anyTime = true;
+    return lastSeconds();
+}
+
+bool RawInput::isAfterQuestion(std::uint32_t sequence) const {
+    return asked != 0 && !isBefore(sequence, asked);
+}
+
+void RawInput::addMotion(const xcb_input_raw_motion_event_t& raw, const RawEvent& event) {
+    const auto step = stepOf(raw);
+    if (!step) return;
+    motion.event(*step);
+    pointer.hold().moved(*step, event.time, isAfterQuestion(event.sequence));
+    add(event);
+}
+
+// What a barrier stops is a motion too, though its own raw event may have gone on already.
+void RawInput::addHit(const xcb_input_barrier_hit_event_t& hit) {
+    const RawEvent event{.sequence = hit.full_sequence,
+                         .time = seconds(hit.time),
+                         .stopped = hit.deviceid == clientPointer};
+    motion.stopped();
+    pointer.hold().hit(hit, event.time, isAfterQuestion(event.sequence));
+    add(event);
+}
+
+// A press of a key that is down is its repetition; a release of one that was never seen to go down
+// began before the program did, and would be taken for a press.
+void RawInput::addKey(std::uint32_t keycode, bool pressed, RawEvent event) {
+    if (keycode >= down.size() || down[keycode] == pressed) return;
+    down[keycode] = pressed;
+    event.key = table.key(keycode);
+    if (!event.key.modifier && !otherKeys) return;
+    event.kind = pressed ? RawEvent::Kind::keyDown : RawEvent::Kind::keyUp;
+    add(event);
+}
+
+// The cursor has moved and no event of that was read. It comes before the clicks of the frame.
+void RawInput::addSeenMotion(std::uint32_t sequence) {
+    if (head < covered && pending[head].kind == RawEvent::Kind::motion) return;
+    arrived();
+    pending.insert(pending.begin() + static_cast<std::ptrdiff_t>(head),
+                   {.sequence = sequence - 1, .time = secondsHere() + clockAhead});
+    ++covered;
+}
+
+// Motion that follows motion replaces it, unless the older one is waiting for an answer: then a
+// fast mouse would put off its own delivery for ever.
+void RawInput::add(const RawEvent& event) {
+    arrived();
+    const bool follows =
+        event.kind == RawEvent::Kind::motion && pending.size() > covered && pending.size() > head &&
+        pending.back().kind == RawEvent::Kind::motion &&
+        isAfterQuestion(pending.back().sequence) == isAfterQuestion(event.sequence);
+    if (follows)
+        pending.back() = event;
+    else
+        pending.push_back(event);
+}
+
+void RawInput::batchEnded() {
+    if (tableStale && (pointerSelected || keysSelected)) {
+        tableStale = false;
+        table.read(connection);
+    }
+    pointer.releaseWhenDue();
+    if (std::exchange(anyTime, false)) clockAhead = lastSeconds() - secondsHere();
+    if (!mayAsk || asked != 0 || empty()) return;
+    if (const auto place = knownPlace())
+        passOnFrom(*place);
+    else
+        ask();
+}
+
+// Where a barrier ended the last motion, and every one is read, the cursor stands at it and the
+// server need not be asked.
+std::optional<xcb_point_t> RawInput::knownPlace() const {
+    if (motion.looks() || !buttons || !pending.back().stopped) return std::nullopt;
+    if (isBefore(pending.back().sequence, pointer.lastPutSequence())) return std::nullopt;
+    return pointer.hold().stoppedAt();
+}
+
+void RawInput::passOnFrom(xcb_point_t root) {
+    beginAnswer();
+    for (std::size_t i = head; i < covered; ++i)
+        buttons = pending[i].buttonsAfter(*buttons);
+    const Point place = displays.toTopLeft(root.x, root.y);
+    lastPlace = place;
+    passOn(place);
+}
+
+void RawInput::beginAnswer() {
+    mayAsk = false;
+    covered = pending.size();
+    warpsWhenAsked = pointer.warps();
+}
+
+void RawInput::ask() {
+    beginAnswer();
+    asked = xcb_query_pointer(connection.xcb(), connection.root()).sequence;
+    connection.awaitReply(asked, *this);
+    pointer.hold().asked();
+}
+
+void RawInput::handleReply(unsigned sequence, const void* reply) {
+    if (sequence != asked) return;
+    asked = 0;
+    const auto* answer = static_cast<const xcb_query_pointer_reply_t*>(reply);
+    const bool stale = pointer.warps() != warpsWhenAsked;
+    if (!answer || stale) {
+        covered = head;
+        return;
+    }
+    pointer.hold().placed(
+        {static_cast<double>(answer->root_x), static_cast<double>(answer->root_y)});
+    const Point place = displays.toTopLeft(answer->root_x, answer->root_y);
+    buttons = answer->mask;
+    while (covered < pending.size() && isBefore(pending[covered].sequence, sequence))
+        ++covered;
+    const bool hasMoved = place != std::exchange(lastPlace, place);
+    if (hasMoved && motion.looks()) addSeenMotion(sequence);
+    motion.looked(hasMoved);
+    passOn(place);
+}
+
+// The receiver may move the cursor, after which the place is no longer true for the events behind,
+// and may run a modal loop, in which further ones are passed on; so the state is looked at anew for
+// each event. The buttons are known as they are after all of them.
+void RawInput::passOn(Point place) {
+    while (head < covered && asked == 0 && pointer.warps() == warpsWhenAsked) {
+        const RawEvent event = pending[head++];
+        const bool overtaken = event.kind == RawEvent::Kind::motion && head < covered &&
+                               pending[head].kind == RawEvent::Kind::motion;
+        if (overtaken) continue;
+        std::uint16_t mask = *buttons;
+        for (std::size_t i = covered; i-- > head;)
+            mask = pending[i].buttonsBefore(mask);
+        receiver(event, place, mask);
+    }
+    if (pointer.warps() != warpsWhenAsked) lastPlace = pointer.lastPut();
+    if (asked != 0) return;
+    pending.erase(pending.begin(), pending.begin() + static_cast<std::ptrdiff_t>(head));
+    head = covered = 0;
+}
+
+} // namespace platform::x11

@@ -1,0 +1,242 @@
+#include "platform/x11/keys/HotKeys.h"
+
+#include "platform/x11/keys/KeysymText.h"
+#include "platform/x11/keys/PhysicalKeys.h"
+
+#include <algorithm>
+
+namespace platform::x11 {
+
+namespace {
+
+Shortcut plain(const Shortcut& shortcut) {
+    return {shortcut.keyCode, shortcut.modifierFlags & Shortcut::modifiers};
+}
+
+} // namespace
+
+HotKeys::HotKeys(Connection& x, Settings& store, Log& writer, Later scheduler)
+    : connection(x),
+      settings(store),
+      log(writer),
+      later(std::move(scheduler)),
+      recording(connection, map, log, later) {
+    map.read(connection);
+    connection.listen(*this, {XCB_KEY_PRESS, XCB_KEY_RELEASE, XCB_FOCUS_OUT, XCB_MAPPING_NOTIFY});
+}
+
+HotKeys::~HotKeys() {
+    connection.forget(*this);
+    release();
+    connection.flush();
+}
+
+// ---- what is claimed ----------------------------------------------------------------------------
+
+void HotKeys::registerShortcut(const Shortcut& shortcut, std::function<void()> action) {
+    registered.push_back({plain(shortcut), std::move(action)});
+    claim();
+}
+
+void HotKeys::unregisterShortcut(const Shortcut& shortcut) {
+    std::erase_if(registered,
+                  [&](const Claim& known) { return known.shortcut == plain(shortcut); });
+    claim();
+}
+
+void HotKeys::bindShortcut(std::string_view settingsKey, std::function<void()> action) {
+    bindings.insert_or_assign(std::string(settingsKey), std::move(action));
+    if (observed.emplace(settingsKey).second)
+        settings.observe(settingsKey, [this, known = std::weak_ptr<void>(alive)] {
+            if (!known.expired()) claim();
+        });
+    claim();
+}
+
+void HotKeys::breakBinding(std::string_view settingsKey) {
+    const auto found = bindings.find(settingsKey);
+    if (found == bindings.end()) return;
+    bindings.erase(found);
+    claim();
+}
+
+std::optional<Shortcut> HotKeys::stored(std::string_view settingsKey) const {
+    const auto shortcut = Shortcut::fromValue(settings.object(settingsKey));
+    return shortcut ? std::optional(plain(*shortcut)) : std::nullopt;
+}
+
+std::vector<Shortcut> HotKeys::wanted() const {
+    std::vector<Shortcut> all;
+    const auto add = [&all](const Shortcut& shortcut) {
+        if (std::ranges::find(all, shortcut) == all.end()) all.push_back(shortcut);
+    };
+    for (const Claim& known : registered)
+        add(known.shortcut);
+    for (const auto& [key, action] : bindings)
+        if (const auto shortcut = stored(key)) add(*shortcut);
+    return all;
+}
+
+// ---- grabs --------------------------------------------------------------------------------------
+
+/// Grabs everything that is wanted, and nothing else. One round trip.
+void HotKeys::claim() {
+    if (recording.isOn()) return;
+    release();
+    taken.clear();
+    heldStates = map.lockStates();
+
+    struct Asked {
+        Shortcut shortcut;
+        Grab grab;
+        std::vector<xcb_void_cookie_t> cookies;
+    };
+    std::vector<Asked> asked;
+    for (const Shortcut& shortcut : wanted()) {
+        const PhysicalKey* key = physicalKey(shortcut.keyCode);
+        if (key == nullptr) continue;
+        Asked one{shortcut, {key->keycode(), map.maskOf(shortcut.modifierFlags)}, {}};
+        for (const std::uint16_t state : heldStates)
+            one.cookies.push_back(
+                xcb_grab_key_checked(connection.xcb(), 0, connection.root(),
+                                     static_cast<std::uint16_t>(one.grab.mask | state),
+                                     one.grab.keycode, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
+        asked.push_back(std::move(one));
+    }
+    connection.sync();
+    for (const Asked& one : asked) {
+        bool refused = false;
+        for (const xcb_void_cookie_t cookie : one.cookies)
+            refused |=
+                Reply<xcb_generic_error_t>(xcb_request_check(connection.xcb(), cookie)) != nullptr;
+        if (!refused) {
+            held.push_back(one.grab);
+            continue;
+        }
+        // In some states of the lock keys it may be free, but would be no use.
+        ungrab(one.grab);
+        taken.push_back(one.shortcut);
+        tell(one.shortcut);
+    }
+    connection.flush();
+}
+
+void HotKeys::release() {
+    for (const Grab& grab : held)
+        ungrab(grab);
+    held.clear();
+}
+
+void HotKeys::ungrab(const Grab& grab) {
+    for (const std::uint16_t state : heldStates)
+        xcb_ungrab_key(connection.xcb(), grab.keycode, connection.root(),
+                       static_cast<std::uint16_t>(grab.mask | state));
+}
+
+void HotKeys::tell(const Shortcut& shortcut) {
+    if (!told.emplace(shortcut.keyCode, shortcut.modifierFlags).second) return;
+    log.write("the shortcut " + modifierFlagsString(shortcut) + keyCodeString(shortcut) +
+              " does nothing: another program holds it");
+}
+
+bool HotKeys::isTaken(const Shortcut& shortcut) const {
+    return std::ranges::find(taken, plain(shortcut)) != taken.end();
+}
+
+bool HotKeys::startRecording(KeyRecording::Handler taker, std::function<void()> left) {
+    if (!recording.start(std::move(taker), std::move(left))) return false;
+    release();
+    connection.flush();
+    return true;
+}
+
+void HotKeys::stopRecording() {
+    if (!recording.isOn()) return;
+    recording.stop();
+    claim();
+}
+
+// ---- events -------------------------------------------------------------------------------------
+
+void HotKeys::handle(const xcb_generic_event_t& event) {
+    const unsigned type = event.response_type & 0x7f;
+    if (type == XCB_MAPPING_NOTIFY) {
+        mapStale |= reinterpret_cast<const xcb_mapping_notify_event_t&>(event).request !=
+                    XCB_MAPPING_POINTER;
+        return;
+    }
+    if (type == XCB_FOCUS_OUT) {
+        recording.focusLeft(reinterpret_cast<const xcb_focus_out_event_t&>(event));
+        return;
+    }
+    // A release has the same form.
+    const auto& key = reinterpret_cast<const xcb_key_press_event_t&>(event);
+    if (recording.hasKeyboard()) {
+        recording.handle(key, type == XCB_KEY_PRESS);
+    } else if (type == XCB_KEY_PRESS) {
+        pressed(key);
+    } else {
+        lastReleased = key.detail;
+        releaseTime = key.time;
+    }
+}
+
+void HotKeys::batchEnded() {
+    if (!mapStale) return;
+    mapStale = false;
+    if (map.read(connection)) claim();
+}
+
+/// A held key repeats as a release and a press of the same moment. A program that types for the
+/// user may press anew as soon as that, but then it did not hold the key before.
+bool HotKeys::isRepetition(const xcb_key_press_event_t& event) const {
+    constexpr xcb_timestamp_t shortestDelay = 50; // milliseconds; by default 500 or more
+    return event.detail == lastReleased && event.time == releaseTime &&
+           (repeating || releaseTime - pressTime >= shortestDelay);
+}
+
+void HotKeys::pressed(const xcb_key_press_event_t& event) {
+    repeating = isRepetition(event);
+    pressTime = event.time;
+    if (repeating) return;
+    const PhysicalKey* key = physicalKeyAt(event.detail);
+    if (key == nullptr) return;
+    const Shortcut shortcut{key->virtualCode, map.flagsOf(event.state)};
+    const auto claimed = std::ranges::find(registered, shortcut, &Claim::shortcut);
+    if (claimed != registered.end()) {
+        later(claimed->action);
+        return;
+    }
+    for (const auto& [settingsKey, action] : bindings)
+        if (stored(settingsKey) == shortcut) {
+            later(action);
+            return;
+        }
+}
+
+// ---- labels -------------------------------------------------------------------------------------
+
+std::string HotKeys::modifierFlagsString(const Shortcut& shortcut) const {
+    std::string text;
+    if (shortcut.modifierFlags & Shortcut::control) text += "Ctrl+";
+    if (shortcut.modifierFlags & Shortcut::option) text += "Alt+";
+    if (shortcut.modifierFlags & Shortcut::shift) text += "Shift+";
+    if (shortcut.modifierFlags & Shortcut::command) text += "Super+";
+    return text;
+}
+
+std::string HotKeys::keyCodeString(const Shortcut& shortcut) const {
+    const PhysicalKey* key = physicalKey(shortcut.keyCode);
+    if (key == nullptr) return "Key " + std::to_string(shortcut.keyCode);
+    if (!key->character) return std::string(key->name);
+    // No event tells of a change between the user's layouts, so the server is asked; it reports the
+    // layout in the bits above those of the buttons.
+    constexpr unsigned layoutShift = 13, layoutBits = 3;
+    const auto now = connection.wait(xcb_query_pointer(connection.xcb(), connection.root()),
+                                     xcb_query_pointer_reply);
+    const unsigned layout = now ? (now->mask >> layoutShift) & layoutBits : 0;
+    const std::string text = keysymText(map.keysym(key->keycode(), layout));
+    return text.empty() ? std::string(key->name) : text;
+}
+
+} // namespace platform::x11

@@ -1,0 +1,87 @@
+#pragma once
+
+#include "platform/HotKeys.h"
+#include "platform/Settings.h"
+#include "platform/x11/keys/KeyRecording.h"
+#include "platform/x11/keys/KeyboardMap.h"
+
+#include <map>
+#include <set>
+#include <vector>
+
+namespace platform::x11 {
+
+/// Hot keys as passive grabs on the root window, in every state of the lock keys. A combination
+/// belongs to a key by its place, so that it stays there when the layout changes.
+class HotKeys final : public platform::HotKeys, private Listener {
+  public:
+    /// Calls an operation from the run loop, also while a modal alert runs.
+    using Later = std::function<void(std::function<void()>)>;
+
+    HotKeys(Connection& connection, Settings& settings, Log& log, Later later);
+    ~HotKeys();
+    HotKeys(const HotKeys&) = delete;
+    HotKeys& operator=(const HotKeys&) = delete;
+
+    void registerShortcut(const Shortcut& shortcut, std::function<void()> action) override;
+    void unregisterShortcut(const Shortcut& shortcut) override;
+    void bindShortcut(std::string_view settingsKey, std::function<void()> action) override;
+    void breakBinding(std::string_view settingsKey) override;
+    std::string modifierFlagsString(const Shortcut& shortcut) const override;
+    std::string keyCodeString(const Shortcut& shortcut) const override;
+
+    /// Whether another program held the combination when it was last claimed.
+    bool isTaken(const Shortcut& shortcut) const;
+
+    /// From now on every key goes to `pressed`, called from the run loop, and to nobody else; the
+    /// program's own combinations do nothing meanwhile. `left` is called, from the run loop, when
+    /// the user goes to another window. False, and logged, when another program has the keyboard.
+    bool startRecording(KeyRecording::Handler pressed, std::function<void()> left);
+
+    /// The combinations are claimed when it returns. Without a recording nothing happens.
+    void stopRecording();
+
+  private:
+    struct Claim {
+        Shortcut shortcut;
+        std::function<void()> action;
+    };
+    struct Grab {
+        xcb_keycode_t keycode;
+        std::uint16_t mask; ///< without the lock keys
+    };
+
+    void handle(const xcb_generic_event_t& event) override;
+    void batchEnded() override;
+
+    bool isRepetition(const xcb_key_press_event_t& event) const;
+    void pressed(const xcb_key_press_event_t& event);
+    std::optional<Shortcut> stored(std::string_view settingsKey) const;
+    std::vector<Shortcut> wanted() const;
+    void claim();
+    void release();
+    void ungrab(const Grab& grab);
+    void tell(const Shortcut& shortcut);
+
+    Connection& connection;
+    Settings& settings;
+    Log& log;
+    Later later;
+    KeyboardMap map;
+    bool mapStale = false;
+    KeyRecording recording;
+    std::vector<Claim> registered;
+    std::map<std::string, std::function<void()>, std::less<>> bindings; ///< by settings key
+    std::set<std::string, std::less<>> observed;                        ///< settings keys
+    std::vector<Grab> held;
+    std::vector<std::uint16_t> heldStates; ///< of the lock keys, as they were grabbed
+    std::vector<Shortcut> taken;
+    std::set<std::pair<std::uint16_t, std::uint32_t>> told;
+    xcb_keycode_t lastReleased = 0;
+    xcb_timestamp_t releaseTime = 0;                        ///< of that key
+    xcb_timestamp_t pressTime = 0;                          ///< of the last press
+    bool repeating = false;                                 ///< the last press was a repetition
+    std::shared_ptr<void> alive = std::make_shared<char>(); ///< settings outlive their observers
+};
+
+} // namespace platform::x11

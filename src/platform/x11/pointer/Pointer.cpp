@@ -1,0 +1,128 @@
+#include "platform/x11/pointer/Pointer.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace platform::x11 {
+
+Pointer::Pointer(Connection& x, Displays& screens, RunLoop& loop, bool serverHolds)
+    : connection(x), displays(screens), runLoop(loop), screenHold(x, screens, serverHolds) {}
+
+Pointer::~Pointer() {
+    release();
+    connection.flush();
+}
+
+Pointer::Handling::Handling(Pointer& pointer, Point place, bool isHeldBack)
+    : owner(pointer),
+      knownBefore(std::exchange(pointer.known, place)),
+      goalBefore(std::exchange(pointer.goal, isHeldBack ? std::optional(place) : std::nullopt)),
+      warpsBefore(pointer.warpCount) {}
+
+Pointer::Handling::~Handling() {
+    if (owner.warpCount == warpsBefore) owner.letThrough();
+    owner.goal = goalBefore;
+    owner.known = knownBefore;
+}
+
+Point Pointer::location() {
+    if (known) return *known;
+    const auto reply = connection.wait(xcb_query_pointer(connection.xcb(), connection.root()),
+                                       xcb_query_pointer_reply);
+    return reply ? displays.toTopLeft(reply->root_x, reply->root_y) : Point{};
+}
+
+// The walls stand before the cursor comes, or the hand would move it on in between.
+void Pointer::warp(Point to) {
+    release();
+    const xcb_point_t place = displays.toRoot(to);
+    const bool isOnMonitor = onMonitor(place);
+    if (interval > 0 && isOnMonitor) pause(place);
+    move(to, place);
+    if (interval > 0 && !isOnMonitor) pause(placeInForce(place));
+    connection.flush();
+}
+
+void Pointer::holdInside(std::optional<Rect> screen) {
+    screenHold.inside(screen);
+    if (goal && !screenHold.isBeyond(*goal)) letThrough();
+}
+
+void Pointer::letThrough() {
+    if (!goal) return;
+    const Point to = *std::exchange(goal, std::nullopt);
+    release();
+    move(to, displays.toRoot(to));
+    connection.flush();
+}
+
+bool Pointer::onMonitor(xcb_point_t place) const {
+    const auto holds = [&](const Screen& screen) {
+        const xcb_rectangle_t area = displays.toRoot(screen.frame);
+        return place.x >= area.x && place.x < area.x + area.width && place.y >= area.y &&
+               place.y < area.y + area.height;
+    };
+    const auto screens = displays.screens();
+    return std::any_of(screens.begin(), screens.end(), holds);
+}
+
+void Pointer::move(Point to, xcb_point_t place) {
+    lastSequence = xcb_warp_pointer(connection.xcb(), XCB_NONE, connection.root(), 0, 0, 0, 0,
+                                    place.x, place.y)
+                       .sequence;
+    ++warpCount;
+    lastPlace = to;
+    if (known) known = to;
+    screenHold.put({static_cast<double>(place.x), static_cast<double>(place.y)});
+}
+
+// The server moves a cursor that was put beside every monitor onto the nearest one. This waits for
+// the server, for such a place alone.
+xcb_point_t Pointer::placeInForce(xcb_point_t wanted) {
+    const auto reply = connection.wait(xcb_query_pointer(connection.xcb(), connection.root()),
+                                       xcb_query_pointer_reply);
+    return reply ? xcb_point_t{reply->root_x, reply->root_y} : wanted;
+}
+
+// A vertical barrier at x stands between the pixels x - 1 and x, a horizontal one likewise. The
+// walls overlap at the corners, or a diagonal step would slip out between two of them.
+void Pointer::pause(xcb_point_t place) {
+    const auto at = [](int v) { return static_cast<std::uint16_t>(std::max(v, 0)); };
+    const std::uint16_t left = at(place.x), right = at(place.x + 1);
+    const std::uint16_t top = at(place.y), bottom = at(place.y + 1);
+    const std::uint16_t before = at(place.x - 2), after = at(place.x + 3);
+    const std::uint16_t above = at(place.y - 2), below = at(place.y + 3);
+    const std::array<std::array<std::uint16_t, 4>, 4> lines = {{{left, above, left, below},
+                                                                {right, above, right, below},
+                                                                {before, top, after, top},
+                                                                {before, bottom, after, bottom}}};
+    for (std::size_t i = 0; i < walls.size(); ++i) {
+        walls[i] = xcb_generate_id(connection.xcb());
+        xcb_xfixes_create_pointer_barrier(connection.xcb(), walls[i], connection.root(),
+                                          lines[i][0], lines[i][1], lines[i][2], lines[i][3], 0, 0,
+                                          nullptr);
+    }
+    held = true;
+    heldUntil = Clock::now() + std::chrono::duration_cast<Clock::duration>(
+                                   std::chrono::duration<double>(interval));
+    timer = runLoop.schedule(interval, false, "releasePointer", [this] {
+        timer = TimerId::none;
+        release();
+        connection.flush();
+    });
+}
+
+void Pointer::releaseWhenDue() {
+    if (held && Clock::now() >= heldUntil) release();
+}
+
+void Pointer::release() {
+    if (!held) return;
+    held = false;
+    for (xcb_xfixes_barrier_t wall : walls)
+        xcb_xfixes_delete_pointer_barrier(connection.xcb(), wall);
+    runLoop.invalidate(timer);
+    timer = TimerId::none;
+}
+
+} // namespace platform::x11

@@ -1,0 +1,339 @@
+#include "platform/x11/tray/TrayWindow.h"
+
+#include "platform/x11/tray/TrayHost.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <unistd.h>
+
+namespace platform::x11 {
+
+namespace {
+
+constexpr std::uint16_t usualSize = 22; // of an icon in an unscaled panel
+constexpr int smallestSize = 8, largestSize = 256;
+constexpr std::uint32_t xembedVersion = 0;
+constexpr std::uint32_t xembedMapped = 1;
+
+std::uint8_t depthOf(const xcb_screen_t& screen, xcb_visualid_t visual) {
+    for (auto depth = xcb_screen_allowed_depths_iterator(&screen); depth.rem != 0;
+         xcb_depth_next(&depth))
+        for (auto one = xcb_depth_visuals_iterator(depth.data); one.rem != 0;
+             xcb_visualtype_next(&one))
+            if (one.data->visual_id == visual) return depth.data->depth;
+    return 0;
+}
+
+std::optional<int> buttonNumber(xcb_button_t button) {
+    switch (button) {
+    case 1:
+        return 0;
+    case 2:
+        return 2;
+    case 3:
+        return 1;
+    default:
+        return {};
+    }
+}
+
+std::uint32_t channel(std::uint32_t pixel, int shift) {
+    return pixel >> shift & 0xff;
+}
+
+/// Black or white, whichever is read better on the background.
+TrayColour contrastTo(const std::vector<std::uint32_t>& background) {
+    std::uint64_t sum = 0;
+    for (const std::uint32_t pixel : background)
+        sum += 3 * channel(pixel, 16) + 6 * channel(pixel, 8) + channel(pixel, 0);
+    const bool isDark = sum < 10 * 128 * background.size();
+    return isDark ? TrayColour{255, 255, 255} : TrayColour{0, 0, 0};
+}
+
+void blend(std::vector<std::uint32_t>& below, const std::vector<std::uint32_t>& above) {
+    for (std::size_t i = 0; i < below.size(); ++i) {
+        const std::uint32_t rest = 255 - channel(above[i], 24);
+        std::uint32_t result = 0;
+        for (const int shift : {16, 8, 0})
+            result |=
+                std::min(255u, channel(above[i], shift) + channel(below[i], shift) * rest / 255)
+                << shift;
+        below[i] = result;
+    }
+}
+
+} // namespace
+
+/// Where the depth is the root's the window shows its parent's background, which is read back and
+/// blended with; a deeper one is blended by the compositor or the host.
+class TrayWindow::Icon final : private Listener {
+  public:
+    Icon(Connection& connection, std::string name, std::string title, Handlers handlers);
+    ~Icon();
+    Icon(const Icon&) = delete;
+    Icon& operator=(const Icon&) = delete;
+
+    bool hasHost() const { return host.window() != XCB_NONE; }
+    void paint();
+
+  private:
+    void handle(const xcb_generic_event_t& event) override;
+    void press(const xcb_button_press_event_t& event);
+    void release(const xcb_button_release_event_t& event);
+    void dock();
+    void undock();
+    void create();
+    void describe() const;
+    void askForLength(int length);
+    void askForSquare();
+    std::vector<std::uint32_t> background(int side, int left, int top);
+    xcb_connection_t* xcb() const { return connection.xcb(); }
+
+    Connection& connection;
+    std::string name, title;
+    Handlers handlers;
+    TrayHost host;
+    xcb_window_t window = XCB_NONE;
+    xcb_gcontext_t context = XCB_NONE;
+    xcb_colormap_t colormap = XCB_NONE;
+    std::uint8_t depth = 0;
+    std::uint16_t width = smallestSize, height = usualSize;
+    int asked = usualSize; ///< the length along the panel
+    xcb_button_t pressed = 0;
+};
+
+TrayWindow::Icon::Icon(Connection& x, std::string className, std::string text, Handlers given)
+    : connection(x),
+      name(std::move(className)),
+      title(std::move(text)),
+      handlers(std::move(given)),
+      host(x, {[this] {
+                   dock();
+                   handlers.hostChanged();
+               },
+               [this] {
+                   undock();
+                   handlers.hostChanged();
+               },
+               [this] {
+                   askForSquare();
+                   paint();
+               }}) {
+    connection.listen(*this, {XCB_BUTTON_PRESS, XCB_BUTTON_RELEASE, XCB_EXPOSE,
+                              XCB_CONFIGURE_NOTIFY, XCB_REPARENT_NOTIFY, XCB_DESTROY_NOTIFY});
+    dock();
+}
+
+TrayWindow::Icon::~Icon() {
+    undock();
+    connection.forget(*this);
+}
+
+void TrayWindow::Icon::dock() {
+    undock();
+    if (!hasHost()) return;
+    create();
+    describe();
+    askForLength(usualSize);
+    host.requestDock(window);
+    connection.flush();
+}
+
+void TrayWindow::Icon::undock() {
+    if (window == XCB_NONE) return;
+    xcb_free_gc(xcb(), context);
+    // A host that died may have taken the window with it, unnoticed so far.
+    xcb_discard_reply(xcb(), xcb_destroy_window_checked(xcb(), window).sequence);
+    if (colormap != XCB_NONE) xcb_free_colormap(xcb(), colormap);
+    window = context = colormap = XCB_NONE;
+    connection.flush();
+}
+
+void TrayWindow::Icon::create() {
+    const xcb_screen_t& screen = connection.screenInfo();
+    xcb_visualid_t visual = host.visual();
+    depth = depthOf(screen, visual);
+    if (depth != screen.root_depth && depth != 32) {
+        visual = screen.root_visual;
+        depth = screen.root_depth;
+    }
+    if (visual != screen.root_visual) {
+        colormap = xcb_generate_id(xcb());
+        xcb_create_colormap(xcb(), XCB_COLORMAP_ALLOC_NONE, colormap, connection.root(), visual);
+    }
+    const std::uint32_t events = XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE |
+                                 XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    const bool likeParent = depth == screen.root_depth;
+    const std::uint32_t ground =
+        likeParent ? static_cast<std::uint32_t>(XCB_BACK_PIXMAP_PARENT_RELATIVE) : 0;
+    const std::array<std::uint32_t, 4> values = {
+        ground, 0, events, colormap != XCB_NONE ? colormap : screen.default_colormap};
+    width = height = usualSize;
+    pressed = 0;
+    window = xcb_generate_id(xcb());
+    xcb_create_window(xcb(), depth, window, connection.root(), 0, 0, width, height, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, visual,
+                      (likeParent ? XCB_CW_BACK_PIXMAP : XCB_CW_BACK_PIXEL) | XCB_CW_BORDER_PIXEL |
+                          XCB_CW_EVENT_MASK | XCB_CW_COLORMAP,
+                      values.data());
+    context = xcb_generate_id(xcb());
+    xcb_create_gc(xcb(), context, window, 0, nullptr);
+}
+
+void TrayWindow::Icon::describe() const {
+    const std::array<std::uint32_t, 2> embed = {xembedVersion, xembedMapped};
+    const xcb_atom_t info = connection.intern("_XEMBED_INFO");
+    xcb_change_property(xcb(), XCB_PROP_MODE_REPLACE, window, info, info, 32, embed.size(),
+                        embed.data());
+    const std::string twice = name + '\0' + name + '\0';
+    xcb_change_property(xcb(), XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
+                        static_cast<std::uint32_t>(twice.size()), twice.data());
+    for (const xcb_atom_t property :
+         {static_cast<xcb_atom_t>(XCB_ATOM_WM_NAME), connection.atom(AtomName::netWmName)})
+        xcb_change_property(xcb(), XCB_PROP_MODE_REPLACE, window, property,
+                            connection.atom(AtomName::utf8String), 8,
+                            static_cast<std::uint32_t>(title.size()), title.data());
+    const auto process = static_cast<std::uint32_t>(getpid());
+    xcb_change_property(xcb(), XCB_PROP_MODE_REPLACE, window, connection.atom(AtomName::netWmPid),
+                        XCB_ATOM_CARDINAL, 32, 1, &process);
+}
+
+// xfce hides an icon that does not ask for a size.
+void TrayWindow::Icon::askForLength(int length) {
+    asked = length;
+    constexpr std::uint32_t hasMinimum = 1 << 4;
+    std::array<std::uint32_t, 18> hints{hasMinimum};
+    const auto along = static_cast<std::uint32_t>(length);
+    hints[5] = host.isVertical() ? std::uint32_t{usualSize} : along;
+    hints[6] = host.isVertical() ? along : std::uint32_t{usualSize};
+    xcb_change_property(xcb(), XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_NORMAL_HINTS,
+                        XCB_ATOM_WM_SIZE_HINTS, 32, hints.size(), hints.data());
+}
+
+// trayer makes an icon just as long as it asks, in a panel of any height; GTK panels of twice the
+// resolution make it twice as long. So what was got for the last wish tells what to wish for.
+void TrayWindow::Icon::askForSquare() {
+    const int along = host.isVertical() ? height : width;
+    const int across = host.isVertical() ? width : height;
+    if (window == XCB_NONE || along == across) return;
+    if (std::min(along, across) < smallestSize) return; // not laid out yet
+    const int wish = std::clamp(asked * across / along, smallestSize, largestSize);
+    if (wish != asked) askForLength(wish);
+}
+
+void TrayWindow::Icon::handle(const xcb_generic_event_t& event) {
+    if (window == XCB_NONE) return;
+    switch (event.response_type & 0x7f) {
+    case XCB_BUTTON_PRESS:
+        press(reinterpret_cast<const xcb_button_press_event_t&>(event));
+        break;
+    case XCB_BUTTON_RELEASE:
+        release(reinterpret_cast<const xcb_button_release_event_t&>(event));
+        break;
+    case XCB_EXPOSE: {
+        const auto& expose = reinterpret_cast<const xcb_expose_event_t&>(event);
+        if (expose.window == window && expose.count == 0) paint();
+        break;
+    }
+    case XCB_CONFIGURE_NOTIFY: {
+        const auto& notify = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
+        if (notify.window != window || (notify.width == width && notify.height == height)) return;
+        width = notify.width;
+        height = notify.height;
+        askForSquare();
+        paint();
+        break;
+    }
+    case XCB_REPARENT_NOTIFY: {
+        // A host that goes leaves the window on the root, where it would be a window of its own.
+        const auto& notify = reinterpret_cast<const xcb_reparent_notify_event_t&>(event);
+        if (notify.window == window && notify.parent == connection.root()) undock();
+        break;
+    }
+    case XCB_DESTROY_NOTIFY:
+        if (reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window == window) undock();
+        break;
+    }
+}
+
+void TrayWindow::Icon::press(const xcb_button_press_event_t& event) {
+    if (event.event == window) pressed = event.detail;
+}
+
+// With the release the server's grab for the press is over, so that a menu can take its own.
+void TrayWindow::Icon::release(const xcb_button_release_event_t& event) {
+    if (event.event != window || event.detail != pressed) return;
+    pressed = 0;
+    const bool inside =
+        event.event_x >= 0 && event.event_y >= 0 && event.event_x < width && event.event_y < height;
+    const auto button = buttonNumber(event.detail);
+    if (inside && button) handlers.clicked(*button, {event.root_x, event.root_y});
+}
+
+// Only what is on the screen can be read back; the rest is exposed when it comes there.
+std::vector<std::uint32_t> TrayWindow::Icon::background(int side, int left, int top) {
+    const auto length = static_cast<std::uint16_t>(side);
+    const auto image = connection.wait(
+        xcb_get_image(xcb(), XCB_IMAGE_FORMAT_Z_PIXMAP, window, static_cast<std::int16_t>(left),
+                      static_cast<std::int16_t>(top), length, length, ~std::uint32_t{0}),
+        xcb_get_image_reply);
+    const std::size_t count = static_cast<std::size_t>(side) * static_cast<std::size_t>(side);
+    if (!image || image->depth != 24 ||
+        static_cast<std::size_t>(xcb_get_image_data_length(image.get())) < 4 * count)
+        return {};
+    const auto* pixels = reinterpret_cast<const std::uint32_t*>(xcb_get_image_data(image.get()));
+    return {pixels, pixels + count};
+}
+
+void TrayWindow::Icon::paint() {
+    if (window == XCB_NONE) return;
+    const int side = std::min(width, height);
+    const int left = (width - side) / 2;
+    const int top = (height - side) / 2;
+    std::optional<TrayColour> foreground = host.foreground();
+    std::vector<std::uint32_t> pixels(static_cast<std::size_t>(side) *
+                                      static_cast<std::size_t>(side));
+    const bool blendsHere = depth != 32;
+    xcb_clear_area(xcb(), 0, window, 0, 0, 0, 0);
+    if (blendsHere) {
+        pixels = background(side, left, top);
+        if (pixels.empty()) return;
+        if (!foreground) foreground = contrastTo(pixels);
+    }
+    const auto picture = handlers.draw(side, foreground);
+    if (picture.size() != pixels.size()) return connection.flush();
+    if (blendsHere)
+        blend(pixels, picture);
+    else
+        pixels = picture;
+    xcb_put_image(xcb(), XCB_IMAGE_FORMAT_Z_PIXMAP, window, context,
+                  static_cast<std::uint16_t>(side), static_cast<std::uint16_t>(side),
+                  static_cast<std::int16_t>(left), static_cast<std::int16_t>(top), 0, depth,
+                  static_cast<std::uint32_t>(pixels.size() * 4),
+                  reinterpret_cast<const std::uint8_t*>(pixels.data()));
+    connection.flush();
+}
+
+TrayWindow::TrayWindow(Connection& connection, std::string name, std::string title,
+                       Handlers handlers)
+    : icon(std::make_unique<Icon>(connection, std::move(name), std::move(title),
+                                  std::move(handlers))) {}
+
+TrayWindow::~TrayWindow() = default;
+
+bool TrayWindow::hasHost() const {
+    return icon->hasHost();
+}
+
+void TrayWindow::repaint() {
+    icon->paint();
+}
+
+RootPoint cursorOnRoot(Connection& connection) {
+    const auto reply = connection.wait(xcb_query_pointer(connection.xcb(), connection.root()),
+                                       xcb_query_pointer_reply);
+    return reply ? RootPoint{reply->root_x, reply->root_y} : RootPoint{};
+}
+
+} // namespace platform::x11

@@ -1,0 +1,103 @@
+#include "program/Options.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace {
+
+constexpr std::array<std::string_view, 7> products = {
+    "palisor", "vellumor", "quenlow", "orbisant", "stay-awake", "crosshair", "calendar-alerts"};
+
+std::string productNames() {
+    std::string names;
+    for (const auto product : products) {
+        if (!names.empty()) names += ", ";
+        names += product;
+    }
+    return names;
+}
+
+std::string_view baseName(std::string_view path) {
+    return path.substr(path.find_last_of('/') + 1);
+}
+
+} // namespace
+
+namespace {
+
+/// The value of an option, written "--name value" or "--name=value"; nothing when `word` is another
+/// option. `index` moves on past a value of its own.
+struct Value {
+    bool isThere = false;
+    std::string_view text;
+};
+
+std::optional<Value> valueOf(std::string_view name, int argc, char** argv, int& index) {
+    const std::string_view word = argv[index];
+    if (word == name) {
+        if (index + 1 == argc) return Value{};
+        return Value{true, argv[++index]};
+    }
+    if (!word.starts_with(name) || word[name.size()] != '=') return std::nullopt;
+    return Value{true, word.substr(name.size() + 1)};
+}
+
+} // namespace
+
+ParsedOptions parseOptions(int argc, char** argv) {
+    ParsedOptions result;
+    Options& options = result.options;
+    options.product = argc > 0 ? baseName(argv[0]) : products[0];
+    const auto fail = [&result](std::string text) {
+        result.error = std::move(text);
+        return result;
+    };
+    for (int index = 1; index < argc; ++index) {
+        const std::string_view word = argv[index];
+        if (word == "--help") {
+            options.help = true;
+        } else if (word == "--version") {
+            options.version = true;
+        } else if (word == "--list-monitors") {
+            options.listMonitors = true;
+        } else if (const auto product = valueOf("--product", argc, argv, index)) {
+            if (!product->isThere) return fail("--product needs one of " + productNames());
+            options.product = product->text;
+        } else if (const auto hold = valueOf("--hold", argc, argv, index)) {
+            if (hold->text != "on" && hold->text != "off") return fail("--hold needs on or off");
+            options.hold = hold->text == "on";
+        } else if (const auto record = valueOf("--record", argc, argv, index)) {
+            if (record->text.empty()) return fail("--record needs the name of a file to write");
+            options.record = record->text;
+        } else if (const auto folder = valueOf("--calendar", argc, argv, index)) {
+            if (folder->text.empty()) return fail("--calendar needs a folder of .ics files");
+            options.calendarFolder = folder->text;
+        } else {
+            return fail("unknown option " + std::string(word) + " (--help lists the known ones)");
+        }
+    }
+    if (std::ranges::find(products, options.product) == products.end())
+        return fail("unknown product " + options.product + "; the products are " + productNames());
+    return result;
+}
+
+std::string usage() {
+    return "Usage: palisor [--product NAME] [--hold on|off] [--record FILE] [--calendar DIR]\n"
+           "               [--list-monitors] [--help] [--version]\n"
+           "\n"
+           "  --product NAME   the product to run instead of the one that the command is named\n"
+           "                   after: " +
+           productNames() +
+           "\n"
+           "  --hold on|off    whether the X server holds the cursor at an edge (on unless said\n"
+           "                   otherwise); off, it is put back after it has left\n"
+           "  --record FILE    write what happens into FILE, which palisor-replay plays; it holds\n"
+           "                   the settings, the cursor's way, clicks and menu choices, but only\n"
+           "                   the modifiers of what is typed\n"
+           "  --calendar DIR   a folder with one .ics file an event, which calendar-alerts takes\n"
+           "                   instead of the desktop's own calendars\n"
+           "  --list-monitors  print one line a monitor and end\n"
+           "  --help           print this and end\n"
+           "  --version        print the product and its version and end\n";
+}

@@ -1,0 +1,99 @@
+// Starts one product when the user logs in. The desktop runs it from the user's autostart entry. It
+// goes when the product tells it to, or when there is no product that could.
+
+#include "platform/linux/files/Installation.h"
+#include "platform/linux/files/ProductBundle.h"
+#include "platform/linux/system/SystemLog.h"
+#include "platform/qt/loop/QtDescriptors.h"
+#include "platform/qt/session/DistributedNotifications.h"
+#include "platform/qt/session/SessionApplications.h"
+#include "platform/qt/session/SingleInstance.h"
+#include "program/Options.h"
+#include "program/helper/StartedProgram.h"
+
+#include <QCoreApplication>
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+
+namespace {
+
+using platform::linux::ProductBundle;
+using platform::linux::SystemLog;
+
+constexpr int failure = 1;
+constexpr int wrongUsage = 2;
+
+constexpr const char* usageText =
+    "Usage: palisor-helper --product NAME\n"
+    "\n"
+    "Starts the product and waits until it is told to end. For the desktop's autostart.\n";
+
+struct Session {
+    Session(const std::string& ownName, SystemLog& log)
+        : instance(ownName, log), applications(ownName, log) {}
+
+    platform::qt::QtDescriptors descriptors;
+    platform::qt::SingleInstance instance;
+    platform::qt::SessionApplications applications;
+    platform::qt::DistributedNotifications notifications;
+    helper::StartedProgram program{descriptors};
+    bool isUp = false;
+};
+
+/// Listens before the product is started, so that nothing it says is missed. False without a
+/// session bus.
+bool listen(Session& session, const std::string& mainIdentifier, SystemLog& log) {
+    session.applications.onStart(mainIdentifier, [&session, mainIdentifier, &log] {
+        session.isUp = true;
+        log.write(mainIdentifier + " is up");
+    });
+    session.applications.onSessionEnd([] { QCoreApplication::exit(0); });
+    return session.notifications.listen(
+        [mainIdentifier](const std::string& name, const std::string& object) {
+            if (name == "TERMINATEHELPER" && object == mainIdentifier) QCoreApplication::exit(0);
+        });
+}
+
+int run(const ProductBundle& bundle, SystemLog& log) {
+    const std::string mainIdentifier(bundle.string("CFBundleIdentifier"));
+    Session session(mainIdentifier + "Helper", log);
+    if (!session.instance.claim()) return 0;
+    // Started a second time the product would show its menu, which nobody asked for at login.
+    if (std::ranges::count(session.applications.others(), mainIdentifier) > 0) return 0;
+
+    const bool canBeTold = listen(session, mainIdentifier, log);
+    const std::string path = bundle.path();
+    const int error = session.program.start(path, [&](const std::string& how) {
+        log.write(path + (session.isUp ? " " : " did not come up: it ") + how);
+        QCoreApplication::exit(session.isUp ? 0 : failure);
+    });
+    if (error != 0) {
+        log.write(path + " cannot be started: " + std::strerror(error));
+        return failure;
+    }
+    if (!canBeTold) return 0;
+    session.descriptors.start();
+    return QCoreApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const auto [options, error] = parseOptions(argc, argv);
+    if (options.help) {
+        (void)std::fputs(usageText, stdout);
+        return 0;
+    }
+    if (error) {
+        (void)std::fprintf(stderr, "%s\n%s", error->c_str(), usageText);
+        return wrongUsage;
+    }
+    SystemLog log(options.product + "-helper");
+    const ProductBundle bundle(
+        platform::linux::dataFolder() + "/products/" + options.product, {},
+        [](std::string_view, std::string_view key) { return key; }, log);
+    if (bundle.string("CFBundleIdentifier").empty()) return failure;
+    const QCoreApplication application(argc, argv);
+    return run(bundle, log);
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "scenario/replay/Members.h"
+
+#include <functional>
+#include <span>
+#include <string_view>
+
+namespace palisor::replay {
+
+class Player;
+
+/// What a step does once all of it has been read.
+using Action = std::function<void()>;
+
+/// Reads the members of a step, and changes nothing yet. Throws StepError.
+using StepReader = Action (*)(Player&, Members&);
+
+struct StepKind {
+    std::string_view name;
+    StepReader read;
+};
+
+// The kinds of step, each group in the file of its name.
+std::span<const StepKind> worldSteps();   ///< the machine and what the hand does
+std::span<const StepKind> serviceSteps(); ///< what services will answer
+std::span<const StepKind> programSteps(); ///< what the program is told to do
+std::span<const StepKind> panelSteps();   ///< what is done to its menus and panels
+
+/// Plays one step. Throws StepError before anything has happened; the same may come from a later
+/// step that is played inside this one.
+void playStep(Player& player, const Json& step);
+
+} // namespace palisor::replay

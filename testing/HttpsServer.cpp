@@ -1,0 +1,57 @@
+#include "testing/HttpsServer.h"
+
+#include <cstdlib>
+#include <stdexcept>
+
+namespace support {
+
+namespace {
+
+Environment plainEnvironment() {
+    const char* path = std::getenv("PATH");
+    return {{"PATH", path == nullptr ? "/usr/bin:/bin" : path}};
+}
+
+} // namespace
+
+TestAuthority::TestAuthority(const Options& options) {
+    folder.write("extensions", "subjectAltName=DNS:" + options.name + "\n");
+    const std::vector<std::string> key{"-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prime256v1",
+                                       "-nodes"};
+    std::vector<std::string> authority{"req",     "-x509",
+                                       "-subj",   "/CN=Authority of a test",
+                                       "-keyout", folder.path("authority.key"),
+                                       "-out",    file(),
+                                       "-days",   "2"};
+    authority.insert(authority.end(), key.begin(), key.end());
+    openssl(authority);
+    std::vector<std::string> request{"req",       "-subj", "/CN=" + options.name,     "-keyout",
+                                     this->key(), "-out",  folder.path("request.pem")};
+    request.insert(request.end(), key.begin(), key.end());
+    openssl(request);
+    openssl({"x509", "-req", "-in", folder.path("request.pem"), "-CA", file(), "-CAkey",
+             folder.path("authority.key"), "-CAcreateserial", "-extfile", folder.path("extensions"),
+             "-days", std::to_string(options.days), "-out", certificate()});
+}
+
+void TestAuthority::openssl(const std::vector<std::string>& arguments) const {
+    std::vector<std::string> command{"openssl"};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    ChildProcess process({.command = command, .environment = plainEnvironment()});
+    if (process.wait() != 0) throw std::runtime_error("openssl: " + process.errors());
+}
+
+HttpsServer::HttpsServer(const TestAuthority& authority, const std::string& behaviour,
+                         const std::string& body) {
+    folder.write("body", body);
+    process = std::make_unique<ChildProcess>(
+        ChildProcess::Start{.command = {HTTPS_SERVER, authority.certificate(), authority.key(),
+                                        behaviour, folder.path("body")},
+                            .environment = plainEnvironment()});
+    if (!process->waitForText("port ") || !process->waitForText("\n"))
+        throw std::runtime_error("the server did not start: " + process->errors());
+    const std::string said = process->output();
+    port = said.substr(5, said.find('\n') - 5);
+}
+
+} // namespace support

@@ -1,0 +1,64 @@
+#include "testing/desktop/XConnection.h"
+
+#include <stdexcept>
+
+namespace support {
+
+XConnection::XConnection(const std::string& display)
+    : connection(xcb_connect(display.c_str(), nullptr)) {
+    if (xcb_connection_has_error(connection) != 0) {
+        xcb_disconnect(connection);
+        throw std::runtime_error("cannot connect to the X server " + display);
+    }
+    firstScreen = xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
+}
+
+XConnection::~XConnection() {
+    xcb_disconnect(connection);
+}
+
+xcb_atom_t XConnection::atom(std::string_view name) const {
+    const auto reply = own(xcb_intern_atom_reply(
+        connection,
+        xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data()),
+        nullptr));
+    return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
+}
+
+bool XConnection::grabPointer() const {
+    const auto grab = own(xcb_grab_pointer_reply(
+        connection,
+        xcb_grab_pointer(connection, 0, root(), XCB_EVENT_MASK_BUTTON_PRESS, XCB_GRAB_MODE_ASYNC,
+                         XCB_GRAB_MODE_ASYNC, XCB_NONE, XCB_NONE, XCB_CURRENT_TIME),
+        nullptr));
+    return grab && grab->status == XCB_GRAB_STATUS_SUCCESS;
+}
+
+void XConnection::sync() const {
+    const auto reply =
+        own(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
+    if (!reply) throw std::runtime_error("the X server is gone");
+}
+
+bool XConnection::waitUntil(const std::function<bool()>& reached, milliseconds limit,
+                            const std::function<void(const xcb_generic_event_t&)>& seen) const {
+    const Clock::time_point deadline = Clock::now() + limit;
+    for (;;) {
+        if (reached()) return true;
+        xcb_flush(connection);
+        // Replies that `reached` waited for may have brought events along: the queue comes first.
+        Event event = nextEvent();
+        while (!event) {
+            if (xcb_connection_has_error(connection) != 0)
+                throw std::runtime_error("the X server is gone");
+            if (!waitReadable(xcb_get_file_descriptor(connection), deadline)) return reached();
+            event = nextEvent();
+        }
+        do {
+            if (seen) seen(*event);
+            event = nextEvent();
+        } while (event);
+    }
+}
+
+} // namespace support
