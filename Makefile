@@ -4,54 +4,85 @@
 QUIET := $(shell test -t 1 || echo --quiet)
 SOURCES = git ls-files '*.cpp' '*.h'
 
-.PHONY: help run test bench asan tidy format clean setup setup-web build
+# The web engine is left out unless it is asked for: make run WEB=1, make test WEB=1.
+WEB_LIST = $(if $(WEB),web)
+WEB_SETTING = $(if $(WEB),PALISOR_WEB=ON)
+FUZZ_SECONDS = 30
+
+.PHONY: help product run demo tests test benchmarks bench asan fuzz tidy format clean
 .DEFAULT_GOAL := help
 
 help:
 	@echo 'make run     build and start the program; the demonstration where there are no two monitors'
-	@echo 'make test    build and run every test'
+	@echo 'make demo    build and play the demonstration'
+	@echo 'make test    build and run every test; make test WEB=1 those of the web engine, too'
 	@echo 'make bench   build and run the benchmarks'
 	@echo 'make asan    run every test with the address and undefined-behaviour sanitizers'
+	@echo 'make fuzz    build and run the fuzzers, for half a minute'
 	@echo 'make tidy    look for defects with clang-tidy'
 	@echo 'make format  format the sources with clang-format'
 	@echo 'make clean   remove what was built'
+	@echo 'tools/debian trixie make test'
+	@echo '             the same on another Debian, made for it and removed again'
 
-setup:
-	@tools/setup
+# One tree serves them all. It starts with the product alone, where no warning is an error, and keeps
+# what it was once configured to build.
+product:
+	@tools/setup build run $(WEB_LIST)
+	@tools/configure build '--preset product' PALISOR_WERROR=OFF $(WEB_SETTING)
+	@cmake --build build --target product -- $(QUIET)
 
-# A tree that was configured without the web engine looks for it again.
-setup-web:
-	@tools/setup --web
-	@! test -f build/build.ninja || grep -q web-engine build/build.ninja || \
-	    cmake --preset release --log-level=WARNING >/dev/null
-
-build: setup
-	@test -f build/build.ninja || cmake --preset release --log-level=WARNING >/dev/null
-	@cmake --build build -- $(QUIET)
-
-run: build
+run: product
 	@if [ "$$(build/bin/palisor --list-monitors 2>/dev/null | wc -l)" -ge 2 ]; then \
 	    exec build/bin/palisor; \
 	else \
 	    echo 'No display with two monitors here: this is the demonstration.'; \
-	    exec build/bin/palisor-demo; \
+	    exec $(MAKE) --no-print-directory demo; \
 	fi
 
-test: setup-web build
+demo: product
+	@tools/setup demo
+	@tools/configure build '--preset product' PALISOR_DEMO=ON
+	@cmake --build build --target palisor-demo -- $(QUIET)
+	@exec build/bin/palisor-demo
+
+# Once the benchmarks have been asked for they are built with the tests, too.
+tests:
+	@tools/setup build run demo test $(WEB_LIST)
+	@tools/configure build '--preset release' PALISOR_TESTS=ON PALISOR_WERROR=ON $(WEB_SETTING)
+	@cmake --build build -- $(QUIET)
+
+test: tests
 	@ctest --preset release
 
-bench: build
+benchmarks:
+	@tools/setup build run demo test $(WEB_LIST)
+	@tools/configure build '--preset release' PALISOR_TESTS=ON PALISOR_BENCH=ON PALISOR_WERROR=ON $(WEB_SETTING)
+	@cmake --build build -- $(QUIET)
+
+bench: benchmarks
 	@set -e; for program in build/bin/*_bench; do "$$program"; done
 
-asan: setup
-	@test -f build-asan-ubsan/build.ninja || cmake --preset asan-ubsan --log-level=WARNING >/dev/null
+asan:
+	@tools/setup build run demo test
+	@tools/configure build-asan-ubsan '--preset asan-ubsan'
 	@cmake --build build-asan-ubsan -- $(QUIET)
 	@ctest --preset asan-ubsan
 
-tidy: build
-	@$(SOURCES) | grep '\.cpp$$' | grep -v '^fuzz/' | xargs -n 1 -P "$$(nproc)" clang-tidy --quiet --warnings-as-errors='*' -p build
+fuzz:
+	@tools/setup build fuzz
+	@tools/configure build-fuzz '-S fuzz -G Ninja -D CMAKE_CXX_COMPILER=clang++'
+	@cmake --build build-fuzz -- $(QUIET)
+	@tools/fuzz $(FUZZ_SECONDS)
 
-format: setup
+# What the tree compiles, without what it makes itself.
+tidy: benchmarks
+	@tools/setup develop
+	@sed -n 's/^ *"file": "\(.*\)".*/\1/p' build/compile_commands.json | grep -v "^$$PWD/build/" | sort -u | \
+	    xargs -n 1 -P "$$(nproc)" clang-tidy --quiet --warnings-as-errors='*' -p build
+
+format:
+	@tools/setup develop
 	@$(SOURCES) | xargs clang-format -i
 
 clean:
