@@ -15,8 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     }
     const auto text = platform::linux::writePropertyList(first.list);
-    if (!text) std::abort();
-    const auto second = platform::linux::readPropertyList(*text);
+    const auto second = platform::linux::readPropertyList(text);
     if (second.wholeness != Wholeness::whole || second.list != first.list) std::abort();
     return 0;
 }

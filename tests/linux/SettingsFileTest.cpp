@@ -144,7 +144,7 @@ TEST_F(SettingsFileTest, ValuesOfOtherTypesSurviveASaveAndReadAsAbsent) {
     EXPECT_EQ(log.lines, Names{});
 }
 
-// Which libplist writes with a year of three digits.
+// Which libplist wrote with a year of three digits.
 TEST_F(SettingsFileTest, ADateLongAgoSurvivesASaveAndTheNextStart) {
     folder.write("a.plist", listOf("<key>date</key><date>0579-01-02T00:00:00Z</date>"));
     for (const char* value : {"1", "2", "3"}) {

@@ -1,181 +1,228 @@
 #include "platform/linux/settings/PropertyList.h"
 
-#include <cstdlib>
-#include <limits>
-#include <memory>
-#include <plist/plist.h>
-#include <type_traits>
+#include <QRegularExpression>
+#include <QStringDecoder>
+#include <QXmlStreamReader>
+#include <algorithm>
 
 namespace platform::linux {
 
 namespace {
 
-struct NodeDeleter {
-    void operator()(plist_t node) const { plist_free(node); }
+constexpr std::string_view blanks = " \t\r\n";
+constexpr int deepest = 100; // values are read and freed recursively
+
+bool isBlank(std::string_view text) {
+    return text.find_first_not_of(blanks) == std::string_view::npos;
+}
+
+QString fromUtf8(std::string_view bytes) {
+    using Flag = QStringConverter::Flag; // a mark of the byte order may be part of a value
+    QStringDecoder decoder(QStringConverter::Utf8, Flag::Stateless | Flag::ConvertInitialBom);
+    return decoder(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
+}
+
+std::string line(int depth, const std::string& markup) {
+    return std::string(static_cast<std::size_t>(depth), '\t') + markup + '\n';
+}
+
+std::string element(int depth, const std::string& name, const std::string& content) {
+    return line(depth, '<' + name + '>' + content + "</" + name + '>');
+}
+
+std::string block(int depth, const std::string& name, const std::string& lines) {
+    if (lines.empty()) return line(depth, '<' + name + "/>");
+    return line(depth, '<' + name + '>') + lines + line(depth, "</" + name + '>');
+}
+
+std::string escaped(std::string_view text) {
+    QString result = fromUtf8(text);
+    const auto isImpossible = [](QChar c) {
+        return (c < u' ' && !QStringView(u"\t\r\n").contains(c)) || c > u'\xfffd';
+    };
+    std::replace_if(result.begin(), result.end(), isImpossible, QChar::ReplacementCharacter);
+    result.replace(u'&', QLatin1String("&amp;")).replace(u'<', QLatin1String("&lt;"));
+    // A bare carriage return would be read as a line feed.
+    result.replace(u'>', QLatin1String("&gt;")).replace(u'\r', QLatin1String("&#13;"));
+    return result.toStdString();
+}
+
+std::string dataLines(int depth, const Data& data) {
+    const auto* bytes = reinterpret_cast<const char*>(data.data());
+    const std::string letters =
+        QByteArray(bytes, static_cast<qsizetype>(data.size())).toBase64().toStdString();
+    // Within 76 columns, of which a tab takes eight.
+    const auto width = static_cast<std::size_t>(76 - 8 * std::min(depth, 8)) / 4 * 4;
+    std::string lines = line(depth, "<data>");
+    for (std::size_t at = 0; at < letters.size(); at += width)
+        lines += line(depth, letters.substr(at, width));
+    return lines + line(depth, "</data>");
+}
+
+std::string linesOf(int depth, const Value& value);
+
+std::string linesOf(int depth, const ListEntry& entry) {
+    return entry.value ? linesOf(depth, *entry.value) : entry.foreign;
+}
+
+template <class List>
+std::string dictionaryLines(int depth, const List& list) {
+    std::string lines;
+    for (const auto& [key, value] : list)
+        lines += element(depth + 1, "key", escaped(key)) + linesOf(depth + 1, value);
+    return block(depth, "dict", lines);
+}
+
+std::string linesOf(int depth, const Value& value) {
+    const auto& held = value.held;
+    if (const auto* flag = std::get_if<bool>(&held))
+        return line(depth, *flag ? "<true/>" : "<false/>");
+    if (const auto* text = std::get_if<std::string>(&held))
+        return element(depth, "string", escaped(*text));
+    if (const auto* number = std::get_if<std::int64_t>(&held))
+        return element(depth, "integer", std::to_string(*number));
+    if (const auto* data = std::get_if<Data>(&held)) return dataLines(depth, *data);
+    return dictionaryLines(depth, std::get<Dictionary>(held));
+}
+
+/// Which some take for the sign of an octal number.
+bool hasLeadingZero(QStringView number) {
+    if (number.startsWith(u'+') || number.startsWith(u'-')) number = number.sliced(1);
+    return number.size() > 1 && number.startsWith(u'0');
+}
+
+/// An error of its own is one of the stream's: after either nothing that was read counts.
+class Reader {
+  public:
+    explicit Reader(const QString& text) : xml(text) {}
+
+    ReadPropertyList document() {
+        if (!begins(u"plist") || !begins(u"dict")) return {};
+        auto list = members(1);
+        // The ends of the list's element and of the text.
+        if (nextElement() || nextElement() || xml.hasError()) return {};
+        return {repeated ? Wholeness::repeatsKeys : Wholeness::whole, std::move(list)};
+    }
+
+  private:
+    void refuse() { xml.raiseError(); }
+
+    QString textBeforeTag() {
+        for (QString text;;) {
+            const auto token = xml.readNext();
+            if (token == QXmlStreamReader::Characters) text += xml.text();
+            // A user's own entities, and those that nobody has declared.
+            else if ((token == QXmlStreamReader::DTD && xml.text().contains(u'[')) ||
+                     token == QXmlStreamReader::EntityReference)
+                refuse();
+            if (xml.isStartElement() || xml.isEndElement() || xml.isEndDocument() || xml.hasError())
+                return text;
+        }
+    }
+
+    /// Whether an element begins next; otherwise the one around it ends.
+    bool nextElement() {
+        if (!isBlank(textBeforeTag().toStdString())) refuse();
+        return xml.isStartElement() && !xml.hasError();
+    }
+
+    bool begins(QStringView name) { return nextElement() && xml.qualifiedName() == name; }
+
+    QString content() {
+        QString text = textBeforeTag();
+        if (!xml.isEndElement()) refuse();
+        return text;
+    }
+
+    /// The rest of a dictionary that has begun.
+    PropertyList members(int depth) {
+        PropertyList list;
+        while (nextElement()) {
+            if (xml.qualifiedName() != u"key") refuse();
+            const std::string key = content().toStdString();
+            if (!nextElement()) refuse();
+            if (!list.insert_or_assign(key, entry(depth)).second) repeated = true;
+        }
+        return list;
+    }
+
+    ListEntry dictionary(int depth) {
+        const PropertyList list = members(depth + 1);
+        Value ours{Dictionary{}};
+        auto& values = std::get<Dictionary>(ours.held);
+        for (const auto& [key, member] : list)
+            if (member.value) values.emplace(key, *member.value);
+        if (values.size() == list.size()) return {std::move(ours), {}};
+        return {std::nullopt, dictionaryLines(depth, list)};
+    }
+
+    ListEntry array(int depth) {
+        std::string lines;
+        while (nextElement())
+            lines += linesOf(depth + 1, entry(depth + 1));
+        return {std::nullopt, block(depth, "array", lines)};
+    }
+
+    /// The value whose element has begun, as one that stands at `depth`.
+    ListEntry entry(int depth) {
+        const std::string name = xml.qualifiedName().toString().toStdString();
+        if (depth > deepest) refuse();
+        if (xml.hasError()) return {};
+        if (name == "dict") return dictionary(depth);
+        if (name == "array") return array(depth);
+        return scalar(depth, name, content());
+    }
+
+    ListEntry scalar(int depth, const std::string& name, const QString& text) {
+        // libplist has written "+infinity", and years of fewer than four digits.
+        static const QRegularExpression real(
+            R"((?i)^\s*[+-]?((\d+\.?\d*|\.\d+)(e[+-]?\d+)?|inf(inity)?|nan)\s*$)");
+        static const QRegularExpression date(
+            R"(^\s*\d{1,4}-(0[1-9]|1[0-2])-(0[1-9]|[12]\d|3[01])T([01]\d|2[0-3])(:[0-5]\d){2}Z\s*$)");
+        if (name == "string") return {Value{text.toStdString()}, {}};
+        if (name == "data") return data(text);
+        if ((name == "true" || name == "false") && isBlank(text.toStdString()))
+            return {Value{name == "true"}, {}};
+        bool isValid = (name == "real" && real.match(text).hasMatch()) ||
+                       (name == "date" && date.match(text).hasMatch());
+        if (name == "integer" && !hasLeadingZero(text.trimmed())) {
+            const std::int64_t number = text.toLongLong(&isValid);
+            if (isValid) return {Value{number}, {}};
+            text.toULongLong(&isValid);
+        }
+        if (!isValid) refuse();
+        return {std::nullopt, element(depth, name, text.trimmed().toStdString())};
+    }
+
+    ListEntry data(const QString& text) {
+        const QByteArray letters = text.simplified().remove(u' ').toUtf8();
+        const auto bytes =
+            QByteArray::fromBase64Encoding(letters, QByteArray::AbortOnBase64DecodingErrors);
+        if (!bytes || letters.size() % 4 != 0) refuse();
+        return {Value{Data(bytes.decoded.begin(), bytes.decoded.end())}, {}};
+    }
+
+    QXmlStreamReader xml;
+    bool repeated = false;
 };
-using Node = std::unique_ptr<std::remove_pointer_t<plist_t>, NodeDeleter>;
-
-struct FreeDeleter {
-    void operator()(void* memory) const { std::free(memory); }
-};
-template <class T>
-using Freed = std::unique_ptr<T, FreeDeleter>;
-
-Node parse(std::string_view xml) {
-    plist_t node = nullptr; // the parser leaves it untouched when it gives up
-    if (xml.size() <= std::numeric_limits<std::uint32_t>::max())
-        plist_from_xml(xml.data(), static_cast<std::uint32_t>(xml.size()), &node);
-    return Node(node);
-}
-
-std::string toXml(plist_t node) {
-    char* text = nullptr;
-    std::uint32_t length = 0;
-    plist_to_xml(node, &text, &length);
-    const Freed<char> owner(text);
-    return text == nullptr ? std::string{} : std::string(text, length);
-}
-
-/// Calls `each(key, node)` for what a dictionary holds; the nodes stay the dictionary's.
-template <class Each>
-void forEach(plist_t dictionary, Each&& each) {
-    void* position = nullptr;
-    plist_dict_new_iter(dictionary, &position);
-    const Freed<void> owner(position);
-    for (;;) {
-        char* name = nullptr;
-        plist_t node = nullptr;
-        plist_dict_next_item(dictionary, position, &name, &node);
-        const Freed<char> key(name);
-        if (node == nullptr) return;
-        each(std::string(key ? key.get() : ""), node);
-    }
-}
-
-using Held = decltype(Value::held);
-
-// The readers answer false for a value of a type that is none of ours.
-
-bool readValue(plist_t node, Held& held);
-
-bool readInteger(plist_t node, Held& held) {
-    std::uint64_t bits = 0;
-    plist_get_uint_val(node, &bits);
-    const auto number = static_cast<std::int64_t>(bits);
-    held = number;
-    // A number beyond the signed range comes with the same bits as a negative one.
-    return number >= 0 || toXml(node).find("<integer>-") != std::string::npos;
-}
-
-bool readData(plist_t node, Held& held) {
-    char* bytes = nullptr;
-    std::uint64_t length = 0;
-    plist_get_data_val(node, &bytes, &length);
-    const Freed<char> owner(bytes);
-    auto& data = held.emplace<Data>();
-    if (bytes != nullptr) data.assign(bytes, bytes + length);
-    return true;
-}
-
-bool readText(plist_t node, Held& held) {
-    char* text = nullptr;
-    plist_get_string_val(node, &text);
-    const Freed<char> owner(text);
-    held.emplace<std::string>(text == nullptr ? "" : text);
-    return true;
-}
-
-bool readFlag(plist_t node, Held& held) {
-    std::uint8_t flag = 0;
-    plist_get_bool_val(node, &flag);
-    held = flag != 0;
-    return true;
-}
-
-bool readDictionary(plist_t node, Held& held) {
-    auto& dictionary = held.emplace<Dictionary>();
-    bool complete = true;
-    forEach(node, [&](std::string key, plist_t item) {
-        complete = readValue(item, dictionary[std::move(key)].held) && complete;
-    });
-    return complete;
-}
-
-bool readValue(plist_t node, Held& held) {
-    switch (plist_get_node_type(node)) {
-    case PLIST_STRING:
-        return readText(node, held);
-    case PLIST_BOOLEAN:
-        return readFlag(node, held);
-    case PLIST_UINT:
-        return readInteger(node, held);
-    case PLIST_DATA:
-        return readData(node, held);
-    case PLIST_DICT:
-        return readDictionary(node, held);
-    default:
-        return false;
-    }
-}
-
-Node fromValue(const Value& value);
-
-struct NodeMaker {
-    plist_t operator()(const std::string& text) const { return plist_new_string(text.c_str()); }
-    plist_t operator()(bool flag) const { return plist_new_bool(flag ? 1 : 0); }
-    plist_t operator()(std::int64_t number) const {
-        // libplist keeps 64 bits and shows them as signed.
-        return plist_new_uint(static_cast<std::uint64_t>(number));
-    }
-    plist_t operator()(const Data& bytes) const {
-        return plist_new_data(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-    }
-    plist_t operator()(const Dictionary& dictionary) const {
-        plist_t result = plist_new_dict();
-        for (const auto& [key, value] : dictionary)
-            plist_dict_set_item(result, key.c_str(), fromValue(value).release());
-        return result;
-    }
-};
-
-Node fromValue(const Value& value) {
-    return Node(std::visit(NodeMaker{}, value.held));
-}
 
 } // namespace
 
 ReadPropertyList readPropertyList(std::string_view text) {
-    ReadPropertyList result;
-    if (text.find_first_not_of(" \t\r\n") == std::string_view::npos) {
-        result.wholeness = Wholeness::whole;
-        return result;
-    }
-    const auto wholeness = checkPropertyList(text);
-    if (wholeness == Wholeness::damaged) return result;
     if (constexpr std::string_view mark = "\xEF\xBB\xBF"; text.starts_with(mark))
         text.remove_prefix(mark.size());
-    const Node root = parse(text);
-    if (!root || plist_get_node_type(root.get()) != PLIST_DICT) return result;
-    result.wholeness = wholeness;
-    forEach(root.get(), [&](std::string key, plist_t node) {
-        ListEntry& entry = result.list[std::move(key)];
-        if (readValue(node, entry.value.emplace().held)) return;
-        entry.value.reset();
-        entry.foreign = toXml(node);
-    });
-    return result;
+    if (isBlank(text)) return {Wholeness::whole, {}};
+    text.remove_prefix(text.find_first_not_of(blanks));
+    const QString decoded = fromUtf8(text);
+    return decoded.toStdString() == text ? Reader(decoded).document() : ReadPropertyList{};
 }
 
-std::optional<std::string> writePropertyList(const PropertyList& list) {
-    const Node root(plist_new_dict());
-    for (const auto& [key, entry] : list) {
-        Node node = entry.value ? fromValue(*entry.value) : parse(entry.foreign);
-        if (!node) return std::nullopt;
-        plist_dict_set_item(root.get(), key.c_str(), node.release());
-    }
-    std::string text = toXml(root.get());
-    if (text.empty()) return std::nullopt;
-    return text;
+std::string writePropertyList(const PropertyList& list) {
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+           "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
+           "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
+           "<plist version=\"1.0\">\n" +
+           dictionaryLines(0, list) + "</plist>\n";
 }
 
 } // namespace platform::linux

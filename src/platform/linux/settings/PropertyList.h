@@ -1,7 +1,6 @@
 #pragma once
 
 #include "platform/Value.h"
-#include "platform/linux/settings/PropertyListCheck.h"
 
 #include <map>
 #include <optional>
@@ -13,22 +12,30 @@ namespace platform::linux {
 /// What a property list holds under one key.
 struct ListEntry {
     std::optional<Value> value; ///< nothing where the type is none of ours
-    std::string foreign;        ///< then the value itself, as a property list of its own
+    std::string foreign;        ///< then its lines in a written list
 
     bool operator==(const ListEntry&) const = default;
 };
 
 using PropertyList = std::map<std::string, ListEntry, std::less<>>;
 
+enum class Wholeness {
+    whole,
+    repeatsKeys, ///< readable, but only the last of the values under one key can be kept
+    damaged,
+};
+
 struct ReadPropertyList {
     Wholeness wholeness = Wholeness::damaged;
     PropertyList list; ///< empty when damaged
 };
 
-/// Reads an XML property list. A text of nothing but blanks is an empty list.
+/// Reads an XML property list in UTF-8 with a dictionary as its root. One that cannot be read
+/// without losing something is damaged as a whole. A text of nothing but blanks is an empty list.
 ReadPropertyList readPropertyList(std::string_view text);
 
-/// The list as XML; nothing when the memory for it is missing. Texts end at their first NUL.
-std::optional<std::string> writePropertyList(const PropertyList& list);
+/// The list as XML. What XML cannot hold in a text (control characters, bytes that are no UTF-8)
+/// becomes U+FFFD.
+std::string writePropertyList(const PropertyList& list);
 
 } // namespace platform::linux

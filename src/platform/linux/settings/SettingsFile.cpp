@@ -20,10 +20,6 @@ const ListEntry* entryOf(const PropertyList& list, std::string_view key) {
     return found == list.end() ? nullptr : &found->second;
 }
 
-bool sameEntry(const ListEntry* a, const ListEntry* b) {
-    return a == nullptr || b == nullptr ? a == b : *a == *b;
-}
-
 } // namespace
 
 SettingsFile::SettingsFile(std::string path, Log& logger, std::function<void()> saveHook)
@@ -50,15 +46,11 @@ Dictionary SettingsFile::persistentDomain() const {
 }
 
 void SettingsFile::change(std::string_view key, std::optional<Value> value) {
-    const auto found = current.find(key);
-    if (!value) {
-        if (found == current.end()) return;
-        current.erase(found);
-    } else if (found == current.end()) {
-        current.emplace(key, ListEntry{std::move(value), {}});
-    } else {
-        if (found->second.value == value) return;
-        found->second = ListEntry{std::move(value), {}};
+    if (!value && current.erase(std::string(key)) == 0) return;
+    if (value) {
+        ListEntry& entry = current[std::string(key)];
+        if (entry.value == value) return;
+        entry = ListEntry{std::move(value), {}};
     }
     changedSinceAttempt = true;
 }
@@ -182,24 +174,18 @@ SettingsFile::Loaded SettingsFile::load(PropertyList& list) {
 
 /// False when what lies there can neither be read nor set aside, and so must not be replaced.
 bool SettingsFile::takeOverOutsideEdit() {
-    const auto now = identityOf(filePath);
-    if (now && onDisk == now) return true;
-    if (!now && !onDisk) return true;
+    if (identityOf(filePath) == onDisk) return true;
     PropertyList edited;
-    switch (load(edited)) {
-    case Loaded::failed:
-        return false;
-    case Loaded::read:
+    const Loaded loaded = load(edited);
+    if (loaded == Loaded::failed) return false;
+    if (loaded == Loaded::read) {
         merge(std::move(edited));
         return true;
-    case Loaded::absent:
-        saved.clear();
-        return true; // the next change writes everything again
-    case Loaded::setAside:
-        saved.clear();
+    }
+    saved.clear(); // the next change writes everything again
+    if (loaded == Loaded::setAside) {
         changedSinceAttempt = true;
         synchronize();
-        return true;
     }
     return true;
 }
@@ -207,18 +193,12 @@ bool SettingsFile::takeOverOutsideEdit() {
 /// Keys that differ from what was saved are the program's own changes and win.
 void SettingsFile::merge(PropertyList edited) {
     PropertyList merged = edited;
-    const auto keepOwnChange = [&](const std::string& key) {
-        const ListEntry* own = entryOf(current, key);
-        if (sameEntry(own, entryOf(saved, key))) return;
-        if (own != nullptr)
-            merged.insert_or_assign(key, *own);
-        else
-            merged.erase(key);
-    };
-    for (const auto& [key, entry] : current)
-        keepOwnChange(key);
+    for (const auto& [key, entry] : current) {
+        const ListEntry* before = entryOf(saved, key);
+        if (before == nullptr || *before != entry) merged.insert_or_assign(key, entry);
+    }
     for (const auto& [key, entry] : saved)
-        keepOwnChange(key);
+        if (!current.contains(key)) merged.erase(key);
     current = std::move(merged);
     saved = std::move(edited);
 }
@@ -238,12 +218,7 @@ void SettingsFile::save() {
     if (!takeOverOutsideEdit()) return;
     changedSinceAttempt = false;
     if (current == saved) return;
-    const auto text = writePropertyList(current);
-    if (!text) {
-        report("putting them into words", ENOMEM);
-        return;
-    }
-    const auto result = replaceFile(filePath, *text);
+    const auto result = replaceFile(filePath, writePropertyList(current));
     if (result.failure) {
         report(result.failure->step, result.failure->error);
         return;
