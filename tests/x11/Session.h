@@ -21,10 +21,11 @@ struct Session {
           openedInput(platform::x11::Connection::open(display, loop, log, [] {})),
           inputConnection(checked(openedInput)),
           displays(connection),
-          pointer(inputConnection, displays, loop, serverHolds),
+          hold(inputConnection, displays, serverHolds),
+          pointer(inputConnection, displays, loop, hold),
           cursor(connection),
           keyboard(connection, log),
-          input(inputConnection, loop, displays, pointer, [this] { return ownWindowActive; }),
+          input(inputConnection, loop, displays, pointer, hold, [this] { return ownWindowActive; }),
           windows(connection, displays, log, "overlay-tests", gammaGuard),
           focus(connection, static_cast<std::uint32_t>(getpid())) {}
 
@@ -48,6 +49,7 @@ struct Session {
     platform::x11::Connection::Opened openedInput;
     platform::x11::Connection& inputConnection;
     platform::x11::Displays displays;
+    platform::x11::Hold hold;
     platform::x11::Pointer pointer;
     platform::x11::Cursor cursor;
     platform::x11::Keyboard keyboard;
