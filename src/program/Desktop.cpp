@@ -66,9 +66,10 @@ Desktop::X11Services::X11Services(const Connections& x, platform::Descriptors& d
                                   platform::PictureSource pictures, x::HotKeys::Later later,
                                   bool serverHolds)
     : displays(x.general),
-      pointer(x.input, displays, runLoop, serverHolds),
+      hold(x.input, displays, serverHolds),
+      pointer(x.input, displays, runLoop, hold),
       cursor(x.general),
-      input(x.input, descriptors, displays, pointer, QtApplication::hasActiveWindow),
+      input(x.input, descriptors, displays, pointer, hold, QtApplication::hasActiveWindow),
       keyboard(x.general, log),
       hotKeys(x.general, settings, log, std::move(later)),
       windows(x.general, displays, log, name, lnx::helperPath("gamma-guard"), std::move(pictures)),

@@ -75,6 +75,7 @@ class Desktop {
                     platform::x11::HotKeys::Later later, bool serverHolds);
 
         platform::x11::Displays displays;
+        platform::x11::Hold hold;
         platform::x11::Pointer pointer;
         platform::x11::Cursor cursor;
         platform::x11::InputEvents input;
