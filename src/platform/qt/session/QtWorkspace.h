@@ -1,29 +1,28 @@
 #pragma once
 
 #include "platform/Workspace.h"
-#include "platform/qt/session/DistributedNotifications.h"
 #include "platform/qt/session/SessionApplications.h"
-#include "platform/qt/session/UrlOpener.h"
 
 namespace platform::qt {
 
-/// The session by its bus and the desktop's opener of addresses, whatever its window system is.
+/// The session by its bus and by the desktop's own opener, which knows the user's browser and mail
+/// program, whatever draws the windows.
 class QtWorkspace final : public Workspace {
   public:
     /// `ownName` is the program's name on the bus. The log must outlive the object.
     QtWorkspace(std::string ownName, Log& writer)
-        : log(writer), applications(std::move(ownName), writer), opener(writer) {}
+        : log(writer), applications(std::move(ownName), writer) {}
 
-    void openURL(const std::string& url) override { opener.open(url); }
+    /// Returns at once, and involves no shell. A page must have a host. A desktop that has no
+    /// opener is logged once.
+    void openURL(const std::string& url) override;
     std::vector<std::string> runningApplications() override { return applications.others(); }
-    void postDistributedNotification(const std::string& name, const std::string& object) override {
-        DistributedNotifications::post(name, object, log);
-    }
+    void postDistributedNotification(const std::string& name, const std::string& object) override;
 
   private:
     Log& log;
     SessionApplications applications;
-    UrlOpener opener;
+    bool toldMissing = false;
 };
 
 } // namespace platform::qt

@@ -57,13 +57,12 @@ void Pointer::letThrough() {
 }
 
 bool Pointer::onMonitor(xcb_point_t place) const {
-    const auto holds = [&](const Screen& screen) {
+    const auto screens = displays.screens();
+    return std::any_of(screens.begin(), screens.end(), [&](const Screen& screen) {
         const xcb_rectangle_t area = displays.toRoot(screen.frame);
         return place.x >= area.x && place.x < area.x + area.width && place.y >= area.y &&
                place.y < area.y + area.height;
-    };
-    const auto screens = displays.screens();
-    return std::any_of(screens.begin(), screens.end(), holds);
+    });
 }
 
 void Pointer::move(Point to, xcb_point_t place) {
@@ -76,8 +75,8 @@ void Pointer::move(Point to, xcb_point_t place) {
     hold.put({static_cast<double>(place.x), static_cast<double>(place.y)});
 }
 
-// A cursor that is put beside every monitor stays on the one it comes from, at the pixel next to the
-// place. This waits for the server, for such a place alone.
+// A cursor that is put beside every monitor stays on the one it comes from, at the pixel next to
+// the place. This waits for the server, for such a place alone.
 xcb_point_t Pointer::placeInForce(xcb_point_t wanted) {
     const auto reply = connection.wait(xcb_query_pointer(connection.xcb(), connection.root()),
                                        xcb_query_pointer_reply);
@@ -87,20 +86,17 @@ xcb_point_t Pointer::placeInForce(xcb_point_t wanted) {
 // A vertical barrier at x stands between the pixels x - 1 and x, a horizontal one likewise. The
 // four overlap at the corners, or a diagonal step would slip out between two of them.
 void Pointer::pause(xcb_point_t place) {
+    const int x = place.x, y = place.y;
+    const std::array<std::array<int, 4>, 4> lines = {{{x, y - 2, x, y + 3},
+                                                      {x + 1, y - 2, x + 1, y + 3},
+                                                      {x - 2, y, x + 3, y},
+                                                      {x - 2, y + 1, x + 3, y + 1}}};
     const auto at = [](int v) { return static_cast<std::uint16_t>(std::max(v, 0)); };
-    const std::uint16_t left = at(place.x), right = at(place.x + 1);
-    const std::uint16_t top = at(place.y), bottom = at(place.y + 1);
-    const std::uint16_t before = at(place.x - 2), after = at(place.x + 3);
-    const std::uint16_t above = at(place.y - 2), below = at(place.y + 3);
-    const std::array<std::array<std::uint16_t, 4>, 4> lines = {{{left, above, left, below},
-                                                                {right, above, right, below},
-                                                                {before, top, after, top},
-                                                                {before, bottom, after, bottom}}};
     for (std::size_t i = 0; i < barriers.size(); ++i) {
+        const auto& [x1, y1, x2, y2] = lines[i];
         barriers[i] = xcb_generate_id(connection.xcb());
-        xcb_xfixes_create_pointer_barrier(connection.xcb(), barriers[i], connection.root(),
-                                          lines[i][0], lines[i][1], lines[i][2], lines[i][3], 0, 0,
-                                          nullptr);
+        xcb_xfixes_create_pointer_barrier(connection.xcb(), barriers[i], connection.root(), at(x1),
+                                          at(y1), at(x2), at(y2), 0, 0, nullptr);
     }
     paused = true;
     pausedUntil = Clock::now() + std::chrono::duration_cast<Clock::duration>(
