@@ -8,16 +8,14 @@
 // alone and a clock has `readFrame` called at the pace of a display, so that a mouse costs one
 // wake-up a frame whatever it sends; a few frames without an event end that. In a frame
 //
-//   1. `readFrame` sees whether the server may hold the cursor, and drains the connection;
-//   2. `RawInput::handle` gets what the devices sent in the server's order, tells the hold of
-//   motion
-//      and of what barriers stopped, and drops what repeats or is replaced by later motion;
+//   1. `readFrame` settles whether the server may hold the cursor, and drains the connection;
+//   2. `RawInput::handle` gets what the devices sent, in the server's order. It tells the hold what
+//      moved and what a barrier stopped, and drops what repeats and what later motion replaces;
 //   3. `RawInput::batchEnded` has the place of it all from the barrier that ended the last motion,
-//      or asks the server, once; with the place each event goes on to
-//   4. `receive`, which gives it a type; a motion goes to
-//   5. `receiveMotion`, which may put a second one before it: what was pushed against a barrier is
-//      a point where the cursor was held and one outside;
-//   6. `deliver` calls the handlers, and none but taps while a window of the program is active.
+//      or asks the server, once. With the place each event goes on to
+//   4. `receive`, which gives it a type, and a motion to
+//   5. `receiveMotion`, which may put another one before it: where the cursor was held, or put;
+//   6. `deliver` calls the handlers, and taps alone while a window of the program is active.
 //      `Pointer::Handling` answers the event's place meanwhile, and carries the answer out.
 
 namespace platform::x11 {
@@ -49,24 +47,6 @@ InputEvents::~InputEvents() {
     rest();
 }
 
-void InputEvents::addGlobalMonitor(EventMask mask, Handler handler) {
-    add({mask, false, std::move(handler)});
-}
-
-void InputEvents::addTap(const TapParameters& parameters, Handler handler) {
-    add({parameters.mask, true, std::move(handler)});
-}
-
-void InputEvents::add(Consumer consumer) {
-    source.select(consumer.mask);
-    consumers.push_back(std::move(consumer));
-}
-
-// An alert or a menu of the program may be on another monitor.
-void InputEvents::ownWindowChanged() {
-    hold.suspend(ownWindowActive && ownWindowActive());
-}
-
 void InputEvents::readFrame() {
     ownWindowChanged();
     pointer.releaseWhenDue();
@@ -78,24 +58,9 @@ void InputEvents::readFrame() {
     if (pace.isRunning()) source.endFrame();
 }
 
-// Before the event is handled: its handler may run a loop of its own, in which the pace goes on.
-void InputEvents::arrived() {
-    anyArrived = true;
-    if (pace.isRunning()) return;
-    pace.start();
-    if (pace.isRunning()) connection.watch(false);
-}
-
-void InputEvents::tick() {
-    readFrame();
-    emptyFrames = std::exchange(anyArrived, false) || source.waitsForAnswer() ? 0 : emptyFrames + 1;
-    if (emptyFrames >= framesUntilRest) rest();
-}
-
-void InputEvents::rest() {
-    emptyFrames = 0;
-    pace.stop();
-    connection.watch(true);
+// An alert or a menu of the program may be on another monitor.
+void InputEvents::ownWindowChanged() {
+    hold.suspend(ownWindowActive());
 }
 
 void InputEvents::receive(const RawEvent& raw, Point place, std::uint16_t buttonMask) {
@@ -106,7 +71,7 @@ void InputEvents::receive(const RawEvent& raw, Point place, std::uint16_t button
     if (raw.kind == RawEvent::Kind::motion)
         receiveMotion(event);
     else
-        deliver(event);
+        deliver(event, false);
 }
 
 void InputEvents::receiveMotion(InputEvent event) {
@@ -135,10 +100,42 @@ void InputEvents::deliver(const InputEvent& event, bool isHeldBack) {
     const Pointer::Handling handling(pointer, event.location, isHeldBack);
     for (std::size_t i = 0; i < consumers.size(); ++i) {
         if (!(consumers[i].mask & bit)) continue;
-        const bool withheld =
-            isPointers && !consumers[i].isTap && ownWindowActive && ownWindowActive();
+        const bool withheld = isPointers && !consumers[i].isTap && ownWindowActive();
         if (!withheld) consumers[i].handler(event);
     }
+}
+
+// Before the event is handled: its handler may run a loop of its own, in which the pace goes on.
+void InputEvents::arrived() {
+    anyArrived = true;
+    if (pace.isRunning()) return;
+    pace.start();
+    if (pace.isRunning()) connection.watch(false);
+}
+
+void InputEvents::tick() {
+    readFrame();
+    emptyFrames = std::exchange(anyArrived, false) || source.waitsForAnswer() ? 0 : emptyFrames + 1;
+    if (emptyFrames >= framesUntilRest) rest();
+}
+
+void InputEvents::rest() {
+    emptyFrames = 0;
+    pace.stop();
+    connection.watch(true);
+}
+
+void InputEvents::addGlobalMonitor(EventMask mask, Handler handler) {
+    add({mask, false, std::move(handler)});
+}
+
+void InputEvents::addTap(const TapParameters& parameters, Handler handler) {
+    add({parameters.mask, true, std::move(handler)});
+}
+
+void InputEvents::add(Consumer consumer) {
+    source.select(consumer.mask);
+    consumers.push_back(std::move(consumer));
 }
 
 } // namespace platform::x11

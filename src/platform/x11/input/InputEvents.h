@@ -46,7 +46,7 @@ class InputEvents final : public platform::InputEvents, private RawInput::Receiv
     void rest();
     void receive(const RawEvent& raw, Point place, std::uint16_t buttonMask) override;
     void receiveMotion(InputEvent event);
-    void deliver(const InputEvent& event, bool isHeldBack = false);
+    void deliver(const InputEvent& event, bool isHeldBack);
 
     Connection& connection;
     Pointer& pointer;

@@ -20,8 +20,6 @@ namespace platform::x11 {
 
 namespace {
 
-constexpr std::uint8_t genericEvent = XCB_GE_GENERIC;
-
 /// How far the device moved the cursor, accelerated; nothing for a wheel in the smooth scrolling
 /// form, which moves only the third valuator and those after it.
 std::optional<Point> stepOf(const xcb_input_raw_motion_event_t& event) {
@@ -58,7 +56,7 @@ RawInput::RawInput(Connection& x, const Displays& screens, const Pointer& cursor
       receiver(eventReceiver) {
     constexpr std::size_t burst = 256;
     pending.reserve(burst);
-    connection.listen(*this, {genericEvent, XCB_MAPPING_NOTIFY});
+    connection.listen(*this, {XCB_GE_GENERIC, XCB_MAPPING_NOTIFY});
 }
 
 RawInput::~RawInput() {
@@ -142,10 +140,8 @@ void RawInput::handle(const xcb_generic_event_t& generic) {
         add(event);
         break;
     case XCB_INPUT_RAW_KEY_PRESS:
-        addKey(raw.detail, true, event);
-        break;
     case XCB_INPUT_RAW_KEY_RELEASE:
-        addKey(raw.detail, false, event);
+        addKey(raw.detail, raw.event_type == XCB_INPUT_RAW_KEY_PRESS, event);
         break;
     default:
         break;
@@ -217,12 +213,10 @@ void RawInput::add(const RawEvent& event) {
 }
 
 void RawInput::batchEnded() {
-    if (tableStale && (pointerSelected || keysSelected)) {
-        tableStale = false;
+    if ((pointerSelected || keysSelected) && std::exchange(tableStale, false))
         table.read(connection);
-    }
     if (std::exchange(anyTime, false)) clockAhead = lastSeconds() - secondsHere();
-    if (!mayAsk || asked != 0 || empty()) return;
+    if (!mayAsk || asked != 0 || head == pending.size()) return;
     if (const auto place = knownPlace())
         passOnFrom(*place);
     else
@@ -241,9 +235,8 @@ void RawInput::passOnFrom(xcb_point_t root) {
     beginAnswer();
     for (std::size_t i = head; i < covered; ++i)
         buttons = pending[i].buttonsAfter(*buttons);
-    const Point place = displays.toTopLeft(root.x, root.y);
-    lastPlace = place;
-    passOn(place);
+    lastPlace = displays.toTopLeft(root.x, root.y);
+    passOn(lastPlace);
 }
 
 void RawInput::beginAnswer() {

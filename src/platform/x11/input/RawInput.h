@@ -59,7 +59,6 @@ class RawInput final : private Listener {
     std::optional<xcb_point_t> knownPlace() const;
     void passOnFrom(xcb_point_t root);
     void passOn(Point place);
-    bool empty() const { return head == pending.size(); }
 
     Connection& connection;
     const Displays& displays;

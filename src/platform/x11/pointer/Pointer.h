@@ -37,7 +37,7 @@ class Pointer final : public platform::Pointer {
     /// place, before what else the handler has to do, and at the end where no warp has answered.
     class Handling {
       public:
-        Handling(Pointer& pointer, Point place, bool isHeldBack = false);
+        Handling(Pointer& pointer, Point place, bool isHeldBack);
         ~Handling();
         Handling(const Handling&) = delete;
         Handling& operator=(const Handling&) = delete;
