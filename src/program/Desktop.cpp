@@ -64,15 +64,16 @@ Desktop::X11Services::X11Services(const Connections& x, platform::Descriptors& d
                                   platform::RunLoop& runLoop, platform::Settings& settings,
                                   platform::Log& log, const std::string& name,
                                   platform::PictureSource pictures, x::HotKeys::Later later,
-                                  x::Workspace::Session session, bool serverHolds)
+                                  bool serverHolds)
     : displays(x.general),
-      pointer(x.input, displays, runLoop, serverHolds),
+      hold(x.input, displays, serverHolds),
+      pointer(x.input, displays, runLoop, hold),
       cursor(x.general),
-      input(x.input, descriptors, displays, pointer, QtApplication::hasActiveWindow),
+      input(x.input, descriptors, displays, pointer, hold, QtApplication::hasActiveWindow),
       keyboard(x.general, log),
       hotKeys(x.general, settings, log, std::move(later)),
       windows(x.general, displays, log, name, lnx::helperPath("gamma-guard"), std::move(pictures)),
-      workspace(x.general, static_cast<std::uint32_t>(::getpid()), std::move(session)),
+      focus(x.general, static_cast<std::uint32_t>(::getpid())),
       screenSaver(x.general) {}
 
 Desktop::Recording::Recording(const std::string& path, Desktop& desktop)
@@ -94,7 +95,7 @@ Desktop::Desktop(platform::Log& logger, lnx::ProductBundle& productBundle,
       system(std::string(bundle.string("CFBundleIdentifier"))),
       sounds(lnx::soundsFolder(), std::string(bundle.string("CFBundleDisplayName")), log),
       loginItems(autostartFolder(), autostartProduct(bundle), log),
-      applications(std::string(bundle.string("CFBundleIdentifier")), log),
+      workspace(std::string(bundle.string("CFBundleIdentifier")), log),
       alerts(runLoop, application, std::string(bundle.string("CFBundleDisplayName")),
              bundle.folder() + "/icon.svg",
              [this](const std::string& name, QWidget* parent) {
@@ -109,12 +110,11 @@ Desktop::Desktop(platform::Log& logger, lnx::ProductBundle& productBundle,
       notifications(std::string(bundle.string("CFBundleDisplayName")),
                     std::string(bundle.string("CFBundleIdentifier")), log),
       pictures(lnx::imagesFolder(), log),
-      urlOpener(log),
       sessionInhibitor(std::string(bundle.string("CFBundleDisplayName")), log),
       power(waysToStayAwake(), log),
       infoWindows(
           lnx::imagesFolder(), bundle.folder() + "/icon.svg",
-          [this](const std::string& url) { x11->workspace.openURL(url); }, log),
+          [this](const std::string& url) { workspace.openURL(url); }, log),
       http(log),
       web(lnx::helperPath("web-engine.so"), log),
       calendar({.module = lnx::modulePath("calendar.so"),
@@ -128,14 +128,6 @@ Desktop::Desktop(platform::Log& logger, lnx::ProductBundle& productBundle,
             return pictures.picture(name, width, height);
         },
         [this](std::function<void()> operation) { application.afterEvent(std::move(operation)); },
-        x::Workspace::Session{.openFile = QtApplication::openFile,
-                              .openURL = [this](const std::string& url) { urlOpener.open(url); },
-                              .runningApplications = [this] { return applications.others(); },
-                              .postNotification =
-                                  [this](const std::string& name, const std::string& object) {
-                                      platform::qt::DistributedNotifications::post(name, object,
-                                                                                   log);
-                                  }},
         options.hold);
     application.onActiveWindowChange([this] {
         if (x11) x11->input.ownWindowChanged();
@@ -179,16 +171,11 @@ platform::Platform Desktop::services() {
         recording ? static_cast<platform::InputEvents&>(recording->input) : x11->input;
     platform::StatusItem& item =
         recording ? static_cast<platform::StatusItem&>(recording->statusItem) : statusItem;
-    return {log,          runLoop,         application,
-            bundle,       settings,        files,
-            system,       displays,        x11->pointer,
-            x11->cursor,  input,           x11->keyboard,
-            x11->hotKeys, x11->windows,    x11->workspace,
-            item,         alerts,          notifications,
-            sounds,       loginItems,      power,
-            textCodec,    infoWindows,     http,
-            json,         imageOperations, web,
-            calendar};
+    return {log,           runLoop,      application,     bundle,      settings,  files,
+            system,        displays,     x11->pointer,    x11->cursor, input,     x11->keyboard,
+            x11->hotKeys,  x11->windows, x11->focus,      workspace,   item,      alerts,
+            notifications, sounds,       loginItems,      power,       textCodec, infoWindows,
+            http,          json,         imageOperations, web,         calendar};
 }
 
 platform::qt::QtStatusItem::Tray Desktop::trayOn(x::Connection& connection) {

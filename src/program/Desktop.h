@@ -24,10 +24,8 @@
 #include "platform/qt/pictures/Pictures.h"
 #include "platform/qt/pictures/QtImages.h"
 #include "platform/qt/session/DesktopNotifications.h"
-#include "platform/qt/session/DistributedNotifications.h"
-#include "platform/qt/session/SessionApplications.h"
+#include "platform/qt/session/QtWorkspace.h"
 #include "platform/qt/session/SessionInhibitor.h"
-#include "platform/qt/session/UrlOpener.h"
 #include "platform/qt/tray/QtStatusItem.h"
 #include "platform/qt/tray/TrayIcon.h"
 #include "platform/qt/web/WebModule.h"
@@ -38,8 +36,8 @@
 #include "platform/x11/pointer/Cursor.h"
 #include "platform/x11/pointer/Pointer.h"
 #include "platform/x11/session/Displays.h"
+#include "platform/x11/session/Focus.h"
 #include "platform/x11/session/ScreenSaver.h"
-#include "platform/x11/session/Workspace.h"
 #include "program/Options.h"
 #include "scenario/record/Recorded.h"
 
@@ -74,17 +72,17 @@ class Desktop {
         X11Services(const Connections& connections, platform::Descriptors& descriptors,
                     platform::RunLoop& runLoop, platform::Settings& settings, platform::Log& log,
                     const std::string& name, platform::PictureSource pictures,
-                    platform::x11::HotKeys::Later later, platform::x11::Workspace::Session session,
-                    bool serverHolds);
+                    platform::x11::HotKeys::Later later, bool serverHolds);
 
         platform::x11::Displays displays;
+        platform::x11::Hold hold;
         platform::x11::Pointer pointer;
         platform::x11::Cursor cursor;
         platform::x11::InputEvents input;
         platform::x11::Keyboard keyboard;
         platform::x11::HotKeys hotKeys;
         platform::x11::Windows windows;
-        platform::x11::Workspace workspace;
+        platform::x11::Focus focus;
         platform::x11::ScreenSaver screenSaver;
     };
 
@@ -114,7 +112,7 @@ class Desktop {
     platform::linux::LinuxSystemInfo system;
     platform::linux::CanberraSounds sounds;
     platform::linux::AutostartItems loginItems;
-    platform::qt::SessionApplications applications;
+    platform::qt::QtWorkspace workspace;
     platform::qt::QtAlerts alerts;
     platform::qt::ColourScheme colourScheme;
     platform::qt::TemplateImages images;
@@ -122,7 +120,6 @@ class Desktop {
     platform::qt::QtStatusItem statusItem;
     platform::qt::DesktopNotifications notifications;
     platform::qt::Pictures pictures;
-    platform::qt::UrlOpener urlOpener;
     platform::qt::SessionInhibitor sessionInhibitor;
     platform::linux::DisplayPower power;
     platform::linux::TextCodec textCodec;
