@@ -1,5 +1,6 @@
 #include "platform/x11/input/RawInput.h"
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 #include <xcb/xinput.h>
@@ -59,7 +60,8 @@ RawInput::RawInput(Connection& x, const Displays& screens, Pointer& cursor, Rece
       displays(screens),
       pointer(cursor),
       receiver(std::move(receive)),
-      arrived(std::move(onArrival)) {
+      arrived(std::move(onArrival)),
+      keyboard(connection, [](bool) {}) {
     constexpr std::size_t burst = 256;
     pending.reserve(burst);
     connection.listen(*this, {genericEvent, XCB_MAPPING_NOTIFY});
@@ -91,9 +93,24 @@ void RawInput::selectKeys() {
 
 void RawInput::select() {
     sendSelection();
-    if (tableStale) table.read(connection);
-    tableStale = false;
+    if (buttonsStale) readButtons();
     connection.flush();
+}
+
+void RawInput::readButtons() {
+    buttonsStale = false;
+    const auto order =
+        connection.wait(xcb_get_pointer_mapping(connection.xcb()), xcb_get_pointer_mapping_reply);
+    buttonMap.fill(0);
+    if (order)
+        std::copy_n(xcb_get_pointer_mapping_map(order.get()),
+                    xcb_get_pointer_mapping_map_length(order.get()), buttonMap.begin() + 1);
+}
+
+// Raw events carry the physical number, from before the user's swapping of the buttons.
+unsigned RawInput::logicalButton(std::uint32_t physical) const {
+    const bool known = physical < buttonMap.size() && buttonMap[physical] != 0;
+    return known ? buttonMap[physical] : physical;
 }
 
 void RawInput::sendSelection() {
@@ -130,7 +147,8 @@ void RawInput::endFrame() {
 
 void RawInput::handle(const xcb_generic_event_t& generic) {
     if ((generic.response_type & 0x7f) == XCB_MAPPING_NOTIFY) {
-        tableStale = true;
+        buttonsStale |= reinterpret_cast<const xcb_mapping_notify_event_t&>(generic).request ==
+                        XCB_MAPPING_POINTER;
         return;
     }
     const auto& raw = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(generic);
@@ -148,7 +166,7 @@ void RawInput::handle(const xcb_generic_event_t& generic) {
     case XCB_INPUT_RAW_BUTTON_RELEASE:
         event.kind = raw.event_type == XCB_INPUT_RAW_BUTTON_PRESS ? RawEvent::Kind::buttonDown
                                                                   : RawEvent::Kind::buttonUp;
-        event.button = table.button(raw.detail);
+        event.button = logicalButton(raw.detail);
         add(event);
         break;
     case XCB_INPUT_RAW_KEY_PRESS:
@@ -197,7 +215,7 @@ void RawInput::addHit(const xcb_input_barrier_hit_event_t& hit) {
 void RawInput::addKey(std::uint32_t keycode, bool pressed, RawEvent event) {
     if (keycode >= down.size() || down[keycode] == pressed) return;
     down[keycode] = pressed;
-    event.key = table.key(keycode);
+    event.key = keyboard.key(static_cast<xcb_keycode_t>(keycode));
     if (!event.key.modifier && !otherKeys) return;
     event.kind = pressed ? RawEvent::Kind::keyDown : RawEvent::Kind::keyUp;
     add(event);
@@ -227,10 +245,7 @@ void RawInput::add(const RawEvent& event) {
 }
 
 void RawInput::batchEnded() {
-    if (tableStale && (pointerSelected || keysSelected)) {
-        tableStale = false;
-        table.read(connection);
-    }
+    if (buttonsStale && (pointerSelected || keysSelected)) readButtons();
     pointer.releaseWhenDue();
     if (std::exchange(anyTime, false)) clockAhead = lastSeconds() - secondsHere();
     if (!mayAsk || asked != 0 || empty()) return;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/x11/input/MotionWatch.h"
-#include "platform/x11/keys/KeyTable.h"
+#include "platform/x11/keys/KeyboardMap.h"
 #include "platform/x11/pointer/Pointer.h"
 
 #include <bitset>
@@ -60,6 +60,8 @@ class RawInput final : private Listener {
     void findClientPointer();
     void select();
     void sendSelection();
+    void readButtons();
+    unsigned logicalButton(std::uint32_t physical) const;
     void addSeenMotion(std::uint32_t sequence);
     void addMotion(const xcb_input_raw_motion_event_t& raw, const RawEvent& event);
     void addHit(const xcb_input_barrier_hit_event_t& hit);
@@ -80,8 +82,9 @@ class RawInput final : private Listener {
     Pointer& pointer;
     Receiver receiver;
     std::function<void()> arrived;
-    KeyTable table;
-    bool tableStale = true;
+    KeyboardMap keyboard;
+    std::array<std::uint8_t, 256> buttonMap{}; ///< by the physical number, 0 for an unknown one
+    bool buttonsStale = true;
     bool pointerSelected = false;
     std::uint16_t clientPointer = 0; ///< the device whose place the server tells
     bool keysSelected = false;
