@@ -53,7 +53,6 @@ KeyboardMap::KeyboardMap(Connection& x, Changed onChange)
     xkb_x11_setup_xkb_extension(connection.xcb(), XKB_X11_MIN_MAJOR_XKB_VERSION,
                                 XKB_X11_MIN_MINOR_XKB_VERSION, XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS,
                                 nullptr, nullptr, &firstEvent, nullptr);
-    connection.listen(*this, {XCB_MAPPING_NOTIFY});
     if (isServers()) selectEvents();
     read();
 }
@@ -97,7 +96,7 @@ void KeyboardMap::read() {
                                                xcb_xkb_get_state_reply))
             layout = state->group;
     const auto modifiers = connection.wait(modifiersAsked, xcb_get_modifier_mapping_reply);
-    if (!modifiers) return;
+    if (!modifiers) return; // the server has gone
 
     keyBits.fill(0);
     const xcb_keycode_t* keycodes = xcb_get_modifier_mapping_keycodes(modifiers.get());
@@ -105,10 +104,11 @@ void KeyboardMap::read() {
     for (int i = 0; i < xcb_get_modifier_mapping_keycodes_length(modifiers.get()); ++i)
         keyBits[keycodes[i]] |= static_cast<std::uint8_t>(1 << (i / each));
     keyBits[0] = 0; // fills up the list
-    bits = {.option = bitOf({XKB_KEY_Alt_L, XKB_KEY_Alt_R}, XCB_MOD_MASK_1),
-            .command = bitOf({XKB_KEY_Super_L, XKB_KEY_Super_R}, XCB_MOD_MASK_4),
-            .numLock = bitOf({XKB_KEY_Num_Lock}, 0),
-            .scrollLock = bitOf({XKB_KEY_Scroll_Lock}, 0)};
+    held = {{{Shortcut::shift, XCB_MOD_MASK_SHIFT},
+             {Shortcut::control, XCB_MOD_MASK_CONTROL},
+             {Shortcut::option, bitOf({XKB_KEY_Alt_L, XKB_KEY_Alt_R}, XCB_MOD_MASK_1)},
+             {Shortcut::command, bitOf({XKB_KEY_Super_L, XKB_KEY_Super_R}, XCB_MOD_MASK_4)}}};
+    locks = {XCB_MOD_MASK_LOCK, bitOf({XKB_KEY_Num_Lock}, 0), bitOf({XKB_KEY_Scroll_Lock}, 0)};
 }
 
 xkb_keysym_t KeyboardMap::keysym(xcb_keycode_t keycode, unsigned group, unsigned level) const {
@@ -133,33 +133,26 @@ std::uint16_t KeyboardMap::bitOf(std::initializer_list<xkb_keysym_t> keys,
     return static_cast<std::uint16_t>(otherwise);
 }
 
+/// All events of the extension have one number, and their kind where others have a detail.
 void KeyboardMap::handle(const xcb_generic_event_t& event) {
-    if ((event.response_type & 0x7f) == XCB_MAPPING_NOTIFY) {
-        mapStale |= reinterpret_cast<const xcb_mapping_notify_event_t&>(event).request !=
-                    XCB_MAPPING_POINTER;
-        return;
-    }
-    // All events of the extension have one number, and their kind where others have a detail.
-    if (event.pad0 == XCB_XKB_STATE_NOTIFY) {
-        layout = reinterpret_cast<const xcb_xkb_state_notify_event_t&>(event).group;
-        layoutChanged = true;
-    } else {
-        mapStale = true;
-    }
+    const bool isOtherLayout = event.pad0 == XCB_XKB_STATE_NOTIFY;
+    mapStale |= !isOtherLayout;
+    if (!isOtherLayout) return;
+    layout = reinterpret_cast<const xcb_xkb_state_notify_event_t&>(event).group;
+    changed(false);
 }
 
 void KeyboardMap::batchEnded() {
-    const bool isNews = std::exchange(layoutChanged, false) || mapStale;
-    const Bits before = bits;
-    if (std::exchange(mapStale, false)) read();
-    if (isNews) changed(bits != before);
+    if (!std::exchange(mapStale, false)) return;
+    const auto before = std::pair(held, locks);
+    read();
+    changed(before != std::pair(held, locks));
 }
 
 std::string KeyboardMap::label(const PhysicalKey& key) const {
     if (key.isCharacter())
         for (const unsigned from : {layout, 0u})
-            if (const std::string text = printed(keysym(key.keycode(), from)); !text.empty())
-                return text;
+            if (std::string text = printed(keysym(key.keycode(), from)); !text.empty()) return text;
     return std::string(key.name);
 }
 
@@ -173,28 +166,23 @@ Key KeyboardMap::key(xcb_keycode_t keycode) const {
 
 std::uint16_t KeyboardMap::maskOf(std::uint32_t flags) const {
     unsigned mask = 0;
-    if (flags & Shortcut::shift) mask |= XCB_MOD_MASK_SHIFT;
-    if (flags & Shortcut::control) mask |= XCB_MOD_MASK_CONTROL;
-    if (flags & Shortcut::option) mask |= bits.option;
-    if (flags & Shortcut::command) mask |= bits.command;
+    for (const Held& modifier : held)
+        if ((flags & modifier.flag) != 0) mask |= modifier.mask;
     return static_cast<std::uint16_t>(mask);
 }
 
 std::uint32_t KeyboardMap::flagsOf(std::uint16_t mask) const {
     std::uint32_t flags = 0;
-    if (mask & XCB_MOD_MASK_SHIFT) flags |= Shortcut::shift;
-    if (mask & XCB_MOD_MASK_CONTROL) flags |= Shortcut::control;
-    if (mask & bits.option) flags |= Shortcut::option;
-    if (mask & bits.command) flags |= Shortcut::command;
+    for (const Held& modifier : held)
+        if ((mask & modifier.mask) != 0) flags |= modifier.flag;
     return flags;
 }
 
 std::vector<std::uint16_t> KeyboardMap::lockStates() const {
     std::vector<std::uint16_t> states{0};
-    for (const std::uint16_t bit :
-         {static_cast<std::uint16_t>(XCB_MOD_MASK_LOCK), bits.numLock, bits.scrollLock}) {
+    for (const std::uint16_t bit : locks) {
         // A bit that is that of a held modifier as well cannot be told from it.
-        if (bit == 0 || bit == bits.option || bit == bits.command) continue;
+        if (bit == 0 || flagsOf(bit) != 0) continue;
         for (std::size_t i = 0, count = states.size(); i < count; ++i)
             if ((states[i] & bit) == 0)
                 states.push_back(static_cast<std::uint16_t>(states[i] | bit));

@@ -27,7 +27,7 @@ class KeyboardMap final : private Listener {
     KeyboardMap(const KeyboardMap&) = delete;
     KeyboardMap& operator=(const KeyboardMap&) = delete;
 
-    /// False where the server lacks XKB: then the keys are those of a plain U.S. keyboard.
+    /// False where the server lacks XKB: then the keys are those of a plain U.S. keyboard for ever.
     bool isServers() const { return firstEvent != 0; }
 
     /// What the layout in use prints on the key without Shift, in upper case and UTF-8; what the
@@ -47,9 +47,10 @@ class KeyboardMap final : private Listener {
     std::vector<std::uint16_t> lockStates() const;
 
   private:
-    struct Bits {
-        std::uint16_t option, command, numLock, scrollLock;
-        bool operator==(const Bits&) const = default;
+    struct Held {
+        std::uint32_t flag;
+        std::uint16_t mask;
+        bool operator==(const Held&) const = default;
     };
     struct Unref {
         void operator()(xkb_keymap* map) const { xkb_keymap_unref(map); }
@@ -71,9 +72,9 @@ class KeyboardMap final : private Listener {
     Keymap keymap;               ///< null where none can be had
     unsigned layout = 0;
     bool mapStale = false;
-    bool layoutChanged = false;
     std::array<std::uint8_t, 256> keyBits{};
-    Bits bits{};
+    std::array<Held, 4> held{};
+    std::array<std::uint16_t, 3> locks{}; ///< bits, 0 for a key that there is not
 };
 
 } // namespace platform::x11
