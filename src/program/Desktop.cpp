@@ -137,6 +137,13 @@ Desktop::Desktop(platform::Log& logger, lnx::ProductBundle& productBundle,
 
     for (const auto key : {palisor::keys::customShortcut, palisor::keys::customShortcutEnabled})
         settings.observe(key, platform::qt::ShortcutRecorder::refreshAll);
+    x11->hotKeys.onLabelsChange([this] {
+        platform::qt::ShortcutRecorder::refreshAll();
+        // By a timer, since those wait for the end of an open menu.
+        runLoop.schedule(0, false, "updateMenuItems", [this] {
+            if (delegate) delegate->updateMenuItems();
+        });
+    });
     statusItem.setTray(trayOn(connections.general));
     application.onQuitRequest([this] { quit(); });
     application.atExit([this, connections] {

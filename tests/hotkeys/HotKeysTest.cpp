@@ -179,6 +179,7 @@ TEST_F(HotKeys, ThatAreRefusedInOneStateOfTheLockKeysAreLeftAloneInAll) {
     other.sync();
     bind(ctrlAltK);
     EXPECT_TRUE(hotKeys->isTaken(ctrlAltK));
+    opened.connection->sync();
     const auto free = support::own(xcb_request_check(
         other.get(),
         xcb_grab_key_checked(other.get(), 0, other.root(), XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1,

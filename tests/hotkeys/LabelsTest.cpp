@@ -1,13 +1,34 @@
 #include "hotkeys/Keys.h"
-#include "platform/x11/keys/KeysymText.h"
 #include "platform/x11/keys/PhysicalKeys.h"
 
+#include <dlfcn.h>
+#include <gmock/gmock.h>
 #include <set>
+#include <xkbcommon/xkbcommon-x11.h>
+
+namespace {
+
+bool serverHasXkb = true;
+
+} // namespace
+
+/// Stands before the library's own, since no server of today can be started without XKB.
+extern "C" int xkb_x11_setup_xkb_extension(xcb_connection_t* connection, std::uint16_t major,
+                                           std::uint16_t minor,
+                                           xkb_x11_setup_xkb_extension_flags flags,
+                                           std::uint16_t* majorOut, std::uint16_t* minorOut,
+                                           std::uint8_t* firstEvent, std::uint8_t* firstError) {
+    static const auto real = reinterpret_cast<decltype(&xkb_x11_setup_xkb_extension)>(
+        ::dlsym(RTLD_NEXT, "xkb_x11_setup_xkb_extension"));
+    return serverHasXkb
+               ? real(connection, major, minor, flags, majorOut, minorOut, firstEvent, firstError)
+               : 0;
+}
 
 namespace hotkeytests {
 namespace {
 
-using platform::x11::keysymText;
+constexpr xcb_keysym_t nextLayout = 0xfe08;
 
 struct Labels : HotKeysOnADesktop {
     Labels() : HotKeysOnADesktop("") {}
@@ -17,6 +38,25 @@ struct Labels : HotKeysOnADesktop {
         setLayout(layout);
         EXPECT_TRUE(loop.runUntil([&] { return label(code) == expected; }))
             << layout << ": " << label(code);
+    }
+    /// Up to four layouts, between which CapsLock goes on.
+    void useLayouts(const std::string& layouts) {
+        const auto done =
+            desktop.spawn("setxkbmap", {"-layout", layouts, "-option", "grp:caps_toggle"});
+        ASSERT_EQ(done->wait(), 0) << done->errors();
+    }
+    /// Puts keysyms on keys, by the place of each, and waits until the last one is there.
+    void useKeysyms(const std::vector<std::pair<std::uint16_t, std::string>>& keys,
+                    const std::string& lastLabel) {
+        std::vector<std::string> arguments;
+        for (const auto& [code, keysym] : keys) {
+            const int keycode = platform::x11::physicalKey(code)->keycode();
+            arguments.insert(arguments.end(),
+                             {"-e", "keycode " + std::to_string(keycode) + " = " + keysym});
+        }
+        const auto done = desktop.spawn("xmodmap", arguments);
+        ASSERT_EQ(done->wait(), 0) << done->errors();
+        ASSERT_TRUE(loop.runUntil([&] { return label(keys.back().first) == lastLabel; }));
     }
 };
 
@@ -50,15 +90,87 @@ TEST_F(Labels, OfModifiersStandBeforeTheKey) {
     EXPECT_EQ(hotKeys->modifierFlagsString({0, 0}), "");
 }
 
-TEST(KeysymText, IsUpperCaseInEveryScript) {
-    const std::pair<xcb_keysym_t, const char*> rows[] = {
-        {'a', "A"},    {0xe4, "Ä"},      {0x1000431, "Б"}, {0x6c1, "А"},  {0x6a3, "Ё"},
-        {0x7e1, "Α"},  {0x1bf, "Ż"},     {0x1ec, "Ě"},     {0x3e0, "Ā"},  {0x2b9, "I"},
-        {0xce0, "א"},  {0x5c7, "ا"},     {0xda1, "ก"},     {0x13bd, "Œ"}, {0x20ac, "€"},
-        {0xfe51, "´"}, {0x100263a, "☺"}, {0x101f600, "😀"}, {0x20, ""},    {0xffe1, ""},
-        {0, ""}};
-    for (const auto& [keysym, text] : rows)
-        EXPECT_EQ(keysymText(keysym), text) << std::hex << keysym;
+TEST_F(Labels, AreThoseOfEachOfFourLayouts) {
+    useLayouts("us,ru,gr,il");
+    for (const char* expected : {"Л", "Κ", "ל", "K"}) {
+        hand.type(nextLayout);
+        EXPECT_TRUE(loop.runUntil([&] { return label(keyK) == expected; }))
+            << expected << ": " << label(keyK);
+    }
+}
+
+TEST_F(Labels, AreToldToBeOthersWhenTheUserGoesToAnotherLayout) {
+    useLayouts("us,ru,gr,il");
+    hand.type(nextLayout);
+    ASSERT_TRUE(loop.runUntil([&] { return label(keyK) == "Л"; }));
+    std::vector<std::string> told;
+    hotKeys->onLabelsChange([&] { told.push_back(label(keyK)); });
+    hand.type('a');
+    hand.chord({key::leftControl, key::leftShift});
+    hand.type(nextLayout);
+    EXPECT_TRUE(loop.runUntil([&] { return !told.empty(); }));
+    EXPECT_THAT(told, testing::ElementsAre("Κ")) << "by keys too that change no layout";
+    setLayout("fr");
+    EXPECT_TRUE(loop.runUntil([&] { return told.back() == "K"; })) << told.back();
+}
+
+TEST_F(Labels, AskTheServerNothing) {
+    const auto requests = [this] { return xcb_no_operation(opened.connection->xcb()).sequence; };
+    const unsigned before = requests();
+    EXPECT_EQ(label(keyK), "K");
+    EXPECT_EQ(label(36), "Return");
+    EXPECT_EQ(requests(), before + 1);
+}
+
+TEST_F(Labels, AreUpperCaseInEveryScript) {
+    const std::tuple<std::uint16_t, const char*, const char*> rows[] = {
+        {0, "adiaeresis", "Ä"},   {1, "U0431", "Б"},        {2, "Cyrillic_a", "А"},
+        {3, "Cyrillic_io", "Ё"},  {4, "Greek_alpha", "Α"},  {5, "zabovedot", "Ż"},
+        {6, "ecaron", "Ě"},       {7, "amacron", "Ā"},      {8, "idotless", "I"},
+        {9, "hebrew_aleph", "א"}, {11, "Arabic_alef", "ا"}, {12, "Thai_kokai", "ก"},
+        {13, "oe", "Œ"},          {14, "EuroSign", "€"},    {15, "U263A", "☺"},
+        {16, "U1F600", "😀"}};
+    std::vector<std::pair<std::uint16_t, std::string>> keys;
+    for (const auto& [code, keysym, expected] : rows)
+        keys.emplace_back(code, keysym);
+    useKeysyms(keys, "😀");
+    for (const auto& [code, keysym, expected] : rows)
+        EXPECT_EQ(label(code), expected) << keysym;
+}
+
+TEST_F(Labels, OfDeadKeysAreTheirAccents) {
+    useKeysyms({{0, "dead_grave"}, {1, "dead_tilde"}, {2, "dead_ogonek"}, {3, "dead_acute"}}, "´");
+    EXPECT_EQ(label(0), "`");
+    EXPECT_EQ(label(1), "~");
+    EXPECT_EQ(label(2), "˛");
+}
+
+TEST_F(Labels, OfKeysThatPrintNothingAreThoseOfAPlainKeyboard) {
+    useKeysyms({{0, "NoSymbol"}, {1, "BackSpace"}, {2, "nobreakspace"}, {3, "x"}}, "X");
+    EXPECT_EQ(label(0), "A");
+    EXPECT_EQ(label(1), "S");
+    EXPECT_EQ(label(2), "D");
+    EXPECT_EQ(label(94), "\\") << "no layout here has it";
+}
+
+struct WithoutXkb : Labels {
+    WithoutXkb() {
+        serverHasXkb = false;
+        hotKeys.emplace(*opened.connection, settings, log, [](const auto& later) { later(); });
+        serverHasXkb = true;
+    }
+};
+
+TEST_F(WithoutXkb, LabelsAreThoseOfAPlainKeyboardAndHotKeysWork) {
+    EXPECT_THAT(log.lines,
+                testing::ElementsAre(testing::HasSubstr("lacks the extension XKEYBOARD")));
+    EXPECT_EQ(label(keyZ), "Z");
+    EXPECT_EQ(label(41), ";");
+    EXPECT_EQ(label(122), "F1");
+    bind({keyK, Shortcut::command | Shortcut::option});
+    hand.type(key::numLock);
+    hand.chord({key::leftSuper, key::leftAlt, 'k'});
+    EXPECT_TRUE(loop.runUntil([&] { return presses == 1; }));
 }
 
 TEST(PhysicalKeys, HaveOneVirtualCodeEach) {

@@ -64,6 +64,11 @@ bool Popup::isUp() {
     });
 }
 
+support::Area Popup::area() const {
+    const auto windows = eye.windows();
+    return std::ranges::find(windows, current, &support::SeenWindow::id)->area;
+}
+
 bool Popup::isGone() {
     const bool gone = soon([&] {
         const auto windows = eye.windows();

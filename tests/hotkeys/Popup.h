@@ -20,6 +20,8 @@ class Popup {
     /// Returns when the popup can be typed into, and none is left over from before.
     bool isUp();
     bool isGone();
+    /// Of the popup that is up, the window manager's frame included.
+    support::Area area() const;
 
     /// Goes to the field and starts it; true when it has the keyboard.
     bool startRecording();

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/InputEvents.h"
-#include "platform/x11/keys/KeyTable.h"
+#include "platform/x11/keys/KeyboardMap.h"
 
 #include <optional>
 

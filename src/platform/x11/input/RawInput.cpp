@@ -1,5 +1,6 @@
 #include "platform/x11/input/RawInput.h"
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 #include <xcb/xinput.h>
@@ -53,7 +54,8 @@ RawInput::RawInput(Connection& x, const Displays& screens, const Pointer& cursor
       displays(screens),
       pointer(cursor),
       track(cursorTrack),
-      receiver(eventReceiver) {
+      receiver(eventReceiver),
+      keyboard(connection, [](bool) {}) {
     constexpr std::size_t burst = 256;
     pending.reserve(burst);
     connection.listen(*this, {XCB_GE_GENERIC, XCB_MAPPING_NOTIFY});
@@ -71,7 +73,7 @@ void RawInput::select(EventMask types) {
         findClientPointer();
     }
     sendSelection();
-    if (std::exchange(tableStale, false)) table.read(connection);
+    if (buttonsStale) readButtons();
     connection.flush();
 }
 
@@ -82,6 +84,22 @@ void RawInput::findClientPointer() {
     const auto found = connection.wait(xcb_input_xi_get_client_pointer(c, XCB_NONE),
                                        xcb_input_xi_get_client_pointer_reply);
     if (found && found->set) clientPointer = found->deviceid;
+}
+
+void RawInput::readButtons() {
+    buttonsStale = false;
+    const auto order =
+        connection.wait(xcb_get_pointer_mapping(connection.xcb()), xcb_get_pointer_mapping_reply);
+    buttonMap.fill(0);
+    if (order)
+        std::copy_n(xcb_get_pointer_mapping_map(order.get()),
+                    xcb_get_pointer_mapping_map_length(order.get()), buttonMap.begin() + 1);
+}
+
+// Raw events carry the physical number, from before the user's swapping of the buttons.
+unsigned RawInput::logicalButton(std::uint32_t physical) const {
+    const bool known = physical < buttonMap.size() && buttonMap[physical] != 0;
+    return known ? buttonMap[physical] : physical;
 }
 
 void RawInput::sendSelection() {
@@ -118,7 +136,8 @@ void RawInput::endFrame() {
 
 void RawInput::handle(const xcb_generic_event_t& generic) {
     if ((generic.response_type & 0x7f) == XCB_MAPPING_NOTIFY) {
-        tableStale = true;
+        buttonsStale |= reinterpret_cast<const xcb_mapping_notify_event_t&>(generic).request ==
+                        XCB_MAPPING_POINTER;
         return;
     }
     const auto& raw = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(generic);
@@ -136,7 +155,7 @@ void RawInput::handle(const xcb_generic_event_t& generic) {
     case XCB_INPUT_RAW_BUTTON_RELEASE:
         event.kind = raw.event_type == XCB_INPUT_RAW_BUTTON_PRESS ? RawEvent::Kind::buttonDown
                                                                   : RawEvent::Kind::buttonUp;
-        event.button = table.button(raw.detail);
+        event.button = logicalButton(raw.detail);
         add(event);
         break;
     case XCB_INPUT_RAW_KEY_PRESS:
@@ -183,7 +202,7 @@ void RawInput::addHit(const xcb_input_barrier_hit_event_t& hit) {
 void RawInput::addKey(std::uint32_t keycode, bool pressed, RawEvent event) {
     if (keycode >= down.size() || down[keycode] == pressed) return;
     down[keycode] = pressed;
-    event.key = table.key(keycode);
+    event.key = keyboard.key(static_cast<xcb_keycode_t>(keycode));
     if (!event.key.modifier && !otherKeys) return;
     event.kind = pressed ? RawEvent::Kind::keyDown : RawEvent::Kind::keyUp;
     add(event);
@@ -213,8 +232,7 @@ void RawInput::add(const RawEvent& event) {
 }
 
 void RawInput::batchEnded() {
-    if ((pointerSelected || keysSelected) && std::exchange(tableStale, false))
-        table.read(connection);
+    if (buttonsStale && (pointerSelected || keysSelected)) readButtons();
     if (std::exchange(anyTime, false)) clockAhead = lastSeconds() - secondsHere();
     if (!mayAsk || asked != 0 || head == pending.size()) return;
     if (const auto place = knownPlace())

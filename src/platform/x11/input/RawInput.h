@@ -46,6 +46,8 @@ class RawInput final : private Listener {
 
     void findClientPointer();
     void sendSelection();
+    void readButtons();
+    unsigned logicalButton(std::uint32_t physical) const;
     void addSeenMotion(std::uint32_t sequence);
     void addMotion(const xcb_input_raw_motion_event_t& raw, const RawEvent& event);
     void addHit(const xcb_input_barrier_hit_event_t& hit);
@@ -65,8 +67,9 @@ class RawInput final : private Listener {
     const Pointer& pointer;
     CursorTrack& track;
     Receiver& receiver;
-    KeyTable table;
-    bool tableStale = true;
+    KeyboardMap keyboard;
+    std::array<std::uint8_t, 256> buttonMap{}; ///< by the physical number, 0 for an unknown one
+    bool buttonsStale = true;
     bool pointerSelected = false;
     std::uint16_t clientPointer = 0; ///< the device whose place the server tells
     bool keysSelected = false;

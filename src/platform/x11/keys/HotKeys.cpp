@@ -1,6 +1,5 @@
 #include "platform/x11/keys/HotKeys.h"
 
-#include "platform/x11/keys/KeysymText.h"
 #include "platform/x11/keys/PhysicalKeys.h"
 
 #include <algorithm>
@@ -20,9 +19,16 @@ HotKeys::HotKeys(Connection& x, Settings& store, Log& writer, Later scheduler)
       settings(store),
       log(writer),
       later(std::move(scheduler)),
+      map(connection,
+          [this](bool modifiersMoved) {
+              if (modifiersMoved) claim();
+              if (labelsChanged) later(labelsChanged);
+          }),
       recording(connection, map, log, later) {
-    map.read(connection);
-    connection.listen(*this, {XCB_KEY_PRESS, XCB_KEY_RELEASE, XCB_FOCUS_OUT, XCB_MAPPING_NOTIFY});
+    connection.listen(*this, {XCB_KEY_PRESS, XCB_KEY_RELEASE, XCB_FOCUS_OUT});
+    if (!map.isServers())
+        log.write("the X server lacks the extension XKEYBOARD: shortcuts are shown as a U.S. "
+                  "keyboard labels them");
 }
 
 HotKeys::~HotKeys() {
@@ -160,11 +166,6 @@ void HotKeys::stopRecording() {
 
 void HotKeys::handle(const xcb_generic_event_t& event) {
     const unsigned type = event.response_type & 0x7f;
-    if (type == XCB_MAPPING_NOTIFY) {
-        mapStale |= reinterpret_cast<const xcb_mapping_notify_event_t&>(event).request !=
-                    XCB_MAPPING_POINTER;
-        return;
-    }
     if (type == XCB_FOCUS_OUT) {
         recording.focusLeft(reinterpret_cast<const xcb_focus_out_event_t&>(event));
         return;
@@ -179,12 +180,6 @@ void HotKeys::handle(const xcb_generic_event_t& event) {
         lastReleased = key.detail;
         releaseTime = key.time;
     }
-}
-
-void HotKeys::batchEnded() {
-    if (!mapStale) return;
-    mapStale = false;
-    if (map.read(connection)) claim();
 }
 
 /// A held key repeats as a release and a press of the same moment. A program that types for the
@@ -227,16 +222,7 @@ std::string HotKeys::modifierFlagsString(const Shortcut& shortcut) const {
 
 std::string HotKeys::keyCodeString(const Shortcut& shortcut) const {
     const PhysicalKey* key = physicalKey(shortcut.keyCode);
-    if (key == nullptr) return "Key " + std::to_string(shortcut.keyCode);
-    if (!key->character) return std::string(key->name);
-    // No event tells of a change between the user's layouts, so the server is asked; it reports the
-    // layout in the bits above those of the buttons.
-    constexpr unsigned layoutShift = 13, layoutBits = 3;
-    const auto now = connection.wait(xcb_query_pointer(connection.xcb(), connection.root()),
-                                     xcb_query_pointer_reply);
-    const unsigned layout = now ? (now->mask >> layoutShift) & layoutBits : 0;
-    const std::string text = keysymText(map.keysym(key->keycode(), layout));
-    return text.empty() ? std::string(key->name) : text;
+    return key != nullptr ? map.label(*key) : "Key " + std::to_string(shortcut.keyCode);
 }
 
 } // namespace platform::x11

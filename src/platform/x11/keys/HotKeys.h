@@ -30,6 +30,10 @@ class HotKeys final : public platform::HotKeys, private Listener {
     std::string modifierFlagsString(const Shortcut& shortcut) const override;
     std::string keyCodeString(const Shortcut& shortcut) const override;
 
+    /// `changed` is called from the run loop when the strings above are others than before: the
+    /// user has gone to another layout, or to another keyboard.
+    void onLabelsChange(std::function<void()> changed) { labelsChanged = std::move(changed); }
+
     /// Whether another program held the combination when it was last claimed.
     bool isTaken(const Shortcut& shortcut) const;
 
@@ -52,7 +56,6 @@ class HotKeys final : public platform::HotKeys, private Listener {
     };
 
     void handle(const xcb_generic_event_t& event) override;
-    void batchEnded() override;
 
     bool isRepetition(const xcb_key_press_event_t& event) const;
     void pressed(const xcb_key_press_event_t& event);
@@ -67,8 +70,8 @@ class HotKeys final : public platform::HotKeys, private Listener {
     Settings& settings;
     Log& log;
     Later later;
+    std::function<void()> labelsChanged;
     KeyboardMap map;
-    bool mapStale = false;
     KeyRecording recording;
     std::vector<Claim> registered;
     std::map<std::string, std::function<void()>, std::less<>> bindings; ///< by settings key

@@ -1,36 +1,102 @@
 #include "platform/x11/keys/KeyboardMap.h"
 
 #include "platform/HotKeys.h"
+#include "platform/InputEvents.h"
 
 #include <algorithm>
+#include <utility>
+#include <xkbcommon/xkbcommon-keysyms.h>
+#include <xkbcommon/xkbcommon-x11.h>
+#define explicit explicitParts // a name of the header's, which is written for C
+#include <xcb/xkb.h>
+#undef explicit
 
 namespace platform::x11 {
 
 namespace {
 
-// From X11/keysymdef.h, which belongs to Xlib's headers.
-constexpr xcb_keysym_t numLockKey = 0xff7f, scrollLockKey = 0xff14, altLeft = 0xffe9,
-                       altRight = 0xffea, superLeft = 0xffeb, superRight = 0xffec;
+constexpr std::pair<xkb_keysym_t, std::uint16_t> modifierKeys[] = {
+    {XKB_KEY_Shift_L, keyCodes::shift},        {XKB_KEY_Shift_R, keyCodes::rightShift},
+    {XKB_KEY_Control_L, keyCodes::control},    {XKB_KEY_Control_R, keyCodes::rightControl},
+    {XKB_KEY_Caps_Lock, keyCodes::capsLock},   {XKB_KEY_Meta_L, keyCodes::command},
+    {XKB_KEY_Meta_R, keyCodes::rightCommand},  {XKB_KEY_Alt_L, keyCodes::option},
+    {XKB_KEY_Alt_R, keyCodes::rightOption},    {XKB_KEY_Super_L, keyCodes::command},
+    {XKB_KEY_Super_R, keyCodes::rightCommand}, {XKB_KEY_ISO_Level3_Shift, keyCodes::rightOption},
+};
 
-constexpr std::size_t columnsPerLayout = 2; // as the core protocol shows the first two layouts
+std::string utf8(xkb_keysym_t keysym) {
+    std::array<char, 8> text{};
+    xkb_keysym_to_utf8(keysym, text.data(), text.size());
+    return text.data();
+}
+
+/// Empty for what prints nothing.
+std::string printed(xkb_keysym_t keysym) {
+    // A dead key prints the accent, which it has no character for.
+    constexpr std::u32string_view accents = U"`´^~¯˘˙¨°˝ˇ¸˛"; // in the order of the keysyms
+    const xkb_keysym_t accent = keysym - XKB_KEY_dead_grave;
+    const char32_t character =
+        accent < accents.size() ? accents[accent] : xkb_keysym_to_utf32(keysym);
+    constexpr char32_t noBreakSpace = 0xa0;
+    if (character <= U' ' || (character > U'~' && character <= noBreakSpace)) return {};
+    // Keysyms that are older than Unicode have not all of them an upper case.
+    constexpr xkb_keysym_t unicode = 0x01000000, lastLatin1 = 0xff;
+    const xkb_keysym_t plain = character > lastLatin1 ? unicode + character : character;
+    const std::string upper = utf8(xkb_keysym_to_upper(plain));
+    return upper.empty() ? utf8(plain) : upper;
+}
 
 } // namespace
 
-bool KeyboardMap::read(Connection& connection) {
-    xcb_connection_t* c = connection.xcb();
-    const xcb_setup_t* setup = xcb_get_setup(c);
-    const auto keysAsked = xcb_get_keyboard_mapping(
-        c, setup->min_keycode,
-        static_cast<std::uint8_t>(setup->max_keycode - setup->min_keycode + 1));
-    const auto modifiersAsked = xcb_get_modifier_mapping(c);
-    const auto mapping = connection.wait(keysAsked, xcb_get_keyboard_mapping_reply);
-    const auto modifiers = connection.wait(modifiersAsked, xcb_get_modifier_mapping_reply);
-    if (!mapping || !modifiers) return false;
+KeyboardMap::KeyboardMap(Connection& x, Changed onChange)
+    : connection(x), changed(std::move(onChange)) {
+    xkb_x11_setup_xkb_extension(connection.xcb(), XKB_X11_MIN_MAJOR_XKB_VERSION,
+                                XKB_X11_MIN_MINOR_XKB_VERSION, XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS,
+                                nullptr, nullptr, &firstEvent, nullptr);
+    if (isServers()) selectEvents();
+    read();
+}
 
-    firstKeycode = setup->min_keycode;
-    perKey = mapping->keysyms_per_keycode;
-    const xcb_keysym_t* all = xcb_get_keyboard_mapping_keysyms(mapping.get());
-    keysyms.assign(all, all + xcb_get_keyboard_mapping_keysyms_length(mapping.get()));
+KeyboardMap::~KeyboardMap() {
+    connection.forget(*this);
+}
+
+/// Whoever speaks XKB is told of another map by its events alone.
+void KeyboardMap::selectEvents() {
+    connection.listen(*this, {firstEvent});
+    constexpr std::uint16_t map = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY |
+                                  XCB_XKB_EVENT_TYPE_MAP_NOTIFY,
+                            everyPart = 0xff;
+    xcb_xkb_select_events_details_t details{};
+    details.affectState = details.stateDetails = XCB_XKB_STATE_PART_GROUP_STATE;
+    xcb_xkb_select_events_aux(connection.xcb(), XCB_XKB_ID_USE_CORE_KBD,
+                              map | XCB_XKB_EVENT_TYPE_STATE_NOTIFY, 0, map, everyPart, everyPart,
+                              &details);
+}
+
+KeyboardMap::Keymap KeyboardMap::compile() const {
+    const std::unique_ptr<xkb_context, decltype(&xkb_context_unref)> context(
+        xkb_context_new(isServers() ? XKB_CONTEXT_NO_DEFAULT_INCLUDES : XKB_CONTEXT_NO_FLAGS),
+        xkb_context_unref);
+    if (!context) return nullptr;
+    if (isServers())
+        return Keymap(xkb_x11_keymap_new_from_device(
+            context.get(), connection.xcb(), xkb_x11_get_core_keyboard_device_id(connection.xcb()),
+            XKB_KEYMAP_COMPILE_NO_FLAGS));
+    const xkb_rule_names plain{"evdev", "pc105", "us", "", ""};
+    return Keymap(xkb_keymap_new_from_names(context.get(), &plain, XKB_KEYMAP_COMPILE_NO_FLAGS));
+}
+
+void KeyboardMap::read() {
+    xcb_connection_t* c = connection.xcb();
+    if (auto compiled = compile()) keymap = std::move(compiled);
+    const auto modifiersAsked = xcb_get_modifier_mapping(c);
+    if (isServers())
+        if (const auto state = connection.wait(xcb_xkb_get_state(c, XCB_XKB_ID_USE_CORE_KBD),
+                                               xcb_xkb_get_state_reply))
+            layout = state->group;
+    const auto modifiers = connection.wait(modifiersAsked, xcb_get_modifier_mapping_reply);
+    if (!modifiers) return; // the server has gone
 
     keyBits.fill(0);
     const xcb_keycode_t* keycodes = xcb_get_modifier_mapping_keycodes(modifiers.get());
@@ -38,75 +104,85 @@ bool KeyboardMap::read(Connection& connection) {
     for (int i = 0; i < xcb_get_modifier_mapping_keycodes_length(modifiers.get()); ++i)
         keyBits[keycodes[i]] |= static_cast<std::uint8_t>(1 << (i / each));
     keyBits[0] = 0; // fills up the list
-
-    const Bits before = bits;
-    bits = findBits();
-    return bits != before;
+    held = {{{Shortcut::shift, XCB_MOD_MASK_SHIFT},
+             {Shortcut::control, XCB_MOD_MASK_CONTROL},
+             {Shortcut::option, bitOf({XKB_KEY_Alt_L, XKB_KEY_Alt_R}, XCB_MOD_MASK_1)},
+             {Shortcut::command, bitOf({XKB_KEY_Super_L, XKB_KEY_Super_R}, XCB_MOD_MASK_4)}}};
+    locks = {XCB_MOD_MASK_LOCK, bitOf({XKB_KEY_Num_Lock}, 0), bitOf({XKB_KEY_Scroll_Lock}, 0)};
 }
 
-KeyboardMap::Bits KeyboardMap::findBits() const {
-    Bits found;
-    const auto find = [&](std::uint16_t& bit, std::initializer_list<xcb_keysym_t> wanted) {
-        for (unsigned mask = XCB_MOD_MASK_1; mask <= XCB_MOD_MASK_5; mask <<= 1)
-            if (sets(static_cast<std::uint8_t>(mask), wanted)) {
-                bit = static_cast<std::uint16_t>(mask);
-                return;
-            }
-    };
-    find(found.option, {altLeft, altRight});
-    find(found.command, {superLeft, superRight});
-    find(found.numLock, {numLockKey});
-    find(found.scrollLock, {scrollLockKey});
-    return found;
+xkb_keysym_t KeyboardMap::keysym(xcb_keycode_t keycode, unsigned group, unsigned level) const {
+    const xkb_keysym_t* keysyms = nullptr;
+    const int count =
+        keymap ? xkb_keymap_key_get_syms_by_level(keymap.get(), keycode, group, level, &keysyms)
+               : 0;
+    return count == 1 ? *keysyms : xkb_keysym_t{XKB_KEY_NoSymbol};
 }
 
-bool KeyboardMap::sets(std::uint8_t bit, std::initializer_list<xcb_keysym_t> wanted) const {
-    for (std::size_t keycode = firstKeycode; keycode < keyBits.size(); ++keycode) {
-        if ((keyBits[keycode] & bit) == 0) continue;
-        for (std::size_t column = 0; column < perKey; ++column) {
-            const std::size_t index = (keycode - firstKeycode) * perKey + column;
-            if (index < keysyms.size() && std::ranges::find(wanted, keysyms[index]) != wanted.end())
-                return true;
-        }
-    }
-    return false;
+/// The lowest bit from Mod1 on that one of these keys sets.
+std::uint16_t KeyboardMap::bitOf(std::initializer_list<xkb_keysym_t> keys,
+                                 unsigned otherwise) const {
+    constexpr unsigned levels = 4; // a key that is Alt only behind Shift counts too
+    unsigned found = 0;
+    for (unsigned code = 0; code < keyBits.size(); ++code)
+        for (unsigned level = 0; keyBits[code] != 0 && level < levels; ++level)
+            if (std::ranges::count(keys, keysym(static_cast<xcb_keycode_t>(code), 0, level)) != 0)
+                found |= keyBits[code];
+    for (unsigned bit = XCB_MOD_MASK_1; bit <= XCB_MOD_MASK_5; bit <<= 1)
+        if ((found & bit) != 0) return static_cast<std::uint16_t>(bit);
+    return static_cast<std::uint16_t>(otherwise);
 }
 
-xcb_keysym_t KeyboardMap::keysym(xcb_keycode_t keycode, unsigned layout) const {
-    if (keycode < firstKeycode) return 0;
-    const auto at = [&](std::size_t column) {
-        const std::size_t index = (keycode - firstKeycode) * perKey + column;
-        return column < perKey && index < keysyms.size() ? keysyms[index] : 0;
-    };
-    // Layouts from the third on have no place of their own in the core protocol's table.
-    const xcb_keysym_t own = layout == 1 ? at(columnsPerLayout) : 0;
-    return own != 0 ? own : at(0);
+/// All events of the extension have one number, and their kind where others have a detail.
+void KeyboardMap::handle(const xcb_generic_event_t& event) {
+    const bool isOtherLayout = event.pad0 == XCB_XKB_STATE_NOTIFY;
+    mapStale |= !isOtherLayout;
+    if (!isOtherLayout) return;
+    layout = reinterpret_cast<const xcb_xkb_state_notify_event_t&>(event).group;
+    changed(false);
+}
+
+void KeyboardMap::batchEnded() {
+    if (!std::exchange(mapStale, false)) return;
+    const auto before = std::pair(held, locks);
+    read();
+    changed(before != std::pair(held, locks));
+}
+
+std::string KeyboardMap::label(const PhysicalKey& key) const {
+    if (key.isCharacter())
+        for (const unsigned from : {layout, 0u})
+            if (std::string text = printed(keysym(key.keycode(), from)); !text.empty()) return text;
+    return std::string(key.name);
+}
+
+Key KeyboardMap::key(xcb_keycode_t keycode) const {
+    const xkb_keysym_t first = keysym(keycode, 0);
+    for (const auto& [modifier, code] : modifierKeys)
+        if (modifier == first) return {code, true};
+    const PhysicalKey* other = physicalKeyAt(keycode);
+    return other == nullptr ? Key{} : Key{other->virtualCode};
 }
 
 std::uint16_t KeyboardMap::maskOf(std::uint32_t flags) const {
     unsigned mask = 0;
-    if (flags & Shortcut::shift) mask |= XCB_MOD_MASK_SHIFT;
-    if (flags & Shortcut::control) mask |= XCB_MOD_MASK_CONTROL;
-    if (flags & Shortcut::option) mask |= bits.option;
-    if (flags & Shortcut::command) mask |= bits.command;
+    for (const Held& modifier : held)
+        if ((flags & modifier.flag) != 0) mask |= modifier.mask;
     return static_cast<std::uint16_t>(mask);
 }
 
 std::uint32_t KeyboardMap::flagsOf(std::uint16_t mask) const {
     std::uint32_t flags = 0;
-    if (mask & XCB_MOD_MASK_SHIFT) flags |= Shortcut::shift;
-    if (mask & XCB_MOD_MASK_CONTROL) flags |= Shortcut::control;
-    if (mask & bits.option) flags |= Shortcut::option;
-    if (mask & bits.command) flags |= Shortcut::command;
+    for (const Held& modifier : held)
+        if ((mask & modifier.mask) != 0) flags |= modifier.flag;
     return flags;
 }
 
 std::vector<std::uint16_t> KeyboardMap::lockStates() const {
     std::vector<std::uint16_t> states{0};
-    for (const std::uint16_t bit :
-         {static_cast<std::uint16_t>(XCB_MOD_MASK_LOCK), bits.numLock, bits.scrollLock}) {
+    for (const std::uint16_t bit : locks) {
         // A bit that is that of a held modifier as well cannot be told from it.
-        if (bit == 0 || bit == bits.option || bit == bits.command) continue;
+        if (bit == 0 || flagsOf(bit) != 0) continue;
         for (std::size_t i = 0, count = states.size(); i < count; ++i)
             if ((states[i] & bit) == 0)
                 states.push_back(static_cast<std::uint16_t>(states[i] | bit));

@@ -12,7 +12,9 @@ struct PhysicalKey {
     std::uint16_t virtualCode;
     std::uint8_t evdevCode;
     std::string_view name; ///< of a character key, what the U.S. layout prints on it
-    bool character;        ///< the layout decides what it is called
+
+    /// The layout decides what it is called.
+    bool isCharacter() const { return name.size() == 1; }
 
     /// The server numbers the kernel's keys from 8 on, since X has no key code below.
     static constexpr std::uint8_t firstKeycode = 8;
