@@ -13,21 +13,20 @@ bool isWanted(std::string_view name, std::initializer_list<std::string_view> nam
 } // namespace
 
 std::string lineOf(const Effect& effect) {
-    std::string line = "{";
-    writeMember(line, "t", Seconds{effect.nanoseconds});
-    writeMember(line, "effect", effect.name);
+    std::string line = '{' + json::members(Member{"t", json::Seconds{effect.nanoseconds}},
+                                           Member{"effect", effect.name});
     if (!effect.members.empty()) (line += ',') += effect.members;
     return line += '}';
 }
 
 void Effects::deliver(std::string_view name, std::string members) {
     if (sink) sink({clock.nanoseconds, name, members});
-    if (recording) recorded.push_back({clock.nanoseconds, std::string(name), std::move(members)});
+    if (keeping) kept.push_back({clock.nanoseconds, std::string(name), std::move(members)});
 }
 
 std::vector<std::string> Effects::lines(std::initializer_list<std::string_view> names) const {
     std::vector<std::string> texts;
-    for (const Recorded& effect : recorded)
+    for (const Kept& effect : kept)
         if (isWanted(effect.name, names))
             texts.push_back(effect.name + " {" + effect.members + "}");
     return texts;
@@ -35,7 +34,7 @@ std::vector<std::string> Effects::lines(std::initializer_list<std::string_view> 
 
 std::vector<std::string> Effects::timedLines(std::initializer_list<std::string_view> names) const {
     std::vector<std::string> texts;
-    for (const Recorded& effect : recorded)
+    for (const Kept& effect : kept)
         if (isWanted(effect.name, names))
             texts.push_back(lineOf({effect.nanoseconds, effect.name, effect.members}));
     return texts;

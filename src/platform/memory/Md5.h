@@ -5,8 +5,8 @@
 
 namespace platform::memory {
 
-/// The MD5 digest of the bytes as 32 lower-case hexadecimal digits. The double's own, so that it
-/// stands on the standard library; the suite that every codec passes compares it with a library's.
+/// The MD5 digest of the bytes as 32 lower-case hexadecimal digits. The codecs' contract
+/// suite compares it with that of a library.
 std::string md5Hex(std::string_view bytes);
 
 } // namespace platform::memory

@@ -1,6 +1,7 @@
 #include "scenario/replay/steps/Steps.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace palisor::replay {
 
@@ -16,9 +17,19 @@ StepReader readerOf(std::string_view name) {
 
 } // namespace
 
-void playStep(Player& player, const Json& step) {
+std::uint16_t keyCodeOf(Members& members) {
+    constexpr auto most = std::numeric_limits<std::uint16_t>::max();
+    return static_cast<std::uint16_t>(members.integer(names::keyCode, 0, most));
+}
+
+std::uint32_t modifierFlagsOf(Members& members) {
+    constexpr auto most = std::numeric_limits<std::uint32_t>::max();
+    return static_cast<std::uint32_t>(members.integer(names::modifierFlags, 0, most));
+}
+
+void playStep(Player& player, const Json::Object& step) {
     Members members(step);
-    const StepReader read = readerOf(members.text("do"));
+    const StepReader read = readerOf(members.get<std::string>(names::step));
     const Action action = read(player, members);
     members.finish();
     action();
