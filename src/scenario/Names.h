@@ -12,36 +12,19 @@ namespace scenario {
 
 namespace names {
 
-inline constexpr std::string_view step = "do";
+// The steps that a session is written down in.
+inline constexpr std::string_view advance = "advance", bundle = "bundle", button = "button",
+                                  choose = "choose", defaults = "defaults",
+                                  flagsChanged = "flagsChanged", launch = "launch",
+                                  pointer = "pointer", screens = "screens", shortcut = "shortcut",
+                                  slider = "slider", statusClick = "statusClick";
 
-// Steps that a session is written down in, and their members.
-inline constexpr std::string_view advance = "advance";
-inline constexpr std::string_view seconds = "seconds";
-inline constexpr std::string_view bundle = "bundle";
-inline constexpr std::string_view info = "info";
-inline constexpr std::string_view button = "button"; // of the mouse too
-inline constexpr std::string_view name = "name";
-inline constexpr std::string_view state = "state";
-inline constexpr std::string_view choose = "choose";
-inline constexpr std::string_view title = "title";
-inline constexpr std::string_view defaults = "defaults";
-inline constexpr std::string_view set = "set";
-inline constexpr std::string_view flagsChanged = "flagsChanged";
-inline constexpr std::string_view launch = "launch";
-inline constexpr std::string_view pointer = "pointer";
-inline constexpr std::string_view at = "at";
-inline constexpr std::string_view type = "type";
-inline constexpr std::string_view screens = "screens";
-inline constexpr std::string_view frames = "frames";
-inline constexpr std::string_view main = "main";
-inline constexpr std::string_view shortcut = "shortcut";
-inline constexpr std::string_view clear = "clear";
-inline constexpr std::string_view keyCode = "keyCode";
-inline constexpr std::string_view modifierFlags = "modifierFlags";
-inline constexpr std::string_view slider = "slider";
-inline constexpr std::string_view event = "event";
-inline constexpr std::string_view value = "value";
-inline constexpr std::string_view statusClick = "statusClick";
+// Their members; a step of the same name is one too.
+inline constexpr std::string_view step = "do", at = "at", clear = "clear", event = "event",
+                                  frames = "frames", info = "info", keyCode = "keyCode",
+                                  main = "main", modifierFlags = "modifierFlags", name = "name",
+                                  seconds = "seconds", set = "set", state = "state",
+                                  title = "title", type = "type", value = "value";
 
 } // namespace names
 

@@ -18,24 +18,24 @@ ParseError errorAt(std::size_t byte) {
 /// Makes a value of what the library's reader reports, which calls these names.
 class Builder {
   public:
-    Builder(JsonValue& made, std::size_t mostOpen) : root(made), deepest(mostOpen) {}
+    Builder(JsonValue& root, std::size_t mostOpen) : place(&root), deepest(mostOpen) {}
 
-    bool null() { return add({}) != nullptr; }
-    bool boolean(bool flag) { return add({flag}) != nullptr; }
-    bool number_integer(std::int64_t number) { return add({number}) != nullptr; }
+    bool null() { return add({}); }
+    bool boolean(bool flag) { return add({flag}); }
+    bool number_integer(std::int64_t number) { return add({number}); }
     bool number_unsigned(std::uint64_t number) {
         return std::in_range<std::int64_t>(number)
                    ? number_integer(static_cast<std::int64_t>(number))
                    : number_float(static_cast<double>(number), {});
     }
-    bool number_float(double number, const std::string&) { return add({number}) != nullptr; }
-    bool string(std::string& text) { return add({std::move(text)}) != nullptr; }
+    bool number_float(double number, const std::string&) { return add({number}); }
+    bool string(std::string& text) { return add({std::move(text)}); }
     bool start_object(std::size_t) { return open({Object{}}); }
     bool start_array(std::size_t) { return open({List{}}); }
     bool end_object() { return close(); }
     bool end_array() { return close(); }
     bool key(std::string& name) {
-        member = &std::get<Object>(levels.back()->held)[std::move(name)];
+        place = &std::get<Object>(levels.back()->held)[std::move(name)];
         return true;
     }
     template <class Bytes>
@@ -50,16 +50,17 @@ class Builder {
     }
 
   private:
-    JsonValue* add(JsonValue value) {
-        if (levels.empty()) return &(root = std::move(value));
-        if (auto* list = std::get_if<List>(&levels.back()->held))
-            return &list->emplace_back(std::move(value));
-        return &(*member = std::move(value));
+    bool add(JsonValue value) {
+        if (!levels.empty())
+            if (auto* list = std::get_if<List>(&levels.back()->held)) place = &list->emplace_back();
+        *place = std::move(value);
+        return true;
     }
     bool open(JsonValue value) {
         if (levels.size() == deepest)
             throw ParseError("not JSON that can be read: it is nested too deeply");
-        levels.push_back(add(std::move(value)));
+        add(std::move(value));
+        levels.push_back(place);
         return true;
     }
     bool close() {
@@ -67,10 +68,9 @@ class Builder {
         return true;
     }
 
-    JsonValue& root;
+    JsonValue* place; ///< of the next value, or of the last one
     std::size_t deepest;
     std::vector<JsonValue*> levels; ///< the open lists and objects, none of which moves meanwhile
-    JsonValue* member = nullptr;    ///< the one of the innermost object that is read
 };
 
 } // namespace

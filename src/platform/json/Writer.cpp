@@ -24,14 +24,12 @@ void writeEscaped(std::string& out, char c) {
     constexpr std::string_view named = "\"\\\b\f\n\r\t";
     constexpr std::string_view letters = "\"\\bfnrt";
     if (const auto index = named.find(c); index != std::string_view::npos) {
-        out += '\\';
-        out += letters[index];
+        out += {'\\', letters[index]};
         return;
     }
     constexpr std::string_view hexadecimal = "0123456789abcdef";
-    out += "\\u00";
-    out += hexadecimal[static_cast<unsigned char>(c) >> 4];
-    out += hexadecimal[static_cast<unsigned char>(c) & 15];
+    const auto byte = static_cast<unsigned char>(c);
+    out += {'\\', 'u', '0', '0', hexadecimal[byte >> 4], hexadecimal[byte & 15]};
 }
 
 } // namespace

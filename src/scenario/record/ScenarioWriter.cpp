@@ -2,8 +2,6 @@
 
 #include "platform/HotKeys.h"
 
-#include <optional>
-
 namespace record {
 
 using platform::EventType;
@@ -36,7 +34,6 @@ void ScenarioWriter::begin(const platform::Bundle& bundle, const platform::Dicti
         step(names::shortcut, Member{names::clear, true});
     screens(displays);
     step(names::launch);
-    launched = true;
     last = Clock::now();
 }
 
@@ -59,10 +56,10 @@ void ScenarioWriter::input(const platform::InputEvent& event) {
 }
 
 void ScenarioWriter::passTime() {
-    if (!launched) return;
+    if (!last) return;
     const auto now = Clock::now();
     const platform::json::Seconds passed{
-        std::chrono::duration_cast<std::chrono::nanoseconds>(now - last).count()};
+        std::chrono::duration_cast<std::chrono::nanoseconds>(now - *last).count()};
     last = now;
     write(names::advance, Member{names::seconds, passed});
 }

@@ -9,6 +9,7 @@
 
 #include <chrono>
 #include <fstream>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -53,8 +54,7 @@ class ScenarioWriter {
     }
 
     std::ofstream file;
-    Clock::time_point last{};
-    bool launched = false;
+    std::optional<Clock::time_point> last; ///< when the last step was; nothing before the launch
 };
 
 } // namespace record

@@ -41,6 +41,12 @@ void mustBe(const std::string& what, std::string_view form) {
     throw StepError(what + " must be " + std::string(form));
 }
 
+void mustBeLike(const std::string& what, const Json& example) {
+    constexpr std::array<std::string_view, 7> forms{
+        "null", "true or false", "an integer", "a number", "a text", "a list", "an object"};
+    mustBe(what, forms.at(example.held.index()));
+}
+
 template <>
 double to(const Json& value, const std::string& what) {
     const auto number = numberIn(value);

@@ -21,27 +21,14 @@ std::string inQuotes(std::string_view text);
 
 /// Throws the StepError that says so.
 [[noreturn]] void mustBe(const std::string& what, std::string_view form);
-
-/// What errors call a value of the type.
-template <class T>
-inline constexpr std::string_view form{};
-template <>
-inline constexpr std::string_view form<bool> = "true or false";
-template <>
-inline constexpr std::string_view form<std::int64_t> = "an integer";
-template <>
-inline constexpr std::string_view form<std::string> = "a text";
-template <>
-inline constexpr std::string_view form<Json::List> = "a list";
-template <>
-inline constexpr std::string_view form<Json::Object> = "an object";
+[[noreturn]] void mustBeLike(const std::string& what, const Json& example);
 
 /// Reads a value of JSON; also as a double, a point or a rectangle. `what` names it in the
 /// StepError for a value of another type.
 template <class T>
 T to(const Json& value, const std::string& what) {
     const T* held = std::get_if<T>(&value.held);
-    if (held == nullptr) mustBe(what, form<T>);
+    if (held == nullptr) mustBeLike(what, {T{}});
     return *held;
 }
 template <>

@@ -134,12 +134,7 @@ Raw calendar(const Player& player) {
     return object(Member{"show", "calendar"}, Member{"events", events});
 }
 
-struct NamedSnapshot {
-    std::string_view name;
-    Snapshot take;
-};
-
-constexpr NamedSnapshot snapshots[] = {
+constexpr std::pair<std::string_view, Snapshot> snapshots[] = {
     {"fields", fields},   {"defaults", defaults}, {"menu", menu},
     {"windows", windows}, {"timers", timers},     {"calendar", calendar},
 };
@@ -147,9 +142,9 @@ constexpr NamedSnapshot snapshots[] = {
 } // namespace
 
 Snapshot snapshotOf(std::string_view name) {
-    const auto found = std::ranges::find(snapshots, name, &NamedSnapshot::name);
-    if (found == std::end(snapshots)) throw StepError("unknown record " + inQuotes(name));
-    return found->take;
+    for (const auto& [known, snapshot] : snapshots)
+        if (known == name) return snapshot;
+    throw StepError("unknown record " + inQuotes(name));
 }
 
 } // namespace palisor::replay

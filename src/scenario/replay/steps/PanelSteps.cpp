@@ -53,15 +53,13 @@ Action choose(Player& player, Members& members) {
 }
 
 Slider* findSlider(Player& player, std::string_view name) {
-    const auto sliderOf = [](MenuItem& item) {
-        auto* view = std::get_if<platform::SliderView>(&item.view);
-        return view == nullptr ? nullptr : &view->slider;
-    };
-    MenuItem* item = findItem(player.platform.statusItem.menu(), [&](MenuItem& entry) {
-        const Slider* slider = sliderOf(entry);
-        return slider != nullptr && scenario::nameOf(*slider) == name;
+    Slider* found = nullptr;
+    findItem(player.platform.statusItem.menu(), [&](MenuItem& entry) {
+        auto* view = std::get_if<platform::SliderView>(&entry.view);
+        if (view != nullptr && scenario::nameOf(view->slider) == name) found = &view->slider;
+        return found != nullptr;
     });
-    return item == nullptr ? nullptr : sliderOf(*item);
+    return found;
 }
 
 Action slider(Player& player, Members& members) {

@@ -1,7 +1,7 @@
 #include "scenario/replay/Player.h"
 #include "scenario/replay/steps/Steps.h"
 
-#include <limits>
+#include <utility>
 
 namespace palisor::replay {
 

@@ -20,10 +20,7 @@ using Action = std::function<void()>;
 /// Reads the members of a step, and changes nothing yet. Throws StepError.
 using StepReader = Action (*)(Player&, Members&);
 
-struct StepKind {
-    std::string_view name;
-    StepReader read;
-};
+using StepKind = std::pair<std::string_view, StepReader>;
 
 // The kinds of step, each group in the file of its name.
 std::span<const StepKind> worldSteps();   ///< the machine and what the hand does
