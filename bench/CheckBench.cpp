@@ -1,7 +1,7 @@
 #include "app/AppDelegate.h"
 #include "app/Keys.h"
+#include "platform/json/Parser.h"
 #include "platform/linux/http/CurlHttp.h"
-#include "platform/linux/http/JsonParser.h"
 #include "platform/linux/system/LinuxSystemInfo.h"
 #include "platform/memory/MemoryPlatform.h"
 #include "platform/qt/loop/QtRunLoop.h"
@@ -29,7 +29,7 @@ void shippedCheck(benchmark::State& state) {
         platform::qt::QtRunLoop loop;
         platform::linux::LinuxSystemInfo system("com.example.bench");
         platform::linux::CurlHttp http(p.log);
-        platform::linux::JsonParser json;
+        platform::json::Parser json;
         palisor::AppDelegate app(platform::Platform{
             p.log,     loop,         p.application, p.bundle,     p.settings,    p.files,
             system,    p.displays,   p.pointer,     p.cursor,     p.input,       p.keyboard,

@@ -16,7 +16,7 @@ class RunLoop {
     virtual ~RunLoop() = default;
 
     /// Calls `fire` after `seconds`, or every `seconds` while `repeats`; a single firing at the
-    /// next turn for zero or less. `selector` names the operation for logs and records. The loop
+    /// next turn for zero or less. `selector` names the operation for logs. The loop
     /// keeps the timer until it has fired for the last time or is invalidated. While a modal alert
     /// runs or a menu is open nothing fires; what came due fires, in order, once that has ended.
     /// On a real desktop one firing may stand for several that missed their time, or that follow

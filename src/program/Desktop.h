@@ -1,10 +1,10 @@
 #pragma once
 
 #include "app/AppDelegate.h"
+#include "platform/json/Parser.h"
 #include "platform/linux/files/ProductBundle.h"
 #include "platform/linux/files/XdgFiles.h"
 #include "platform/linux/http/CurlHttp.h"
-#include "platform/linux/http/JsonParser.h"
 #include "platform/linux/login/AutostartItems.h"
 #include "platform/linux/settings/FileWatch.h"
 #include "platform/linux/settings/SettingsFile.h"
@@ -125,7 +125,7 @@ class Desktop {
     platform::linux::TextCodec textCodec;
     platform::qt::QtInfoWindows infoWindows;
     platform::linux::CurlHttp http;
-    platform::linux::JsonParser json;
+    platform::json::Parser json;
     platform::qt::QtImages imageOperations;
     platform::qt::WebModule web;
     platform::linux::ModuleCalendar calendar;

@@ -34,7 +34,7 @@ struct Hearer final : platform::InfoTarget {
 
 struct InMemory {
     platform::memory::MemoryPlatform desktop;
-    InMemory() { desktop.effects.record(); }
+    InMemory() { desktop.effects.keep(); }
 
     platform::InfoWindows& service() { return desktop.infoWindows; }
     bool press(const InfoButton& view) { return desktop.infoWindows.press(view.action); }

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "platform/json/Parser.h"
 #include "platform/linux/http/CurlHttp.h"
-#include "platform/linux/http/JsonParser.h"
 #include "testing/HttpsServer.h"
 #include "unit/Program.h"
 
@@ -31,7 +31,7 @@ struct Exchange {
         for (const auto key : {keys::PRIMOACCESSO, keys::PRIMOACCESSOCONSLIDER})
             platform.settings.edit(key, Value{"1"});
         platform.settings.edit(keys::customShortcut, Program::shortcut.toValue());
-        platform.effects.record();
+        platform.effects.keep();
     }
 
     /// Launches, and returns when the program has started, asked or ended.
@@ -64,7 +64,7 @@ struct Exchange {
 
     platform::memory::MemoryPlatform platform;
     platform::linux::CurlHttp http{platform.log};
-    platform::linux::JsonParser json;
+    platform::json::Parser json;
     AppDelegate app{services()};
     bool ended = false;
     std::chrono::duration<double> took{};

@@ -11,7 +11,7 @@ using testing::IsEmpty;
 
 struct MemoryEffects : testing::Test {
     MemoryPlatform platform;
-    MemoryEffects() { platform.effects.record(); }
+    MemoryEffects() { platform.effects.keep(); }
 };
 
 TEST_F(MemoryEffects, AreKeptInOrderAndTakenOnce) {

@@ -1,10 +1,10 @@
-#include "platform/memory/Json.h"
+#include "platform/json/Writer.h"
 
 #include <gtest/gtest.h>
 
 #include <limits>
 
-namespace platform::memory {
+namespace platform::json {
 namespace {
 
 template <class T>
@@ -68,4 +68,4 @@ TEST(JsonValue, IsNullWhereItIsAbsent) {
 }
 
 } // namespace
-} // namespace platform::memory
+} // namespace platform::json

@@ -22,7 +22,7 @@ struct RecordedSession {
         platform.settings.edit("VELOCITY", Value{std::int64_t{10}});
         platform.settings.edit("customShortcut",
                                platform::Shortcut{40, platform::Shortcut::command}.toValue());
-        platform.effects.record();
+        platform.effects.keep();
         writer.begin(platform.bundle, platform.settings.persistentValues(), platform.displays);
     }
 

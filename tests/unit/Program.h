@@ -26,7 +26,7 @@ struct Program {
         platform.displays.replace(screensFromLayout(layout));
         // Without one the barrier asks for a shortcut until it gets one.
         setting(keys::customShortcut, shortcut.toValue());
-        platform.effects.record();
+        platform.effects.keep();
     }
 
     static constexpr platform::Shortcut shortcut{40, platform::Shortcut::control |
@@ -49,7 +49,7 @@ struct Program {
         return *this;
     }
 
-    /// As an outside edit: no effect is recorded.
+    /// As an outside edit: no effect of it is kept.
     void setting(std::string_view key, platform::Value value) {
         platform.settings.edit(key, std::move(value));
     }

@@ -1,5 +1,5 @@
-#include "app/AppDelegate.h"
 #include "app/Keys.h"
+#include "app/Operations.h"
 #include "app/Variants.h"
 #include "util/Format.h"
 
@@ -178,12 +178,7 @@ bool AppDelegate::textView_clickedOnLink(std::string_view, std::string_view link
 }
 
 void AppDelegate::pressed(const InfoButton& button) {
-    if (button.action == "closeInfo")
-        closeInfo();
-    else if (button.action == "openConsigli")
-        openConsigli();
-    else if (button.action == "opentamberloosx")
-        opentamberloosx();
+    sendAction(*this, button.action, button);
 }
 
 bool AppDelegate::clickedOnLink(const InfoText& view, const std::string& link) {

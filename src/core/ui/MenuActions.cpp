@@ -1,8 +1,6 @@
-#include "app/AppDelegate.h"
 #include "app/Keys.h"
+#include "app/Operations.h"
 #include "app/Variants.h"
-
-#include <algorithm>
 
 // What the entries and check boxes of the status menu do.
 
@@ -17,62 +15,18 @@ constexpr double reopenDelay = 0.01; // the menu that was just clicked closes fi
 constexpr int firstSideTag = 10;
 constexpr int startAtLoginTag = 1;
 
-struct Action {
-    std::string_view selector;
-    void (AppDelegate::*operation)();
-};
-
-struct ItemAction {
-    std::string_view selector;
-    void (AppDelegate::*operation)(MenuItem&);
-};
-
-constexpr Action actions[] = {
-    {"enableDisable", &AppDelegate::enableDisable},
-    {"openFB", &AppDelegate::openFB},
-    {"openMacAppStorePage", &AppDelegate::openMacAppStorePage},
-    {"openSupport", &AppDelegate::openSupport},
-    {"pressAvviaAlLogin", &AppDelegate::pressAvviaAlLogin},
-    {"pressHotBorders:", &AppDelegate::pressHotBorders},
-    {"pressShowOnScroll", &AppDelegate::pressShowOnScroll},
-    {"pressTimeMode:", &AppDelegate::pressTimeMode},
-    {"pressVelocity:", &AppDelegate::pressVelocity},
-    {"quit", &AppDelegate::quit},
-    {"showShortcutPopup", &AppDelegate::showShortcutPopup},
-};
-
-constexpr ItemAction itemActions[] = {
-    {"CTRLALTCMDDidChanged:", &AppDelegate::CTRLALTCMDDidChanged},
-    {"freezeCursorAfterSwitch:", &AppDelegate::freezeCursorAfterSwitch},
-    {"openApp:", &AppDelegate::openApp},
-    {"stayHiddenDidChanged:", &AppDelegate::stayHiddenDidChanged},
-};
-
 } // namespace
 
 void AppDelegate::chosen(MenuItem& item) {
-    if (const auto found = std::ranges::find(actions, item.action, &Action::selector);
-        found != std::end(actions)) {
-        (this->*found->operation)();
-        return;
-    }
-    if (const auto found = std::ranges::find(itemActions, item.action, &ItemAction::selector);
-        found != std::end(itemActions))
-        (this->*found->operation)(item);
+    sendAction(*this, item.action, item);
 }
 
 void AppDelegate::moved(Slider& slider) {
-    if (slider.action == "sliderDidMove:")
-        sliderDidMove(slider);
-    else if (slider.action == "velocitySliderDidMove:")
-        velocitySliderDidMove(slider);
+    sendAction(*this, slider.action, slider);
 }
 
 void AppDelegate::clicked(CheckBox& box) {
-    if (box.action == "valueChange:")
-        valueChange(box);
-    else if (box.action == "presscheck:")
-        presscheck(box);
+    sendAction(*this, box.action, box);
 }
 
 void AppDelegate::toggleSetting(std::string_view key) {

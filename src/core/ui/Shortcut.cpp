@@ -3,7 +3,7 @@
 #include "app/Variants.h"
 #include "util/Format.h"
 
-// The shortcut that switches the product from anywhere, which the user records, and the fixed one,
+// The shortcut that switches the product from anywhere, which the user chooses, and the fixed one,
 // which is claimed and does nothing.
 
 namespace palisor {
@@ -72,7 +72,7 @@ void AppDelegate::showShortcutPopup() {
     } while (IDApp() == variants::barrier && !hasUsableShortcut());
 }
 
-/// A recorded shortcut is usable when it has a modifier and the recorder is switched on.
+/// A chosen shortcut is usable when it has a modifier and the recorder is switched on.
 bool AppDelegate::hasUsableShortcut() const {
     const auto shortcut = Shortcut::fromValue(services.settings.object(keys::customShortcut));
     return shortcut && (shortcut->modifierFlags & Shortcut::modifiers) != 0 &&

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/memory/Json.h"
+#include "platform/json/Writer.h"
 
 #include <cstdint>
 #include <functional>
@@ -10,6 +10,9 @@
 #include <vector>
 
 namespace platform::memory {
+
+using json::Member;
+using json::orNull;
 
 /// Virtual time since the start, in whole nanoseconds. The run loop sets it.
 struct Clock {
@@ -38,7 +41,7 @@ class Effects {
     void setSink(Sink newSink) { sink = std::move(newSink); }
 
     /// Keeps the effects from now on.
-    void record() { recording = true; }
+    void keep() { keeping = true; }
 
     /// What was kept, one text an effect, such as `warp {"to":[1919,500]}` or
     /// `showCursor {}`; of the effects named only, where names are given.
@@ -50,19 +53,16 @@ class Effects {
     /// As `lines`; forgets everything that was kept.
     std::vector<std::string> take(std::initializer_list<std::string_view> names = {});
 
-    void clear() { recorded.clear(); }
+    void clear() { kept.clear(); }
 
     /// `effects.emit("warp", Member{"to", point})`
     template <class... T>
     void emit(std::string_view name, const Member<T>&... members) {
-        if (!sink && !recording) return;
-        std::string text;
-        (writeMember(text, members.name, members.value), ...);
-        deliver(name, std::move(text));
+        if (sink || keeping) deliver(name, json::members(members...));
     }
 
   private:
-    struct Recorded {
+    struct Kept {
         std::int64_t nanoseconds;
         std::string name;
         std::string members;
@@ -72,8 +72,8 @@ class Effects {
 
     const Clock& clock;
     Sink sink;
-    bool recording = false;
-    std::vector<Recorded> recorded;
+    bool keeping = false;
+    std::vector<Kept> kept;
 };
 
 } // namespace platform::memory

@@ -1,11 +1,11 @@
-#include "platform/memory/Md5.h"
+#include "platform/memory/TextCodec.h"
 
 #include <array>
 #include <bit>
 #include <cmath>
 #include <cstdint>
 
-// As RFC 1321 tells it.
+// As RFC 1321 tells it. The contract suite of codecs compares it with that of a library.
 
 namespace platform::memory {
 
@@ -15,6 +15,8 @@ using Words = std::array<std::uint32_t, 4>;
 constexpr std::size_t blockLength = 64;
 constexpr std::array<std::array<int, 4>, 4> turns{
     {{7, 12, 17, 22}, {5, 9, 14, 20}, {4, 11, 16, 23}, {6, 10, 15, 21}}};
+constexpr std::array<unsigned, 4> factors{1, 5, 3, 7}; // which word a step takes
+constexpr std::array<unsigned, 4> offsets{0, 1, 5, 0};
 
 std::uint32_t sineWord(unsigned step) {
     return static_cast<std::uint32_t>(std::abs(std::sin(step + 1.0)) * 4294967296.0);
@@ -30,33 +32,24 @@ std::uint32_t wordAt(std::string_view block, std::size_t index) {
 void digestBlock(Words& state, std::string_view block) {
     auto [a, b, c, d] = state;
     for (unsigned step = 0; step < 64; ++step) {
-        std::uint32_t mixed = 0;
-        unsigned word = 0;
-        switch (step / 16) {
-        case 0:
-            mixed = (b & c) | (~b & d), word = step;
-            break;
-        case 1:
-            mixed = (d & b) | (~d & c), word = 5 * step + 1;
-            break;
-        case 2:
-            mixed = b ^ c ^ d, word = 3 * step + 5;
-            break;
-        default:
-            mixed = c ^ (b | ~d), word = 7 * step;
-        }
-        const std::uint32_t sum = a + mixed + sineWord(step) + wordAt(block, word % 16);
+        const unsigned round = step / 16;
+        const std::uint32_t mixed = round == 0   ? (b & c) | (~b & d)
+                                    : round == 1 ? (d & b) | (~d & c)
+                                    : round == 2 ? b ^ c ^ d
+                                                 : c ^ (b | ~d);
+        const unsigned word = (factors[round] * step + offsets[round]) % 16;
+        const std::uint32_t sum = a + mixed + sineWord(step) + wordAt(block, word);
         a = d;
         d = c;
         c = b;
-        b += std::rotl(sum, turns[step / 16][step % 4]);
+        b += std::rotl(sum, turns[round][step % 4]);
     }
     state = {state[0] + a, state[1] + b, state[2] + c, state[3] + d};
 }
 
 } // namespace
 
-std::string md5Hex(std::string_view bytes) {
+std::string TextCodec::md5(std::string_view bytes) const {
     std::string padded(bytes);
     padded += '\x80';
     while (padded.size() % blockLength != blockLength - 8)

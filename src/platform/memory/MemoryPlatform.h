@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Platform.h"
+#include "platform/json/Parser.h"
 #include "platform/memory/Alerts.h"
 #include "platform/memory/Application.h"
 #include "platform/memory/Bundle.h"
@@ -15,7 +16,6 @@
 #include "platform/memory/Images.h"
 #include "platform/memory/InfoWindows.h"
 #include "platform/memory/InputEvents.h"
-#include "platform/memory/JsonParser.h"
 #include "platform/memory/Keyboard.h"
 #include "platform/memory/Log.h"
 #include "platform/memory/LoginItems.h"
@@ -65,7 +65,7 @@ class MemoryPlatform {
     TextCodec textCodec;
     InfoWindows infoWindows{windows, workspace};
     Http http{effects};
-    JsonParser json;
+    platform::json::Parser json;
     Images images{[this](const std::string& path) { return files.contents(path); }};
     Web web{runLoop, displays};
     Calendar calendar{effects, clock};

@@ -1,6 +1,5 @@
 #include "platform/memory/TextCodec.h"
 
-#include "platform/memory/Md5.h"
 #include "platform/memory/Utf8.h"
 
 #include <cstdint>
@@ -53,10 +52,6 @@ std::string TextCodec::percentEncoded(std::string_view text, std::string_view al
         encoded += {'%', digits[byte >> 4], digits[byte & 0xf]};
     }
     return encoded;
-}
-
-std::string TextCodec::md5(std::string_view bytes) const {
-    return md5Hex(bytes);
 }
 
 std::string TextCodec::base64Decoded(std::string_view text) const {

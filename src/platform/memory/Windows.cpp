@@ -93,16 +93,15 @@ void Windows::forget(const WindowState& window) {
     std::erase(visible, &window);
 }
 
-std::vector<std::string> Windows::shown() const {
+std::vector<json::Raw> Windows::shown() const {
     auto ordered = visible;
     std::ranges::sort(ordered, {}, &WindowState::id);
-    std::vector<std::string> texts;
+    std::vector<json::Raw> objects;
     for (const WindowState* window : ordered)
-        forEachMember(*window, [&texts](const auto&... members) {
-            std::string& text = texts.emplace_back();
-            (writeMember(text, members.name, members.value), ...);
+        forEachMember(*window, [&objects](const auto&... members) {
+            objects.push_back(json::object(members...));
         });
-    return texts;
+    return objects;
 }
 
 } // namespace platform::memory

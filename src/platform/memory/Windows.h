@@ -8,7 +8,7 @@
 
 namespace platform::memory {
 
-/// What effects and records tell of a window of any kind.
+/// What effects and snapshots tell of a window of any kind.
 struct WindowState {
     WindowKind kind = WindowKind::dark;
     Rect frame{};
@@ -27,8 +27,8 @@ class Windows final : public platform::Windows {
 
     std::unique_ptr<Window> create(const WindowStyle& style) override;
 
-    /// The windows on screen in the order of their ids, each as the JSON members that tell of it.
-    std::vector<std::string> shown() const;
+    /// The windows on screen in the order of their ids, each as an object.
+    std::vector<json::Raw> shown() const;
 
     // For windows of every kind; what is shown must be hidden, or forgotten without an effect,
     // before it goes.

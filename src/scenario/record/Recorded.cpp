@@ -4,23 +4,7 @@
 
 namespace record {
 
-using platform::memory::Member;
-
-namespace {
-
-/// Which slider of the menu it is, by what tells them apart: what they do and how far they go.
-std::string_view nameOf(const platform::Slider& slider) {
-    if (slider.action == "velocitySliderDidMove:") return "velocity";
-    return slider.tickMarks == 21 ? "dark" : "time";
-}
-
-std::string nameOf(const platform::CheckBox& box) {
-    constexpr int firstSideTag = 10;
-    return box.tag > firstSideTag ? "butlato" + std::to_string(box.tag - firstSideTag)
-                                  : "butangolo" + std::to_string(box.tag);
-}
-
-} // namespace
+using scenario::nameOf;
 
 RecordedStatusItem::RecordedStatusItem(platform::StatusItem& realItem, ScenarioWriter& scenario,
                                        std::function<platform::CurrentEvent()> askCurrentEvent)
@@ -32,24 +16,25 @@ void RecordedStatusItem::create(platform::Menu& menu, platform::MenuTarget& newT
 }
 
 void RecordedStatusItem::menuWillOpen(platform::Menu& menu) {
-    writer.step("statusClick", Member{"button", currentEvent().buttonNumber});
+    writer.step(names::statusClick, Member{names::button, currentEvent().buttonNumber});
     target->menuWillOpen(menu);
 }
 
 void RecordedStatusItem::chosen(platform::MenuItem& item) {
-    writer.step("choose", Member{"title", item.title});
+    writer.step(names::choose, Member{names::title, item.title});
     target->chosen(item);
 }
 
 void RecordedStatusItem::moved(platform::Slider& slider) {
     const bool up = currentEvent().type == platform::EventType::leftMouseUp;
-    writer.step("slider", Member{"name", nameOf(slider)}, Member{"value", slider.value},
-                Member{"event", std::string_view(up ? "up" : "drag")});
+    const auto moment = scenario::moments[up ? scenario::duringUp : scenario::duringDrag];
+    writer.step(names::slider, Member{names::name, nameOf(slider)},
+                Member{names::value, slider.value}, Member{names::event, moment});
     target->moved(slider);
 }
 
 void RecordedStatusItem::clicked(platform::CheckBox& box) {
-    writer.step("button", Member{"name", nameOf(box)}, Member{"state", box.state});
+    writer.step(names::button, Member{names::name, nameOf(box)}, Member{names::state, box.state});
     target->clicked(box);
 }
 

@@ -55,7 +55,8 @@ class RecordedDisplays final : public platform::Displays {
 
 class RecordedStatusItem final : public platform::StatusItem, private platform::MenuTarget {
   public:
-    /// `buttonNumber` answers which mouse button opened the menu.
+    /// `currentEvent` answers with the event that is being handled: what opened the menu, or
+    /// moves a slider.
     RecordedStatusItem(platform::StatusItem& realItem, ScenarioWriter& scenario,
                        std::function<platform::CurrentEvent()> currentEvent);
 

@@ -2,46 +2,9 @@
 
 #include "platform/HotKeys.h"
 
-#include <array>
-#include <optional>
-
 namespace record {
 
 using platform::EventType;
-using platform::memory::Member;
-
-namespace {
-
-struct NamedType {
-    EventType type;
-    std::string_view name;
-};
-
-constexpr std::array<NamedType, 15> names{{
-    {EventType::leftMouseDown, "leftMouseDown"},
-    {EventType::leftMouseUp, "leftMouseUp"},
-    {EventType::rightMouseDown, "rightMouseDown"},
-    {EventType::rightMouseUp, "rightMouseUp"},
-    {EventType::mouseMoved, "mouseMoved"},
-    {EventType::leftMouseDragged, "leftMouseDragged"},
-    {EventType::rightMouseDragged, "rightMouseDragged"},
-    {EventType::scrollWheel, "scrollWheel"},
-    {EventType::tabletPoint, "tabletPoint"},
-    {EventType::tabletProximity, "tabletProximity"},
-    {EventType::otherMouseDown, "otherMouseDown"},
-    {EventType::otherMouseUp, "otherMouseUp"},
-    {EventType::otherMouseDragged, "otherMouseDragged"},
-    {EventType::keyDown, "keyDown"},
-    {EventType::keyUp, "keyUp"},
-}};
-
-std::string_view nameOf(EventType type) {
-    for (const NamedType& named : names)
-        if (named.type == type) return named.name;
-    return "mouseMoved";
-}
-
-} // namespace
 
 ScenarioWriter::ScenarioWriter(const std::string& path) : file(path, std::ios::trunc) {}
 
@@ -52,7 +15,7 @@ void ScenarioWriter::begin(const platform::Bundle& bundle, const platform::Dicti
     for (const char* key :
          {"CFBundleIdentifier", "CFBundleDisplayName", "CFBundleShortVersionString"})
         information[key] = platform::Value{std::string(bundle.string(key))};
-    step("bundle", Member{"info", information});
+    step(names::bundle, Member{names::info, information});
 
     // Only these types can stand in a step.
     platform::Dictionary plain;
@@ -63,15 +26,14 @@ void ScenarioWriter::begin(const platform::Bundle& bundle, const platform::Dicti
         else if (value.held.index() <= 2)
             plain[key] = value;
     }
-    step("defaults", Member{"set", plain});
+    step(names::defaults, Member{names::set, plain});
     if (shortcut)
-        step("shortcut", Member{"keyCode", shortcut->keyCode},
-             Member{"modifierFlags", shortcut->modifierFlags});
+        step(names::shortcut, Member{names::keyCode, shortcut->keyCode},
+             Member{names::modifierFlags, shortcut->modifierFlags});
     else
-        step("shortcut", Member{"clear", true});
+        step(names::shortcut, Member{names::clear, true});
     screens(displays);
-    step("launch");
-    launched = true;
+    step(names::launch);
     last = Clock::now();
 }
 
@@ -82,30 +44,24 @@ void ScenarioWriter::screens(const platform::Displays& displays) {
         if (screen.id == displays.mainScreen()) main = frames.size();
         frames.push_back(screen.frame);
     }
-    step("screens", Member{"frames", frames}, Member{"main", main});
+    step(names::screens, Member{names::frames, frames}, Member{names::main, main});
 }
 
 void ScenarioWriter::input(const platform::InputEvent& event) {
     if (event.type == EventType::flagsChanged)
-        step("flagsChanged", Member{"keyCode", event.keyCode});
+        step(names::flagsChanged, Member{names::keyCode, event.keyCode});
     else
-        step("pointer", Member{"at", event.location}, Member{"type", nameOf(event.type)});
+        step(names::pointer, Member{names::at, event.location},
+             Member{names::type, scenario::nameOf(event.type)});
 }
 
 void ScenarioWriter::passTime() {
-    if (!launched) return;
+    if (!last) return;
     const auto now = Clock::now();
-    const std::int64_t passed =
-        std::chrono::duration_cast<std::chrono::nanoseconds>(now - last).count();
+    const platform::json::Seconds passed{
+        std::chrono::duration_cast<std::chrono::nanoseconds>(now - *last).count()};
     last = now;
-    std::string line = R"({"do":"advance")";
-    platform::memory::writeMember(line, "seconds", platform::memory::Seconds{passed});
-    write(line + "}");
-}
-
-void ScenarioWriter::write(const std::string& line) {
-    file << line << '\n';
-    file.flush();
+    write(names::advance, Member{names::seconds, passed});
 }
 
 } // namespace record

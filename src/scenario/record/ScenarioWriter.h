@@ -4,15 +4,19 @@
 #include "platform/Displays.h"
 #include "platform/InputEvents.h"
 #include "platform/Value.h"
-#include "platform/memory/Json.h"
+#include "platform/json/Writer.h"
+#include "scenario/Names.h"
 
 #include <chrono>
 #include <fstream>
-#include <span>
+#include <optional>
 #include <string>
 #include <string_view>
 
 namespace record {
+
+namespace names = scenario::names;
+using platform::json::Member;
 
 /// Writes what happens in a session as a scenario that palisor-replay plays: one step a line, with
 /// the time that passed between them. Each line is in the file as soon as it is written, so that a
@@ -25,19 +29,16 @@ class ScenarioWriter {
     /// False when the file cannot be written.
     bool good() const { return file.good(); }
 
-    /// What the session starts with. Numbers, texts and flags of the settings; a recorded shortcut;
-    /// the screens.
+    /// What the session starts with. Numbers, texts and flags of the settings; the user's
+    /// shortcut; the screens.
     void begin(const platform::Bundle& bundle, const platform::Dictionary& settings,
                const platform::Displays& displays);
 
-    /// `step("cursor", Member{"at", point})`
+    /// `step(names::pointer, Member{names::at, point})`
     template <class... T>
-    void step(std::string_view name, const platform::memory::Member<T>&... members) {
+    void step(std::string_view name, const Member<T>&... members) {
         passTime();
-        std::string line = R"({"do":)";
-        platform::memory::writeJson(line, name);
-        (platform::memory::writeMember(line, members.name, members.value), ...);
-        write(line + "}");
+        write(name, members...);
     }
 
     void screens(const platform::Displays& displays);
@@ -47,11 +48,13 @@ class ScenarioWriter {
     using Clock = std::chrono::steady_clock;
 
     void passTime();
-    void write(const std::string& line);
+    template <class... T>
+    void write(std::string_view name, const Member<T>&... members) {
+        file << object(Member{names::step, name}, members...).text << std::endl;
+    }
 
     std::ofstream file;
-    Clock::time_point last{};
-    bool launched = false;
+    std::optional<Clock::time_point> last; ///< when the last step was; nothing before the launch
 };
 
 } // namespace record

@@ -1,109 +1,104 @@
 #include "scenario/replay/Members.h"
 
-#include "platform/memory/Json.h"
+#include "platform/json/Writer.h"
 
 #include <algorithm>
-#include <limits>
+#include <array>
 
 namespace palisor::replay {
 
 namespace {
 
-[[noreturn]] void fail(const std::string& what, std::string_view mustBe) {
-    throw StepError(what + " must be " + std::string(mustBe));
+std::optional<double> numberIn(const Json& value) {
+    if (const auto* integer = std::get_if<std::int64_t>(&value.held))
+        return static_cast<double>(*integer);
+    const auto* number = std::get_if<double>(&value.held);
+    return number == nullptr ? std::nullopt : std::optional(*number);
 }
 
-std::vector<double> numbers(const Json& value, std::size_t count, const std::string& what,
-                            std::string_view mustBe) {
-    if (!value.is_array() || value.size() != count ||
-        !std::ranges::all_of(value, [](const Json& item) { return item.is_number(); }))
-        fail(what, mustBe);
-    return value.get<std::vector<double>>();
+template <std::size_t count>
+std::array<double, count> numbersIn(const Json& value, const std::string& what,
+                                    std::string_view name) {
+    const auto* list = std::get_if<Json::List>(&value.held);
+    if (list == nullptr || list->size() != count ||
+        !std::ranges::all_of(*list, [](const Json& item) { return numberIn(item).has_value(); }))
+        mustBe(what, name);
+    std::array<double, count> numbers{};
+    std::ranges::transform(*list, numbers.begin(),
+                           [](const Json& item) { return *numberIn(item); });
+    return numbers;
 }
 
 } // namespace
 
 std::string inQuotes(std::string_view text) {
     std::string out;
-    platform::memory::writeJson(out, text);
+    platform::json::writeJson(out, text);
     return out;
 }
 
-double toNumber(const Json& value, const std::string& what) {
-    if (!value.is_number()) fail(what, "a number");
-    return value.get<double>();
+void mustBe(const std::string& what, std::string_view form) {
+    throw StepError(what + " must be " + std::string(form));
 }
 
-std::int64_t toInteger(const Json& value, const std::string& what) {
-    constexpr std::uint64_t most = std::numeric_limits<std::int64_t>::max();
-    if (!value.is_number_integer() ||
-        (value.is_number_unsigned() && value.get<std::uint64_t>() > most))
-        fail(what, "an integer");
-    return value.get<std::int64_t>();
+void mustBeLike(const std::string& what, const Json& example) {
+    constexpr std::array<std::string_view, 7> forms{
+        "null", "true or false", "an integer", "a number", "a text", "a list", "an object"};
+    mustBe(what, forms.at(example.held.index()));
 }
 
-bool toBoolean(const Json& value, const std::string& what) {
-    if (!value.is_boolean()) fail(what, "true or false");
-    return value.get<bool>();
+template <>
+double to(const Json& value, const std::string& what) {
+    const auto number = numberIn(value);
+    if (!number) mustBe(what, "a number");
+    return *number;
 }
 
-std::string toText(const Json& value, const std::string& what) {
-    if (!value.is_string()) fail(what, "a text");
-    return value.get<std::string>();
+template <>
+platform::Point to(const Json& value, const std::string& what) {
+    const auto [x, y] = numbersIn<2>(value, what, "a point [x, y]");
+    return {x, y};
 }
 
-platform::Point toPoint(const Json& value, const std::string& what) {
-    const auto n = numbers(value, 2, what, "a point [x, y]");
-    return {n[0], n[1]};
+template <>
+platform::Rect to(const Json& value, const std::string& what) {
+    const auto [x, y, width, height] =
+        numbersIn<4>(value, what, "a rectangle [x, y, width, height]");
+    return {x, y, width, height};
 }
 
-platform::Rect toRect(const Json& value, const std::string& what) {
-    const auto n = numbers(value, 4, what, "a rectangle [x, y, width, height]");
-    return {n[0], n[1], n[2], n[3]};
-}
-
-const Json& toList(const Json& value, const std::string& what) {
-    if (!value.is_array()) fail(what, "a list");
-    return value;
-}
-
-const Json& toObject(const Json& value, const std::string& what) {
-    if (!value.is_object()) fail(what, "an object");
-    return value;
-}
-
-Members::Members(const Json& membersOf, std::string placeInErrors)
+Members::Members(const Json::Object& membersOf, std::string placeInErrors)
     : object(membersOf), place(std::move(placeInErrors)) {}
 
 const Json* Members::find(std::string_view name) {
     asked.emplace(name);
     const auto found = object.find(name);
-    return found == object.end() ? nullptr : &*found;
+    return found == object.end() ? nullptr : &found->second;
 }
 
-const Json& Members::get(std::string_view name) {
+const Json& Members::require(std::string_view name) {
     const Json* value = find(name);
     if (value == nullptr) throw StepError("member " + describe(name) + " is missing");
     return *value;
 }
 
 std::int64_t Members::integer(std::string_view name, std::int64_t least, std::int64_t most) {
-    const std::int64_t number = integer(name);
+    const auto number = get<std::int64_t>(name);
     if (number < least || number > most)
-        fail(describe(name),
-             "an integer from " + std::to_string(least) + " to " + std::to_string(most));
+        mustBe(describe(name),
+               "an integer from " + std::to_string(least) + " to " + std::to_string(most));
     return number;
 }
 
 std::vector<std::string> Members::texts(std::string_view name) {
     std::vector<std::string> items;
-    for (const Json& item : toList(get(name), describe(name)))
-        items.push_back(toText(item, "each item of " + describe(name)));
+    for (const Json& item : get<Json::List>(name))
+        items.push_back(to<std::string>(item, "each item of " + describe(name)));
     return items;
 }
 
-std::size_t Members::oneOf(std::string_view name, const std::vector<std::string_view>& words) {
-    const std::string word = text(name);
+std::size_t Members::oneOf(std::string_view name, std::span<const std::string_view> words) {
+    const auto word = get<std::string>(name);
     const auto found = std::ranges::find(words, word);
     if (found != words.end()) return static_cast<std::size_t>(found - words.begin());
     std::string list;
@@ -113,7 +108,7 @@ std::size_t Members::oneOf(std::string_view name, const std::vector<std::string_
 }
 
 void Members::finish() const {
-    for (const auto& [name, value] : object.items())
+    for (const auto& [name, value] : object)
         if (!asked.contains(name)) throw StepError("unknown member " + describe(name));
 }
 

@@ -7,10 +7,10 @@
 
 namespace palisor::replay {
 
-/// The sending of an operation to the application object, by its selector
+/// Prepares to send an operation to the application object, by its selector
 /// ("runForDirection:") or by its name in the source ("runForDirection"). The action prints a
 /// result as the effect `result`. Throws StepError for an unknown operation, and for arguments that
 /// are not those that it takes.
-Action prepareCall(Player& player, const std::string& operation, const Json& arguments);
+Action prepareCall(Player& player, const std::string& name, const Json::List& arguments);
 
 } // namespace palisor::replay

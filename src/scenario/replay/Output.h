@@ -15,8 +15,8 @@ struct OutputError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-/// Prints effects and records, each line flushed on its own, so that whoever reads along, or finds
-/// a run broken off, has everything up to there.
+/// Prints effects and snapshots, each line flushed on its own, so that whoever reads along, or
+/// finds a run broken off, has everything up to there.
 class Output {
   public:
     /// `only` names the effects to print; empty for all of them.
@@ -25,7 +25,7 @@ class Output {
     void effect(const platform::memory::Effect& effect);
 
     /// Prints it whatever effects are asked for.
-    void record(std::string line) { print(std::move(line)); }
+    void snapshot(std::string line) { print(std::move(line)); }
 
   private:
     void print(std::string line);

@@ -2,9 +2,10 @@
 
 #include "app/AppDelegate.h"
 #include "platform/memory/MemoryPlatform.h"
-#include "scenario/replay/Facts.h"
 #include "scenario/replay/Output.h"
 #include "scenario/replay/Scenario.h"
+
+#include <deque>
 
 namespace palisor::replay {
 
@@ -21,18 +22,22 @@ class Player {
     /// the scenario's current line, and OutputError.
     void play();
 
+    /// What the user enters when next asked for a shortcut, nothing to clear it; before the launch
+    /// it is stored at once.
+    void enter(const std::optional<platform::Shortcut>& shortcut);
+
     platform::memory::MemoryPlatform platform;
     const platform::Platform services{platform.services()};
     AppDelegate app{services};
-    Facts facts;
     Output& output;
     bool launched = false;
 
   private:
     void playSteps();
-    void recordShortcut();
+    void answerShortcutPopup();
 
     Scenario& scenario;
+    std::deque<std::optional<platform::Shortcut>> shortcuts; ///< to be entered
     int popups = 0; ///< shortcut popups that the step at hand has shown
 };
 

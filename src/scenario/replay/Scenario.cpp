@@ -1,8 +1,13 @@
 #include "scenario/replay/Scenario.h"
 
+#include "platform/json/Parser.h"
+
 namespace palisor::replay {
 
 namespace {
+
+// A call's arguments stand in a list of the step, and one of them may be a whole reply.
+constexpr std::size_t deepest = platform::Json::deepest + 2;
 
 bool isSkipped(const std::string& line) {
     return line.starts_with('#') || line.find_first_not_of(" \t\r") == std::string::npos;
@@ -10,20 +15,18 @@ bool isSkipped(const std::string& line) {
 
 } // namespace
 
-std::optional<Json> Scenario::next() {
+std::optional<Json::Object> Scenario::next() {
     std::string text;
     while (std::getline(stream, text)) {
         ++lineNumber;
         if (isSkipped(text)) continue;
         try {
-            Json step = Json::parse(text);
-            if (!step.is_object()) throw StepError("a step must be a JSON object");
-            return step;
-        } catch (const Json::parse_error& error) {
-            throw StepError("not JSON at byte " + std::to_string(error.byte));
-        } catch (const Json::out_of_range&) {
-            throw StepError("not JSON that can be read: a number is too large");
+            Json step = platform::json::read(text, deepest);
+            if (auto* members = std::get_if<Json::Object>(&step.held)) return std::move(*members);
+        } catch (const platform::json::ParseError& error) {
+            throw StepError(error.what());
         }
+        throw StepError("a step must be a JSON object");
     }
     if (stream.bad()) {
         ++lineNumber;

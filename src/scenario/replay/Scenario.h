@@ -15,7 +15,7 @@ class Scenario {
     explicit Scenario(std::istream& input) : stream(input) {}
 
     /// The next step, a JSON object; nothing at the end. Throws StepError.
-    std::optional<Json> next();
+    std::optional<Json::Object> next();
 
     /// The number of the line that was read last, from 1.
     std::size_t line() const { return lineNumber; }

@@ -35,8 +35,8 @@ TEST(Markers, LetClicksThroughAndAreHalfTransparentRed) {
         EXPECT_THAT(line, testing::HasSubstr(R"("alpha":0.5)"));
         EXPECT_THAT(line, testing::HasSubstr(R"("background":"red")"));
     }
-    for (const std::string& window : program.platform.windows.shown())
-        EXPECT_THAT(window, testing::HasSubstr(R"("ignoresMouse":true)"));
+    for (const auto& window : program.platform.windows.shown())
+        EXPECT_THAT(window.text, testing::HasSubstr(R"("ignoresMouse":true)"));
 }
 
 TEST(Markers, AreOnlyMadeByTheCrossHair) {

@@ -1,4 +1,3 @@
-#include "app/Variants.h"
 #include "scenario/replay/Player.h"
 #include "scenario/replay/steps/Steps.h"
 
@@ -12,7 +11,7 @@ namespace palisor::replay {
 namespace {
 
 void printInert(Player& player, std::string_view title) {
-    player.platform.effects.emit("inert", platform::memory::Member{"title", title});
+    player.platform.effects.emit("inert", platform::json::Member{"title", title});
 }
 
 /// The event that the program reads as its current one, for as long as this lives.
@@ -41,7 +40,7 @@ MenuItem* findItem(const Menu* menu, const Fits& fits) {
 }
 
 Action choose(Player& player, Members& members) {
-    return [&player, title = members.text("title")] {
+    return [&player, title = members.get<std::string>(names::title)] {
         auto& statusItem = player.platform.statusItem;
         MenuItem* item = findItem(statusItem.menu(), [&title](const MenuItem& entry) {
             return !entry.title.empty() && (entry.title == title || entry.text == title);
@@ -53,73 +52,44 @@ Action choose(Player& player, Members& members) {
     };
 }
 
-struct NamedSlider {
-    std::string_view name;
-    std::string_view action;
-    int variant; ///< the product whose slider it is; 0 for any
-};
-
-constexpr std::array<NamedSlider, 3> sliders{{
-    {"dark", "sliderDidMove:", variants::barrier},
-    {"time", "sliderDidMove:", variants::cursorHider},
-    {"velocity", "velocitySliderDidMove:", 0},
-}};
-
-Slider* findSlider(Player& player, const NamedSlider& named) {
-    if (named.variant != 0 && named.variant != player.app.IDApp()) return nullptr;
-    const auto sliderOf = [](MenuItem& item) {
-        return std::get_if<platform::SliderView>(&item.view);
-    };
-    MenuItem* item = findItem(player.platform.statusItem.menu(), [&](MenuItem& entry) {
-        const auto* view = sliderOf(entry);
-        return view != nullptr && view->slider.action == named.action;
+Slider* findSlider(Player& player, std::string_view name) {
+    Slider* found = nullptr;
+    findItem(player.platform.statusItem.menu(), [&](MenuItem& entry) {
+        auto* view = std::get_if<platform::SliderView>(&entry.view);
+        if (view != nullptr && scenario::nameOf(view->slider) == name) found = &view->slider;
+        return found != nullptr;
     });
-    return item == nullptr ? nullptr : &sliderOf(*item)->slider;
+    return found;
 }
 
 Action slider(Player& player, Members& members) {
-    const NamedSlider& named = sliders.at(members.oneOf("name", {"dark", "time", "velocity"}));
-    const double value = members.number("value");
-    const std::array<platform::EventType, 3> events = {platform::EventType::leftMouseUp,
-                                                       platform::EventType::leftMouseDragged,
-                                                       platform::EventType::mouseMoved};
-    const auto event = members.has("event") ? members.oneOf("event", {"up", "drag", "none"}) : 1;
-    if (findSlider(player, named) == nullptr)
-        throw StepError("the menu holds no slider " + inQuotes(named.name));
-    return [&player, &named, value, type = events.at(event)] {
-        Slider& found = *findSlider(player, named);
+    const auto name = scenario::sliders.at(members.oneOf(names::name, scenario::sliders));
+    const auto value = members.get<double>(names::value);
+    constexpr std::array events = {platform::EventType::leftMouseUp,
+                                   platform::EventType::leftMouseDragged,
+                                   platform::EventType::mouseMoved};
+    const auto event = members.has(names::event) ? members.oneOf(names::event, scenario::moments)
+                                                 : scenario::duringDrag;
+    if (findSlider(player, name) == nullptr)
+        throw StepError("the menu holds no slider " + inQuotes(name));
+    return [&player, name, value, type = events.at(event)] {
+        Slider& found = *findSlider(player, name);
         found.value = std::clamp(value, found.minimum, found.maximum);
         const DuringEvent current(player, {.type = type});
         player.platform.statusItem.menuTarget()->moved(found);
     };
 }
 
-struct NamedButton {
-    std::string_view name;
-    CheckBox AppDelegate::*button;
-};
-
-constexpr std::array<NamedButton, 8> buttons{{
-    {"butlato1", &AppDelegate::butlato1},
-    {"butlato2", &AppDelegate::butlato2},
-    {"butlato3", &AppDelegate::butlato3},
-    {"butlato4", &AppDelegate::butlato4},
-    {"butangolo1", &AppDelegate::butangolo1},
-    {"butangolo2", &AppDelegate::butangolo2},
-    {"butangolo3", &AppDelegate::butangolo3},
-    {"butangolo4", &AppDelegate::butangolo4},
-}};
-
 Action button(Player& player, Members& members) {
-    std::vector<std::string_view> names;
-    for (const NamedButton& named : buttons)
-        names.push_back(named.name);
-    const NamedButton& chosen = buttons.at(members.oneOf("name", names));
-    const int state = static_cast<int>(members.integer("state", 0, 1));
-    return [&player, &chosen, state] {
-        CheckBox& box = player.app.*chosen.button;
+    constexpr std::array<CheckBox AppDelegate::*, scenario::buttons.size()> boxes{
+        &AppDelegate::butlato1,   &AppDelegate::butlato2,   &AppDelegate::butlato3,
+        &AppDelegate::butlato4,   &AppDelegate::butangolo1, &AppDelegate::butangolo2,
+        &AppDelegate::butangolo3, &AppDelegate::butangolo4};
+    const std::size_t index = members.oneOf(names::name, scenario::buttons);
+    const int state = static_cast<int>(members.integer(names::state, 0, 1));
+    return [&player, &box = player.app.*boxes.at(index), index, state] {
         if (!box.enabled) {
-            printInert(player, chosen.name);
+            printInert(player, scenario::buttons.at(index));
             return;
         }
         box.state = state;
@@ -128,7 +98,7 @@ Action button(Player& player, Members& members) {
 }
 
 Action statusClick(Player& player, Members& members) {
-    const auto button = members.integer("button", 0, 2);
+    const auto button = members.integer(names::button, 0, 2);
     const std::array<platform::EventType, 3> types = {platform::EventType::leftMouseDown,
                                                       platform::EventType::rightMouseDown,
                                                       platform::EventType::otherMouseDown};
@@ -141,23 +111,23 @@ Action statusClick(Player& player, Members& members) {
 }
 
 Action hotKey(Player& player, Members& members) {
-    const std::int64_t flags =
-        members.has("modifierFlags") ? members.integer("modifierFlags", 0, mostFlags) : 0;
-    const Shortcut shortcut = toShortcut(members.integer("keyCode", 0, mostKeyCode), flags);
-    return [&player, shortcut] { player.platform.hotKeys.press(shortcut); };
+    const auto flags = members.has(names::modifierFlags) ? modifierFlagsOf(members) : 0;
+    return [&player, shortcut = platform::Shortcut{keyCodeOf(members), flags}] {
+        player.platform.hotKeys.press(shortcut);
+    };
 }
 
 Action link(Player& player, Members& members) {
-    const std::array<std::string_view, 2> views{"contact", "web"};
-    const std::string_view view = views.at(members.oneOf("view", {"contact", "web"}));
-    return [&player, view, url = members.text("url")] {
+    static constexpr std::array<std::string_view, 2> views{"contact", "web"};
+    const std::string_view view = views.at(members.oneOf("view", views));
+    return [&player, view, url = members.get<std::string>("url")] {
         player.platform.infoWindows.followLink(view, url);
     };
 }
 
 constexpr StepKind kinds[] = {
-    {"choose", choose},           {"slider", slider}, {"button", button},
-    {"statusClick", statusClick}, {"hotKey", hotKey}, {"link", link},
+    {names::choose, choose},           {names::slider, slider}, {names::button, button},
+    {names::statusClick, statusClick}, {"hotKey", hotKey},      {"link", link},
 };
 
 } // namespace

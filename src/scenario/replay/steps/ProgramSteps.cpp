@@ -1,6 +1,6 @@
 #include "scenario/replay/Operations.h"
 #include "scenario/replay/Player.h"
-#include "scenario/replay/Records.h"
+#include "scenario/replay/Snapshots.h"
 #include "scenario/replay/steps/Steps.h"
 
 namespace palisor::replay {
@@ -16,24 +16,21 @@ Action launch(Player& player, Members&) {
 }
 
 Action call(Player& player, Members& members) {
-    const std::string operation = members.text("operation");
-    Json arguments = Json::array();
-    if (const Json* list = members.find("arguments"))
-        arguments = toList(*list, members.describe("arguments"));
-    return prepareCall(player, operation, arguments);
+    const auto operation = members.get<std::string>("operation");
+    return prepareCall(player, operation, members.get<Json::List>("arguments", {}));
 }
 
 Action show(Player& player, Members& members) {
-    std::vector<RecordWriter> writers;
+    std::vector<Snapshot> snapshots;
     for (const std::string& name : members.texts("what"))
-        writers.push_back(recordWriter(name));
-    return [&player, writers] {
-        for (const RecordWriter write : writers)
-            player.output.record(write(player));
+        snapshots.push_back(snapshotOf(name));
+    return [&player, snapshots] {
+        for (const Snapshot take : snapshots)
+            player.output.snapshot(take(player).text);
     };
 }
 
-constexpr StepKind kinds[] = {{"launch", launch}, {"call", call}, {"show", show}};
+constexpr StepKind kinds[] = {{names::launch, launch}, {"call", call}, {"show", show}};
 
 } // namespace
 

@@ -1,51 +1,42 @@
 #include "scenario/replay/Player.h"
 #include "scenario/replay/steps/Steps.h"
 
-#include <limits>
+#include <utility>
 
 namespace palisor::replay {
 
 namespace {
 
-void mustBeTrue(Members& members, std::string_view name) {
-    if (!members.boolean(name)) throw StepError(members.describe(name) + " must be true");
+/// A member whose only value is true, and which no other step member goes with.
+bool standsAlone(Members& members, std::string_view name,
+                 std::initializer_list<std::string_view> others) {
+    if (!members.has(name)) return false;
+    if (!members.get<bool>(name)) mustBe(members.describe(name), "true");
+    for (const std::string_view other : others)
+        if (members.has(other)) throw StepError(inQuotes(name) + " stands alone");
+    return true;
 }
 
 Action shortcut(Player& player, Members& members) {
-    std::optional<Shortcut> recorded;
-    if (members.has("clear")) {
-        mustBeTrue(members, "clear");
-        if (members.has("keyCode") || members.has("modifierFlags"))
-            throw StepError("\"clear\" stands alone");
-    } else {
-        recorded = toShortcut(members.integer("keyCode", 0, mostKeyCode),
-                              members.integer("modifierFlags", 0, mostFlags));
+    std::optional<platform::Shortcut> entered;
+    if (!standsAlone(members, names::clear, {names::keyCode, names::modifierFlags})) {
+        const auto flags = modifierFlagsOf(members);
+        entered = {keyCodeOf(members), flags};
     }
-    return [&player, recorded] {
-        if (player.launched)
-            player.facts.recordings.push_back(recorded);
-        else
-            storeShortcut(player.platform, recorded);
-    };
+    return [&player, entered] { player.enter(entered); };
 }
 
 Action reply(Player& player, Members& members) {
     std::optional<std::string> answer;
-    if (members.has("error")) {
-        mustBeTrue(members, "error");
-        if (members.has("body")) throw StepError("\"error\" stands alone");
-    } else {
-        answer = members.text("body");
-    }
+    if (!standsAlone(members, "error", {"body"})) answer = members.get<std::string>("body");
     return [&player, answer] { player.platform.http.setReply(answer); };
 }
 
 Action answers(Player& player, Members& members) {
     std::deque<int> codes;
-    for (const Json& code : toList(members.get("codes"), members.describe("codes"))) {
-        const std::int64_t number = toInteger(code, "each code");
-        if (number != static_cast<int>(number))
-            throw StepError("each code must be an integer of 32 bits");
+    for (const Json& code : members.get<Json::List>("codes")) {
+        const auto number = to<std::int64_t>(code, "each code");
+        if (!std::in_range<int>(number)) mustBe("each code", "an integer of 32 bits");
         codes.push_back(static_cast<int>(number));
     }
     return [&player, codes] { player.platform.alerts.setAnswers(codes); };
@@ -58,37 +49,38 @@ Action running(Player& player, Members& members) {
 }
 
 Action granted(Player& player, Members& members) {
-    return
-        [&player, value = members.boolean("value")] { player.platform.calendar.setGranted(value); };
+    return [&player, value = members.get<bool>("value")] {
+        player.platform.calendar.setGranted(value);
+    };
 }
 
 platform::CalendarAlarm toAlarm(const Json& value) {
-    Members members(toObject(value, "each alarm"), "of an alarm ");
+    const auto object = to<Json::Object>(value, "each alarm");
+    Members members(object, "of an alarm ");
     platform::CalendarAlarm alarm;
-    if (members.has("offset")) alarm.offset = members.number("offset");
-    if (members.has("sound")) alarm.sound = members.text("sound");
-    if (members.has("default")) alarm.isDefault = members.boolean("default");
+    alarm.offset = members.get("offset", alarm.offset);
+    alarm.sound = members.get("sound", alarm.sound);
+    alarm.isDefault = members.get("default", alarm.isDefault);
     members.finish();
     return alarm;
 }
 
 Action event(Player& player, Members& members) {
     platform::CalendarEvent made;
-    made.id = members.text("id");
-    made.start = members.number("start");
+    made.id = members.get<std::string>("id");
+    made.start = members.get<double>("start");
     if (!(made.start >= -1e9 && made.start <= 1e9))
-        throw StepError("\"start\" must be within 1000000000 seconds");
-    if (const Json* alarms = members.find("alarms"))
-        for (const Json& alarm : toList(*alarms, members.describe("alarms")))
-            made.alarms.push_back(toAlarm(alarm));
-    if (members.has("detached")) made.detached = members.boolean("detached");
-    if (members.has("recurring")) made.recurring = members.boolean("recurring");
+        mustBe("\"start\"", "within 1000000000 seconds");
+    for (const Json& alarm : members.get<Json::List>("alarms", {}))
+        made.alarms.push_back(toAlarm(alarm));
+    made.detached = members.get("detached", made.detached);
+    made.recurring = members.get("recurring", made.recurring);
     return [&player, made] { player.platform.calendar.add(made); };
 }
 
 constexpr StepKind kinds[] = {
-    {"shortcut", shortcut}, {"reply", reply},     {"answers", answers},
-    {"running", running},   {"granted", granted}, {"event", event},
+    {names::shortcut, shortcut}, {"reply", reply},     {"answers", answers},
+    {"running", running},        {"granted", granted}, {"event", event},
 };
 
 } // namespace

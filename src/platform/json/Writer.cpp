@@ -1,10 +1,10 @@
-#include "platform/memory/Json.h"
+#include "platform/json/Writer.h"
 
 #include <array>
 #include <charconv>
 #include <cmath>
 
-namespace platform::memory {
+namespace platform::json {
 
 namespace {
 
@@ -24,28 +24,12 @@ void writeEscaped(std::string& out, char c) {
     constexpr std::string_view named = "\"\\\b\f\n\r\t";
     constexpr std::string_view letters = "\"\\bfnrt";
     if (const auto index = named.find(c); index != std::string_view::npos) {
-        out += '\\';
-        out += letters[index];
+        out += {'\\', letters[index]};
         return;
     }
     constexpr std::string_view hexadecimal = "0123456789abcdef";
-    out += "\\u00";
-    out += hexadecimal[static_cast<unsigned char>(c) >> 4];
-    out += hexadecimal[static_cast<unsigned char>(c) & 15];
-}
-
-std::string base64(const Data& data) {
-    constexpr std::string_view letters =
-        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-    std::string text;
-    for (std::size_t i = 0; i < data.size(); i += 3) {
-        std::uint32_t group = 0;
-        for (std::size_t j = 0; j < 3; ++j)
-            group = group << 8 | (i + j < data.size() ? data[i + j] : 0u);
-        for (std::size_t j = 0; j < 4; ++j)
-            text += i + j > data.size() ? '=' : letters[group >> (18 - 6 * j) & 63];
-    }
-    return text;
+    const auto byte = static_cast<unsigned char>(c);
+    out += {'\\', 'u', '0', '0', hexadecimal[byte >> 4], hexadecimal[byte & 15]};
 }
 
 } // namespace
@@ -82,6 +66,10 @@ void writeJson(std::string& out, std::string_view text) {
     out += '"';
 }
 
+void writeJson(std::string& out, const Raw& value) {
+    out += value.text;
+}
+
 void writeJson(std::string& out, Point point) {
     writeJson(out, std::vector{point.x, point.y});
 }
@@ -90,23 +78,22 @@ void writeJson(std::string& out, Rect rect) {
     writeJson(out, std::vector{rect.x, rect.y, rect.width, rect.height});
 }
 
-void writeJson(std::string& out, const Value& value) {
-    if (const auto* data = std::get_if<Data>(&value.held)) {
-        writeJson(out, base64(*data));
-        return;
+void writeJson(std::string& out, const Data& data) {
+    constexpr std::string_view letters =
+        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    out += '"';
+    for (std::size_t i = 0; i < data.size(); i += 3) {
+        std::uint32_t group = 0;
+        for (std::size_t j = 0; j < 3; ++j)
+            group = group << 8 | (i + j < data.size() ? data[i + j] : 0u);
+        for (std::size_t j = 0; j < 4; ++j)
+            out += i + j > data.size() ? '=' : letters[group >> (18 - 6 * j) & 63];
     }
-    std::visit(
-        [&out](const auto& held) {
-            if constexpr (!std::same_as<std::decay_t<decltype(held)>, Data>) writeJson(out, held);
-        },
-        value.held);
+    out += '"';
 }
 
-void writeJson(std::string& out, const Dictionary& values) {
-    out += '{';
-    for (const auto& [key, value] : values)
-        writeMember(out, key, value);
-    out += '}';
+void writeJson(std::string& out, const Value& value) {
+    std::visit([&out](const auto& held) { writeJson(out, held); }, value.held);
 }
 
-} // namespace platform::memory
+} // namespace platform::json
