@@ -9,13 +9,9 @@ namespace {
 namespace keys = palisor::keys;
 using platform::Shortcut;
 using platform::qt::ShortcutRecorder;
-using platform::x11::HotKeys;
 
-ShortcutRecorder::Model recorderModel(platform::Settings& settings, const platform::Bundle& bundle,
-                                      HotKeys& hotKeys) {
-    const auto label = [&hotKeys](const Shortcut& shortcut) {
-        return hotKeys.modifierFlagsString(shortcut) + hotKeys.keyCodeString(shortcut);
-    };
+ShortcutRecorder::Model recorderModel(platform::Settings& settings,
+                                      const platform::Bundle& bundle) {
     return {.texts = {.empty = bundle.localizedString("RECORDER_EMPTY"),
                       .recording = bundle.localizedString("RECORDER_RECORDING"),
                       .hint = bundle.localizedString("RECORDER_HINT"),
@@ -32,34 +28,17 @@ ShortcutRecorder::Model recorderModel(platform::Settings& settings, const platfo
                         settings.remove(keys::customShortcut);
                     settings.synchronize();
                 },
-            .label = label,
-            .modifiersLabel =
-                [&hotKeys](std::uint32_t flags) {
-                    return hotKeys.modifierFlagsString({0, flags});
-                },
             .refusal =
-                [&hotKeys, &bundle, label](const Shortcut& shortcut) {
-                    return hotKeys.isTaken(shortcut)
-                               ? palisor::formatted(bundle.localizedString("RECORDER_TAKEN"),
-                                                    label(shortcut))
-                               : std::string();
-                },
-            .startRecording =
-                [&hotKeys](ShortcutRecorder::Pressed pressed, std::function<void()> left) {
-                    return hotKeys.startRecording(
-                        [pressed = std::move(pressed)](
-                            const platform::x11::KeyRecording::Stroke& stroke) {
-                            pressed(stroke.keyCode, stroke.modifierFlags);
-                        },
-                        std::move(left));
-                },
-            .stopRecording = [&hotKeys] { hotKeys.stopRecording(); }};
+                [&bundle](const std::string& label) {
+                    return palisor::formatted(bundle.localizedString("RECORDER_TAKEN"), label);
+                }};
 }
 
 } // namespace
 
 QWidget* makeAccessory(const std::string& name, platform::Settings& settings,
-                       const platform::Bundle& bundle, HotKeys& hotKeys, QWidget* parent) {
+                       const platform::Bundle& bundle, platform::RecordableHotKeys& hotKeys,
+                       QWidget* parent) {
     if (name != "customShortcutView") return nullptr;
-    return new ShortcutRecorder(recorderModel(settings, bundle, hotKeys), parent);
+    return new ShortcutRecorder(recorderModel(settings, bundle), hotKeys, parent);
 }

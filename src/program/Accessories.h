@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/Bundle.h"
+#include "platform/RecordableHotKeys.h"
 #include "platform/Settings.h"
-#include "platform/x11/keys/HotKeys.h"
 
 #include <string>
 
@@ -11,5 +11,5 @@ class QWidget;
 /// The control that an alert names, as a child of `parent`; null for an unknown one. What is lent
 /// must outlive it.
 QWidget* makeAccessory(const std::string& name, platform::Settings& settings,
-                       const platform::Bundle& bundle, platform::x11::HotKeys& hotKeys,
+                       const platform::Bundle& bundle, platform::RecordableHotKeys& hotKeys,
                        QWidget* parent);

@@ -18,11 +18,40 @@ using platform::qt::ShortcutRecorder;
 constexpr std::uint16_t keyK = 40, escape = 53, backspace = 51, deleteKey = 117, f5 = 96;
 constexpr Shortcut ctrlK{keyK, Shortcut::control};
 
+class Keyboard final : public platform::RecordableHotKeys {
+  public:
+    void registerShortcut(const Shortcut&, std::function<void()>) override {}
+    void unregisterShortcut(const Shortcut&) override {}
+    void bindShortcut(std::string_view, std::function<void()>) override {}
+    void breakBinding(std::string_view) override {}
+    std::string modifierFlagsString(const Shortcut& shortcut) const override {
+        const auto flags = shortcut.modifierFlags >> 16;
+        return flags == 0 ? "" : "held " + std::to_string(flags);
+    }
+    std::string keyCodeString(const Shortcut& shortcut) const override {
+        return " and " + std::to_string(shortcut.keyCode);
+    }
+    bool isTaken(const Shortcut& shortcut) const override { return shortcut == taken; }
+    bool startRecording(std::function<void(const Stroke&)> taker,
+                        std::function<void()> leave) override {
+        if (belongsToAnother) return false;
+        pressed = std::move(taker);
+        left = std::move(leave);
+        return true;
+    }
+    void stopRecording() override { pressed = nullptr; }
+
+    bool belongsToAnother = false;
+    Shortcut taken{0, 0};
+    std::function<void(const Stroke&)> pressed; ///< while a recording is on
+    std::function<void()> left;
+};
+
 class Recorder : public testing::Test {
   protected:
     void open() {
         window.emplace();
-        recorder = new ShortcutRecorder(model(), &*window);
+        recorder = new ShortcutRecorder(model(), keyboard, &*window);
         recorder->resize(300, 60);
         recorder->move(0, 0);
         elsewhere = new QWidget(&*window);
@@ -40,29 +69,9 @@ class Recorder : public testing::Test {
                     [this](std::optional<Shortcut> shortcut) {
                         stored = shortcut;
                         ++stores;
-                        recordingWhenStored = pressed != nullptr;
+                        recordingWhenStored = isRecording();
                     },
-                .label =
-                    [](const Shortcut& shortcut) {
-                        return "<" + std::to_string(shortcut.modifierFlags >> 16) + "," +
-                               std::to_string(shortcut.keyCode) + ">";
-                    },
-                .modifiersLabel =
-                    [](std::uint32_t flags) {
-                        return flags == 0 ? "" : "held " + std::to_string(flags >> 16);
-                    },
-                .refusal =
-                    [this](const Shortcut& shortcut) {
-                        return shortcut == taken ? std::string("taken") : std::string();
-                    },
-                .startRecording =
-                    [this](ShortcutRecorder::Pressed taker, std::function<void()> leave) {
-                        if (keyboardIsTaken) return false;
-                        pressed = std::move(taker);
-                        left = std::move(leave);
-                        return true;
-                    },
-                .stopRecording = [this] { pressed = nullptr; }};
+                .refusal = [](const std::string& label) { return "taken: " + label; }};
     }
 
     static void click(QWidget* target) {
@@ -80,24 +89,21 @@ class Recorder : public testing::Test {
     }
 
     void press(std::optional<std::uint16_t> code, std::uint32_t flags) {
-        ASSERT_TRUE(pressed) << "nothing is being recorded";
-        const auto taker = pressed; // it ends the recording itself
-        taker(code, flags);
+        ASSERT_TRUE(isRecording()) << "nothing is being recorded";
+        const auto taker = keyboard.pressed; // it ends the recording itself
+        taker({code, flags});
     }
 
-    bool isRecording() const { return pressed != nullptr; }
+    bool isRecording() const { return keyboard.pressed != nullptr; }
     std::string shown() const { return field->accessibleName().toStdString(); }
     std::string words() const { return recorder->findChild<QLabel*>()->text().toStdString(); }
     QAbstractButton* clearButton() const { return recorder->findChild<QAbstractButton*>(); }
 
     bool enabled = true;
-    bool keyboardIsTaken = false;
+    Keyboard keyboard;
     std::optional<Shortcut> stored;
-    Shortcut taken{0, 0};
     int stores = 0;
     bool recordingWhenStored = false;
-    ShortcutRecorder::Pressed pressed;
-    std::function<void()> left;
     std::optional<QWidget> window;
     ShortcutRecorder* recorder = nullptr;
     QWidget* field = nullptr;
@@ -126,20 +132,20 @@ TEST_F(Recorder, StoresOneCombinationAndShowsItAsItIsLabelled) {
     EXPECT_FALSE(isRecording());
     EXPECT_FALSE(recordingWhenStored) << "it could not be tried";
     EXPECT_EQ(stored, ctrlK);
-    EXPECT_EQ(shown(), "<4,40>");
+    EXPECT_EQ(shown(), "held 4 and 40");
     EXPECT_EQ(words(), "");
     EXPECT_TRUE(clearButton()->isVisible());
 }
 
 TEST_F(Recorder, SaysThatAnotherProgramHoldsTheCombination) {
-    taken = ctrlK;
+    keyboard.taken = ctrlK;
     open();
     click(field);
     press(keyK, Shortcut::control);
-    EXPECT_EQ(shown(), "<4,40>");
-    EXPECT_EQ(words(), "taken");
+    EXPECT_EQ(shown(), "held 4 and 40");
+    EXPECT_EQ(words(), "taken: held 4 and 40");
     open();
-    EXPECT_EQ(words(), "taken") << "also when it is shown again";
+    EXPECT_EQ(words(), "taken: held 4 and 40") << "also when it is shown again";
 }
 
 TEST_F(Recorder, IsCancelledByEscapeAloneByAClickElsewhereAndByAnotherWindow) {
@@ -148,16 +154,16 @@ TEST_F(Recorder, IsCancelledByEscapeAloneByAClickElsewhereAndByAnotherWindow) {
     click(field);
     press(escape, 0);
     EXPECT_FALSE(isRecording());
-    EXPECT_EQ(shown(), "<4,40>");
+    EXPECT_EQ(shown(), "held 4 and 40");
     EXPECT_EQ(words(), "");
     click(field);
     click(elsewhere);
     EXPECT_FALSE(isRecording());
-    EXPECT_EQ(shown(), "<4,40>");
+    EXPECT_EQ(shown(), "held 4 and 40");
     click(field);
-    left();
+    keyboard.left();
     EXPECT_FALSE(isRecording());
-    EXPECT_EQ(shown(), "<4,40>");
+    EXPECT_EQ(shown(), "held 4 and 40");
     click(field);
     press(escape, Shortcut::control);
     EXPECT_EQ(stored, (Shortcut{escape, Shortcut::control}));
@@ -227,7 +233,7 @@ TEST_F(Recorder, IsDisabledWhereTheShortcutIs) {
     EXPECT_FALSE(field->isEnabled());
     click(field);
     EXPECT_FALSE(isRecording());
-    EXPECT_EQ(shown(), "<4,40>");
+    EXPECT_EQ(shown(), "held 4 and 40");
     enabled = true;
     ShortcutRecorder::refreshAll();
     EXPECT_TRUE(field->isEnabled());
@@ -243,7 +249,7 @@ TEST_F(Recorder, ShowsAnEditFromOutside) {
     open();
     stored = ctrlK;
     ShortcutRecorder::refreshAll();
-    EXPECT_EQ(shown(), "<4,40>");
+    EXPECT_EQ(shown(), "held 4 and 40");
 }
 
 TEST_F(Recorder, GivesTheKeyboardBackWhenItIsHiddenOrGone) {
@@ -260,11 +266,11 @@ TEST_F(Recorder, GivesTheKeyboardBackWhenItIsHiddenOrGone) {
 }
 
 TEST_F(Recorder, StaysAsItIsWhereTheKeyboardCannotBeHad) {
-    keyboardIsTaken = true;
+    keyboard.belongsToAnother = true;
     open();
     click(field);
     EXPECT_EQ(shown(), "empty");
-    keyboardIsTaken = false;
+    keyboard.belongsToAnother = false;
     click(field);
     EXPECT_TRUE(isRecording());
 }

@@ -29,8 +29,8 @@ bool isFunctionKey(std::uint16_t keyCode) {
 
 } // namespace
 
-ShortcutRecorder::ShortcutRecorder(Model what, QWidget* parent)
-    : QWidget(parent), model(std::move(what)) {
+ShortcutRecorder::ShortcutRecorder(Model what, RecordableHotKeys& keyboard, QWidget* parent)
+    : QWidget(parent), model(std::move(what)), hotKeys(keyboard) {
     field = new ShortcutField(
         QString::fromStdString(model.texts.clear), [this] { start(); },
         [this] {
@@ -68,18 +68,21 @@ void ShortcutRecorder::refresh() {
     field->setEnabled(enabled);
     if (recording) return;
     const auto shortcut = model.stored();
-    field->show(
-        {.text = QString::fromStdString(shortcut ? model.label(*shortcut) : model.texts.empty),
-         .faint = !shortcut,
-         .clearable = shortcut.has_value()});
-    say(shortcut && enabled ? model.refusal(*shortcut) : std::string(), true);
+    field->show({.text = QString::fromStdString(shortcut ? label(*shortcut) : model.texts.empty),
+                 .faint = !shortcut,
+                 .clearable = shortcut.has_value()});
+    const bool inVain = shortcut && enabled && hotKeys.isTaken(*shortcut);
+    say(inVain ? model.refusal(label(*shortcut)) : std::string(), true);
+}
+
+std::string ShortcutRecorder::label(const Shortcut& shortcut) const {
+    return hotKeys.modifierFlagsString(shortcut) + hotKeys.keyCodeString(shortcut);
 }
 
 void ShortcutRecorder::start() {
     if (recording || !model.enabled()) return;
-    recording = model.startRecording([this](std::optional<std::uint16_t> keyCode,
-                                            std::uint32_t flags) { pressed(keyCode, flags); },
-                                     [this] { cancel(); });
+    recording = hotKeys.startRecording([this](const auto& stroke) { pressed(stroke); },
+                                       [this] { cancel(); });
     if (!recording) return;
     field->show({.text = QString::fromStdString(model.texts.recording), .recording = true});
     say(model.texts.hint, false);
@@ -91,7 +94,7 @@ void ShortcutRecorder::start() {
 void ShortcutRecorder::stop() {
     if (!std::exchange(recording, false)) return;
     qApp->removeEventFilter(this);
-    model.stopRecording();
+    hotKeys.stopRecording();
 }
 
 void ShortcutRecorder::cancel() {
@@ -99,9 +102,10 @@ void ShortcutRecorder::cancel() {
     refresh();
 }
 
-void ShortcutRecorder::pressed(std::optional<std::uint16_t> keyCode, std::uint32_t flags) {
+void ShortcutRecorder::pressed(const RecordableHotKeys::Stroke& stroke) {
+    const auto [keyCode, flags] = stroke;
     if (!keyCode) {
-        const std::string held = model.modifiersLabel(flags);
+        const std::string held = hotKeys.modifierFlagsString({0, flags});
         field->show({.text = QString::fromStdString(held.empty() ? model.texts.recording : held),
                      .recording = true});
         return;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/HotKeys.h"
+#include "platform/RecordableHotKeys.h"
 
 #include <QWidget>
 #include <functional>
@@ -26,27 +26,18 @@ class ShortcutRecorder final : public QWidget {
         std::string modifiers; ///< the key alone would be missed in every program
         std::string clear;     ///< what the clear button does
     };
-    /// A key code, absent when only modifiers changed, and the modifiers that are held.
-    using Pressed = std::function<void(std::optional<std::uint16_t> keyCode, std::uint32_t flags)>;
-
-    /// Where the combination is kept, and the keyboard. Called on the main thread as long as the
-    /// recorder lives.
+    /// Where the combination is kept. Called on the main thread as long as the recorder lives.
     struct Model {
         Texts texts;
         std::function<bool()> enabled;
         std::function<std::optional<Shortcut>()> stored;
         std::function<void(std::optional<Shortcut>)> store; ///< nothing clears it
-        std::function<std::string(const Shortcut&)> label;
-        std::function<std::string(std::uint32_t flags)> modifiersLabel;
-        /// Why the combination will do nothing, in words; empty when it is the program's own.
-        std::function<std::string(const Shortcut&)> refusal;
-        /// Brings every key to the first function, and calls the second when the user goes to
-        /// another window; false when that is not possible now.
-        std::function<bool(Pressed, std::function<void()> left)> startRecording;
-        std::function<void()> stopRecording;
+        /// That another program has the combination of this label, in words.
+        std::function<std::string(const std::string& label)> refusal;
     };
 
-    ShortcutRecorder(Model model, QWidget* parent);
+    /// What is lent must outlive the object.
+    ShortcutRecorder(Model model, RecordableHotKeys& hotKeys, QWidget* parent);
     /// Ends a recording.
     ~ShortcutRecorder() override;
 
@@ -63,11 +54,13 @@ class ShortcutRecorder final : public QWidget {
     void start();
     void cancel();
     void stop();
-    void pressed(std::optional<std::uint16_t> keyCode, std::uint32_t flags);
+    void pressed(const RecordableHotKeys::Stroke& stroke);
     void store(std::optional<Shortcut> shortcut);
+    std::string label(const Shortcut& shortcut) const;
     void say(const std::string& text, bool isTrouble);
 
     Model model;
+    RecordableHotKeys& hotKeys;
     ShortcutField* field;
     QLabel* words;
     bool recording = false;
