@@ -3,7 +3,6 @@
 #include "app/Keys.h"
 #include "platform/linux/files/Installation.h"
 #include "platform/qt/alerts/ShortcutRecorder.h"
-#include "program/Accessories.h"
 
 #include <cstdlib>
 
@@ -65,9 +64,7 @@ Program::Program(const Product& product, lnx::ProductBundle& productBundle, Sess
            platform::qt::TrayIcon::Identity{product.identifier, product.name}, log),
       statusItem(runLoop, application, &menuIcons, &*tray),
       alerts(runLoop, application, product.name, product.icon,
-             [this](const std::string& name, QWidget* parent) {
-                 return makeAccessory(name, settings, bundle, desk.hotKeys, parent);
-             }),
+             [this](const std::string& name, QWidget* parent) { return accessory(name, parent); }),
       notifications(product.name, product.identifier, log),
       sessionInhibitor(product.name, log),
       power({&desk.wakeLock, &sessionInhibitor}, log),
@@ -133,6 +130,21 @@ void Program::startRecording(const std::string& path) {
     if (recording->writer.good()) return;
     log.write("the scenario file " + path + " cannot be written; nothing is recorded");
     recording.reset();
+}
+
+QWidget* Program::accessory(const std::string& name, QWidget* parent) {
+    namespace keys = palisor::keys;
+    if (name != "customShortcutView") return nullptr;
+    return new platform::qt::ShortcutRecorder(
+        {.empty = bundle.localizedString("RECORDER_EMPTY"),
+         .recording = bundle.localizedString("RECORDER_RECORDING"),
+         .hint = bundle.localizedString("RECORDER_HINT"),
+         .modifiers = bundle.localizedString("RECORDER_MODIFIERS"),
+         .clear = bundle.localizedString("RECORDER_CLEAR"),
+         .taken = bundle.localizedString("RECORDER_TAKEN")},
+        {.shortcut = std::string(keys::customShortcut),
+         .enabled = std::string(keys::customShortcutEnabled)},
+        settings, desk.hotKeys, parent);
 }
 
 void Program::tellWhyNoCalendar(platform::calendar::Refusal why) {

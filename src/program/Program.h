@@ -67,6 +67,8 @@ class Program {
     void startRecording(const std::string& path);
     platform::Platform services(platform::Displays& displays, platform::InputEvents& input,
                                 platform::StatusItem& statusItem);
+    /// The control that an alert names; null for an unknown one.
+    QWidget* accessory(const std::string& name, QWidget* parent);
     void undoAtExit();
     void tellWhyNoCalendar(platform::calendar::Refusal why);
     void quit();

@@ -43,7 +43,7 @@ class X11Session final : public Session {
 
     X11Session(const Options& options, platform::Descriptors& loop, platform::Log& logger)
         : descriptors(loop), log(logger), serverHolds(options.hold) {}
-    /// One line where it cannot be joined; empty otherwise.
+    /// An error as of `Opened`.
     std::string connect();
 
     platform::Descriptors& descriptors;

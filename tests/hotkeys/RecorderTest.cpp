@@ -1,3 +1,4 @@
+#include "platform/memory/Settings.h"
 #include "platform/qt/alerts/ShortcutRecorder.h"
 
 #include <QAbstractButton>
@@ -49,9 +50,17 @@ class Keyboard final : public platform::RecordableHotKeys {
 
 class Recorder : public testing::Test {
   protected:
+    Recorder() { enable(true); }
+
     void open() {
         window.emplace();
-        recorder = new ShortcutRecorder(model(), keyboard, &*window);
+        recorder = new ShortcutRecorder(
+            {"empty", "press", "hint", "modifiers", "clear", "taken: %@"},
+            {.shortcut = "kept", .enabled = "enabled"}, settings, keyboard, &*window);
+        settings.observe("kept", [this] {
+            ++stores;
+            recordingWhenStored = isRecording();
+        });
         recorder->resize(300, 60);
         recorder->move(0, 0);
         elsewhere = new QWidget(&*window);
@@ -61,18 +70,9 @@ class Recorder : public testing::Test {
         field = recorder->focusProxy();
     }
 
-    ShortcutRecorder::Model model() {
-        return {.texts = {"empty", "press", "hint", "modifiers", "clear"},
-                .enabled = [this] { return enabled; },
-                .stored = [this] { return stored; },
-                .store =
-                    [this](std::optional<Shortcut> shortcut) {
-                        stored = shortcut;
-                        ++stores;
-                        recordingWhenStored = isRecording();
-                    },
-                .refusal = [](const std::string& label) { return "taken: " + label; }};
-    }
+    void store(const Shortcut& shortcut) { settings.set("kept", shortcut.toValue()); }
+    std::optional<Shortcut> stored() const { return Shortcut::fromValue(settings.object("kept")); }
+    void enable(bool enabled) { settings.set("enabled", platform::Value{enabled}); }
 
     static void click(QWidget* target) {
         const QPointF at(target->rect().center());
@@ -99,9 +99,10 @@ class Recorder : public testing::Test {
     std::string words() const { return recorder->findChild<QLabel*>()->text().toStdString(); }
     QAbstractButton* clearButton() const { return recorder->findChild<QAbstractButton*>(); }
 
-    bool enabled = true;
+    platform::memory::Clock clock;
+    platform::memory::Effects effects{clock};
+    platform::memory::Settings settings{effects};
     Keyboard keyboard;
-    std::optional<Shortcut> stored;
     int stores = 0;
     bool recordingWhenStored = false;
     std::optional<QWidget> window;
@@ -131,7 +132,7 @@ TEST_F(Recorder, StoresOneCombinationAndShowsItAsItIsLabelled) {
     press(keyK, Shortcut::control);
     EXPECT_FALSE(isRecording());
     EXPECT_FALSE(recordingWhenStored) << "it could not be tried";
-    EXPECT_EQ(stored, ctrlK);
+    EXPECT_EQ(stored(), ctrlK);
     EXPECT_EQ(shown(), "held 4 and 40");
     EXPECT_EQ(words(), "");
     EXPECT_TRUE(clearButton()->isVisible());
@@ -149,7 +150,7 @@ TEST_F(Recorder, SaysThatAnotherProgramHoldsTheCombination) {
 }
 
 TEST_F(Recorder, IsCancelledByEscapeAloneByAClickElsewhereAndByAnotherWindow) {
-    stored = ctrlK;
+    store(ctrlK);
     open();
     click(field);
     press(escape, 0);
@@ -166,29 +167,29 @@ TEST_F(Recorder, IsCancelledByEscapeAloneByAClickElsewhereAndByAnotherWindow) {
     EXPECT_EQ(shown(), "held 4 and 40");
     click(field);
     press(escape, Shortcut::control);
-    EXPECT_EQ(stored, (Shortcut{escape, Shortcut::control}));
+    EXPECT_EQ(stored(), (Shortcut{escape, Shortcut::control}));
     EXPECT_EQ(stores, 1);
 }
 
 TEST_F(Recorder, IsClearedByBackspaceByDeleteAndByItsButton) {
     for (const std::uint16_t code : {backspace, deleteKey}) {
-        stored = ctrlK;
+        store(ctrlK);
         open();
         click(field);
         press(code, 0);
-        EXPECT_EQ(stored, std::nullopt);
+        EXPECT_EQ(stored(), std::nullopt);
         EXPECT_EQ(shown(), "empty");
         EXPECT_FALSE(isRecording());
     }
-    stored = ctrlK;
+    store(ctrlK);
     open();
     click(clearButton());
-    EXPECT_EQ(stored, std::nullopt);
+    EXPECT_EQ(stored(), std::nullopt);
     EXPECT_EQ(shown(), "empty");
     EXPECT_FALSE(isRecording());
     click(field);
     press(backspace, Shortcut::control);
-    EXPECT_EQ(stored, (Shortcut{backspace, Shortcut::control}));
+    EXPECT_EQ(stored(), (Shortcut{backspace, Shortcut::control}));
 }
 
 TEST_F(Recorder, RefusesAKeyWithoutModifiersUnlessItIsAFunctionKey) {
@@ -199,7 +200,7 @@ TEST_F(Recorder, RefusesAKeyWithoutModifiersUnlessItIsAFunctionKey) {
     EXPECT_EQ(words(), "modifiers");
     EXPECT_EQ(stores, 0);
     press(f5, 0);
-    EXPECT_EQ(stored, (Shortcut{f5, 0}));
+    EXPECT_EQ(stored(), (Shortcut{f5, 0}));
 }
 
 TEST_F(Recorder, NeverTakesModifiersAlone) {
@@ -227,19 +228,19 @@ TEST_F(Recorder, IsStartedBySpaceAndEnterWhenTheyAreReleased) {
 }
 
 TEST_F(Recorder, IsDisabledWhereTheShortcutIs) {
-    enabled = false;
-    stored = ctrlK;
+    enable(false);
+    store(ctrlK);
     open();
     EXPECT_FALSE(field->isEnabled());
     click(field);
     EXPECT_FALSE(isRecording());
     EXPECT_EQ(shown(), "held 4 and 40");
-    enabled = true;
+    enable(true);
     ShortcutRecorder::refreshAll();
     EXPECT_TRUE(field->isEnabled());
     click(field);
     EXPECT_TRUE(isRecording());
-    enabled = false;
+    enable(false);
     ShortcutRecorder::refreshAll();
     EXPECT_FALSE(isRecording());
     EXPECT_FALSE(field->isEnabled());
@@ -247,7 +248,7 @@ TEST_F(Recorder, IsDisabledWhereTheShortcutIs) {
 
 TEST_F(Recorder, ShowsAnEditFromOutside) {
     open();
-    stored = ctrlK;
+    store(ctrlK);
     ShortcutRecorder::refreshAll();
     EXPECT_EQ(shown(), "held 4 and 40");
 }

@@ -1,10 +1,9 @@
 #pragma once
 
 #include "platform/RecordableHotKeys.h"
+#include "platform/Settings.h"
 
 #include <QWidget>
-#include <functional>
-#include <memory>
 #include <optional>
 #include <string>
 
@@ -25,19 +24,16 @@ class ShortcutRecorder final : public QWidget {
         std::string hint;      ///< how to cancel and to clear
         std::string modifiers; ///< the key alone would be missed in every program
         std::string clear;     ///< what the clear button does
+        std::string taken;     ///< another program has the combination in place of "%@"
     };
-    /// Where the combination is kept. Called on the main thread as long as the recorder lives.
-    struct Model {
-        Texts texts;
-        std::function<bool()> enabled;
-        std::function<std::optional<Shortcut>()> stored;
-        std::function<void(std::optional<Shortcut>)> store; ///< nothing clears it
-        /// That another program has the combination of this label, in words.
-        std::function<std::string(const std::string& label)> refusal;
+    /// The settings' keys that the combination is kept under, and whether it is in use.
+    struct Keys {
+        std::string shortcut, enabled;
     };
 
     /// What is lent must outlive the object.
-    ShortcutRecorder(Model model, RecordableHotKeys& hotKeys, QWidget* parent);
+    ShortcutRecorder(Texts texts, Keys keys, Settings& settings, RecordableHotKeys& hotKeys,
+                     QWidget* parent);
     /// Ends a recording.
     ~ShortcutRecorder() override;
 
@@ -57,9 +53,11 @@ class ShortcutRecorder final : public QWidget {
     void pressed(const RecordableHotKeys::Stroke& stroke);
     void store(std::optional<Shortcut> shortcut);
     std::string label(const Shortcut& shortcut) const;
-    void say(const std::string& text, bool isTrouble);
+    void say(const QString& text, bool isTrouble);
 
-    Model model;
+    Texts texts;
+    Keys keys;
+    Settings& settings;
     RecordableHotKeys& hotKeys;
     ShortcutField* field;
     QLabel* words;
