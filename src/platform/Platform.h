@@ -7,6 +7,7 @@
 #include "platform/Cursor.h"
 #include "platform/Displays.h"
 #include "platform/Files.h"
+#include "platform/Focus.h"
 #include "platform/HotKeys.h"
 #include "platform/Http.h"
 #include "platform/Images.h"
@@ -47,6 +48,7 @@ struct Platform {
     Keyboard& keyboard;
     HotKeys& hotKeys;
     Windows& windows;
+    Focus& focus;
     Workspace& workspace;
     StatusItem& statusItem;
     Alerts& alerts;

@@ -53,13 +53,12 @@ Program::Program(const Product& product, lnx::ProductBundle& productBundle, Sess
       system(product.identifier),
       sounds(lnx::soundsFolder(), product.name, log),
       loginItems(inConfigurationFolder("autostart"), autostartProduct(product, bundle), log),
-      applications(product.identifier, log),
-      urlOpener(log),
+      workspace(product.identifier, log),
       pictures(lnx::imagesFolder(), log),
       images({lnx::imagesFolder(), bundle.folder() + "/images"}),
       menuIcons(images),
-      desk(session.start({product, runLoop, settings, application, pictures, applications,
-                          urlOpener, [this] { exit(failure); }})),
+      desk(session.start(
+          {product, runLoop, settings, application, pictures, [this] { exit(failure); }})),
       tray(std::in_place, desk.tray, images,
            platform::qt::TrayIcon::Identity{product.identifier, product.name}, log),
       statusItem(runLoop, application, &menuIcons, &*tray),
@@ -70,7 +69,7 @@ Program::Program(const Product& product, lnx::ProductBundle& productBundle, Sess
       power({&desk.wakeLock, &sessionInhibitor}, log),
       infoWindows(
           lnx::imagesFolder(), product.icon,
-          [this](const std::string& url) { desk.workspace.openURL(url); }, log),
+          [this](const std::string& url) { workspace.openURL(url); }, log),
       http(log),
       web(lnx::helperPath("web-engine.so"), log),
       calendar({.module = lnx::modulePath("calendar.so"),
@@ -90,16 +89,11 @@ Program::Program(const Product& product, lnx::ProductBundle& productBundle, Sess
 
 platform::Platform Program::services(platform::Displays& displays, platform::InputEvents& input,
                                      platform::StatusItem& item) {
-    return {log,          runLoop,         application,
-            bundle,       settings,        files,
-            system,       displays,        desk.pointer,
-            desk.cursor,  input,           desk.keyboard,
-            desk.hotKeys, desk.windows,    desk.workspace,
-            item,         alerts,          notifications,
-            sounds,       loginItems,      power,
-            textCodec,    infoWindows,     http,
-            json,         imageOperations, web,
-            calendar};
+    return {log,           runLoop,      application,     bundle,      settings,  files,
+            system,        displays,     desk.pointer,    desk.cursor, input,     desk.keyboard,
+            desk.hotKeys,  desk.windows, desk.focus,      workspace,   item,      alerts,
+            notifications, sounds,       loginItems,      power,       textCodec, infoWindows,
+            http,          json,         imageOperations, web,         calendar};
 }
 
 // The last one runs first: saving needs nothing of the rest.

@@ -23,9 +23,8 @@
 #include "platform/qt/pictures/Pictures.h"
 #include "platform/qt/pictures/QtImages.h"
 #include "platform/qt/session/DesktopNotifications.h"
-#include "platform/qt/session/SessionApplications.h"
+#include "platform/qt/session/QtWorkspace.h"
 #include "platform/qt/session/SessionInhibitor.h"
-#include "platform/qt/session/UrlOpener.h"
 #include "platform/qt/tray/QtStatusItem.h"
 #include "platform/qt/tray/TrayIcon.h"
 #include "platform/qt/web/WebModule.h"
@@ -84,8 +83,7 @@ class Program {
     platform::linux::LinuxSystemInfo system;
     platform::linux::CanberraSounds sounds;
     platform::linux::AutostartItems loginItems;
-    platform::qt::SessionApplications applications;
-    platform::qt::UrlOpener urlOpener;
+    platform::qt::QtWorkspace workspace;
     platform::qt::ColourScheme colourScheme;
     platform::qt::Pictures pictures;
     platform::qt::TemplateImages images;

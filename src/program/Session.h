@@ -15,9 +15,7 @@
 
 namespace platform::qt {
 class QtApplication;
-class SessionApplications;
-class UrlOpener;
-} // namespace platform::qt
+}
 
 /// One kind of desktop: what its window system does for the program. It is joined before the
 /// toolkit starts. Main thread.
@@ -30,8 +28,6 @@ class Session {
         platform::Settings& settings;
         platform::qt::QtApplication& application;
         platform::PictureSource& pictures; ///< of windows
-        platform::qt::SessionApplications& applications;
-        platform::qt::UrlOpener& urlOpener;
         std::function<void()> lost; ///< called once from the run loop; nothing works after that
     };
 
@@ -44,7 +40,7 @@ class Session {
         platform::Keyboard& keyboard;
         platform::RecordableHotKeys& hotKeys;
         platform::Windows& windows;
-        platform::Workspace& workspace;
+        platform::Focus& focus;
         platform::WakeLock& wakeLock;
         platform::TrayWindow* tray; ///< null where the window system has none of its own
     };

@@ -2,9 +2,6 @@
 
 #include "platform/linux/files/Installation.h"
 #include "platform/qt/loop/QtApplication.h"
-#include "platform/qt/session/DistributedNotifications.h"
-#include "platform/qt/session/SessionApplications.h"
-#include "platform/qt/session/UrlOpener.h"
 
 #include <unistd.h>
 #include <utility>
@@ -33,9 +30,11 @@ std::string X11Session::connect() {
 }
 
 X11Session::Parts::Parts(X11Session& own, const Surroundings& given)
-    : pointer(*own.input, *own.screens, given.runLoop, own.serverHolds),
+    : hold(*own.input, *own.screens, own.serverHolds),
+      pointer(*own.input, *own.screens, given.runLoop, hold),
       cursor(*own.general),
-      input(*own.input, own.descriptors, *own.screens, pointer, QtApplication::hasActiveWindow),
+      input(*own.input, own.descriptors, *own.screens, pointer, hold,
+            QtApplication::hasActiveWindow),
       keyboard(*own.general, own.log),
       hotKeys(*own.general, given.settings, own.log,
               [&application = given.application](std::function<void()> operation) {
@@ -43,15 +42,7 @@ X11Session::Parts::Parts(X11Session& own, const Surroundings& given)
               }),
       windows(*own.general, *own.screens, own.log, given.product.name,
               platform::linux::helperPath("gamma-guard"), &given.pictures),
-      workspace(
-          *own.general, static_cast<std::uint32_t>(::getpid()),
-          {.openFile = QtApplication::openFile,
-           .openURL = [&opener = given.urlOpener](const std::string& url) { opener.open(url); },
-           .runningApplications = [&programs = given.applications] { return programs.others(); },
-           .postNotification =
-               [&log = own.log](const std::string& name, const std::string& object) {
-                   platform::qt::DistributedNotifications::post(name, object, log);
-               }}),
+      focus(*own.general, static_cast<std::uint32_t>(::getpid())),
       screenSaver(*own.general),
       tray(*own.general, given.product.identifier, given.product.name) {}
 
@@ -61,8 +52,8 @@ Session::Services X11Session::start(const Surroundings& surroundings) {
     surroundings.application.onActiveWindowChange([this] {
         if (parts) parts->input.ownWindowChanged();
     });
-    return {*screens,       parts->pointer, parts->cursor,    parts->input,       parts->keyboard,
-            parts->hotKeys, parts->windows, parts->workspace, parts->screenSaver, &parts->tray};
+    return {*screens,       parts->pointer, parts->cursor, parts->input,       parts->keyboard,
+            parts->hotKeys, parts->windows, parts->focus,  parts->screenSaver, &parts->tray};
 }
 
 void X11Session::end() {

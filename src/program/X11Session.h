@@ -7,8 +7,8 @@
 #include "platform/x11/pointer/Cursor.h"
 #include "platform/x11/pointer/Pointer.h"
 #include "platform/x11/session/Displays.h"
+#include "platform/x11/session/Focus.h"
 #include "platform/x11/session/ScreenSaver.h"
-#include "platform/x11/session/Workspace.h"
 #include "platform/x11/tray/TrayWindow.h"
 #include "program/Session.h"
 
@@ -30,13 +30,14 @@ class X11Session final : public Session {
     struct Parts {
         Parts(X11Session& session, const Surroundings& surroundings);
 
+        platform::x11::Hold hold;
         platform::x11::Pointer pointer;
         platform::x11::Cursor cursor;
         platform::x11::InputEvents input;
         platform::x11::Keyboard keyboard;
         platform::x11::HotKeys hotKeys;
         platform::x11::Windows windows;
-        platform::x11::Workspace workspace;
+        platform::x11::Focus focus;
         platform::x11::ScreenSaver screenSaver;
         platform::x11::TrayWindow tray;
     };

@@ -54,12 +54,12 @@ struct Exchange {
 
     platform::Platform services() {
         auto& p = platform;
-        return {p.log,        p.runLoop,   p.application,   p.bundle,  p.settings,
-                p.files,      p.system,    p.displays,      p.pointer, p.cursor,
-                p.input,      p.keyboard,  p.hotKeys,       p.windows, p.workspace,
-                p.statusItem, p.alerts,    p.notifications, p.sounds,  p.loginItems,
-                p.power,      p.textCodec, p.infoWindows,   http,      json,
-                p.images,     p.web,       p.calendar};
+        return {p.log,        p.runLoop,    p.application, p.bundle,        p.settings,
+                p.files,      p.system,     p.displays,    p.pointer,       p.cursor,
+                p.input,      p.keyboard,   p.hotKeys,     p.windows,       p.focus,
+                p.workspace,  p.statusItem, p.alerts,      p.notifications, p.sounds,
+                p.loginItems, p.power,      p.textCodec,   p.infoWindows,   http,
+                json,         p.images,     p.web,         p.calendar};
     }
 
     platform::memory::MemoryPlatform platform;

@@ -46,12 +46,13 @@ struct RecordedSession {
 
 platform::Platform servicesOf(RecordedSession& session) {
     const platform::Platform real = session.platform.services();
-    return {real.log,           real.runLoop,   real.application,   real.bundle,  real.settings,
-            real.files,         real.system,    session.displays,   real.pointer, real.cursor,
-            session.input,      real.keyboard,  real.hotKeys,       real.windows, real.workspace,
-            session.statusItem, real.alerts,    real.notifications, real.sounds,  real.loginItems,
-            real.power,         real.textCodec, real.infoWindows,   real.http,    real.json,
-            real.images,        real.web,       real.calendar};
+    return {
+        real.log,        real.runLoop,       real.application, real.bundle,        real.settings,
+        real.files,      real.system,        session.displays, real.pointer,       real.cursor,
+        session.input,   real.keyboard,      real.hotKeys,     real.windows,       real.focus,
+        real.workspace,  session.statusItem, real.alerts,      real.notifications, real.sounds,
+        real.loginItems, real.power,         real.textCodec,   real.infoWindows,   real.http,
+        real.json,       real.images,        real.web,         real.calendar};
 }
 
 /// The lines of a replay without their time, as the memory platform keeps them.

@@ -75,8 +75,10 @@ TEST(X11InputEvents, AllocateNothingForAnEventOnceRunning) {
     auto opened = platform::x11::Connection::open(desktop.display(), descriptors, log, [] {});
     ASSERT_NE(opened.connection, nullptr) << opened.error;
     platform::x11::Displays displays(*opened.connection);
-    platform::x11::Pointer pointer(*opened.connection, displays, timers);
-    platform::x11::InputEvents input(*opened.connection, descriptors, displays, pointer, {});
+    platform::x11::Hold hold(*opened.connection, displays);
+    platform::x11::Pointer pointer(*opened.connection, displays, timers, hold);
+    platform::x11::InputEvents input(*opened.connection, descriptors, displays, pointer, hold,
+                                     [] { return false; });
     int handled = 0;
     input.addGlobalMonitor(0xFC010FE, [&](const platform::InputEvent& event) {
         ++handled;

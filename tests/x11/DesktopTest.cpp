@@ -59,7 +59,7 @@ TEST(X11Keyboard, SaysOnceWhatItCannotPost) {
                   "keystrokes other than Control with an arrow are not posted"}));
 }
 
-TEST(X11Workspace, GivesTheFocusBackToTheWindowThatHadItBefore) {
+TEST(X11Focus, GivesTheFocusBackToTheWindowThatHadItBefore) {
     support::PrivateDesktop desktop;
     desktop.startWindowManager("openbox");
     Session session(desktop.display(), GAMMA_GUARD);
@@ -95,7 +95,7 @@ TEST(X11Workspace, GivesTheFocusBackToTheWindowThatHadItBefore) {
     ASSERT_TRUE(activeIs(own.id()));
 
     EXPECT_TRUE(session.loop.runUntil([&] {
-        session.workspace.activateFrontmostApplication();
+        session.focus.activateFrontmostApplication();
         return rootCardinal(session, "_NET_ACTIVE_WINDOW") == foreign.id();
     }));
 }

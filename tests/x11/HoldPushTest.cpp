@@ -2,7 +2,7 @@
 
 #include <thread>
 
-// What is pushed against the walls, as the program is told it, and what becomes of its answer.
+// What is pushed against the barriers, as the program is told it, and what becomes of its answer.
 
 using platform::EventType;
 using platform::InputEvent;
@@ -88,8 +88,8 @@ TEST_F(X11Hold, FollowsTheCursorFromWhereItWasLetThrough) {
     EXPECT_EQ(seen[1].location, (Point{1879, 500}));
 }
 
-// A fast mouse, of which only what a wall stops is told. It is put back in each frame, to where it
-// slid to and not to where it was stopped.
+// A fast mouse, of which only what a barrier stops is told. It is put back in each frame, to where
+// it slid to and not to where it was stopped.
 TEST_F(X11Hold, LosesNothingOfASlideAlongTheEdge) {
     start();
     hold();
@@ -115,7 +115,7 @@ TEST_F(X11Hold, TellsWhereACursorBesideTheScreenIsStopped) {
     session->pointer.holdInside(Rect{0, 0, 1280, 1024});
     session->sync();
     runPastScroll();
-    hand->moveTo(1279, 500); // on the upper monitor, where the wall goes on
+    hand->moveTo(1279, 500); // on the upper monitor, where the barrier goes on
     runPastScroll();
     hand->relative(60, 0);
     runPastScroll();

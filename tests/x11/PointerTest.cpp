@@ -48,6 +48,19 @@ TEST_F(X11Pointer, IsFreeAtOnceWithoutAnInterval) {
     EXPECT_EQ(eye.cursor(), (support::Spot{740, 293}));
 }
 
+TEST_F(X11Pointer, StaysOnTheMonitorItComesFromWherePutBesideAllOfThem) {
+    if (!desktop.canPlugOutputs()) GTEST_SKIP() << "needs Xorg with the dummy driver";
+    session.pointer.setLocalEventsSuppressionInterval(60);
+    hand.moveTo(900, 500);
+    session.pointer.warp({2500, 20}); // just above the right monitor
+    EXPECT_EQ(eye.cursor(), (support::Spot{1919, 20}));
+    hand.relative(-40, 30);
+    EXPECT_EQ(eye.cursor(), (support::Spot{1919, 20})) << "and is held there";
+    session.pointer.warp({2500, 500});
+    session.pointer.warp({1921, 20}); // just beside the left monitor
+    EXPECT_EQ(eye.cursor(), (support::Spot{1921, 56}));
+}
+
 TEST_F(X11Pointer, LetsGoWhenTheProgramHasGone) {
     {
         Session other(desktop.display(), GAMMA_GUARD);

@@ -1,11 +1,11 @@
 #include "platform/x11/input/MotionWatch.h"
+#include "platform/x11/pointer/HoldGeometry.h"
 #include "platform/x11/pointer/PushMeter.h"
-#include "platform/x11/pointer/Walls.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
 
-// What needs no server: how a push is added up, and where the walls stand.
+// What needs no server: how a push is added up, and where the barriers stand.
 
 using platform::Point;
 using platform::x11::Box;
@@ -96,7 +96,7 @@ TEST(Push, TellsTheWayFromWhereTheCursorWasPutBackApart) {
     EXPECT_EQ(sum->from, (Point{1920, 31}));
 }
 
-TEST(Walls, StandOnTheSidesBeyondWhichAnotherMonitorLies) {
+TEST(Barriers, StandOnTheSidesBeyondWhichAnotherMonitorLies) {
     using Sides = std::vector<Side>;
     const Box screen{0, 0, 1920, 1080};
     const auto sides = [&](std::vector<Box> others) {
@@ -112,7 +112,7 @@ TEST(Walls, StandOnTheSidesBeyondWhichAnotherMonitorLies) {
         << "a slanting way leads through the upper side too";
 }
 
-TEST(Walls, ClampAPointOutsideAsTheServerWould) {
+TEST(HoldGeometry, ClampsAPointOutsideAsTheServerWould) {
     const Box left{0, 0, 1920, 1080}, right{1920, 56, 3200, 1080};
     const std::vector<Box> both{left, right};
     EXPECT_EQ(onDesktop({2000, 500}, left, both), (Point{2000, 500}));

@@ -5,7 +5,7 @@
 #include "platform/x11/keys/Keyboard.h"
 #include "platform/x11/overlay/Windows.h"
 #include "platform/x11/pointer/Cursor.h"
-#include "platform/x11/session/Workspace.h"
+#include "platform/x11/session/Focus.h"
 
 #include <stdexcept>
 #include <unistd.h>
@@ -21,12 +21,13 @@ struct Session {
           openedInput(platform::x11::Connection::open(display, loop, log, [] {})),
           inputConnection(checked(openedInput)),
           displays(connection),
-          pointer(inputConnection, displays, loop, serverHolds),
+          hold(inputConnection, displays, serverHolds),
+          pointer(inputConnection, displays, loop, hold),
           cursor(connection),
           keyboard(connection, log),
-          input(inputConnection, loop, displays, pointer, [this] { return ownWindowActive; }),
+          input(inputConnection, loop, displays, pointer, hold, [this] { return ownWindowActive; }),
           windows(connection, displays, log, "overlay-tests", gammaGuard),
-          workspace(connection, static_cast<std::uint32_t>(getpid())) {}
+          focus(connection, static_cast<std::uint32_t>(getpid())) {}
 
     static platform::x11::Connection& checked(platform::x11::Connection::Opened& opened) {
         if (!opened.connection) throw std::runtime_error(opened.error);
@@ -48,12 +49,13 @@ struct Session {
     platform::x11::Connection::Opened openedInput;
     platform::x11::Connection& inputConnection;
     platform::x11::Displays displays;
+    platform::x11::Hold hold;
     platform::x11::Pointer pointer;
     platform::x11::Cursor cursor;
     platform::x11::Keyboard keyboard;
     platform::x11::InputEvents input;
     platform::x11::Windows windows;
-    platform::x11::Workspace workspace;
+    platform::x11::Focus focus;
 };
 
 } // namespace x11tests

@@ -7,6 +7,7 @@
 namespace palisor {
 
 /// Forwards the session's events to the application object; where there is none they are dropped.
+/// Defined in Intake.cpp, which calls it.
 /// Main thread only.
 class Appoggio {
   public:

@@ -50,6 +50,14 @@ bool AppDelegate::wantsPointerEvent(EventType type) const {
            services.settings.boolForKey(keys::SHOW_ON_SCROLL);
 }
 
+void Appoggio::onMouseMovedOrClicked(Point location) {
+    if (AppDelegate* delegate = AppDelegate::shared()) delegate->onMouseMovedOrClicked(location);
+}
+
+void Appoggio::onKeyPressed(std::uint16_t keyCode) {
+    if (AppDelegate* delegate = AppDelegate::shared()) delegate->onKeyPressed(keyCode);
+}
+
 Point AppDelegate::getCurrentMouseLocation() {
     return services.pointer.location();
 }

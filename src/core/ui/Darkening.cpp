@@ -38,7 +38,7 @@ void AppDelegate::otherMonitorsDark() {
         AWindowsDark->push_back(std::move(window));
     }
     // The new windows became key; the user's application gets the keyboard back.
-    services.workspace.activateFrontmostApplication();
+    services.focus.activateFrontmostApplication();
 }
 
 std::unique_ptr<platform::Window> AppDelegate::coveringWindow(const platform::Screen& screen,

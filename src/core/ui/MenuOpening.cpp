@@ -46,7 +46,7 @@ void AppDelegate::openMenu() {
 /// A status-bar program should not keep the keyboard that it took by starting.
 void AppDelegate::dismissFocus() {
     if (services.system.servicesVersion() < platform::Version{10, 14, 0}) return;
-    services.workspace.openFile("", "Dock");
+    services.focus.openNothingWith("Dock");
 }
 
 } // namespace palisor

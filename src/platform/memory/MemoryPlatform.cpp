@@ -3,10 +3,11 @@
 namespace platform::memory {
 
 Platform MemoryPlatform::servicesWith(platform::Web& engine) {
-    return {log,       runLoop,     application, bundle,        settings, files,      system,
-            displays,  pointer,     cursor,      input,         keyboard, hotKeys,    windows,
-            workspace, statusItem,  alerts,      notifications, sounds,   loginItems, power,
-            textCodec, infoWindows, http,        json,          images,   engine,     calendar};
+    return {log,           runLoop,  application, bundle,    settings,   files,
+            system,        displays, pointer,     cursor,    input,      keyboard,
+            hotKeys,       windows,  focus,       workspace, statusItem, alerts,
+            notifications, sounds,   loginItems,  power,     textCodec,  infoWindows,
+            http,          json,     images,      engine,    calendar};
 }
 
 void MemoryPlatform::move(Point to, EventType type) {

@@ -9,6 +9,7 @@
 #include "platform/memory/Displays.h"
 #include "platform/memory/Effects.h"
 #include "platform/memory/Files.h"
+#include "platform/memory/Focus.h"
 #include "platform/memory/HotKeys.h"
 #include "platform/memory/Http.h"
 #include "platform/memory/Images.h"
@@ -53,6 +54,7 @@ class MemoryPlatform {
     Keyboard keyboard{effects};
     HotKeys hotKeys{effects, settings};
     Windows windows{effects};
+    Focus focus{effects};
     Workspace workspace{effects};
     StatusItem statusItem{effects};
     Alerts alerts{effects, runLoop};

@@ -9,12 +9,6 @@ class Workspace final : public platform::Workspace {
   public:
     explicit Workspace(Effects& stream) : effects(stream) {}
 
-    void activateFrontmostApplication() override { effects.emit("frontmostActivated"); }
-
-    void openFile(const std::string& path, const std::string& application) override {
-        effects.emit("openFile", Member{"path", path}, Member{"application", application});
-    }
-
     void openURL(const std::string& url) override { effects.emit("openURL", Member{"url", url}); }
 
     std::vector<std::string> runningApplications() override { return running; }

@@ -1,9 +1,7 @@
 #include "platform/qt/loop/QtApplication.h"
 
 #include <QApplication>
-#include <QDesktopServices>
 #include <QEvent>
-#include <QUrl>
 #include <QWidget>
 #include <QWindow>
 #include <cstdio>
@@ -53,10 +51,6 @@ void QtApplication::afterEvent(std::function<void()> operation) {
 bool QtApplication::hasActiveWindow() {
     return QGuiApplication::focusWindow() != nullptr ||
            QApplication::activePopupWidget() != nullptr;
-}
-
-void QtApplication::openFile(const std::string& path) {
-    QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromStdString(path)));
 }
 
 void QtApplication::onActiveWindowChange(std::function<void()> changed) {

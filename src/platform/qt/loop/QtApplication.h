@@ -58,9 +58,6 @@ class QtApplication final : public QObject, public Application {
     /// Calls `changed` whenever the answer of `hasActiveWindow` may have changed.
     void onActiveWindowChange(std::function<void()> changed);
 
-    /// Opens a file with the application that the desktop has for it.
-    static void openFile(const std::string& path);
-
     /// The session, or the run loop, wants the process to end.
     [[noreturn]] void endSession();
 

@@ -2,68 +2,127 @@
 
 #include <utility>
 
+// The way of an event, from the socket to its handlers.
+//
+// At rest the first arrival wakes the program and is read at once. From then on the socket is left
+// alone and a clock has `readFrame` called at the pace of a display, so that a mouse costs one
+// wake-up a frame whatever it sends; a few frames without an event end that. In a frame
+//
+//   1. `readFrame` settles whether the server may hold the cursor, and drains the connection;
+//   2. `RawInput::handle` gets what the devices sent, in the server's order. It tells the hold what
+//      moved and what a barrier stopped, and drops what repeats and what later motion replaces;
+//   3. `RawInput::batchEnded` has the place of it all from the barrier that ended the last motion,
+//      or asks the server, once. With the place each event goes on to
+//   4. `receive`, which gives it a type, and a motion to
+//   5. `receiveMotion`, which may put another one before it: where the cursor was held, or put;
+//   6. `deliver` calls the handlers, and taps alone while a window of the program is active.
+//      `Pointer::Handling` answers the event's place meanwhile, and carries the answer out.
+
 namespace platform::x11 {
 
 namespace {
 
-constexpr EventMask keyTypes =
-    maskOf(EventType::keyDown) | maskOf(EventType::keyUp) | maskOf(EventType::flagsChanged);
-constexpr EventMask otherKeyTypes = maskOf(EventType::keyDown) | maskOf(EventType::keyUp);
+// A hand that stops for less is still moving, and each rest costs a wake-up more at its end.
+constexpr int framesUntilRest = 4;
 
-EventType motionType(std::uint16_t buttonMask) {
-    if (buttonMask & XCB_BUTTON_MASK_1) return EventType::leftMouseDragged;
-    if (buttonMask & XCB_BUTTON_MASK_3) return EventType::rightMouseDragged;
-    if (buttonMask & XCB_BUTTON_MASK_2) return EventType::otherMouseDragged;
-    return EventType::mouseMoved;
-}
-
-// A step of the wheel is a press and a release of a button; one of them is enough.
-std::optional<EventType> buttonType(unsigned button, bool down) {
-    if (button == 1) return down ? EventType::leftMouseDown : EventType::leftMouseUp;
-    if (button == 3) return down ? EventType::rightMouseDown : EventType::rightMouseUp;
-    if (button < 4 || button > 7) return down ? EventType::otherMouseDown : EventType::otherMouseUp;
-    if (down) return EventType::scrollWheel;
-    return std::nullopt;
-}
-
-std::optional<EventType> typeOf(const RawEvent& raw, std::uint16_t buttonMask) {
-    switch (raw.kind) {
-    case RawEvent::Kind::motion:
-        return motionType(buttonMask);
-    case RawEvent::Kind::buttonDown:
-        return buttonType(raw.button, true);
-    case RawEvent::Kind::buttonUp:
-        return buttonType(raw.button, false);
-    case RawEvent::Kind::keyDown:
-        return raw.key.modifier ? EventType::flagsChanged : EventType::keyDown;
-    case RawEvent::Kind::keyUp:
-        return raw.key.modifier ? EventType::flagsChanged : EventType::keyUp;
-    }
-    return std::nullopt;
-}
+// The server answers in a tenth of this. One that is busy makes the events a frame late, and not
+// the program's windows slow.
+constexpr std::chrono::milliseconds patience{2};
 
 } // namespace
 
-InputEvents::InputEvents(Connection& connection, Descriptors& descriptors, const Displays& displays,
-                         Pointer& cursor, std::function<bool()> ownActive)
-    : pointer(cursor),
+InputEvents::InputEvents(Connection& x, Descriptors& descriptors, const Displays& displays,
+                         Pointer& cursor, Hold& screenHold, std::function<bool()> ownActive)
+    : connection(x),
+      pointer(cursor),
+      hold(screenHold),
       ownWindowActive(std::move(ownActive)),
-      source(
-          connection, displays, cursor,
-          [this](const RawEvent& raw, Point place, std::uint16_t buttonMask) {
-              receive(raw, place, buttonMask);
-          },
-          [this] { reader.arrived(); }),
-      reader(connection, descriptors, [this] { return source.waitsForAnswer(); },
-             {[this] {
-                  ownWindowChanged();
-                  source.beginFrame();
-              },
-              [this] { source.endFrame(); }}) {}
+      source(x, displays, cursor, screenHold, *this),
+      pace(descriptors, [this] { tick(); }) {
+    connection.readBy([this] { readFrame(); });
+}
+
+InputEvents::~InputEvents() {
+    connection.readBy({});
+    rest();
+}
+
+void InputEvents::readFrame() {
+    ownWindowChanged();
+    pointer.releaseWhenDue();
+    source.beginFrame();
+    connection.drain();
+    const auto deadline = Pace::Clock::now() + patience;
+    while (source.waitsForAnswer() && connection.waitForArrival(deadline))
+        connection.drain();
+    if (pace.isRunning()) source.endFrame();
+}
 
 // An alert or a menu of the program may be on another monitor.
 void InputEvents::ownWindowChanged() {
-    pointer.hold().suspend(ownWindowActive && ownWindowActive());
+    hold.suspend(ownWindowActive());
+}
+
+void InputEvents::receive(const RawEvent& raw, Point place, std::uint16_t buttonMask) {
+    const std::optional<EventType> type = raw.type(buttonMask);
+    if (!type) return;
+    const bool isPointers = (maskOf(*type) & keyTypes) == 0;
+    const InputEvent event{*type, place, isPointers ? std::uint16_t{0} : raw.key.code, raw.time};
+    if (raw.kind == RawEvent::Kind::motion)
+        receiveMotion(event);
+    else
+        deliver(event, false);
+}
+
+void InputEvents::receiveMotion(InputEvent event) {
+    const auto back = std::exchange(putBack, std::nullopt);
+    const auto deliverAt = [&](Point place, bool isHeldBack) {
+        event.location = place;
+        deliver(event, isHeldBack);
+    };
+    if (const auto push = hold.takePush(event.location)) {
+        deliverAt(push->held, false);
+        // The cursor is still inside, and the answer to the point outside is carried out.
+        deliverAt(push->beyond, true);
+        return;
+    }
+    const Point place = event.location;
+    // Nothing held it: it was warped back, and has been pushed out again from there.
+    if (back && hold.isBeyond(place)) deliverAt(*back, false);
+    const unsigned before = pointer.warps();
+    deliverAt(place, false);
+    if (pointer.warps() != before && !hold.isBeyond(pointer.lastPut())) putBack = pointer.lastPut();
+}
+
+void InputEvents::deliver(const InputEvent& event, bool isHeldBack) {
+    const EventMask bit = maskOf(event.type);
+    const bool isPointers = (bit & keyTypes) == 0;
+    const Pointer::Handling handling(pointer, event.location, isHeldBack);
+    for (std::size_t i = 0; i < consumers.size(); ++i) {
+        if (!(consumers[i].mask & bit)) continue;
+        const bool withheld = isPointers && !consumers[i].isTap && ownWindowActive();
+        if (!withheld) consumers[i].handler(event);
+    }
+}
+
+// Before the event is handled: its handler may run a loop of its own, in which the pace goes on.
+void InputEvents::arrived() {
+    anyArrived = true;
+    if (pace.isRunning()) return;
+    pace.start();
+    if (pace.isRunning()) connection.watch(false);
+}
+
+void InputEvents::tick() {
+    readFrame();
+    emptyFrames = std::exchange(anyArrived, false) || source.waitsForAnswer() ? 0 : emptyFrames + 1;
+    if (emptyFrames >= framesUntilRest) rest();
+}
+
+void InputEvents::rest() {
+    emptyFrames = 0;
+    pace.stop();
+    connection.watch(true);
 }
 
 void InputEvents::addGlobalMonitor(EventMask mask, Handler handler) {
@@ -75,60 +134,8 @@ void InputEvents::addTap(const TapParameters& parameters, Handler handler) {
 }
 
 void InputEvents::add(Consumer consumer) {
-    if (consumer.mask & otherKeyTypes) source.wantOtherKeys();
-    if (consumer.mask & keyTypes) source.selectKeys();
-    if (consumer.mask & ~keyTypes) source.selectPointer();
+    source.select(consumer.mask);
     consumers.push_back(std::move(consumer));
-}
-
-void InputEvents::receive(const RawEvent& raw, Point place, std::uint16_t buttonMask) {
-    const std::optional<EventType> type = typeOf(raw, buttonMask);
-    if (!type) return;
-    const bool isPointers = (maskOf(*type) & keyTypes) == 0;
-    const InputEvent event{*type, place, isPointers ? std::uint16_t{0} : raw.key.code, raw.time};
-    if (raw.kind == RawEvent::Kind::motion)
-        receiveMotion(event);
-    else
-        deliver(event);
-}
-
-void InputEvents::receiveMotion(InputEvent event) {
-    Hold& hold = pointer.hold();
-    const auto back = std::exchange(putBack, std::nullopt);
-    if (const auto push = hold.takePush(event.location)) {
-        deliverPush(event, *push);
-        return;
-    }
-    // Nothing held it: it was warped back, and has been pushed out again from there.
-    if (back && hold.isBeyond(event.location)) {
-        InputEvent held = event;
-        held.location = *back;
-        deliver(held);
-    }
-    const unsigned before = pointer.warps();
-    deliver(event);
-    const bool isBack = pointer.warps() != before && !hold.isBeyond(pointer.lastPut());
-    if (isBack) putBack = pointer.lastPut();
-}
-
-// The cursor is still inside, and the answer to the point outside is carried out.
-void InputEvents::deliverPush(InputEvent event, const Hold::Push& push) {
-    event.location = push.held;
-    deliver(event);
-    event.location = push.beyond;
-    deliver(event, true);
-}
-
-void InputEvents::deliver(const InputEvent& event, bool isHeldBack) {
-    const EventMask bit = maskOf(event.type);
-    const bool isPointers = (bit & keyTypes) == 0;
-    const Pointer::Handling handling(pointer, event.location, isHeldBack);
-    for (std::size_t i = 0; i < consumers.size(); ++i) {
-        if (!(consumers[i].mask & bit)) continue;
-        const bool withheld =
-            isPointers && !consumers[i].isTap && ownWindowActive && ownWindowActive();
-        if (!withheld) consumers[i].handler(event);
-    }
 }
 
 } // namespace platform::x11

@@ -1,11 +1,12 @@
 #pragma once
 
 #include "platform/InputEvents.h"
-#include "platform/x11/input/PacedReader.h"
+#include "platform/x11/input/Pace.h"
 #include "platform/x11/input/RawInput.h"
+#include "platform/x11/pointer/Hold.h"
 
 #include <deque>
-#include <optional>
+#include <functional>
 
 namespace platform::x11 {
 
@@ -15,12 +16,15 @@ namespace platform::x11 {
 ///
 /// A motion to a point outside the screen that the pointer holds comes right after one at the point
 /// where the cursor was held, so that the step between the two is the push of one frame.
-class InputEvents final : public platform::InputEvents {
+class InputEvents final : public platform::InputEvents, private RawInput::Receiver {
   public:
     /// `ownWindowActive` is asked for each pointer event that a monitor would get.
-    /// The connection is the pointer's, and nobody else reads it.
+    /// The connection is the pointer's and the hold's, and nobody else reads it.
     InputEvents(Connection& connection, Descriptors& descriptors, const Displays& displays,
-                Pointer& pointer, std::function<bool()> ownWindowActive);
+                Pointer& pointer, Hold& hold, std::function<bool()> ownWindowActive);
+    ~InputEvents() override;
+    InputEvents(const InputEvents&) = delete;
+    InputEvents& operator=(const InputEvents&) = delete;
 
     void addGlobalMonitor(EventMask mask, Handler handler) override;
     void addTap(const TapParameters& parameters, Handler handler) override;
@@ -36,17 +40,24 @@ class InputEvents final : public platform::InputEvents {
     };
 
     void add(Consumer consumer);
-    void receive(const RawEvent& raw, Point place, std::uint16_t buttonMask);
+    void readFrame();
+    void arrived() override;
+    void tick();
+    void rest();
+    void receive(const RawEvent& raw, Point place, std::uint16_t buttonMask) override;
     void receiveMotion(InputEvent event);
-    void deliverPush(InputEvent event, const Hold::Push& push);
-    void deliver(const InputEvent& event, bool isHeldBack = false);
+    void deliver(const InputEvent& event, bool isHeldBack);
 
+    Connection& connection;
     Pointer& pointer;
+    PushSource& hold;
     std::function<bool()> ownWindowActive;
     std::deque<Consumer> consumers; ///< stays in place when a handler adds one
     std::optional<Point> putBack;   ///< where the program took the cursor at the last motion
     RawInput source;
-    PacedReader reader;
+    Pace pace;
+    bool anyArrived = false;
+    int emptyFrames = 0;
 };
 
 } // namespace platform::x11

@@ -7,15 +7,6 @@
 
 namespace platform::x11 {
 
-namespace {
-
-timespec toTimespec(std::chrono::nanoseconds span) {
-    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(span);
-    return {static_cast<time_t>(seconds.count()), static_cast<long>((span - seconds).count())};
-}
-
-} // namespace
-
 Pace::Pace(Descriptors& watcher, std::function<void()> tick)
     : descriptors(watcher),
       handler(std::move(tick)),
@@ -34,20 +25,18 @@ Pace::~Pace() {
 }
 
 void Pace::start() {
-    if (running || descriptor < 0) return;
-    running = true;
-    set(Clock::now().time_since_epoch() + period, period);
+    if (!running && descriptor >= 0) set(period);
 }
 
 void Pace::stop() {
-    if (!running) return;
-    running = false;
-    set({}, {});
+    if (running) set({});
 }
 
-void Pace::set(Clock::duration first, std::chrono::nanoseconds interval) const {
-    const itimerspec times{toTimespec(interval), toTimespec(first)};
-    timerfd_settime(descriptor, TFD_TIMER_ABSTIME, &times, nullptr);
+void Pace::set(std::chrono::nanoseconds interval) {
+    running = interval.count() != 0;
+    const timespec span{0, static_cast<long>(interval.count())};
+    const itimerspec times{span, span};
+    timerfd_settime(descriptor, 0, &times, nullptr);
 }
 
 } // namespace platform::x11

@@ -7,8 +7,8 @@
 
 namespace platform::x11 {
 
-/// A clock that ticks at the pace of a display, on a grid of absolute times, also while an alert or
-/// a menu is open. Stopped it costs nothing. Main thread.
+/// A clock that ticks at the pace of a display, on a fixed grid, also while an alert or a
+/// menu is open. Stopped it costs nothing. Main thread.
 class Pace {
   public:
     using Clock = std::chrono::steady_clock;
@@ -27,7 +27,7 @@ class Pace {
     bool isRunning() const { return running; }
 
   private:
-    void set(Clock::duration first, std::chrono::nanoseconds interval) const;
+    void set(std::chrono::nanoseconds interval);
 
     Descriptors& descriptors;
     std::function<void()> handler;

@@ -4,11 +4,21 @@
 #include <utility>
 #include <xcb/xinput.h>
 
+// How an event gets its place.
+//
+// Devices tell steps and buttons, and not where the cursor was. That is asked for once for all that
+// has come (`ask`), or known from the barrier that ended the last motion (`knownPlace`); `covered`
+// of the waiting events are those that it is about. What stands behind the question in the stream
+// waits for the next frame: a fast mouse sends something new before each answer. So does everything
+// where the program itself has moved the cursor since the question.
+//
+// The receiver may warp the cursor, after which the place is no longer true for the events behind,
+// and may run a modal loop, in which further ones are passed on; so `passOn` looks at everything
+// anew for each event.
+
 namespace platform::x11 {
 
 namespace {
-
-constexpr std::uint8_t genericEvent = XCB_GE_GENERIC;
 
 /// How far the device moved the cursor, accelerated; nothing for a wheel in the smooth scrolling
 /// form, which moves only the third valuator and those after it.
@@ -35,44 +45,34 @@ bool isBefore(std::uint32_t sequence, std::uint32_t other) {
     return static_cast<std::int32_t>(sequence - other) < 0;
 }
 
-std::uint16_t maskWith(std::uint16_t mask, unsigned button, bool down) {
-    if (button < 1 || button > 5) return mask;
-    const auto bit = static_cast<std::uint16_t>(XCB_BUTTON_MASK_1 << (button - 1));
-    return static_cast<std::uint16_t>(down ? mask | bit : mask & ~bit);
-}
-
 } // namespace
 
-std::uint16_t RawEvent::buttonsAfter(std::uint16_t mask) const {
-    if (kind != Kind::buttonDown && kind != Kind::buttonUp) return mask;
-    return maskWith(mask, button, kind == Kind::buttonDown);
-}
-
-std::uint16_t RawEvent::buttonsBefore(std::uint16_t mask) const {
-    if (kind != Kind::buttonDown && kind != Kind::buttonUp) return mask;
-    return maskWith(mask, button, kind == Kind::buttonUp);
-}
-
-RawInput::RawInput(Connection& x, const Displays& screens, Pointer& cursor, Receiver receive,
-                   std::function<void()> onArrival)
+RawInput::RawInput(Connection& x, const Displays& screens, const Pointer& cursor,
+                   CursorTrack& cursorTrack, Receiver& eventReceiver)
     : connection(x),
       displays(screens),
       pointer(cursor),
-      receiver(std::move(receive)),
-      arrived(std::move(onArrival)) {
+      track(cursorTrack),
+      receiver(eventReceiver) {
     constexpr std::size_t burst = 256;
     pending.reserve(burst);
-    connection.listen(*this, {genericEvent, XCB_MAPPING_NOTIFY});
+    connection.listen(*this, {XCB_GE_GENERIC, XCB_MAPPING_NOTIFY});
 }
 
 RawInput::~RawInput() {
     connection.forget(*this);
 }
 
-void RawInput::selectPointer() {
-    pointerSelected = true;
-    findClientPointer();
-    select();
+void RawInput::select(EventMask types) {
+    otherKeys |= (types & otherKeyTypes) != 0;
+    keysSelected |= (types & keyTypes) != 0;
+    if (types & ~keyTypes) {
+        pointerSelected = true;
+        findClientPointer();
+    }
+    sendSelection();
+    if (std::exchange(tableStale, false)) table.read(connection);
+    connection.flush();
 }
 
 // The server decides which one it is at the first question about the place.
@@ -82,18 +82,6 @@ void RawInput::findClientPointer() {
     const auto found = connection.wait(xcb_input_xi_get_client_pointer(c, XCB_NONE),
                                        xcb_input_xi_get_client_pointer_reply);
     if (found && found->set) clientPointer = found->deviceid;
-}
-
-void RawInput::selectKeys() {
-    keysSelected = true;
-    select();
-}
-
-void RawInput::select() {
-    sendSelection();
-    if (tableStale) table.read(connection);
-    tableStale = false;
-    connection.flush();
 }
 
 void RawInput::sendSelection() {
@@ -152,10 +140,8 @@ void RawInput::handle(const xcb_generic_event_t& generic) {
         add(event);
         break;
     case XCB_INPUT_RAW_KEY_PRESS:
-        addKey(raw.detail, true, event);
-        break;
     case XCB_INPUT_RAW_KEY_RELEASE:
-        addKey(raw.detail, false, event);
+        addKey(raw.detail, raw.event_type == XCB_INPUT_RAW_KEY_PRESS, event);
         break;
     default:
         break;
@@ -178,7 +164,7 @@ void RawInput::addMotion(const xcb_input_raw_motion_event_t& raw, const RawEvent
     const auto step = stepOf(raw);
     if (!step) return;
     motion.event(*step);
-    pointer.hold().moved(*step, event.time, isAfterQuestion(event.sequence));
+    track.moved(*step, event.time, isAfterQuestion(event.sequence));
     add(event);
 }
 
@@ -188,7 +174,7 @@ void RawInput::addHit(const xcb_input_barrier_hit_event_t& hit) {
                          .time = seconds(hit.time),
                          .stopped = hit.deviceid == clientPointer};
     motion.stopped();
-    pointer.hold().hit(hit, event.time, isAfterQuestion(event.sequence));
+    track.hit(hit, event.time, isAfterQuestion(event.sequence));
     add(event);
 }
 
@@ -206,7 +192,7 @@ void RawInput::addKey(std::uint32_t keycode, bool pressed, RawEvent event) {
 // The cursor has moved and no event of that was read. It comes before the clicks of the frame.
 void RawInput::addSeenMotion(std::uint32_t sequence) {
     if (head < covered && pending[head].kind == RawEvent::Kind::motion) return;
-    arrived();
+    receiver.arrived();
     pending.insert(pending.begin() + static_cast<std::ptrdiff_t>(head),
                    {.sequence = sequence - 1, .time = secondsHere() + clockAhead});
     ++covered;
@@ -215,7 +201,7 @@ void RawInput::addSeenMotion(std::uint32_t sequence) {
 // Motion that follows motion replaces it, unless the older one is waiting for an answer: then a
 // fast mouse would put off its own delivery for ever.
 void RawInput::add(const RawEvent& event) {
-    arrived();
+    receiver.arrived();
     const bool follows =
         event.kind == RawEvent::Kind::motion && pending.size() > covered && pending.size() > head &&
         pending.back().kind == RawEvent::Kind::motion &&
@@ -227,13 +213,10 @@ void RawInput::add(const RawEvent& event) {
 }
 
 void RawInput::batchEnded() {
-    if (tableStale && (pointerSelected || keysSelected)) {
-        tableStale = false;
+    if ((pointerSelected || keysSelected) && std::exchange(tableStale, false))
         table.read(connection);
-    }
-    pointer.releaseWhenDue();
     if (std::exchange(anyTime, false)) clockAhead = lastSeconds() - secondsHere();
-    if (!mayAsk || asked != 0 || empty()) return;
+    if (!mayAsk || asked != 0 || head == pending.size()) return;
     if (const auto place = knownPlace())
         passOnFrom(*place);
     else
@@ -245,16 +228,15 @@ void RawInput::batchEnded() {
 std::optional<xcb_point_t> RawInput::knownPlace() const {
     if (motion.looks() || !buttons || !pending.back().stopped) return std::nullopt;
     if (isBefore(pending.back().sequence, pointer.lastPutSequence())) return std::nullopt;
-    return pointer.hold().stoppedAt();
+    return track.stoppedAt();
 }
 
 void RawInput::passOnFrom(xcb_point_t root) {
     beginAnswer();
     for (std::size_t i = head; i < covered; ++i)
         buttons = pending[i].buttonsAfter(*buttons);
-    const Point place = displays.toTopLeft(root.x, root.y);
-    lastPlace = place;
-    passOn(place);
+    lastPlace = displays.toTopLeft(root.x, root.y);
+    passOn(lastPlace);
 }
 
 void RawInput::beginAnswer() {
@@ -267,7 +249,7 @@ void RawInput::ask() {
     beginAnswer();
     asked = xcb_query_pointer(connection.xcb(), connection.root()).sequence;
     connection.awaitReply(asked, *this);
-    pointer.hold().asked();
+    track.asked();
 }
 
 void RawInput::handleReply(unsigned sequence, const void* reply) {
@@ -279,8 +261,7 @@ void RawInput::handleReply(unsigned sequence, const void* reply) {
         covered = head;
         return;
     }
-    pointer.hold().placed(
-        {static_cast<double>(answer->root_x), static_cast<double>(answer->root_y)});
+    track.placed({static_cast<double>(answer->root_x), static_cast<double>(answer->root_y)});
     const Point place = displays.toTopLeft(answer->root_x, answer->root_y);
     buttons = answer->mask;
     while (covered < pending.size() && isBefore(pending[covered].sequence, sequence))
@@ -291,9 +272,7 @@ void RawInput::handleReply(unsigned sequence, const void* reply) {
     passOn(place);
 }
 
-// The receiver may move the cursor, after which the place is no longer true for the events behind,
-// and may run a modal loop, in which further ones are passed on; so the state is looked at anew for
-// each event. The buttons are known as they are after all of them.
+// The buttons are known as they are after all of the events.
 void RawInput::passOn(Point place) {
     while (head < covered && asked == 0 && pointer.warps() == warpsWhenAsked) {
         const RawEvent event = pending[head++];
@@ -303,7 +282,7 @@ void RawInput::passOn(Point place) {
         std::uint16_t mask = *buttons;
         for (std::size_t i = covered; i-- > head;)
             mask = pending[i].buttonsBefore(mask);
-        receiver(event, place, mask);
+        receiver.receive(event, place, mask);
     }
     if (pointer.warps() != warpsWhenAsked) lastPlace = pointer.lastPut();
     if (asked != 0) return;

@@ -1,52 +1,39 @@
 #pragma once
 
 #include "platform/x11/input/MotionWatch.h"
-#include "platform/x11/keys/KeyTable.h"
+#include "platform/x11/input/RawEvent.h"
 #include "platform/x11/pointer/Pointer.h"
 
 #include <bitset>
-#include <optional>
+#include <vector>
 
 namespace platform::x11 {
 
-/// One event of a device, before it has a place.
-struct RawEvent {
-    enum class Kind : std::uint8_t { motion, buttonDown, buttonUp, keyDown, keyUp };
-    Kind kind = Kind::motion;
-    unsigned button = 0; ///< 1 left, 2 middle, 3 right, 4 to 7 scrolling
-    Key key{};
-    std::uint32_t sequence = 0; ///< its place in the server's stream
-    double time = 0;            ///< seconds, the server's clock
-    bool stopped = false;       ///< a motion that a barrier ended
-
-    /// The core protocol's mask of the buttons that are down, from what it is on the other side.
-    std::uint16_t buttonsAfter(std::uint16_t before) const;
-    std::uint16_t buttonsBefore(std::uint16_t after) const;
-};
-
 /// The devices' events of the whole session, received also while another client grabs, in their
-/// order and with the cursor's place. Nothing here waits for the server: where no barrier has told
-/// the place it is asked for, once for all that has come, and they go on when the answer is there.
+/// order and with the cursor's place. Nothing here waits for the server.
 class RawInput final : private Listener {
   public:
-    /// `buttonMask` is the core protocol's, as it was with the event.
-    using Receiver =
-        std::function<void(const RawEvent& event, Point topLeft, std::uint16_t buttonMask)>;
+    class Receiver {
+      public:
+        /// An event has come that will be passed on.
+        virtual void arrived() = 0;
+        /// `buttonMask` is the core protocol's, as it was with the event.
+        virtual void receive(const RawEvent& event, Point topLeft, std::uint16_t buttonMask) = 0;
 
-    /// `arrived` is called when an event has come that will be passed on.
-    RawInput(Connection& connection, const Displays& displays, Pointer& pointer, Receiver receiver,
-             std::function<void()> arrived);
+      protected:
+        ~Receiver() = default;
+    };
+
+    RawInput(Connection& connection, const Displays& displays, const Pointer& pointer,
+             CursorTrack& track, Receiver& receiver);
     ~RawInput();
     RawInput(const RawInput&) = delete;
     RawInput& operator=(const RawInput&) = delete;
 
-    void selectPointer();
-    void selectKeys();
-    /// Keys that are not modifiers are passed on only after this.
-    void wantOtherKeys() { otherKeys = true; }
+    /// Events of these types are passed on too from now on; motion is whenever a pointer's are.
+    void select(EventMask types);
 
-    /// From here on one more question about the cursor's place may be asked. What comes after it
-    /// waits for the next frame: a fast mouse sends something new before each answer.
+    /// From here on one more question about the cursor's place may be asked.
     void beginFrame();
     void endFrame();
     /// Whether a question is on its way.
@@ -58,7 +45,6 @@ class RawInput final : private Listener {
     void batchEnded() override;
 
     void findClientPointer();
-    void select();
     void sendSelection();
     void addSeenMotion(std::uint32_t sequence);
     void addMotion(const xcb_input_raw_motion_event_t& raw, const RawEvent& event);
@@ -73,13 +59,12 @@ class RawInput final : private Listener {
     std::optional<xcb_point_t> knownPlace() const;
     void passOnFrom(xcb_point_t root);
     void passOn(Point place);
-    bool empty() const { return head == pending.size(); }
 
     Connection& connection;
     const Displays& displays;
-    Pointer& pointer;
-    Receiver receiver;
-    std::function<void()> arrived;
+    const Pointer& pointer;
+    CursorTrack& track;
+    Receiver& receiver;
     KeyTable table;
     bool tableStale = true;
     bool pointerSelected = false;

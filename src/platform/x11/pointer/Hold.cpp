@@ -1,7 +1,21 @@
 #include "platform/x11/pointer/Hold.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+
+// How the server holds the cursor.
+//
+// A pointer barrier stands on each side of the screen beyond which another monitor lies. It stops
+// motion outwards only, so a cursor that came out in another way (a warp, a tablet) can come back.
+// It is a line without ends: the server tells whether a slanting motion meets a barrier by a point
+// mirrored at the start of the motion, so near the end of a shorter one it lets some of them pass.
+//
+// For each motion that a barrier stops the server tells the whole of the motion, but not where the
+// cursor was before it. That is followed here: from the last place that the server told, along the
+// raw motion since, which also has the fractions of pixels that the server drops at a barrier. Of
+// a fast mouse the raw motion is not read, and the first motion that is stopped counts as if the
+// cursor had been at the barrier already: one event of a hundred in a frame.
 
 namespace platform::x11 {
 
@@ -24,17 +38,8 @@ bool isVertical(Side side) {
 
 /// The pixel at which the cursor stands when a side stops it.
 int lastPixel(Side side, const Box& box) {
-    switch (side) {
-    case Side::left:
-        return box.left;
-    case Side::right:
-        return box.right - 1;
-    case Side::top:
-        return box.top;
-    case Side::bottom:
-        return box.bottom - 1;
-    }
-    return 0;
+    const std::array pixels{box.left, box.right - 1, box.top, box.bottom - 1};
+    return pixels[static_cast<std::size_t>(side)];
 }
 
 bool isOutwards(Side side, double way) {
@@ -50,7 +55,7 @@ Hold::Hold(Connection& x, Displays& screens, bool isAllowed)
 
 Hold::~Hold() {
     displays.onLayout(this, {});
-    replaceWalls({});
+    replaceBarriers({});
     connection.flush();
 }
 
@@ -80,59 +85,47 @@ void Hold::rebuild() {
         // Of a screen that has gone nothing is left to be held inside.
         if (std::find(present.begin(), present.end(), *held) == present.end()) held.reset();
     }
-    const bool same = held ? !walls.empty() && *held == box && present == monitors : walls.empty();
+    const bool same =
+        held ? !barriers.empty() && *held == box && present == monitors : barriers.empty();
     monitors = std::move(present);
     if (same) return;
     if (held) box = *held;
-    // Between walls nothing is followed, and a place that the cursor was put to since is right.
-    isKnown &= walls.empty();
+    // Without barriers nothing is followed, and a place that the cursor was put to since is right.
+    isKnown &= barriers.empty();
     stopped.reset();
     delta.reset();
     meter.clear();
-    replaceWalls(held ? innerSides(box, monitors) : std::vector<Side>{});
+    replaceBarriers(held ? innerSides(box, monitors) : std::vector<Side>{});
     connection.flush();
 }
 
-// The new walls stand before the old ones go, and nobody's input comes in between.
-void Hold::replaceWalls(const std::vector<Side>& sides) {
-    if (sides.empty() && walls.empty()) return;
+// The new barriers stand before the old ones go, and nobody's input comes in between.
+void Hold::replaceBarriers(const std::vector<Side>& sides) {
+    if (sides.empty() && barriers.empty()) return;
     xcb_connection_t* c = connection.xcb();
     xcb_grab_server(c);
-    std::vector<Wall> built;
+    std::vector<Barrier> built;
     for (const Side side : sides)
         built.push_back(build(side));
-    for (const Wall& wall : walls)
-        xcb_xfixes_delete_pointer_barrier(c, wall.id);
+    for (const Barrier& barrier : barriers)
+        xcb_xfixes_delete_pointer_barrier(c, barrier.id);
     xcb_ungrab_server(c);
-    walls = std::move(built);
+    barriers = std::move(built);
 }
 
-Hold::Wall Hold::build(Side side) {
-    const bool far = side == Side::right || side == Side::bottom;
-    const Wall wall{side, lastPixel(side, box) + (far ? 1 : 0), xcb_generate_id(connection.xcb())};
-    const auto at = static_cast<std::uint16_t>(wall.at);
-    std::uint32_t inwards = 0;
-    switch (side) {
-    case Side::left:
-        inwards = XCB_XFIXES_BARRIER_DIRECTIONS_POSITIVE_X;
-        break;
-    case Side::right:
-        inwards = XCB_XFIXES_BARRIER_DIRECTIONS_NEGATIVE_X;
-        break;
-    case Side::top:
-        inwards = XCB_XFIXES_BARRIER_DIRECTIONS_POSITIVE_Y;
-        break;
-    case Side::bottom:
-        inwards = XCB_XFIXES_BARRIER_DIRECTIONS_NEGATIVE_Y;
-        break;
-    }
-    if (isVertical(side))
-        xcb_xfixes_create_pointer_barrier(connection.xcb(), wall.id, connection.root(), at,
-                                          endless1, at, endless2, inwards, 0, nullptr);
-    else
-        xcb_xfixes_create_pointer_barrier(connection.xcb(), wall.id, connection.root(), endless1,
-                                          at, endless2, at, inwards, 0, nullptr);
-    return wall;
+Hold::Barrier Hold::build(Side side) {
+    constexpr std::array<std::uint32_t, 4> inwards{
+        XCB_XFIXES_BARRIER_DIRECTIONS_POSITIVE_X, XCB_XFIXES_BARRIER_DIRECTIONS_NEGATIVE_X,
+        XCB_XFIXES_BARRIER_DIRECTIONS_POSITIVE_Y, XCB_XFIXES_BARRIER_DIRECTIONS_NEGATIVE_Y};
+    const Barrier barrier{side, xcb_generate_id(connection.xcb())};
+    const int behind = side == Side::right || side == Side::bottom ? 1 : 0;
+    const auto at = static_cast<std::uint16_t>(lastPixel(side, box) + behind);
+    const bool vertical = isVertical(side);
+    xcb_xfixes_create_pointer_barrier(connection.xcb(), barrier.id, connection.root(),
+                                      vertical ? at : endless1, vertical ? endless1 : at,
+                                      vertical ? at : endless2, vertical ? endless2 : at,
+                                      inwards[static_cast<std::size_t>(side)], 0, nullptr);
+    return barrier;
 }
 
 /// The last motion is over: the cursor is where it led to.
@@ -164,8 +157,8 @@ void Hold::moved(Point step, double time, bool afterQuestion) {
     settle();
     span = time - lastTime;
     lastTime = time;
-    isKnown &= !walls.empty();
-    if (walls.empty()) return;
+    isKnown &= !barriers.empty();
+    if (barriers.empty()) return;
     delta = step;
     if (!afterQuestion) return;
     sinceQuestion.x += step.x;
@@ -178,8 +171,8 @@ void Hold::asked() {
 }
 
 void Hold::placed(Point root) {
-    isKnown &= !walls.empty();
-    if (walls.empty() || stoppedSinceQuestion) return; // a stop was told later than this
+    isKnown &= !barriers.empty();
+    if (barriers.empty() || stoppedSinceQuestion) return; // a stop was told later than this
     const Point last = delta.value_or(Point{});
     const Point now = stopped.value_or(Point{before.x + last.x, before.y + last.y});
     const auto agrees = [](double followed, double told) { return std::floor(followed) == told; };
@@ -206,28 +199,28 @@ void Hold::put(Point root) {
     putAt = root;
 }
 
-// Walls are endless, and stop a cursor outside the screen too.
+// Barriers are endless, and stop a cursor outside the screen too.
 std::optional<xcb_point_t> Hold::stoppedAt() const {
-    if (!stopped || walls.empty() || !box.contains(*stopped)) return std::nullopt;
+    if (!stopped || barriers.empty() || !box.contains(*stopped)) return std::nullopt;
     return xcb_point_t{static_cast<std::int16_t>(std::floor(stopped->x)),
                        static_cast<std::int16_t>(std::floor(stopped->y))};
 }
 
 void Hold::hit(const xcb_input_barrier_hit_event_t& event, double time, bool afterQuestion) {
-    const auto wall = std::find_if(walls.begin(), walls.end(),
-                                   [&](const Wall& one) { return one.id == event.barrier; });
-    if (wall == walls.end()) return;
+    const auto barrier = std::find_if(barriers.begin(), barriers.end(),
+                                      [&](const Barrier& one) { return one.id == event.barrier; });
+    if (barrier == barriers.end()) return;
     stoppedSinceQuestion |= afterQuestion;
     const Point told{fromFixed(event.dx), fromFixed(event.dy)};
-    // Two walls stop a motion into a corner. Otherwise it is another motion, even if its own raw
+    // Two barriers stop a motion into a corner. Otherwise it is another motion, even if its own raw
     // event is not read.
-    const bool isSecondWall =
-        time == lastStop.time && told == lastStop.told && event.barrier != lastStop.wall;
-    if (stopped && !isSecondWall) settle();
+    const bool isSecondBarrier =
+        time == lastStop.time && told == lastStop.told && event.barrier != lastStop.barrier;
+    if (stopped && !isSecondBarrier) settle();
     lastStop = {time, told, event.barrier};
     stopped = Point{fromFixed(event.root_x), fromFixed(event.root_y)};
 
-    const bool vertical = isVertical(wall->side);
+    const bool vertical = isVertical(barrier->side);
     const auto across = [vertical](Point p) { return vertical ? p.x : p.y; };
     const auto along = [vertical](Point p) { return vertical ? p.y : p.x; };
     // A motion that is not the one told, or a place that does not lead to where it was stopped, is
@@ -237,11 +230,11 @@ void Hold::hit(const xcb_input_barrier_hit_event_t& event, double time, bool aft
     const double start = along(*stopped) - along(told);
     const bool followed = isKnown && sameMotion && std::abs(along(before) - start) < 2.5;
 
-    const int edge = lastPixel(wall->side, box);
+    const int edge = lastPixel(barrier->side, box);
     const double cutOff = (followed ? across(before) - edge : 0) + step;
     const bool leads = followed && isWherePut();
     // Where the cursor just reaches the edge nothing is cut off.
-    if (!isOutwards(wall->side, cutOff) && !(leads && cutOff == 0)) return;
+    if (!isOutwards(barrier->side, cutOff) && !(leads && cutOff == 0)) return;
     const double at = edge;
     PushMeter::Piece piece{time, sameMotion ? span : event.dtime / 1000.0, {}, {}};
     // The first one of a contact may end a rest.
@@ -252,9 +245,9 @@ void Hold::hit(const xcb_input_barrier_hit_event_t& event, double time, bool aft
     meter.add(piece);
 }
 
-std::optional<Hold::Push> Hold::takePush(Point place) {
+std::optional<PushSource::Push> Hold::takePush(Point place) {
     const auto sum = meter.take();
-    if (!sum || walls.empty()) return std::nullopt;
+    if (!sum || barriers.empty()) return std::nullopt;
     const xcb_point_t at = displays.toRoot(place);
     const Point would{at.x + sum->cutOff.x, at.y + sum->cutOff.y};
     const Point beyond = onDesktop(would, box, monitors);

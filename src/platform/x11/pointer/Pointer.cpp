@@ -5,8 +5,8 @@
 
 namespace platform::x11 {
 
-Pointer::Pointer(Connection& x, Displays& screens, RunLoop& loop, bool serverHolds)
-    : connection(x), displays(screens), runLoop(loop), screenHold(x, screens, serverHolds) {}
+Pointer::Pointer(Connection& x, const Displays& screens, RunLoop& loop, Confinement& confinement)
+    : connection(x), displays(screens), runLoop(loop), hold(confinement) {}
 
 Pointer::~Pointer() {
     release();
@@ -32,7 +32,7 @@ Point Pointer::location() {
     return reply ? displays.toTopLeft(reply->root_x, reply->root_y) : Point{};
 }
 
-// The walls stand before the cursor comes, or the hand would move it on in between.
+// The barriers stand before the cursor comes, or the hand would move it on in between.
 void Pointer::warp(Point to) {
     release();
     const xcb_point_t place = displays.toRoot(to);
@@ -44,8 +44,8 @@ void Pointer::warp(Point to) {
 }
 
 void Pointer::holdInside(std::optional<Rect> screen) {
-    screenHold.inside(screen);
-    if (goal && !screenHold.isBeyond(*goal)) letThrough();
+    hold.inside(screen);
+    if (goal && !hold.isBeyond(*goal)) letThrough();
 }
 
 void Pointer::letThrough() {
@@ -57,13 +57,12 @@ void Pointer::letThrough() {
 }
 
 bool Pointer::onMonitor(xcb_point_t place) const {
-    const auto holds = [&](const Screen& screen) {
+    const auto screens = displays.screens();
+    return std::any_of(screens.begin(), screens.end(), [&](const Screen& screen) {
         const xcb_rectangle_t area = displays.toRoot(screen.frame);
         return place.x >= area.x && place.x < area.x + area.width && place.y >= area.y &&
                place.y < area.y + area.height;
-    };
-    const auto screens = displays.screens();
-    return std::any_of(screens.begin(), screens.end(), holds);
+    });
 }
 
 void Pointer::move(Point to, xcb_point_t place) {
@@ -73,11 +72,11 @@ void Pointer::move(Point to, xcb_point_t place) {
     ++warpCount;
     lastPlace = to;
     if (known) known = to;
-    screenHold.put({static_cast<double>(place.x), static_cast<double>(place.y)});
+    hold.put({static_cast<double>(place.x), static_cast<double>(place.y)});
 }
 
-// The server moves a cursor that was put beside every monitor onto the nearest one. This waits for
-// the server, for such a place alone.
+// A cursor that is put beside every monitor stays on the one it comes from, at the pixel next to
+// the place. This waits for the server, for such a place alone.
 xcb_point_t Pointer::placeInForce(xcb_point_t wanted) {
     const auto reply = connection.wait(xcb_query_pointer(connection.xcb(), connection.root()),
                                        xcb_query_pointer_reply);
@@ -85,26 +84,23 @@ xcb_point_t Pointer::placeInForce(xcb_point_t wanted) {
 }
 
 // A vertical barrier at x stands between the pixels x - 1 and x, a horizontal one likewise. The
-// walls overlap at the corners, or a diagonal step would slip out between two of them.
+// four overlap at the corners, or a diagonal step would slip out between two of them.
 void Pointer::pause(xcb_point_t place) {
+    const int x = place.x, y = place.y;
+    const std::array<std::array<int, 4>, 4> lines = {{{x, y - 2, x, y + 3},
+                                                      {x + 1, y - 2, x + 1, y + 3},
+                                                      {x - 2, y, x + 3, y},
+                                                      {x - 2, y + 1, x + 3, y + 1}}};
     const auto at = [](int v) { return static_cast<std::uint16_t>(std::max(v, 0)); };
-    const std::uint16_t left = at(place.x), right = at(place.x + 1);
-    const std::uint16_t top = at(place.y), bottom = at(place.y + 1);
-    const std::uint16_t before = at(place.x - 2), after = at(place.x + 3);
-    const std::uint16_t above = at(place.y - 2), below = at(place.y + 3);
-    const std::array<std::array<std::uint16_t, 4>, 4> lines = {{{left, above, left, below},
-                                                                {right, above, right, below},
-                                                                {before, top, after, top},
-                                                                {before, bottom, after, bottom}}};
-    for (std::size_t i = 0; i < walls.size(); ++i) {
-        walls[i] = xcb_generate_id(connection.xcb());
-        xcb_xfixes_create_pointer_barrier(connection.xcb(), walls[i], connection.root(),
-                                          lines[i][0], lines[i][1], lines[i][2], lines[i][3], 0, 0,
-                                          nullptr);
+    for (std::size_t i = 0; i < barriers.size(); ++i) {
+        const auto& [x1, y1, x2, y2] = lines[i];
+        barriers[i] = xcb_generate_id(connection.xcb());
+        xcb_xfixes_create_pointer_barrier(connection.xcb(), barriers[i], connection.root(), at(x1),
+                                          at(y1), at(x2), at(y2), 0, 0, nullptr);
     }
-    held = true;
-    heldUntil = Clock::now() + std::chrono::duration_cast<Clock::duration>(
-                                   std::chrono::duration<double>(interval));
+    paused = true;
+    pausedUntil = Clock::now() + std::chrono::duration_cast<Clock::duration>(
+                                     std::chrono::duration<double>(interval));
     timer = runLoop.schedule(interval, false, "releasePointer", [this] {
         timer = TimerId::none;
         release();
@@ -113,14 +109,14 @@ void Pointer::pause(xcb_point_t place) {
 }
 
 void Pointer::releaseWhenDue() {
-    if (held && Clock::now() >= heldUntil) release();
+    if (paused && Clock::now() >= pausedUntil) release();
 }
 
 void Pointer::release() {
-    if (!held) return;
-    held = false;
-    for (xcb_xfixes_barrier_t wall : walls)
-        xcb_xfixes_delete_pointer_barrier(connection.xcb(), wall);
+    if (!paused) return;
+    paused = false;
+    for (const xcb_xfixes_barrier_t barrier : barriers)
+        xcb_xfixes_delete_pointer_barrier(connection.xcb(), barrier);
     runLoop.invalidate(timer);
     timer = TimerId::none;
 }

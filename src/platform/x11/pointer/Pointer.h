@@ -2,11 +2,11 @@
 
 #include "platform/Pointer.h"
 #include "platform/RunLoop.h"
-#include "platform/x11/pointer/Hold.h"
+#include "platform/x11/pointer/HoldRoles.h"
+#include "platform/x11/session/Displays.h"
 
 #include <array>
 #include <chrono>
-#include <optional>
 #include <xcb/xfixes.h>
 
 namespace platform::x11 {
@@ -14,8 +14,7 @@ namespace platform::x11 {
 class Pointer final : public platform::Pointer {
   public:
     /// On the connection that the events are read from, or a warp and they would have no order.
-    /// `serverHolds` false: the cursor is only warped back.
-    Pointer(Connection& connection, Displays& displays, RunLoop& runLoop, bool serverHolds = true);
+    Pointer(Connection& connection, const Displays& displays, RunLoop& runLoop, Confinement& hold);
     ~Pointer() override;
     Pointer(const Pointer&) = delete;
     Pointer& operator=(const Pointer&) = delete;
@@ -25,7 +24,6 @@ class Pointer final : public platform::Pointer {
     void setLocalEventsSuppressionInterval(double seconds) override { interval = seconds; }
     void holdInside(std::optional<Rect> screen) override;
 
-    Hold& hold() { return screenHold; }
     /// Where the last warp led.
     Point lastPut() const { return lastPlace; }
     /// The warp's place in the stream of requests: an event with a lower number is older.
@@ -39,7 +37,7 @@ class Pointer final : public platform::Pointer {
     /// place, before what else the handler has to do, and at the end where no warp has answered.
     class Handling {
       public:
-        Handling(Pointer& pointer, Point place, bool isHeldBack = false);
+        Handling(Pointer& pointer, Point place, bool isHeldBack);
         ~Handling();
         Handling(const Handling&) = delete;
         Handling& operator=(const Handling&) = delete;
@@ -67,16 +65,16 @@ class Pointer final : public platform::Pointer {
     Connection& connection;
     const Displays& displays;
     RunLoop& runLoop;
-    Hold screenHold;
+    Confinement& hold;
     std::optional<Point> known;
     std::optional<Point> goal; ///< of an event that the cursor was held back from
     Point lastPlace;
     std::uint32_t lastSequence = 0;
     unsigned warpCount = 0;
     double interval = 0;
-    std::array<xcb_xfixes_barrier_t, 4> walls{};
-    bool held = false;
-    Clock::time_point heldUntil;
+    std::array<xcb_xfixes_barrier_t, 4> barriers{}; ///< of the pause
+    bool paused = false;
+    Clock::time_point pausedUntil;
     TimerId timer = TimerId::none;
 };
 

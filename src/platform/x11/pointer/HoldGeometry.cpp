@@ -1,4 +1,4 @@
-#include "platform/x11/pointer/Walls.h"
+#include "platform/x11/pointer/HoldGeometry.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "platform/qt/session/UrlOpener.h"
+#include "platform/qt/session/QtWorkspace.h"
 #include "Stage.h"
 #include "testing/Child.h"
 #include "testing/KeptLog.h"
@@ -17,9 +17,9 @@ using namespace menutests;
 
 namespace {
 
-class UrlOpener : public testing::Test {
+class QtWorkspace : public testing::Test {
   protected:
-    UrlOpener() {
+    QtWorkspace() {
         const auto folder = desktop().home() / "bin";
         const auto told = (desktop().home() / "opened").string();
         std::filesystem::create_directories(folder);
@@ -31,7 +31,7 @@ class UrlOpener : public testing::Test {
         std::filesystem::permissions(program, std::filesystem::perms::owner_all);
         ::setenv("PATH", (folder.string() + ":" + std::getenv("PATH")).c_str(), 1);
     }
-    ~UrlOpener() override { std::filesystem::remove(desktop().home() / "opened"); }
+    ~QtWorkspace() override { std::filesystem::remove(desktop().home() / "opened"); }
 
     /// The number of arguments and the first one.
     std::string opened() {
@@ -41,31 +41,31 @@ class UrlOpener : public testing::Test {
 
     support::Descriptor pipe;
     testing_support::KeptLog log;
-    platform::qt::UrlOpener opener{log};
+    platform::qt::QtWorkspace workspace{"nobody", log};
 };
 
 } // namespace
 
-TEST_F(UrlOpener, PassesPagesAndMailsOnAsOneArgument) {
+TEST_F(QtWorkspace, PassesPagesAndMailsOnAsOneArgument) {
     for (const std::string url :
          {"https://www.tamberlo.invalid", "https://www.tamberlo.invalid#contacts",
           "http://a.invalid/app/quenlow/index.php?lingua=it",
           "mailto:a@b.invalid?Subject=Pi%C3%B9%20%26%20pi%C3%B9&body=%0A%0A100%25%20s%C3%AC"}) {
-        opener.open(url);
+        workspace.openURL(url);
         EXPECT_EQ(opened(), "1|" + url);
     }
     EXPECT_TRUE(log.lines.empty());
 }
 
-TEST_F(UrlOpener, LeavesNothingToAShell) {
-    opener.open("https://a.invalid/$(touch%20x);`id`?q='a b'\"&&|");
+TEST_F(QtWorkspace, LeavesNothingToAShell) {
+    workspace.openURL("https://a.invalid/$(touch%20x);`id`?q='a b'\"&&|");
     const std::string given = opened();
     EXPECT_EQ(given.substr(0, 2), "1|");
     EXPECT_EQ(given.find(' '), std::string::npos) << given;
     EXPECT_NE(given.find("$(touch%20x);"), std::string::npos) << given;
 }
 
-TEST_F(UrlOpener, RefusesEveryOtherKindOfAddressWithOneLineInTheLog) {
+TEST_F(QtWorkspace, RefusesEveryOtherKindOfAddressWithOneLineInTheLog) {
     const std::string refused[] = {"file:///etc/passwd",
                                    "/etc/passwd",
                                    "javascript:alert(1)",
@@ -83,16 +83,16 @@ TEST_F(UrlOpener, RefusesEveryOtherKindOfAddressWithOneLineInTheLog) {
                                    "https://a.invalid:99999999/"};
     for (const std::string& url : refused) {
         log.lines.clear();
-        opener.open(url);
+        workspace.openURL(url);
         EXPECT_EQ(log.lines.size(), 1u) << url;
     }
     // Nothing of these came before it.
-    opener.open("HTTPS://a.invalid/last");
+    workspace.openURL("HTTPS://a.invalid/last");
     EXPECT_EQ(opened(), "1|https://a.invalid/last");
 }
 
-TEST_F(UrlOpener, ShowsARefusedAddressOnOneShortLine) {
-    opener.open("evil:\n\x1b[31m" + std::string(100'000, 'x'));
+TEST_F(QtWorkspace, ShowsARefusedAddressOnOneShortLine) {
+    workspace.openURL("evil:\n\x1b[31m" + std::string(100'000, 'x'));
     ASSERT_EQ(log.lines.size(), 1u);
     EXPECT_LT(log.lines[0].size(), 200u);
     EXPECT_EQ(log.lines[0].find_first_of("\n\x1b"), std::string::npos);

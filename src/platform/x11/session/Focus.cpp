@@ -1,40 +1,35 @@
-#include "platform/x11/session/Workspace.h"
+#include "platform/x11/session/Focus.h"
 
 #include "platform/x11/connection/Ewmh.h"
 
-#include <utility>
-
 namespace platform::x11 {
 
-Workspace::Workspace(Connection& x, std::uint32_t ownPid) : Workspace(x, ownPid, Session{}) {}
-
-Workspace::Workspace(Connection& x, std::uint32_t ownPid, Session rest)
-    : connection(x), pid(ownPid), session(std::move(rest)) {
+Focus::Focus(Connection& x, std::uint32_t ownPid) : connection(x), pid(ownPid) {
     connection.listen(*this, {XCB_PROPERTY_NOTIFY});
     connection.selectOnRoot(XCB_EVENT_MASK_PROPERTY_CHANGE);
     askActiveWindow();
     connection.flush();
 }
 
-Workspace::~Workspace() {
+Focus::~Focus() {
     connection.forget(*this);
 }
 
-void Workspace::askActiveWindow() {
+void Focus::askActiveWindow() {
     activeAsked =
         askCardinal(connection, connection.root(), connection.atom(AtomName::netActiveWindow))
             .sequence;
     connection.awaitReply(activeAsked, *this);
 }
 
-void Workspace::handle(const xcb_generic_event_t& event) {
+void Focus::handle(const xcb_generic_event_t& event) {
     const auto& changed = reinterpret_cast<const xcb_property_notify_event_t&>(event);
     if (changed.window != connection.root()) return;
     if (changed.atom == connection.atom(AtomName::netActiveWindow)) askActiveWindow();
 }
 
 // Answers to questions that a later one has overtaken are ignored.
-void Workspace::handleReply(unsigned sequence, const void* reply) {
+void Focus::handleReply(unsigned sequence, const void* reply) {
     const auto value = cardinalOf(static_cast<const xcb_get_property_reply_t*>(reply));
     if (sequence == activeAsked) {
         asked = value.value_or(XCB_NONE);
@@ -50,7 +45,7 @@ void Workspace::handleReply(unsigned sequence, const void* reply) {
     }
 }
 
-void Workspace::activateFrontmostApplication() {
+void Focus::activateFrontmostApplication() {
     if (!ownIsActive || foreign == XCB_NONE) return;
     constexpr std::uint32_t sourceIsTheUser = 2;
     tellWindowManager(connection, foreign, connection.atom(AtomName::netActiveWindow),
@@ -62,25 +57,6 @@ void Workspace::activateFrontmostApplication() {
         xcb_configure_window_checked(connection.xcb(), asked, XCB_CONFIG_WINDOW_STACK_MODE, &above);
     xcb_discard_reply(connection.xcb(), raised.sequence);
     connection.flush();
-}
-
-void Workspace::openFile(const std::string& path, const std::string&) {
-    if (path.empty())
-        activateFrontmostApplication();
-    else if (session.openFile)
-        session.openFile(path);
-}
-
-void Workspace::openURL(const std::string& url) {
-    if (session.openURL) session.openURL(url);
-}
-
-std::vector<std::string> Workspace::runningApplications() {
-    return session.runningApplications ? session.runningApplications() : std::vector<std::string>{};
-}
-
-void Workspace::postDistributedNotification(const std::string& name, const std::string& object) {
-    if (session.postNotification) session.postNotification(name, object);
 }
 
 } // namespace platform::x11

@@ -1,4 +1,6 @@
-#include "platform/qt/session/UrlOpener.h"
+#include "platform/qt/session/QtWorkspace.h"
+
+#include "platform/qt/session/DistributedNotifications.h"
 
 #include <QDesktopServices>
 #include <QUrl>
@@ -27,7 +29,7 @@ std::string forLog(const std::string& url) {
 
 } // namespace
 
-void UrlOpener::open(const std::string& url) {
+void QtWorkspace::openURL(const std::string& url) {
     const QUrl address = QUrl::fromEncoded(QByteArray::fromStdString(url), QUrl::TolerantMode);
     if (!mayBeOpened(address)) {
         log.write("the address \"" + forLog(url) +
@@ -37,6 +39,10 @@ void UrlOpener::open(const std::string& url) {
     if (QDesktopServices::openUrl(address) || toldMissing) return;
     toldMissing = true;
     log.write("no address can be opened: install xdg-utils and a browser");
+}
+
+void QtWorkspace::postDistributedNotification(const std::string& name, const std::string& object) {
+    DistributedNotifications::post(name, object, log);
 }
 
 } // namespace platform::qt

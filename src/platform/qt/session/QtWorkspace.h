@@ -1,0 +1,28 @@
+#pragma once
+
+#include "platform/Workspace.h"
+#include "platform/qt/session/SessionApplications.h"
+
+namespace platform::qt {
+
+/// The session by its bus and by the desktop's own opener, which knows the user's browser and mail
+/// program, whatever draws the windows.
+class QtWorkspace final : public Workspace {
+  public:
+    /// `ownName` is the program's name on the bus. The log must outlive the object.
+    QtWorkspace(std::string ownName, Log& writer)
+        : log(writer), applications(std::move(ownName), writer) {}
+
+    /// Returns at once, and involves no shell. A page must have a host. A desktop that has no
+    /// opener is logged once.
+    void openURL(const std::string& url) override;
+    std::vector<std::string> runningApplications() override { return applications.others(); }
+    void postDistributedNotification(const std::string& name, const std::string& object) override;
+
+  private:
+    Log& log;
+    SessionApplications applications;
+    bool toldMissing = false;
+};
+
+} // namespace platform::qt
