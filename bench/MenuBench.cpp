@@ -89,9 +89,7 @@ int main(int argc, char** argv) {
     platform::qt::QtRunLoop loop;
     const platform::qt::TemplateImages images({IMAGES});
     platform::qt::MenuIcons icons(images);
-    platform::qt::QtStatusItem item(
-        loop, application,
-        [&](const std::string& name, bool isTemplate) { return icons.icon(name, isTemplate); });
+    platform::qt::QtStatusItem item(loop, application, &icons);
     platform::Menu menu;
     std::array<platform::CheckBox, 8> boxes;
     menutests::Recorder target;

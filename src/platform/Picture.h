@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -19,9 +18,14 @@ class Picture {
     virtual void draw(int firstRow, std::span<std::uint32_t> pixels) = 0;
 };
 
-/// Gives the image at a width and height in pixels; null when there is none that can be read, which
-/// the source logs.
-using PictureSource =
-    std::function<std::unique_ptr<Picture>(const std::string& name, int width, int height)>;
+/// The images of the bundle. Main thread.
+class PictureSource {
+  public:
+    virtual ~PictureSource() = default;
+
+    /// The image at a width and height in pixels; null when there is none that can be read, which
+    /// is logged.
+    virtual std::unique_ptr<Picture> picture(const std::string& name, int width, int height) = 0;
+};
 
 } // namespace platform

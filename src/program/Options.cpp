@@ -22,17 +22,13 @@ std::string_view baseName(std::string_view path) {
     return path.substr(path.find_last_of('/') + 1);
 }
 
-} // namespace
-
-namespace {
-
-/// The value of an option, written "--name value" or "--name=value"; nothing when `word` is another
-/// option. `index` moves on past a value of its own.
 struct Value {
-    bool isThere = false;
+    bool isThere = false; ///< false where the command line ends with the option's name
     std::string_view text;
 };
 
+/// The value of an option, written "--name value" or "--name=value"; nothing when the word at
+/// `index` is another option. `index` moves on to a value of its own.
 std::optional<Value> valueOf(std::string_view name, int argc, char** argv, int& index) {
     const std::string_view word = argv[index];
     if (word == name) {

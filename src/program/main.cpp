@@ -3,36 +3,29 @@
 #include "platform/linux/system/SystemLog.h"
 #include "platform/qt/loop/QtDescriptors.h"
 #include "platform/qt/session/SingleInstance.h"
-#include "platform/x11/connection/Connection.h"
-#include "program/Desktop.h"
 #include "program/Options.h"
+#include "program/Program.h"
 #include "strings/Strings.h"
 
 #include <QApplication>
 #include <cstdio>
 #include <cstdlib>
 
-// Chooses the product and the platform, and owns everything.
+// Chooses the product and the session, and owns everything.
 
 namespace {
 
 using platform::linux::ProductBundle;
 using platform::linux::SystemLog;
-using platform::x11::Connection;
 
 constexpr int failure = 1;
 constexpr int wrongUsage = 2;
-
-QString qtText(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 bool hasTexts(std::string_view language) {
     return !strings::table(language).empty();
 }
 
-void listMonitors(Connection& connection) {
-    const platform::x11::Displays displays(connection);
+void listMonitors(const platform::Displays& displays) {
     const auto screens = displays.screens();
     for (std::size_t index = 0; index < screens.size(); ++index) {
         const platform::Rect frame = screens[index].frame;
@@ -43,8 +36,8 @@ void listMonitors(Connection& connection) {
 }
 
 /// Must come before the application object. Settings of the user's own are left alone.
-void prepareToolkit() {
-    ::setenv("QT_QPA_PLATFORM", "xcb", 1);
+void prepareToolkit(const Session& session) {
+    ::setenv("QT_QPA_PLATFORM", session.toolkitPlatform(), 1);
     // Nothing here is drawn with OpenGL, and its driver would take longer to load than all the
     // rest.
     ::setenv("QT_XCB_GL_INTEGRATION", "none", 0);
@@ -54,34 +47,28 @@ void prepareToolkit() {
     QCoreApplication::setAttribute(Qt::AA_DisableSessionManager);
 }
 
-int run(char* command, const Connections& connections, ProductBundle& bundle, SystemLog& log,
-        platform::qt::QtDescriptors& descriptors, std::function<void()>& onLoss,
-        const Options& options) {
-    prepareToolkit();
+int run(char* command, Session& session, ProductBundle& bundle, const Product& product,
+        platform::qt::QtDescriptors& descriptors, SystemLog& log, const Options& options) {
+    prepareToolkit(session);
     char* arguments[] = {command, nullptr};
     int count = 1;
     const QApplication toolkit(count, arguments);
-    const auto identifier = bundle.string("CFBundleIdentifier");
     QGuiApplication::setQuitOnLastWindowClosed(false);
-    QCoreApplication::setApplicationName(qtText(identifier));
+    const auto identifier = QString::fromStdString(product.identifier);
+    QCoreApplication::setApplicationName(identifier);
     // No display name: the toolkit would append it to the titles of windows that begin with it.
-    QGuiApplication::setDesktopFileName(qtText(identifier));
+    QGuiApplication::setDesktopFileName(identifier);
 
-    platform::qt::SingleInstance instance{std::string(identifier), log};
+    platform::qt::SingleInstance instance{product.identifier, log};
     if (!instance.claim()) {
-        const std::string_view name = bundle.string("CFBundleDisplayName");
-        (void)std::fprintf(stderr, "%.*s is running already\n", static_cast<int>(name.size()),
-                           name.data());
+        (void)std::fprintf(stderr, "%s is running already\n", product.name.c_str());
         return 0;
     }
-    Desktop desktop(log, bundle, descriptors, connections, options);
-    onLoss = [&desktop] { desktop.application.exit(failure); };
-    instance.onActivate([&desktop] { desktop.activate(); });
+    Program program(product, bundle, session, descriptors, log, options);
+    instance.onActivate([&program] { program.activate(); });
     descriptors.start();
-    // From inside the loop, which an alert or a request to quit at the start relies on.
-    desktop.application.afterEvent([&desktop] { desktop.launch(); });
-    const int status = QApplication::exec();
-    desktop.application.exit(status);
+    program.launch();
+    program.exit(QApplication::exec());
 }
 
 } // namespace
@@ -99,31 +86,23 @@ int main(int argc, char** argv) {
     SystemLog log(options.product);
     ProductBundle bundle(platform::linux::dataFolder() + "/products/" + options.product,
                          platform::linux::sessionLanguage(hasTexts), strings::lookUp, log);
-    const std::string name(bundle.string("CFBundleDisplayName"));
+    const Product product{.identifier = std::string(bundle.string("CFBundleIdentifier")),
+                          .name = std::string(bundle.string("CFBundleDisplayName")),
+                          .icon = bundle.folder() + "/icon.svg"};
     if (options.version) {
-        std::printf("%s %s\n", name.c_str(),
+        std::printf("%s %s\n", product.name.c_str(),
                     std::string(bundle.string("CFBundleShortVersionString")).c_str());
         return 0;
     }
     platform::qt::QtDescriptors descriptors;
-    std::function<void()> onLoss;
-    const auto lost = [&onLoss] {
-        if (onLoss) onLoss();
-    };
-    const auto opened = Connection::open({}, descriptors, log, lost);
-    if (!opened.connection) {
-        log.write(opened.error);
+    const auto [session, refusal] = Session::open(options, descriptors, log);
+    if (!session) {
+        log.write(refusal);
         return failure;
     }
     if (options.listMonitors) {
-        listMonitors(*opened.connection);
+        listMonitors(session->displays());
         return 0;
     }
-    const auto input = Connection::open({}, descriptors, log, lost);
-    if (!input.connection) {
-        log.write(input.error);
-        return failure;
-    }
-    return run(argv[0], {*opened.connection, *input.connection}, bundle, log, descriptors, onLoss,
-               options);
+    return run(argv[0], *session, bundle, product, descriptors, log, options);
 }

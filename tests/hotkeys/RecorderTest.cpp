@@ -1,3 +1,4 @@
+#include "platform/memory/Settings.h"
 #include "platform/qt/alerts/ShortcutRecorder.h"
 
 #include <QAbstractButton>
@@ -18,11 +19,48 @@ using platform::qt::ShortcutRecorder;
 constexpr std::uint16_t keyK = 40, escape = 53, backspace = 51, deleteKey = 117, f5 = 96;
 constexpr Shortcut ctrlK{keyK, Shortcut::control};
 
+class Keyboard final : public platform::RecordableHotKeys {
+  public:
+    void registerShortcut(const Shortcut&, std::function<void()>) override {}
+    void unregisterShortcut(const Shortcut&) override {}
+    void bindShortcut(std::string_view, std::function<void()>) override {}
+    void breakBinding(std::string_view) override {}
+    std::string modifierFlagsString(const Shortcut& shortcut) const override {
+        const auto flags = shortcut.modifierFlags >> 16;
+        return flags == 0 ? "" : "held " + std::to_string(flags);
+    }
+    std::string keyCodeString(const Shortcut& shortcut) const override {
+        return " and " + std::to_string(shortcut.keyCode);
+    }
+    bool isTaken(const Shortcut& shortcut) const override { return shortcut == taken; }
+    bool startRecording(std::function<void(const Stroke&)> taker,
+                        std::function<void()> leave) override {
+        if (belongsToAnother) return false;
+        pressed = std::move(taker);
+        left = std::move(leave);
+        return true;
+    }
+    void stopRecording() override { pressed = nullptr; }
+
+    bool belongsToAnother = false;
+    Shortcut taken{0, 0};
+    std::function<void(const Stroke&)> pressed; ///< while a recording is on
+    std::function<void()> left;
+};
+
 class Recorder : public testing::Test {
   protected:
+    Recorder() { enable(true); }
+
     void open() {
         window.emplace();
-        recorder = new ShortcutRecorder(model(), &*window);
+        recorder = new ShortcutRecorder(
+            {"empty", "press", "hint", "modifiers", "clear", "taken: %@"},
+            {.shortcut = "kept", .enabled = "enabled"}, settings, keyboard, &*window);
+        settings.observe("kept", [this] {
+            ++stores;
+            recordingWhenStored = isRecording();
+        });
         recorder->resize(300, 60);
         recorder->move(0, 0);
         elsewhere = new QWidget(&*window);
@@ -32,38 +70,9 @@ class Recorder : public testing::Test {
         field = recorder->focusProxy();
     }
 
-    ShortcutRecorder::Model model() {
-        return {.texts = {"empty", "press", "hint", "modifiers", "clear"},
-                .enabled = [this] { return enabled; },
-                .stored = [this] { return stored; },
-                .store =
-                    [this](std::optional<Shortcut> shortcut) {
-                        stored = shortcut;
-                        ++stores;
-                        recordingWhenStored = pressed != nullptr;
-                    },
-                .label =
-                    [](const Shortcut& shortcut) {
-                        return "<" + std::to_string(shortcut.modifierFlags >> 16) + "," +
-                               std::to_string(shortcut.keyCode) + ">";
-                    },
-                .modifiersLabel =
-                    [](std::uint32_t flags) {
-                        return flags == 0 ? "" : "held " + std::to_string(flags >> 16);
-                    },
-                .refusal =
-                    [this](const Shortcut& shortcut) {
-                        return shortcut == taken ? std::string("taken") : std::string();
-                    },
-                .startRecording =
-                    [this](ShortcutRecorder::Pressed taker, std::function<void()> leave) {
-                        if (keyboardIsTaken) return false;
-                        pressed = std::move(taker);
-                        left = std::move(leave);
-                        return true;
-                    },
-                .stopRecording = [this] { pressed = nullptr; }};
-    }
+    void store(const Shortcut& shortcut) { settings.set("kept", shortcut.toValue()); }
+    std::optional<Shortcut> stored() const { return Shortcut::fromValue(settings.object("kept")); }
+    void enable(bool enabled) { settings.set("enabled", platform::Value{enabled}); }
 
     static void click(QWidget* target) {
         const QPointF at(target->rect().center());
@@ -80,24 +89,22 @@ class Recorder : public testing::Test {
     }
 
     void press(std::optional<std::uint16_t> code, std::uint32_t flags) {
-        ASSERT_TRUE(pressed) << "nothing is being recorded";
-        const auto taker = pressed; // it ends the recording itself
-        taker(code, flags);
+        ASSERT_TRUE(isRecording()) << "nothing is being recorded";
+        const auto taker = keyboard.pressed; // it ends the recording itself
+        taker({code, flags});
     }
 
-    bool isRecording() const { return pressed != nullptr; }
+    bool isRecording() const { return keyboard.pressed != nullptr; }
     std::string shown() const { return field->accessibleName().toStdString(); }
     std::string words() const { return recorder->findChild<QLabel*>()->text().toStdString(); }
     QAbstractButton* clearButton() const { return recorder->findChild<QAbstractButton*>(); }
 
-    bool enabled = true;
-    bool keyboardIsTaken = false;
-    std::optional<Shortcut> stored;
-    Shortcut taken{0, 0};
+    platform::memory::Clock clock;
+    platform::memory::Effects effects{clock};
+    platform::memory::Settings settings{effects};
+    Keyboard keyboard;
     int stores = 0;
     bool recordingWhenStored = false;
-    ShortcutRecorder::Pressed pressed;
-    std::function<void()> left;
     std::optional<QWidget> window;
     ShortcutRecorder* recorder = nullptr;
     QWidget* field = nullptr;
@@ -125,64 +132,64 @@ TEST_F(Recorder, StoresOneCombinationAndShowsItAsItIsLabelled) {
     press(keyK, Shortcut::control);
     EXPECT_FALSE(isRecording());
     EXPECT_FALSE(recordingWhenStored) << "it could not be tried";
-    EXPECT_EQ(stored, ctrlK);
-    EXPECT_EQ(shown(), "<4,40>");
+    EXPECT_EQ(stored(), ctrlK);
+    EXPECT_EQ(shown(), "held 4 and 40");
     EXPECT_EQ(words(), "");
     EXPECT_TRUE(clearButton()->isVisible());
 }
 
 TEST_F(Recorder, SaysThatAnotherProgramHoldsTheCombination) {
-    taken = ctrlK;
+    keyboard.taken = ctrlK;
     open();
     click(field);
     press(keyK, Shortcut::control);
-    EXPECT_EQ(shown(), "<4,40>");
-    EXPECT_EQ(words(), "taken");
+    EXPECT_EQ(shown(), "held 4 and 40");
+    EXPECT_EQ(words(), "taken: held 4 and 40");
     open();
-    EXPECT_EQ(words(), "taken") << "also when it is shown again";
+    EXPECT_EQ(words(), "taken: held 4 and 40") << "also when it is shown again";
 }
 
 TEST_F(Recorder, IsCancelledByEscapeAloneByAClickElsewhereAndByAnotherWindow) {
-    stored = ctrlK;
+    store(ctrlK);
     open();
     click(field);
     press(escape, 0);
     EXPECT_FALSE(isRecording());
-    EXPECT_EQ(shown(), "<4,40>");
+    EXPECT_EQ(shown(), "held 4 and 40");
     EXPECT_EQ(words(), "");
     click(field);
     click(elsewhere);
     EXPECT_FALSE(isRecording());
-    EXPECT_EQ(shown(), "<4,40>");
+    EXPECT_EQ(shown(), "held 4 and 40");
     click(field);
-    left();
+    keyboard.left();
     EXPECT_FALSE(isRecording());
-    EXPECT_EQ(shown(), "<4,40>");
+    EXPECT_EQ(shown(), "held 4 and 40");
     click(field);
     press(escape, Shortcut::control);
-    EXPECT_EQ(stored, (Shortcut{escape, Shortcut::control}));
+    EXPECT_EQ(stored(), (Shortcut{escape, Shortcut::control}));
     EXPECT_EQ(stores, 1);
 }
 
 TEST_F(Recorder, IsClearedByBackspaceByDeleteAndByItsButton) {
     for (const std::uint16_t code : {backspace, deleteKey}) {
-        stored = ctrlK;
+        store(ctrlK);
         open();
         click(field);
         press(code, 0);
-        EXPECT_EQ(stored, std::nullopt);
+        EXPECT_EQ(stored(), std::nullopt);
         EXPECT_EQ(shown(), "empty");
         EXPECT_FALSE(isRecording());
     }
-    stored = ctrlK;
+    store(ctrlK);
     open();
     click(clearButton());
-    EXPECT_EQ(stored, std::nullopt);
+    EXPECT_EQ(stored(), std::nullopt);
     EXPECT_EQ(shown(), "empty");
     EXPECT_FALSE(isRecording());
     click(field);
     press(backspace, Shortcut::control);
-    EXPECT_EQ(stored, (Shortcut{backspace, Shortcut::control}));
+    EXPECT_EQ(stored(), (Shortcut{backspace, Shortcut::control}));
 }
 
 TEST_F(Recorder, RefusesAKeyWithoutModifiersUnlessItIsAFunctionKey) {
@@ -193,7 +200,7 @@ TEST_F(Recorder, RefusesAKeyWithoutModifiersUnlessItIsAFunctionKey) {
     EXPECT_EQ(words(), "modifiers");
     EXPECT_EQ(stores, 0);
     press(f5, 0);
-    EXPECT_EQ(stored, (Shortcut{f5, 0}));
+    EXPECT_EQ(stored(), (Shortcut{f5, 0}));
 }
 
 TEST_F(Recorder, NeverTakesModifiersAlone) {
@@ -221,19 +228,19 @@ TEST_F(Recorder, IsStartedBySpaceAndEnterWhenTheyAreReleased) {
 }
 
 TEST_F(Recorder, IsDisabledWhereTheShortcutIs) {
-    enabled = false;
-    stored = ctrlK;
+    enable(false);
+    store(ctrlK);
     open();
     EXPECT_FALSE(field->isEnabled());
     click(field);
     EXPECT_FALSE(isRecording());
-    EXPECT_EQ(shown(), "<4,40>");
-    enabled = true;
+    EXPECT_EQ(shown(), "held 4 and 40");
+    enable(true);
     ShortcutRecorder::refreshAll();
     EXPECT_TRUE(field->isEnabled());
     click(field);
     EXPECT_TRUE(isRecording());
-    enabled = false;
+    enable(false);
     ShortcutRecorder::refreshAll();
     EXPECT_FALSE(isRecording());
     EXPECT_FALSE(field->isEnabled());
@@ -241,9 +248,9 @@ TEST_F(Recorder, IsDisabledWhereTheShortcutIs) {
 
 TEST_F(Recorder, ShowsAnEditFromOutside) {
     open();
-    stored = ctrlK;
+    store(ctrlK);
     ShortcutRecorder::refreshAll();
-    EXPECT_EQ(shown(), "<4,40>");
+    EXPECT_EQ(shown(), "held 4 and 40");
 }
 
 TEST_F(Recorder, GivesTheKeyboardBackWhenItIsHiddenOrGone) {
@@ -260,11 +267,11 @@ TEST_F(Recorder, GivesTheKeyboardBackWhenItIsHiddenOrGone) {
 }
 
 TEST_F(Recorder, StaysAsItIsWhereTheKeyboardCannotBeHad) {
-    keyboardIsTaken = true;
+    keyboard.belongsToAnother = true;
     open();
     click(field);
     EXPECT_EQ(shown(), "empty");
-    keyboardIsTaken = false;
+    keyboard.belongsToAnother = false;
     click(field);
     EXPECT_TRUE(isRecording());
 }

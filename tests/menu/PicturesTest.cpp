@@ -20,11 +20,7 @@ constexpr const char* products[] = {"Skelder - Browser", "Vellumor",       "Orbi
 
 class MenuPictures : public MenuTest {
   protected:
-    MenuPictures()
-        : MenuTest([this](const std::string& name, bool isTemplate) {
-              return icons.icon(name, isTemplate);
-          }),
-          usual(QApplication::palette()) {
+    MenuPictures() : MenuTest(&icons), usual(QApplication::palette()) {
         program.platform.bundle.setStrings(strings::lookUp);
     }
     ~MenuPictures() override { QApplication::setPalette(usual); }

@@ -42,12 +42,10 @@ std::vector<QMenu*> shownMenus() {
 
 } // namespace
 
-MenuTest::MenuTest() : MenuTest([](const std::string&, bool) { return QIcon(); }) {}
+MenuTest::MenuTest() : MenuTest(nullptr) {}
 
-MenuTest::MenuTest(std::function<QIcon(const std::string& name, bool isTemplate)> icon)
-    : item(loop, application, std::move(icon)),
-      eye(desktop().display()),
-      hand(desktop().display()) {
+MenuTest::MenuTest(platform::qt::MenuIcons* icons)
+    : item(loop, application, icons), eye(desktop().display()), hand(desktop().display()) {
     target.event = [this] {
         const auto current = application.currentEvent();
         return std::string(nameOf(current.type)) + "/" + std::to_string(current.buttonNumber);

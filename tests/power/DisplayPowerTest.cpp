@@ -14,24 +14,28 @@ constexpr const char* displaySleep = "NoDisplaySleepAssertion";
 constexpr std::uint32_t on = 255;
 
 struct PowerOfTwoWays : testing::Test {
-    DisplayPower::Way way(const char* name, const bool& works) {
-        const std::string text = name;
-        return {.keep =
-                    [this, text, &works](AssertionId wanted, const std::string& reason) {
-                        calls.push_back(text + " keeps " + std::to_string(wanted) + " " + reason);
-                        return works;
-                    },
-                .release =
-                    [this, text](AssertionId wanted) {
-                        calls.push_back(text + " releases " + std::to_string(wanted));
-                    },
-                .missing = text + " is missing"};
-    }
+    struct Way final : WakeLock {
+        Way(std::string text, std::vector<std::string>& all)
+            : name(std::move(text)), calls(all), why(name + " is missing") {}
+        bool keep(AssertionId wanted, const std::string& reason) override {
+            calls.push_back(name + " keeps " + std::to_string(wanted) + " " + reason);
+            return works;
+        }
+        void release(AssertionId wanted) override {
+            calls.push_back(name + " releases " + std::to_string(wanted));
+        }
+        std::string_view missing() const override { return why; }
 
-    bool firstWorks = true, secondWorks = true;
+        std::string name;
+        std::vector<std::string>& calls;
+        std::string why;
+        bool works = true;
+    };
+
     std::vector<std::string> calls;
+    Way first{"first", calls}, second{"second", calls};
     testing_support::KeptLog log;
-    DisplayPower power{{way("first", firstWorks), way("second", secondWorks)}, log};
+    DisplayPower power{{&first, &second}, log};
     AssertionId id = 77;
 };
 
@@ -61,19 +65,19 @@ TEST_F(PowerOfTwoWays, FailsToReleaseTwice) {
 }
 
 TEST_F(PowerOfTwoWays, SucceedsByEitherAloneAndSaysOnceWhatIsMissing) {
-    for (bool* broken : {&firstWorks, &secondWorks}) {
+    for (bool* broken : {&first.works, &second.works}) {
         *broken = false;
         EXPECT_EQ(power.createAssertion(displaySleep, on, "why", id), Power::success);
         EXPECT_EQ(power.releaseAssertion(id), Power::success);
         *broken = true;
     }
-    firstWorks = false;
+    first.works = false;
     EXPECT_EQ(power.createAssertion(displaySleep, on, "why", id), Power::success);
     EXPECT_THAT(log.lines, ElementsAre("first is missing", "second is missing"));
 }
 
 TEST_F(PowerOfTwoWays, FailsWithoutEitherLeavingTheNumberAloneAndNothingHeld) {
-    firstWorks = secondWorks = false;
+    first.works = second.works = false;
     EXPECT_EQ(power.createAssertion(displaySleep, on, "why", id), DisplayPower::nothingInhibited);
     EXPECT_EQ(id, 77u);
     EXPECT_THAT(calls, ElementsAre("first keeps 1 why", "second keeps 1 why", "first releases 1",

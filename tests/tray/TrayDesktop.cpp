@@ -177,8 +177,7 @@ bool TrayDesktop::clickArrives(const Area& icon, int xButton, int printedButton)
     const int x = icon.x + icon.width / 2;
     const int y = icon.y + icon.height / 2;
     const std::string text = "click " + std::to_string(clicksSoFar() + 1) + " of button " +
-                             std::to_string(printedButton) + " @ " + std::to_string(x) + " " +
-                             std::to_string(y);
+                             std::to_string(printedButton);
     hand.moveTo(x, y);
     hand.click(xButton);
     return programProcess->waitForText(text);
@@ -197,7 +196,10 @@ bool TrayDesktop::clicksComeToArrive(const Area& icon) {
 
 long TrayDesktop::clicksSoFar() const {
     const std::string output = programProcess->output();
-    return std::count(output.begin(), output.end(), '@');
+    long clicks = 0;
+    for (auto at = output.find("click "); at != output.npos; at = output.find("click ", at + 1))
+        ++clicks;
+    return clicks;
 }
 
 bool TrayDesktop::waitForTemplate(const Area& icon) {

@@ -37,7 +37,7 @@ class TrayDesktop {
     std::optional<support::Area> waitForPicture();
     bool waitForNoPicture();
 
-    /// Clicks there, and waits until the program has printed that button with that place.
+    /// Clicks there, and waits until the program has printed that button.
     bool clickArrives(const support::Area& icon, int xButton, int printedButton);
 
     /// Clicks there with the left button, again while nothing arrives: a panel that has just

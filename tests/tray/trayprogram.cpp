@@ -4,7 +4,7 @@
 
 #include "platform/qt/loop/QtDescriptors.h"
 #include "platform/qt/tray/TrayIcon.h"
-#include "platform/x11/connection/Connection.h"
+#include "platform/x11/tray/TrayWindow.h"
 
 #include <QApplication>
 #include <cstdio>
@@ -29,13 +29,13 @@ int main(int argc, char** argv) {
     if (!opened.connection) return 1;
     const QApplication application(argc, argv);
     const platform::qt::TemplateImages images({argv[1]});
-    platform::qt::TrayIcon icon(*opened.connection, images, {"org.example.traytest", "Tray test"},
-                                log);
+    const platform::qt::TrayIcon::Identity identity{"org.example.traytest", "Tray test"};
+    platform::x11::TrayWindow window(*opened.connection, identity.id, identity.title);
+    platform::qt::TrayIcon icon(&window, images, identity, log);
     icon.setImage({argv[2], false});
     int clicks = 0;
-    icon.onClick([&](int button, int x, int y) {
-        log.write("click " + std::to_string(++clicks) + " of button " + std::to_string(button) +
-                  " @ " + std::to_string(x) + " " + std::to_string(y));
+    icon.show([&](int button) {
+        log.write("click " + std::to_string(++clicks) + " of button " + std::to_string(button));
         if (button != 0) icon.setImage({argv[3], true});
         if (button == 1) icon.setImage({argv[2], false});
     });

@@ -21,6 +21,18 @@ constexpr Colour line{255, 165, 61}; ///< the outermost of the frame's colours
 constexpr support::Area second{1280, 0, 1024, 768};
 constexpr support::Spot onLine{1282, 400}, inGlow{1290, 400}, faint{1320, 400}, inMiddle{1792, 384};
 
+struct CountedPictures final : platform::PictureSource {
+    explicit CountedPictures(platform::Log& log) : real(IMAGES, log) {}
+    std::unique_ptr<platform::Picture> picture(const std::string& name, int width,
+                                               int height) override {
+        ++asked;
+        return real.picture(name, width, height);
+    }
+
+    platform::qt::Pictures real;
+    int asked = 0;
+};
+
 struct X11PictureOverlay : testing::Test {
     static platform::x11::Connection& checked(platform::x11::Connection::Opened& opened) {
         if (!opened.connection) throw std::runtime_error(opened.error);
@@ -81,17 +93,9 @@ struct X11PictureOverlay : testing::Test {
         platform::x11::Connection::open(desktop.display(), loop, log, [] {});
     platform::x11::Connection& connection = checked(opened);
     platform::x11::Displays displays{connection};
-    platform::qt::Pictures pictures{IMAGES, log};
-    int picturesAsked = 0;
-    platform::x11::Windows windows{connection,
-                                   displays,
-                                   log,
-                                   "picture-tests",
-                                   GAMMA_GUARD,
-                                   [this](const std::string& name, int width, int height) {
-                                       ++picturesAsked;
-                                       return pictures.picture(name, width, height);
-                                   }};
+    CountedPictures pictures{log};
+    platform::x11::Windows windows{connection,      displays,    log,
+                                   "picture-tests", GAMMA_GUARD, &pictures};
     std::unique_ptr<platform::Window> window;
 };
 
@@ -137,7 +141,7 @@ TEST_F(X11PictureOverlay, FadesWithoutBeingSentAgain) {
     show();
     ASSERT_TRUE(glows(faint)) << "the program has heard of the compositor";
     ASSERT_TRUE(turnsInto(onLine, line));
-    const int before = picturesAsked;
+    const int before = pictures.asked;
     window->setAlpha(0.4f);
     connection.sync();
     EXPECT_TRUE(loop.runUntil([&] {
@@ -151,7 +155,7 @@ TEST_F(X11PictureOverlay, FadesWithoutBeingSentAgain) {
     window->setAlpha(1);
     connection.sync();
     EXPECT_TRUE(turnsInto(onLine, line));
-    EXPECT_EQ(picturesAsked, before);
+    EXPECT_EQ(pictures.asked, before);
 }
 
 TEST_F(X11PictureOverlay, IsCutOutWithoutACompositor) {

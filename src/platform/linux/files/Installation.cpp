@@ -14,7 +14,7 @@ std::filesystem::path executableFolder() {
 /// A built tree has no folders beside that of its executables.
 std::string installedOrBuilt(const char* folder, const std::string& name) {
     const auto own = executableFolder();
-    const auto installed = own.parent_path() / folder / "palisor" / name;
+    const auto installed = own.parent_path() / folder / PROGRAM_FOLDER / name;
     std::error_code error;
     return (std::filesystem::exists(installed, error) ? installed : own / name).string();
 }
@@ -22,7 +22,7 @@ std::string installedOrBuilt(const char* folder, const std::string& name) {
 } // namespace
 
 std::string dataFolder() {
-    return (executableFolder().parent_path() / "share" / "palisor").string();
+    return (executableFolder().parent_path() / "share" / PROGRAM_FOLDER).string();
 }
 
 std::string imagesFolder() {

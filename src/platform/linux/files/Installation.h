@@ -7,7 +7,7 @@
 
 namespace platform::linux {
 
-/// The folder "share/palisor" beside the executable's own folder.
+/// The program's folder in "share" beside the executable's own folder.
 std::string dataFolder();
 
 /// The pictures that the products share, one SVG file each.
@@ -19,11 +19,11 @@ std::string soundsFolder();
 /// The executable, or a link to it, with that name in the executable's own folder.
 std::string executablePath(const std::string& name);
 
-/// A helper executable: in "libexec/palisor" beside the executable's own folder, else next to it.
+/// A helper executable: in the folder of "libexec" beside the executable's own, else next to it.
 std::string helperPath(const std::string& name);
 
-/// A shared library that is loaded when it is needed: in "lib/palisor" beside the executable's own
-/// folder, else next to it.
+/// A shared library that is loaded when it is needed: in the program's folder of "lib" beside
+/// the executable's own, else next to it.
 std::string modulePath(const std::string& name);
 
 } // namespace platform::linux

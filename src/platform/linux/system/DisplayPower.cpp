@@ -4,18 +4,19 @@
 
 namespace platform::linux {
 
-DisplayPower::DisplayPower(std::vector<Way> all, Log& logger) : ways(std::move(all)), log(logger) {}
+DisplayPower::DisplayPower(std::vector<WakeLock*> all, Log& logger)
+    : ways(std::move(all)), log(logger) {}
 
 int DisplayPower::createAssertion(std::string_view type, std::uint32_t level, std::string_view name,
                                   AssertionId& id) {
     if (type != "NoDisplaySleepAssertion" || level == 0) return notSupported;
     const AssertionId wanted = made + 1;
     bool any = false;
-    for (Way& way : ways) {
-        if (way.keep(wanted, std::string(name)))
+    for (WakeLock* const way : ways) {
+        if (way->keep(wanted, std::string(name)))
             any = true;
-        else if (!way.missing.empty())
-            log.write(std::exchange(way.missing, {}));
+        else if (told.insert(way).second)
+            log.write(way->missing());
     }
     if (!any) {
         end(wanted);
@@ -33,8 +34,8 @@ int DisplayPower::releaseAssertion(AssertionId id) {
 }
 
 void DisplayPower::end(AssertionId id) {
-    for (const Way& way : ways)
-        way.release(id);
+    for (WakeLock* const way : ways)
+        way->release(id);
 }
 
 } // namespace platform::linux

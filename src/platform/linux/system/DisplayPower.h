@@ -1,9 +1,8 @@
 #pragma once
 
 #include "platform/Log.h"
-#include "platform/Power.h"
+#include "platform/WakeLock.h"
 
-#include <functional>
 #include <set>
 #include <string>
 #include <vector>
@@ -14,14 +13,8 @@ namespace platform::linux {
 /// desktops. An assertion stands as long as one of them works. Main thread.
 class DisplayPower final : public Power {
   public:
-    struct Way {
-        /// Whether this way works. `release` follows for the same number in either case.
-        std::function<bool(AssertionId id, const std::string& reason)> keep;
-        std::function<void(AssertionId id)> release;
-        std::string missing; ///< logged when it does not work for the first time
-    };
-
-    DisplayPower(std::vector<Way> ways, Log& log);
+    /// What is lent must outlive the object. A way that does not work is logged once.
+    DisplayPower(std::vector<WakeLock*> ways, Log& log);
 
     // Result codes besides `success`.
     static constexpr int nothingInhibited = 1;
@@ -35,7 +28,8 @@ class DisplayPower final : public Power {
   private:
     void end(AssertionId id);
 
-    std::vector<Way> ways;
+    std::vector<WakeLock*> ways;
+    std::set<const WakeLock*> told; ///< of those that do not work
     Log& log;
     std::set<AssertionId> held;
     AssertionId made = 0;

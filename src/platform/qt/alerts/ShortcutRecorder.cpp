@@ -29,10 +29,15 @@ bool isFunctionKey(std::uint16_t keyCode) {
 
 } // namespace
 
-ShortcutRecorder::ShortcutRecorder(Model what, QWidget* parent)
-    : QWidget(parent), model(std::move(what)) {
+ShortcutRecorder::ShortcutRecorder(Texts wording, Keys where, Settings& storage,
+                                   RecordableHotKeys& keyboard, QWidget* parent)
+    : QWidget(parent),
+      texts(std::move(wording)),
+      keys(std::move(where)),
+      settings(storage),
+      hotKeys(keyboard) {
     field = new ShortcutField(
-        QString::fromStdString(model.texts.clear), [this] { start(); },
+        QString::fromStdString(texts.clear), [this] { start(); },
         [this] {
             stop();
             store(std::nullopt);
@@ -63,26 +68,28 @@ void ShortcutRecorder::refreshAll() {
 
 /// Shows what is stored, and whether it is of any use.
 void ShortcutRecorder::refresh() {
-    const bool enabled = model.enabled();
+    const bool enabled = settings.boolForKey(keys.enabled);
     if (!enabled) stop();
     field->setEnabled(enabled);
     if (recording) return;
-    const auto shortcut = model.stored();
-    field->show(
-        {.text = QString::fromStdString(shortcut ? model.label(*shortcut) : model.texts.empty),
-         .faint = !shortcut,
-         .clearable = shortcut.has_value()});
-    say(shortcut && enabled ? model.refusal(*shortcut) : std::string(), true);
+    const auto shortcut = Shortcut::fromValue(settings.object(keys.shortcut));
+    const auto shown = QString::fromStdString(shortcut ? label(*shortcut) : texts.empty);
+    field->show({.text = shown, .faint = !shortcut, .clearable = shortcut.has_value()});
+    const bool inVain = shortcut && enabled && hotKeys.isTaken(*shortcut);
+    say(inVain ? QString::fromStdString(texts.taken).replace("%@", shown) : QString(), true);
+}
+
+std::string ShortcutRecorder::label(const Shortcut& shortcut) const {
+    return hotKeys.modifierFlagsString(shortcut) + hotKeys.keyCodeString(shortcut);
 }
 
 void ShortcutRecorder::start() {
-    if (recording || !model.enabled()) return;
-    recording = model.startRecording([this](std::optional<std::uint16_t> keyCode,
-                                            std::uint32_t flags) { pressed(keyCode, flags); },
-                                     [this] { cancel(); });
+    if (recording || !settings.boolForKey(keys.enabled)) return;
+    recording = hotKeys.startRecording([this](const auto& stroke) { pressed(stroke); },
+                                       [this] { cancel(); });
     if (!recording) return;
-    field->show({.text = QString::fromStdString(model.texts.recording), .recording = true});
-    say(model.texts.hint, false);
+    field->show({.text = QString::fromStdString(texts.recording), .recording = true});
+    say(QString::fromStdString(texts.hint), false);
     // The toolkit takes the window for left as soon as another connection has the keyboard, so only
     // clicks are of any use here.
     qApp->installEventFilter(this);
@@ -91,7 +98,7 @@ void ShortcutRecorder::start() {
 void ShortcutRecorder::stop() {
     if (!std::exchange(recording, false)) return;
     qApp->removeEventFilter(this);
-    model.stopRecording();
+    hotKeys.stopRecording();
 }
 
 void ShortcutRecorder::cancel() {
@@ -99,10 +106,11 @@ void ShortcutRecorder::cancel() {
     refresh();
 }
 
-void ShortcutRecorder::pressed(std::optional<std::uint16_t> keyCode, std::uint32_t flags) {
+void ShortcutRecorder::pressed(const RecordableHotKeys::Stroke& stroke) {
+    const auto [keyCode, flags] = stroke;
     if (!keyCode) {
-        const std::string held = model.modifiersLabel(flags);
-        field->show({.text = QString::fromStdString(held.empty() ? model.texts.recording : held),
+        const std::string held = hotKeys.modifierFlagsString({0, flags});
+        field->show({.text = QString::fromStdString(held.empty() ? texts.recording : held),
                      .recording = true});
         return;
     }
@@ -112,7 +120,7 @@ void ShortcutRecorder::pressed(std::optional<std::uint16_t> keyCode, std::uint32
         stop();
         store(std::nullopt);
     } else if (flags == 0 && !isFunctionKey(*keyCode)) {
-        say(model.texts.modifiers, true);
+        say(QString::fromStdString(texts.modifiers), true);
     } else {
         stop();
         store(Shortcut{*keyCode, flags});
@@ -120,12 +128,16 @@ void ShortcutRecorder::pressed(std::optional<std::uint16_t> keyCode, std::uint32
 }
 
 void ShortcutRecorder::store(std::optional<Shortcut> shortcut) {
-    model.store(shortcut);
+    if (shortcut)
+        settings.set(keys.shortcut, shortcut->toValue());
+    else
+        settings.remove(keys.shortcut);
+    settings.synchronize();
     refresh();
 }
 
-void ShortcutRecorder::say(const std::string& text, bool isTrouble) {
-    words->setText(QString::fromStdString(text));
+void ShortcutRecorder::say(const QString& text, bool isTrouble) {
+    words->setText(text);
     QPalette colours = palette();
     if (!isTrouble) {
         QColor faint = colours.color(QPalette::WindowText);

@@ -1,10 +1,9 @@
 #pragma once
 
-#include "platform/HotKeys.h"
+#include "platform/RecordableHotKeys.h"
+#include "platform/Settings.h"
 
 #include <QWidget>
-#include <functional>
-#include <memory>
 #include <optional>
 #include <string>
 
@@ -25,28 +24,16 @@ class ShortcutRecorder final : public QWidget {
         std::string hint;      ///< how to cancel and to clear
         std::string modifiers; ///< the key alone would be missed in every program
         std::string clear;     ///< what the clear button does
+        std::string taken;     ///< another program has the combination in place of "%@"
     };
-    /// A key code, absent when only modifiers changed, and the modifiers that are held.
-    using Pressed = std::function<void(std::optional<std::uint16_t> keyCode, std::uint32_t flags)>;
-
-    /// Where the combination is kept, and the keyboard. Called on the main thread as long as the
-    /// recorder lives.
-    struct Model {
-        Texts texts;
-        std::function<bool()> enabled;
-        std::function<std::optional<Shortcut>()> stored;
-        std::function<void(std::optional<Shortcut>)> store; ///< nothing clears it
-        std::function<std::string(const Shortcut&)> label;
-        std::function<std::string(std::uint32_t flags)> modifiersLabel;
-        /// Why the combination will do nothing, in words; empty when it is the program's own.
-        std::function<std::string(const Shortcut&)> refusal;
-        /// Brings every key to the first function, and calls the second when the user goes to
-        /// another window; false when that is not possible now.
-        std::function<bool(Pressed, std::function<void()> left)> startRecording;
-        std::function<void()> stopRecording;
+    /// The settings' keys that the combination is kept under, and whether it is in use.
+    struct Keys {
+        std::string shortcut, enabled;
     };
 
-    ShortcutRecorder(Model model, QWidget* parent);
+    /// What is lent must outlive the object.
+    ShortcutRecorder(Texts texts, Keys keys, Settings& settings, RecordableHotKeys& hotKeys,
+                     QWidget* parent);
     /// Ends a recording.
     ~ShortcutRecorder() override;
 
@@ -63,11 +50,15 @@ class ShortcutRecorder final : public QWidget {
     void start();
     void cancel();
     void stop();
-    void pressed(std::optional<std::uint16_t> keyCode, std::uint32_t flags);
+    void pressed(const RecordableHotKeys::Stroke& stroke);
     void store(std::optional<Shortcut> shortcut);
-    void say(const std::string& text, bool isTrouble);
+    std::string label(const Shortcut& shortcut) const;
+    void say(const QString& text, bool isTrouble);
 
-    Model model;
+    Texts texts;
+    Keys keys;
+    Settings& settings;
+    RecordableHotKeys& hotKeys;
     ShortcutField* field;
     QLabel* words;
     bool recording = false;

@@ -4,7 +4,6 @@
 #include "platform/Menu.h"
 #include "platform/qt/menu/MenuEntryId.h"
 
-#include <QIcon>
 #include <QMenu>
 #include <functional>
 #include <optional>
@@ -12,6 +11,7 @@
 
 namespace platform::qt {
 
+class MenuIcons;
 class MenuPanel;
 class SliderPanel;
 
@@ -23,9 +23,7 @@ class MenuPopup final : public QMenu {
   public:
     /// Hears from inside `run`.
     struct Listener {
-        /// A picture of the bundle, as a template in the menu's own colours; a null icon when
-        /// there is none.
-        std::function<QIcon(const std::string& name, bool isTemplate)> icon;
+        MenuIcons* icons = nullptr; ///< the pictures of entries; null for none
         std::function<void(const MenuEntryId& entry, double value, EventType how)> moved;
         std::function<void(CheckBox& box)> clicked;
     };

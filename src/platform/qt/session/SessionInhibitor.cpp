@@ -76,7 +76,7 @@ void SessionInhibitor::releaseAll() {
     watcher.setWatchedServices({});
 }
 
-bool SessionInhibitor::inhibit(std::uint32_t id, const std::string& reason) {
+bool SessionInhibitor::keep(AssertionId id, const std::string& reason) {
     const QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) return false;
     held[id].reason = reason;
@@ -168,6 +168,11 @@ QDBusMessage SessionInhibitor::undoing(const Service& service, std::uint32_t coo
     QDBusMessage message = call(service.name, service.path, service.interface, service.undo);
     message << cookie;
     return message;
+}
+
+std::string_view SessionInhibitor::missing() const {
+    return "no program of the session can be asked to keep the displays on; one that switches them "
+           "off, such as the desktop's power manager, is asked when it starts";
 }
 
 } // namespace platform::qt

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Log.h"
+#include "platform/WakeLock.h"
 
 #include <QDBusMessage>
 #include <QDBusServiceWatcher>
@@ -15,17 +16,17 @@ namespace platform::qt {
 /// Asks the programs of the session that blank, lock or power down the displays to leave them on:
 /// whichever of them run, and those that start later. They forget what was asked of them when the
 /// program leaves the session bus. Main thread.
-class SessionInhibitor final : public QObject {
+class SessionInhibitor final : public QObject, public WakeLock {
   public:
     /// `application` is the name that the services show.
     SessionInhibitor(std::string application, Log& log);
     ~SessionInhibitor() override;
 
-    /// Keeps the displays on until `release`; `id` is the caller's own and not in use. Whether
-    /// there is anybody who was asked, which the bus tells in half a second at most. What they
-    /// answer is not waited for; a refusal is logged.
-    bool inhibit(std::uint32_t id, const std::string& reason);
-    void release(std::uint32_t id);
+    /// Whether there is anybody who was asked, which the bus tells in half a second at most. What
+    /// they answer is not waited for; a refusal is logged.
+    bool keep(AssertionId id, const std::string& reason) override;
+    void release(AssertionId id) override;
+    std::string_view missing() const override;
 
     /// Releases everything and waits, half a second for each at most, until the services know: the
     /// toolkit sends from a thread of its own, which would end with the process.

@@ -1,6 +1,7 @@
 #include "platform/qt/tray/QtStatusItem.h"
 
 #include "platform/qt/loop/QtApplication.h"
+#include "platform/qt/tray/TrayIcon.h"
 
 #include <QApplication>
 #include <QCursor>
@@ -33,10 +34,10 @@ EventType pressOf(int buttonNumber) {
 
 } // namespace
 
-QtStatusItem::QtStatusItem(QtRunLoop& loop, QtApplication& app,
-                           std::function<QIcon(const std::string& name, bool isTemplate)> icon)
-    : runLoop(loop), application(app) {
-    listener.icon = std::move(icon);
+QtStatusItem::QtStatusItem(QtRunLoop& loop, QtApplication& app, MenuIcons* icons,
+                           TrayIcon* trayIcon)
+    : runLoop(loop), application(app), tray(trayIcon) {
+    listener.icons = icons;
     listener.moved = [this](const MenuEntryId& entry, double value, EventType how) {
         sliderMoved(entry, value, how);
     };
@@ -48,11 +49,11 @@ QtStatusItem::~QtStatusItem() = default;
 void QtStatusItem::create(Menu& newMenu, MenuTarget& newTarget) {
     menu = &newMenu;
     target = &newTarget;
-    if (tray.create) tray.create();
+    if (tray != nullptr) tray->show([this](int button) { clicked(button); });
 }
 
 void QtStatusItem::setImage(std::string_view name, bool isTemplate) {
-    if (tray.showImage) tray.showImage(name, isTemplate);
+    if (tray != nullptr) tray->setImage({std::string(name), isTemplate});
 }
 
 void QtStatusItem::popUpMenu() {

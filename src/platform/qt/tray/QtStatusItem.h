@@ -4,29 +4,20 @@
 #include "platform/qt/loop/QtRunLoop.h"
 #include "platform/qt/menu/MenuPopup.h"
 
-#include <functional>
-#include <string>
-
 namespace platform::qt {
 
 class QtApplication;
+class TrayIcon;
 
-/// The item's menu. Whatever stands in the tray for the item shows the picture and passes on the
-/// clicks; without a tray the menu opens all the same.
+/// The item's menu. The icon in the tray shows the picture and passes on the clicks; without one
+/// the menu opens all the same.
 class QtStatusItem final : public StatusItem {
   public:
-    struct Tray {
-        std::function<void()> create; ///< called once, before the first picture
-        std::function<void(std::string_view name, bool isTemplate)> showImage;
-    };
-
-    /// `icon` is asked for the pictures of entries, as MenuPopup says.
-    QtStatusItem(QtRunLoop& runLoop, QtApplication& application,
-                 std::function<QIcon(const std::string& name, bool isTemplate)> icon);
+    /// `icons` has the pictures of entries; without it they have none. What is lent must outlive
+    /// the last call from the run loop.
+    QtStatusItem(QtRunLoop& runLoop, QtApplication& application, MenuIcons* icons = nullptr,
+                 TrayIcon* tray = nullptr);
     ~QtStatusItem() override;
-
-    /// Comes before `create`.
-    void setTray(Tray standsInTheTray) { tray = std::move(standsInTheTray); }
 
     void create(Menu& menu, MenuTarget& target) override;
     void setImage(std::string_view name, bool isTemplate) override;
@@ -48,7 +39,7 @@ class QtStatusItem final : public StatusItem {
     QtRunLoop& runLoop;
     QtApplication& application;
     MenuPopup::Listener listener;
-    Tray tray;
+    TrayIcon* tray;
     Menu* menu = nullptr;
     MenuTarget* target = nullptr;
     MenuPopup* open = nullptr; ///< while it is

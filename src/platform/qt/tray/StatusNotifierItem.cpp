@@ -72,27 +72,15 @@ class StatusNotifierItem::Object final : public QDBusVirtualObject {
     Object(const Identity& whose, Clicked handler) : identity(whose), clicked(std::move(handler)) {}
 
     QString introspect(const QString&) const override {
-        return "<interface name=\"org.kde.StatusNotifierItem\">"
-               "<property name=\"Category\" type=\"s\" access=\"read\"/>"
-               "<property name=\"Id\" type=\"s\" access=\"read\"/>"
-               "<property name=\"Title\" type=\"s\" access=\"read\"/>"
-               "<property name=\"Status\" type=\"s\" access=\"read\"/>"
-               "<property name=\"WindowId\" type=\"i\" access=\"read\"/>"
-               "<property name=\"IconName\" type=\"s\" access=\"read\"/>"
-               "<property name=\"IconThemePath\" type=\"s\" access=\"read\"/>"
-               "<property name=\"IconPixmap\" type=\"a(iiay)\" access=\"read\"/>"
-               "<property name=\"ToolTip\" type=\"(sa(iiay)ss)\" access=\"read\"/>"
-               "<property name=\"ItemIsMenu\" type=\"b\" access=\"read\"/>"
-               "<method name=\"Activate\"><arg type=\"i\" direction=\"in\"/>"
-               "<arg type=\"i\" direction=\"in\"/></method>"
-               "<method name=\"SecondaryActivate\"><arg type=\"i\" direction=\"in\"/>"
-               "<arg type=\"i\" direction=\"in\"/></method>"
-               "<method name=\"ContextMenu\"><arg type=\"i\" direction=\"in\"/>"
-               "<arg type=\"i\" direction=\"in\"/></method>"
-               "<method name=\"Scroll\"><arg type=\"i\" direction=\"in\"/>"
-               "<arg type=\"s\" direction=\"in\"/></method>"
-               "<signal name=\"NewIcon\"/>"
-               "</interface>";
+        QString text = QString("<interface name=\"%1\">").arg(interfaceName);
+        for (const auto& [name, value] : properties().asKeyValueRange())
+            text += QString("<property name=\"%1\" type=\"%2\" access=\"read\"/>")
+                        .arg(name, QDBusMetaType::typeToSignature(value.metaType()));
+        const QString method("<method name=\"%1\"><arg type=\"i\" direction=\"in\"/>"
+                             "<arg type=\"%2\" direction=\"in\"/></method>");
+        for (const char* click : {"Activate", "SecondaryActivate", "ContextMenu"})
+            text += method.arg(click, "i");
+        return text + method.arg("Scroll", "s") + "<signal name=\"NewIcon\"/></interface>";
     }
 
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {

@@ -25,31 +25,35 @@ QColor textColour() {
 
 } // namespace
 
-TrayIcon::TrayIcon(x11::Connection& x, const TemplateImages& pictures, Identity whose, Log& logger)
-    : connection(x),
-      images(pictures),
-      identity(std::move(whose)),
-      log(logger),
-      window(x, identity.id, identity.title, windowHandlers()) {
-    watchBus();
-}
+TrayIcon::TrayIcon(TrayWindow* ofTheWindowSystem, const TemplateImages& pictures, Identity whose,
+                   Log& logger)
+    : window(ofTheWindowSystem), images(pictures), identity(std::move(whose)), log(logger) {}
 
 TrayIcon::~TrayIcon() = default;
 
-x11::TrayWindow::Handlers TrayIcon::windowHandlers() {
-    const auto draw = [this](int size, std::optional<x11::TrayColour> panel) {
-        const QColor tint = panel ? QColor(panel->red, panel->green, panel->blue) : textColour();
-        const QImage drawing = image.isTemplate ? images.tinted(image.name, size, tint)
-                                                : images.drawn(image.name, size);
-        std::vector<std::uint32_t> pixels;
-        for (int row = 0; row < drawing.height(); ++row) {
-            const auto* line = reinterpret_cast<const std::uint32_t*>(drawing.constScanLine(row));
-            pixels.insert(pixels.end(), line, line + drawing.width());
-        }
-        return pixels;
-    };
-    return {draw, [this](int button, x11::RootPoint place) { click(button, place); },
-            [this] { settle(); }};
+void TrayIcon::show(std::function<void(int)> handler) {
+    clicked = std::move(handler);
+    if (window != nullptr)
+        window->show({.draw = [this](int size, auto panel) { return drawn(size, panel); },
+                      .clicked = clicked,
+                      .hostChanged = [this] { settle(); }});
+    watchBus();
+}
+
+QImage TrayIcon::picture(int size, const QColor& tint) const {
+    return image.isTemplate ? images.tinted(image.name, size, tint)
+                            : images.drawn(image.name, size);
+}
+
+std::vector<std::uint32_t> TrayIcon::drawn(int size, std::optional<TrayColour> panel) const {
+    const QImage drawing =
+        picture(size, panel ? QColor(panel->red, panel->green, panel->blue) : textColour());
+    std::vector<std::uint32_t> pixels;
+    for (int row = 0; row < drawing.height(); ++row) {
+        const auto* line = reinterpret_cast<const std::uint32_t*>(drawing.constScanLine(row));
+        pixels.insert(pixels.end(), line, line + drawing.width());
+    }
+    return pixels;
 }
 
 void TrayIcon::watchBus() {
@@ -85,7 +89,7 @@ void TrayIcon::watchBus() {
 }
 
 void TrayIcon::settle() {
-    const bool useItem = !window.hasHost() && watcherIsThere;
+    const bool useItem = !isInWindow() && watcherIsThere;
     if (!useItem)
         item.reset();
     else if (!item)
@@ -108,7 +112,7 @@ void TrayIcon::makeItem() {
         StatusNotifierItem::Identity{QString::fromStdString(identity.id),
                                      QString::fromStdString(identity.title),
                                      symbolicIcons->folder()},
-        face(), [this](int button) { click(button, x11::cursorOnRoot(connection)); });
+        face(), clicked);
 }
 
 // Drawing it for the hosts of items takes milliseconds and files, and there may be a pointer event
@@ -121,28 +125,19 @@ void TrayIcon::setImage(TrayImage wanted) {
 
 void TrayIcon::showImage() {
     isToBeShown = false;
-    window.repaint();
+    if (window != nullptr) window->repaint();
     const ItemFace wanted{image, textColour()};
     if (!item || told == wanted) return;
     told = wanted;
     item->setFace(face());
 }
 
-void TrayIcon::onClick(std::function<void(int, int, int)> handler) {
-    clicked = std::move(handler);
-}
-
-void TrayIcon::click(int button, x11::RootPoint place) {
-    if (clicked) clicked(button, place.x, place.y);
-}
-
 // The pictures of a template are in the colour of the program's own text, a guess.
 StatusNotifierItem::Face TrayIcon::face() const {
     StatusNotifierItem::Face result;
     for (const int size : itemSizes) {
-        const QImage picture = image.isTemplate ? images.tinted(image.name, size, textColour())
-                                                : images.drawn(image.name, size);
-        if (!picture.isNull()) result.pictures += picture;
+        const QImage drawing = picture(size, textColour());
+        if (!drawing.isNull()) result.pictures += drawing;
     }
     if (image.isTemplate) result.iconName = symbolicIcons->publish(image.name, result.pictures);
     return result;

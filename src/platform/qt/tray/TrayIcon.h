@@ -1,10 +1,10 @@
 #pragma once
 
 #include "platform/Log.h"
+#include "platform/TrayWindow.h"
 #include "platform/qt/pictures/SymbolicIcons.h"
 #include "platform/qt/pictures/TemplateImages.h"
 #include "platform/qt/tray/StatusNotifierItem.h"
-#include "platform/x11/tray/TrayWindow.h"
 
 #include <QColor>
 #include <QObject>
@@ -23,9 +23,9 @@ struct TrayImage {
     bool operator==(const TrayImage&) const = default;
 };
 
-/// The program's icon in the tray, from its making on: in the X screen's own tray where one is
-/// managed, else as a status notifier item where somebody watches for those. It follows whatever
-/// comes, goes and comes back; with neither, that is logged once. Main thread.
+/// The program's icon in the tray: in the window system's own where one is managed, else as a
+/// status notifier item where somebody watches for those. It follows whatever comes, goes and comes
+/// back; with neither, that is logged once. Main thread.
 class TrayIcon final : public QObject {
   public:
     struct Identity {
@@ -33,32 +33,33 @@ class TrayIcon final : public QObject {
         std::string title; ///< shown as a tool tip; UTF-8
     };
 
-    /// Needs a QApplication. What is lent must outlive the object.
-    TrayIcon(x11::Connection& connection, const TemplateImages& images, Identity identity,
-             Log& log);
+    /// Needs a QApplication. `window` is null where the window system has no tray; it has the
+    /// icon's handlers from `show` on. What is lent must outlive the object.
+    TrayIcon(TrayWindow* window, const TemplateImages& images, Identity identity, Log& log);
     ~TrayIcon() override;
+
+    /// Comes into the tray. `clicked` is told of a button (0 left, 1 right, 2 middle) that was
+    /// pressed and released, from the run loop; a menu may run its own loop inside. Some hosts pass
+    /// on only some of the buttons. Once.
+    void show(std::function<void(int button)> clicked);
 
     /// Drawn by the run loop, and for an item only where it is another one by then. A name without
     /// a picture shows none.
     void setImage(TrayImage image);
 
-    /// Button 0 left, 1 right, 2 middle, pressed and released; where the cursor is, in pixels of
-    /// the root window. Called from the run loop; a menu may run its own loop inside. Some hosts
-    /// pass on only some of the buttons.
-    void onClick(std::function<void(int button, int rootX, int rootY)> handler);
-
   private:
-    x11::TrayWindow::Handlers windowHandlers();
+    std::vector<std::uint32_t> drawn(int size, std::optional<TrayColour> panel) const;
     void watchBus();
     void settle();
     void report();
-    bool hasTray() const { return window.hasHost() || watcherIsThere; }
+    bool isInWindow() const { return window != nullptr && window->hasHost(); }
+    bool hasTray() const { return isInWindow() || watcherIsThere; }
     void makeItem();
+    QImage picture(int size, const QColor& tint) const;
     StatusNotifierItem::Face face() const;
     void showImage();
-    void click(int button, x11::RootPoint place);
 
-    x11::Connection& connection;
+    TrayWindow* window;
     const TemplateImages& images;
     Identity identity;
     Log& log;
@@ -72,9 +73,8 @@ class TrayIcon final : public QObject {
     TrayImage image;
     ItemFace told; ///< to the hosts of the item
     bool isToBeShown = false;
-    std::function<void(int, int, int)> clicked;
+    std::function<void(int)> clicked;
     bool busAnswered = false, watcherIsThere = false, reported = false;
-    x11::TrayWindow window;
     std::optional<SymbolicIcons> symbolicIcons; ///< not before there is an item
     std::unique_ptr<StatusNotifierItem> item;
 };

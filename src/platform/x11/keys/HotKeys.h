@@ -1,6 +1,5 @@
 #pragma once
 
-#include "platform/HotKeys.h"
 #include "platform/Settings.h"
 #include "platform/x11/keys/KeyRecording.h"
 #include "platform/x11/keys/KeyboardMap.h"
@@ -13,7 +12,7 @@ namespace platform::x11 {
 
 /// Hot keys as passive grabs on the root window, in every state of the lock keys. A combination
 /// belongs to a key by its place, so that it stays there when the layout changes.
-class HotKeys final : public platform::HotKeys, private Listener {
+class HotKeys final : public RecordableHotKeys, private Listener {
   public:
     /// Calls an operation from the run loop, also while a modal alert runs.
     using Later = std::function<void(std::function<void()>)>;
@@ -29,21 +28,12 @@ class HotKeys final : public platform::HotKeys, private Listener {
     void breakBinding(std::string_view settingsKey) override;
     std::string modifierFlagsString(const Shortcut& shortcut) const override;
     std::string keyCodeString(const Shortcut& shortcut) const override;
-
-    /// `changed` is called from the run loop when the strings above are others than before: the
-    /// user has gone to another layout, or to another keyboard.
-    void onLabelsChange(std::function<void()> changed) { labelsChanged = std::move(changed); }
-
-    /// Whether another program held the combination when it was last claimed.
-    bool isTaken(const Shortcut& shortcut) const;
-
-    /// From now on every key goes to `pressed`, called from the run loop, and to nobody else; the
-    /// program's own combinations do nothing meanwhile. `left` is called, from the run loop, when
-    /// the user goes to another window. False, and logged, when another program has the keyboard.
-    bool startRecording(KeyRecording::Handler pressed, std::function<void()> left);
-
-    /// The combinations are claimed when it returns. Without a recording nothing happens.
-    void stopRecording();
+    void onLabelsChange(std::function<void()> changed) override {
+        labelsChanged = std::move(changed);
+    }
+    bool isTaken(const Shortcut& shortcut) const override;
+    bool startRecording(KeyRecording::Handler pressed, std::function<void()> left) override;
+    void stopRecording() override;
 
   private:
     struct Claim {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/RecordableHotKeys.h"
 #include "platform/x11/keys/KeyboardMap.h"
 
 #include <memory>
@@ -10,10 +11,7 @@ namespace platform::x11 {
 /// The keyboard for one taker alone, the window manager's own shortcuts included.
 class KeyRecording {
   public:
-    struct Stroke {
-        std::optional<std::uint16_t> keyCode; ///< virtual; nothing when only modifiers changed
-        std::uint32_t modifierFlags = 0;      ///< those that are held
-    };
+    using Stroke = RecordableHotKeys::Stroke;
     using Handler = std::function<void(const Stroke&)>;
     using Later = std::function<void(std::function<void()>)>;
 

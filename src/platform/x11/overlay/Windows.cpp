@@ -7,12 +7,12 @@
 namespace platform::x11 {
 
 Windows::Windows(Connection& x, Displays& screens, Log& writer, std::string applicationName,
-                 std::string gammaGuard, PictureSource source)
+                 std::string gammaGuard, PictureSource* source)
     : connection(x),
       displays(screens),
       log(writer),
       name(std::move(applicationName)),
-      pictures(std::move(source)),
+      pictures(source),
       compositor(x),
       gamma(x, std::move(gammaGuard), writer),
       stacking(x, [this](std::vector<xcb_window_t>& shown) {
@@ -58,8 +58,8 @@ void Windows::visibilityChanged() {
 
 std::unique_ptr<Picture> Windows::openPicture(const std::string& image, std::uint8_t depth,
                                               const xcb_rectangle_t& area) {
-    if (pictures && takesPictures(connection, depth, area.width))
-        return pictures(image, area.width, area.height);
+    if (pictures != nullptr && takesPictures(connection, depth, area.width))
+        return pictures->picture(image, area.width, area.height);
     if (!toldNoImages) log.write("overlays show no pictures here; '" + image + "' is left out");
     toldNoImages = true;
     return nullptr;

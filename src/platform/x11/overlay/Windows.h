@@ -19,9 +19,9 @@ class Overlay;
 class Windows final : public platform::Windows {
   public:
     /// `applicationName` is the windows' class; `gammaGuard` the path of the helper executable.
-    /// Without a source of pictures the overlays show none.
+    /// Without a source of pictures, which must outlive it, the overlays show none.
     Windows(Connection& connection, Displays& displays, Log& log, std::string applicationName,
-            std::string gammaGuard, PictureSource pictures = {});
+            std::string gammaGuard, PictureSource* pictures = nullptr);
     ~Windows() override;
     Windows(const Windows&) = delete;
     Windows& operator=(const Windows&) = delete;
@@ -49,7 +49,7 @@ class Windows final : public platform::Windows {
     Displays& displays;
     Log& log;
     std::string name;
-    PictureSource pictures;
+    PictureSource* pictures;
     Compositor compositor;
     Gamma gamma;
     Stacking stacking;

@@ -26,7 +26,7 @@ bool ScreenSaver::canSuspend() {
     return *able;
 }
 
-bool ScreenSaver::suspend() {
+bool ScreenSaver::keep(AssertionId, const std::string&) {
     if (!canSuspend()) return false;
     ++count;
     xcb_screensaver_suspend(connection.xcb(), 1);
@@ -39,6 +39,11 @@ void ScreenSaver::resume() {
     --count;
     xcb_screensaver_suspend(connection.xcb(), 0);
     connection.flush();
+}
+
+std::string_view ScreenSaver::missing() const {
+    return "the X server's screen saver cannot be held off: it lacks the extension "
+           "MIT-SCREEN-SAVER";
 }
 
 } // namespace platform::x11

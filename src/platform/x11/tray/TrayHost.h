@@ -1,7 +1,7 @@
 #pragma once
 
+#include "platform/TrayWindow.h"
 #include "platform/x11/connection/Connection.h"
-#include "platform/x11/tray/TrayWindow.h"
 
 #include <functional>
 #include <optional>

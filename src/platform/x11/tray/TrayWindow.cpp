@@ -1,7 +1,5 @@
 #include "platform/x11/tray/TrayWindow.h"
 
-#include "platform/x11/tray/TrayHost.h"
-
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -11,7 +9,6 @@ namespace platform::x11 {
 
 namespace {
 
-constexpr std::uint16_t usualSize = 22; // of an icon in an unscaled panel
 constexpr int smallestSize = 8, largestSize = 256;
 constexpr std::uint32_t xembedVersion = 0;
 constexpr std::uint32_t xembedMapped = 1;
@@ -65,82 +62,41 @@ void blend(std::vector<std::uint32_t>& below, const std::vector<std::uint32_t>& 
 
 } // namespace
 
-/// Where the depth is the root's the window shows its parent's background, which is read back and
-/// blended with; a deeper one is blended by the compositor or the host.
-class TrayWindow::Icon final : private Listener {
-  public:
-    Icon(Connection& connection, std::string name, std::string title, Handlers handlers);
-    ~Icon();
-    Icon(const Icon&) = delete;
-    Icon& operator=(const Icon&) = delete;
+TrayWindow::~TrayWindow() {
+    undock();
+    connection.forget(*this);
+}
 
-    bool hasHost() const { return host.window() != XCB_NONE; }
-    void paint();
-
-  private:
-    void handle(const xcb_generic_event_t& event) override;
-    void press(const xcb_button_press_event_t& event);
-    void release(const xcb_button_release_event_t& event);
-    void dock();
-    void undock();
-    void create();
-    void describe() const;
-    void askForLength(int length);
-    void askForSquare();
-    std::vector<std::uint32_t> background(int side, int left, int top);
-    xcb_connection_t* xcb() const { return connection.xcb(); }
-
-    Connection& connection;
-    std::string name, title;
-    Handlers handlers;
-    TrayHost host;
-    xcb_window_t window = XCB_NONE;
-    xcb_gcontext_t context = XCB_NONE;
-    xcb_colormap_t colormap = XCB_NONE;
-    std::uint8_t depth = 0;
-    std::uint16_t width = smallestSize, height = usualSize;
-    int asked = usualSize; ///< the length along the panel
-    xcb_button_t pressed = 0;
-};
-
-TrayWindow::Icon::Icon(Connection& x, std::string className, std::string text, Handlers given)
-    : connection(x),
-      name(std::move(className)),
-      title(std::move(text)),
-      handlers(std::move(given)),
-      host(x, {[this] {
-                   dock();
-                   handlers.hostChanged();
-               },
-               [this] {
-                   undock();
-                   handlers.hostChanged();
-               },
-               [this] {
-                   askForSquare();
-                   paint();
-               }}) {
+void TrayWindow::show(Handlers given) {
+    handlers = std::move(given);
+    host.emplace(connection, TrayHost::Events{[this] {
+                                                  dock();
+                                                  handlers.hostChanged();
+                                              },
+                                              [this] {
+                                                  undock();
+                                                  handlers.hostChanged();
+                                              },
+                                              [this] {
+                                                  askForSquare();
+                                                  repaint();
+                                              }});
     connection.listen(*this, {XCB_BUTTON_PRESS, XCB_BUTTON_RELEASE, XCB_EXPOSE,
                               XCB_CONFIGURE_NOTIFY, XCB_REPARENT_NOTIFY, XCB_DESTROY_NOTIFY});
     dock();
 }
 
-TrayWindow::Icon::~Icon() {
-    undock();
-    connection.forget(*this);
-}
-
-void TrayWindow::Icon::dock() {
+void TrayWindow::dock() {
     undock();
     if (!hasHost()) return;
     create();
     describe();
     askForLength(usualSize);
-    host.requestDock(window);
+    host->requestDock(window);
     connection.flush();
 }
 
-void TrayWindow::Icon::undock() {
+void TrayWindow::undock() {
     if (window == XCB_NONE) return;
     xcb_free_gc(xcb(), context);
     // A host that died may have taken the window with it, unnoticed so far.
@@ -150,9 +106,9 @@ void TrayWindow::Icon::undock() {
     connection.flush();
 }
 
-void TrayWindow::Icon::create() {
+void TrayWindow::create() {
     const xcb_screen_t& screen = connection.screenInfo();
-    xcb_visualid_t visual = host.visual();
+    xcb_visualid_t visual = host->visual();
     depth = depthOf(screen, visual);
     if (depth != screen.root_depth && depth != 32) {
         visual = screen.root_visual;
@@ -181,7 +137,7 @@ void TrayWindow::Icon::create() {
     xcb_create_gc(xcb(), context, window, 0, nullptr);
 }
 
-void TrayWindow::Icon::describe() const {
+void TrayWindow::describe() const {
     const std::array<std::uint32_t, 2> embed = {xembedVersion, xembedMapped};
     const xcb_atom_t info = connection.intern("_XEMBED_INFO");
     xcb_change_property(xcb(), XCB_PROP_MODE_REPLACE, window, info, info, 32, embed.size(),
@@ -200,29 +156,29 @@ void TrayWindow::Icon::describe() const {
 }
 
 // xfce hides an icon that does not ask for a size.
-void TrayWindow::Icon::askForLength(int length) {
+void TrayWindow::askForLength(int length) {
     asked = length;
     constexpr std::uint32_t hasMinimum = 1 << 4;
     std::array<std::uint32_t, 18> hints{hasMinimum};
     const auto along = static_cast<std::uint32_t>(length);
-    hints[5] = host.isVertical() ? std::uint32_t{usualSize} : along;
-    hints[6] = host.isVertical() ? along : std::uint32_t{usualSize};
+    hints[5] = host->isVertical() ? std::uint32_t{usualSize} : along;
+    hints[6] = host->isVertical() ? along : std::uint32_t{usualSize};
     xcb_change_property(xcb(), XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_NORMAL_HINTS,
                         XCB_ATOM_WM_SIZE_HINTS, 32, hints.size(), hints.data());
 }
 
 // trayer makes an icon just as long as it asks, in a panel of any height; GTK panels of twice the
 // resolution make it twice as long. So what was got for the last wish tells what to wish for.
-void TrayWindow::Icon::askForSquare() {
-    const int along = host.isVertical() ? height : width;
-    const int across = host.isVertical() ? width : height;
+void TrayWindow::askForSquare() {
+    const int along = host->isVertical() ? height : width;
+    const int across = host->isVertical() ? width : height;
     if (window == XCB_NONE || along == across) return;
     if (std::min(along, across) < smallestSize) return; // not laid out yet
     const int wish = std::clamp(asked * across / along, smallestSize, largestSize);
     if (wish != asked) askForLength(wish);
 }
 
-void TrayWindow::Icon::handle(const xcb_generic_event_t& event) {
+void TrayWindow::handle(const xcb_generic_event_t& event) {
     if (window == XCB_NONE) return;
     switch (event.response_type & 0x7f) {
     case XCB_BUTTON_PRESS:
@@ -233,7 +189,7 @@ void TrayWindow::Icon::handle(const xcb_generic_event_t& event) {
         break;
     case XCB_EXPOSE: {
         const auto& expose = reinterpret_cast<const xcb_expose_event_t&>(event);
-        if (expose.window == window && expose.count == 0) paint();
+        if (expose.window == window && expose.count == 0) repaint();
         break;
     }
     case XCB_CONFIGURE_NOTIFY: {
@@ -242,7 +198,7 @@ void TrayWindow::Icon::handle(const xcb_generic_event_t& event) {
         width = notify.width;
         height = notify.height;
         askForSquare();
-        paint();
+        repaint();
         break;
     }
     case XCB_REPARENT_NOTIFY: {
@@ -257,22 +213,22 @@ void TrayWindow::Icon::handle(const xcb_generic_event_t& event) {
     }
 }
 
-void TrayWindow::Icon::press(const xcb_button_press_event_t& event) {
+void TrayWindow::press(const xcb_button_press_event_t& event) {
     if (event.event == window) pressed = event.detail;
 }
 
 // With the release the server's grab for the press is over, so that a menu can take its own.
-void TrayWindow::Icon::release(const xcb_button_release_event_t& event) {
+void TrayWindow::release(const xcb_button_release_event_t& event) {
     if (event.event != window || event.detail != pressed) return;
     pressed = 0;
     const bool inside =
         event.event_x >= 0 && event.event_y >= 0 && event.event_x < width && event.event_y < height;
     const auto button = buttonNumber(event.detail);
-    if (inside && button) handlers.clicked(*button, {event.root_x, event.root_y});
+    if (inside && button) handlers.clicked(*button);
 }
 
 // Only what is on the screen can be read back; the rest is exposed when it comes there.
-std::vector<std::uint32_t> TrayWindow::Icon::background(int side, int left, int top) {
+std::vector<std::uint32_t> TrayWindow::background(int side, int left, int top) {
     const auto length = static_cast<std::uint16_t>(side);
     const auto image = connection.wait(
         xcb_get_image(xcb(), XCB_IMAGE_FORMAT_Z_PIXMAP, window, static_cast<std::int16_t>(left),
@@ -286,12 +242,12 @@ std::vector<std::uint32_t> TrayWindow::Icon::background(int side, int left, int 
     return {pixels, pixels + count};
 }
 
-void TrayWindow::Icon::paint() {
+void TrayWindow::repaint() {
     if (window == XCB_NONE) return;
     const int side = std::min(width, height);
     const int left = (width - side) / 2;
     const int top = (height - side) / 2;
-    std::optional<TrayColour> foreground = host.foreground();
+    std::optional<TrayColour> foreground = host->foreground();
     std::vector<std::uint32_t> pixels(static_cast<std::size_t>(side) *
                                       static_cast<std::size_t>(side));
     const bool blendsHere = depth != 32;
@@ -313,27 +269,6 @@ void TrayWindow::Icon::paint() {
                   static_cast<std::uint32_t>(pixels.size() * 4),
                   reinterpret_cast<const std::uint8_t*>(pixels.data()));
     connection.flush();
-}
-
-TrayWindow::TrayWindow(Connection& connection, std::string name, std::string title,
-                       Handlers handlers)
-    : icon(std::make_unique<Icon>(connection, std::move(name), std::move(title),
-                                  std::move(handlers))) {}
-
-TrayWindow::~TrayWindow() = default;
-
-bool TrayWindow::hasHost() const {
-    return icon->hasHost();
-}
-
-void TrayWindow::repaint() {
-    icon->paint();
-}
-
-RootPoint cursorOnRoot(Connection& connection) {
-    const auto reply = connection.wait(xcb_query_pointer(connection.xcb(), connection.root()),
-                                       xcb_query_pointer_reply);
-    return reply ? RootPoint{reply->root_x, reply->root_y} : RootPoint{};
 }
 
 } // namespace platform::x11

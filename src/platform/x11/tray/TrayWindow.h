@@ -1,59 +1,54 @@
 #pragma once
 
-#include <cstdint>
-#include <functional>
-#include <memory>
-#include <optional>
+#include "platform/x11/tray/TrayHost.h"
+
 #include <string>
-#include <vector>
 
 namespace platform::x11 {
 
-class Connection;
-
-struct TrayColour {
-    std::uint8_t red = 0, green = 0, blue = 0;
-};
-
-/// In pixels of the root window, from its top left.
-struct RootPoint {
-    int x = 0, y = 0;
-};
-
-/// The program's icon window in the tray of the X screen (XEMBED). It docks when there is a host,
-/// as often as one comes; without one it does not exist. Main thread.
-class TrayWindow {
+/// The icon window in the tray of the X screen (XEMBED); without a host it does not exist.
+///
+/// Where the depth is the root's the window shows its parent's background, which is read back and
+/// blended with; a deeper one is blended by the compositor or the host.
+class TrayWindow final : public platform::TrayWindow, private Listener {
   public:
-    struct Handlers {
-        /// The picture: `size` rows of `size` pixels, premultiplied ARGB; empty for none. The
-        /// colour is the text's on the panel, and none where that cannot be told. Asked for at
-        /// each repaint, not after the destructor.
-        std::function<std::vector<std::uint32_t>(int size, std::optional<TrayColour> foreground)>
-            draw;
-        /// A button (0 left, 1 right, 2 middle) was pressed and released on the icon. May run a
-        /// modal loop: the server holds no grab any more.
-        std::function<void(int button, RootPoint cursor)> clicked;
-        /// `hasHost` answers otherwise than before. Not called by the constructor.
-        std::function<void()> hostChanged;
-    };
-
     /// `name` and `title` (UTF-8) tell the window apart for hosts. The connection must outlive it.
-    TrayWindow(Connection& connection, std::string name, std::string title, Handlers handlers);
-    ~TrayWindow();
+    TrayWindow(Connection& x, std::string className, std::string text)
+        : connection(x), name(std::move(className)), title(std::move(text)) {}
+    ~TrayWindow() override;
     TrayWindow(const TrayWindow&) = delete;
     TrayWindow& operator=(const TrayWindow&) = delete;
 
-    bool hasHost() const;
-
-    /// The picture is asked for again and painted.
-    void repaint();
+    void show(Handlers handlers) override;
+    bool hasHost() const override { return host && host->window() != XCB_NONE; }
+    void repaint() override;
 
   private:
-    class Icon;
-    std::unique_ptr<Icon> icon;
-};
+    static constexpr std::uint16_t usualSize = 22; ///< of an icon in an unscaled panel
 
-/// Where the cursor is; a round trip.
-RootPoint cursorOnRoot(Connection& connection);
+    void handle(const xcb_generic_event_t& event) override;
+    void press(const xcb_button_press_event_t& event);
+    void release(const xcb_button_release_event_t& event);
+    void dock();
+    void undock();
+    void create();
+    void describe() const;
+    void askForLength(int length);
+    void askForSquare();
+    std::vector<std::uint32_t> background(int side, int left, int top);
+    xcb_connection_t* xcb() const { return connection.xcb(); }
+
+    Connection& connection;
+    std::string name, title;
+    Handlers handlers;
+    std::optional<TrayHost> host; ///< none before `show`
+    xcb_window_t window = XCB_NONE;
+    xcb_gcontext_t context = XCB_NONE;
+    xcb_colormap_t colormap = XCB_NONE;
+    std::uint8_t depth = 0;
+    std::uint16_t width = usualSize, height = usualSize;
+    int asked = usualSize; ///< the length along the panel
+    xcb_button_t pressed = 0;
+};
 
 } // namespace platform::x11

@@ -15,7 +15,6 @@
 #include "platform/linux/system/QuitSignals.h"
 #include "platform/linux/system/TextCodec.h"
 #include "platform/qt/alerts/QtAlerts.h"
-#include "platform/qt/alerts/ShortcutRecorder.h"
 #include "platform/qt/info/QtInfoWindows.h"
 #include "platform/qt/loop/QtApplication.h"
 #include "platform/qt/loop/QtRunLoop.h"
@@ -29,66 +28,34 @@
 #include "platform/qt/tray/QtStatusItem.h"
 #include "platform/qt/tray/TrayIcon.h"
 #include "platform/qt/web/WebModule.h"
-#include "platform/x11/input/InputEvents.h"
-#include "platform/x11/keys/HotKeys.h"
-#include "platform/x11/keys/Keyboard.h"
-#include "platform/x11/overlay/Windows.h"
-#include "platform/x11/pointer/Cursor.h"
-#include "platform/x11/pointer/Pointer.h"
-#include "platform/x11/session/Displays.h"
-#include "platform/x11/session/Focus.h"
-#include "platform/x11/session/ScreenSaver.h"
-#include "program/Options.h"
+#include "program/Session.h"
 #include "scenario/record/Recorded.h"
 
 #include <optional>
 
-/// Two, since the one that the devices' events come through is read at a pace of its own, and
-/// nothing else may have to wait for that.
-struct Connections {
-    platform::x11::Connection& general;
-    platform::x11::Connection& input;
-};
-
-/// Every service of an X11 session, and the application object that lives on them. Needs a
-/// QApplication. Whoever ends the process through `application` has everything undone: the
-/// settings are saved, the windows and then the X11 services destroyed.
-class Desktop {
+/// The services that every kind of session shares, those of the session, and the application object
+/// that lives on them. Needs a QApplication.
+class Program {
   public:
     /// What is lent must outlive the object.
-    Desktop(platform::Log& log, platform::linux::ProductBundle& bundle,
-            platform::Descriptors& descriptors, const Connections& connections,
-            const Options& options);
+    Program(const Product& product, platform::linux::ProductBundle& bundle, Session& session,
+            platform::Descriptors& descriptors, platform::Log& log, const Options& options);
 
+    /// The application object starts, from inside the run loop, which an alert or a request to quit
+    /// at the start relies on.
     void launch();
 
     /// The program was started again: its menu comes up.
     void activate();
 
-    platform::qt::QtApplication application;
+    /// Ends the process and has everything undone: the settings are saved, the windows and then the
+    /// session's services destroyed.
+    [[noreturn]] void exit(int status) { application.exit(status); }
 
   private:
-    struct X11Services {
-        X11Services(const Connections& connections, platform::Descriptors& descriptors,
-                    platform::RunLoop& runLoop, platform::Settings& settings, platform::Log& log,
-                    const std::string& name, platform::PictureSource pictures,
-                    platform::x11::HotKeys::Later later, bool serverHolds);
-
-        platform::x11::Displays displays;
-        platform::x11::Hold hold;
-        platform::x11::Pointer pointer;
-        platform::x11::Cursor cursor;
-        platform::x11::InputEvents input;
-        platform::x11::Keyboard keyboard;
-        platform::x11::HotKeys hotKeys;
-        platform::x11::Windows windows;
-        platform::x11::Focus focus;
-        platform::x11::ScreenSaver screenSaver;
-    };
-
     /// The services that tell what the user does, with a scenario written on the way.
     struct Recording {
-        Recording(const std::string& path, Desktop& desktop);
+        Recording(const std::string& path, Program& program);
 
         record::ScenarioWriter writer;
         record::RecordedInput input;
@@ -97,14 +64,18 @@ class Desktop {
     };
 
     void startRecording(const std::string& path);
-    platform::Platform services();
-    platform::qt::QtStatusItem::Tray trayOn(platform::x11::Connection& connection);
-    std::vector<platform::linux::DisplayPower::Way> waysToStayAwake();
+    platform::Platform services(platform::Displays& displays, platform::InputEvents& input,
+                                platform::StatusItem& statusItem);
+    /// The control that an alert names; null for an unknown one.
+    QWidget* accessory(const std::string& name, QWidget* parent);
+    void undoAtExit();
     void tellWhyNoCalendar(platform::calendar::Refusal why);
     void quit();
 
     platform::Log& log;
     platform::linux::ProductBundle& bundle;
+    Session& session;
+    platform::qt::QtApplication application;
     platform::qt::QtRunLoop runLoop;
     platform::linux::SettingsFile settings;
     platform::linux::FileWatch settingsWatch;
@@ -113,13 +84,15 @@ class Desktop {
     platform::linux::CanberraSounds sounds;
     platform::linux::AutostartItems loginItems;
     platform::qt::QtWorkspace workspace;
-    platform::qt::QtAlerts alerts;
     platform::qt::ColourScheme colourScheme;
+    platform::qt::Pictures pictures;
     platform::qt::TemplateImages images;
     platform::qt::MenuIcons menuIcons;
+    Session::Services desk; ///< what the session brings
+    std::optional<platform::qt::TrayIcon> tray;
     platform::qt::QtStatusItem statusItem;
+    platform::qt::QtAlerts alerts;
     platform::qt::DesktopNotifications notifications;
-    platform::qt::Pictures pictures;
     platform::qt::SessionInhibitor sessionInhibitor;
     platform::linux::DisplayPower power;
     platform::linux::TextCodec textCodec;
@@ -129,8 +102,6 @@ class Desktop {
     platform::qt::QtImages imageOperations;
     platform::qt::WebModule web;
     platform::linux::ModuleCalendar calendar;
-    std::optional<X11Services> x11;
-    std::optional<platform::qt::TrayIcon> tray;
     std::optional<Recording> recording;
     std::optional<palisor::AppDelegate> delegate;
     platform::linux::QuitSignals quitSignals;

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <vector>
+
+namespace platform {
+
+struct TrayColour {
+    std::uint8_t red = 0, green = 0, blue = 0;
+};
+
+/// The program's icon in a tray of the window system's own, as a window there. Hosts of such
+/// windows come, go and come back; without one nothing is seen. Main thread.
+class TrayWindow {
+  public:
+    struct Handlers {
+        /// The picture: `size` rows of `size` pixels, premultiplied ARGB; empty for none. The
+        /// colour is the text's on the panel, and none where that cannot be told. Asked for at
+        /// each repaint.
+        std::function<std::vector<std::uint32_t>(int size, std::optional<TrayColour> foreground)>
+            draw;
+        /// A button (0 left, 1 right, 2 middle) was pressed and released on the icon. May run a
+        /// modal loop: nobody holds the pointer any more.
+        std::function<void(int button)> clicked;
+        /// `hasHost` answers otherwise than before. Not called from inside `show`.
+        std::function<void()> hostChanged;
+    };
+
+    virtual ~TrayWindow() = default;
+
+    /// From now on the icon is with the host, as often as one comes. Once.
+    virtual void show(Handlers handlers) = 0;
+
+    /// False before `show`.
+    virtual bool hasHost() const = 0;
+
+    /// The picture is asked for again and painted, where there is a host.
+    virtual void repaint() = 0;
+};
+
+} // namespace platform

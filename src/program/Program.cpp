@@ -1,0 +1,175 @@
+#include "program/Program.h"
+
+#include "app/Keys.h"
+#include "platform/linux/files/Installation.h"
+#include "platform/qt/alerts/ShortcutRecorder.h"
+
+#include <cstdlib>
+
+namespace {
+
+namespace lnx = platform::linux;
+
+constexpr int failure = 1;
+
+/// Empty where the user has no folder for it.
+std::string inConfigurationFolder(const std::string& name) {
+    const auto folder = lnx::configurationFolder();
+    return folder ? *folder + "/" + name : std::string();
+}
+
+lnx::AutostartItems::Product autostartProduct(const Product& product,
+                                              const lnx::ProductBundle& bundle) {
+    return {.identifier = product.identifier,
+            .name = product.name,
+            .comment = bundle.localizedString("AVVIA_AL_LOGIN"),
+            .icon = product.icon,
+            .helper = {lnx::executablePath("palisor-helper"), "--product", bundle.name()}};
+}
+
+/// The folder of .ics files that is used, empty for the desktop's own calendars.
+std::string calendarFolder(const lnx::ProductBundle& bundle, const std::string& wished) {
+    std::string named(wished.empty() ? bundle.string("CalendarFolder") : wished);
+    if (!named.starts_with("~/")) return named;
+    const char* const home = std::getenv("HOME");
+    return (home == nullptr ? "" : home) + named.substr(1);
+}
+
+/// The texts of platform::calendar::Refusal, in its order.
+constexpr const char* refusals[] = {"", "CALENDAR_NO_MODULE", "CALENDAR_NO_SERVER", "CALENDAR_NONE",
+                                    "CALENDAR_NO_FOLDER"};
+
+} // namespace
+
+Program::Program(const Product& product, lnx::ProductBundle& productBundle, Session& joined,
+                 platform::Descriptors& descriptors, platform::Log& logger, const Options& options)
+    : log(logger),
+      bundle(productBundle),
+      session(joined),
+      settings(inConfigurationFolder(product.identifier + ".plist"), log,
+               [this] { application.afterEvent([this] { settings.savePending(); }); }),
+      settingsWatch(settings.path(), descriptors, log, [this] { settings.fileChanged(); }),
+      files(log),
+      system(product.identifier),
+      sounds(lnx::soundsFolder(), product.name, log),
+      loginItems(inConfigurationFolder("autostart"), autostartProduct(product, bundle), log),
+      workspace(product.identifier, log),
+      pictures(lnx::imagesFolder(), log),
+      images({lnx::imagesFolder(), bundle.folder() + "/images"}),
+      menuIcons(images),
+      desk(session.start(
+          {product, runLoop, settings, application, pictures, [this] { exit(failure); }})),
+      tray(std::in_place, desk.tray, images,
+           platform::qt::TrayIcon::Identity{product.identifier, product.name}, log),
+      statusItem(runLoop, application, &menuIcons, &*tray),
+      alerts(runLoop, application, product.name, product.icon,
+             [this](const std::string& name, QWidget* parent) { return accessory(name, parent); }),
+      notifications(product.name, product.identifier, log),
+      sessionInhibitor(product.name, log),
+      power({&desk.wakeLock, &sessionInhibitor}, log),
+      infoWindows(
+          lnx::imagesFolder(), product.icon,
+          [this](const std::string& url) { workspace.openURL(url); }, log),
+      http(log),
+      web(lnx::helperPath("web-engine.so"), log),
+      calendar({.module = lnx::modulePath("calendar.so"),
+                .folder = calendarFolder(bundle, options.calendarFolder)},
+               runLoop, log, [this](auto why) { tellWhyNoCalendar(why); }),
+      quitSignals(descriptors, [this] { quit(); }) {
+    if (!options.record.empty()) startRecording(options.record);
+    if (recording)
+        delegate.emplace(services(recording->displays, recording->input, recording->statusItem));
+    else
+        delegate.emplace(services(desk.displays, desk.input, statusItem));
+    for (const auto key : {palisor::keys::customShortcut, palisor::keys::customShortcutEnabled})
+        settings.observe(key, platform::qt::ShortcutRecorder::refreshAll);
+    desk.hotKeys.onLabelsChange([this] {
+        platform::qt::ShortcutRecorder::refreshAll();
+        // By a timer, since those wait for the end of an open menu.
+        runLoop.schedule(0, false, "updateMenuItems", [this] {
+            if (delegate) delegate->updateMenuItems();
+        });
+    });
+    application.onQuitRequest([this] { quit(); });
+    undoAtExit();
+}
+
+platform::Platform Program::services(platform::Displays& displays, platform::InputEvents& input,
+                                     platform::StatusItem& item) {
+    return {log,           runLoop,      application,     bundle,      settings,  files,
+            system,        displays,     desk.pointer,    desk.cursor, input,     desk.keyboard,
+            desk.hotKeys,  desk.windows, desk.focus,      workspace,   item,      alerts,
+            notifications, sounds,       loginItems,      power,       textCodec, infoWindows,
+            http,          json,         imageOperations, web,         calendar};
+}
+
+// The last one runs first: saving needs nothing of the rest.
+void Program::undoAtExit() {
+    application.atExit([this] {
+        delegate.reset();
+        recording.reset();
+        web.close();
+        tray.reset();
+        session.end();
+    });
+    application.atExit([this] {
+        notifications.flush();
+        sessionInhibitor.releaseAll();
+    });
+    application.atExit([this] { settings.flush(); });
+}
+
+Program::Recording::Recording(const std::string& path, Program& program)
+    : writer(path),
+      input(program.desk.input, writer),
+      displays(program.desk.displays, writer),
+      statusItem(program.statusItem, writer,
+                 [&program] { return program.application.currentEvent(); }) {}
+
+void Program::startRecording(const std::string& path) {
+    recording.emplace(path, *this);
+    if (recording->writer.good()) return;
+    log.write("the scenario file " + path + " cannot be written; nothing is recorded");
+    recording.reset();
+}
+
+QWidget* Program::accessory(const std::string& name, QWidget* parent) {
+    namespace keys = palisor::keys;
+    if (name != "customShortcutView") return nullptr;
+    return new platform::qt::ShortcutRecorder(
+        {.empty = bundle.localizedString("RECORDER_EMPTY"),
+         .recording = bundle.localizedString("RECORDER_RECORDING"),
+         .hint = bundle.localizedString("RECORDER_HINT"),
+         .modifiers = bundle.localizedString("RECORDER_MODIFIERS"),
+         .clear = bundle.localizedString("RECORDER_CLEAR"),
+         .taken = bundle.localizedString("RECORDER_TAKEN")},
+        {.shortcut = std::string(keys::customShortcut),
+         .enabled = std::string(keys::customShortcutEnabled)},
+        settings, desk.hotKeys, parent);
+}
+
+void Program::tellWhyNoCalendar(platform::calendar::Refusal why) {
+    notifications.deliver({.title = bundle.localizedString("CALENDAR_UNAVAILABLE"),
+                           .text = bundle.localizedString(refusals[static_cast<int>(why)]),
+                           .identifier = "calendar"});
+}
+
+void Program::launch() {
+    application.afterEvent([this] {
+        if (recording) recording->writer.begin(bundle, settings.persistentDomain(), desk.displays);
+        delegate->applicationDidFinishLaunching();
+    });
+}
+
+void Program::activate() {
+    // The caller waits for an answer, and the menu stays open as long as the user likes.
+    application.afterEvent([this] { statusItem.activate(); });
+}
+
+void Program::quit() {
+    // A signal may come before the application object is there.
+    if (delegate)
+        delegate->quit();
+    else
+        exit(0);
+}

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "platform/Descriptors.h"
+#include "platform/Picture.h"
+#include "platform/Platform.h"
+#include "platform/RecordableHotKeys.h"
+#include "platform/TrayWindow.h"
+#include "platform/WakeLock.h"
+#include "program/Options.h"
+#include "program/Product.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace platform::qt {
+class QtApplication;
+}
+
+/// One kind of desktop: what its window system does for the program. It is joined before the
+/// toolkit starts. Main thread.
+class Session {
+  public:
+    /// What the services stand on. It is lent for as long as they live, but for the values.
+    struct Surroundings {
+        Product product;
+        platform::RunLoop& runLoop;
+        platform::Settings& settings;
+        platform::qt::QtApplication& application;
+        platform::PictureSource& pictures; ///< of windows
+        std::function<void()> lost; ///< called once from the run loop; nothing works after that
+    };
+
+    /// The session's own, which live until `end`.
+    struct Services {
+        platform::Displays& displays;
+        platform::Pointer& pointer;
+        platform::Cursor& cursor;
+        platform::InputEvents& input;
+        platform::Keyboard& keyboard;
+        platform::RecordableHotKeys& hotKeys;
+        platform::Windows& windows;
+        platform::Focus& focus;
+        platform::WakeLock& wakeLock;
+        platform::TrayWindow* tray; ///< null where the window system has none of its own
+    };
+
+    struct Opened {
+        std::unique_ptr<Session> session; ///< null with an error
+        std::string error;                ///< one line that says what is wrong and what to do
+    };
+
+    /// Finds out which kind of desktop this is, and joins it. What is lent must outlive the
+    /// session.
+    static Opened open(const Options& options, platform::Descriptors& descriptors,
+                       platform::Log& log);
+
+    virtual ~Session() = default;
+
+    /// The toolkit's platform plugin that goes with this session.
+    virtual const char* toolkitPlatform() const = 0;
+
+    /// The monitors, also before `start`.
+    virtual const platform::Displays& displays() const = 0;
+
+    /// Brings the services up. Needs a QApplication. Once.
+    virtual Services start(const Surroundings& surroundings) = 0;
+
+    /// Ends the services, upon which all that they did to the desktop is undone, and has sent what
+    /// that takes when it returns: the process leaves without disconnecting.
+    virtual void end() = 0;
+};

@@ -1,0 +1,63 @@
+#include "program/X11Session.h"
+
+#include "platform/linux/files/Installation.h"
+#include "platform/qt/loop/QtApplication.h"
+
+#include <unistd.h>
+#include <utility>
+
+namespace x = platform::x11;
+using platform::qt::QtApplication;
+
+Session::Opened X11Session::open(const Options& options, platform::Descriptors& descriptors,
+                                 platform::Log& log) {
+    std::unique_ptr<X11Session> session(new X11Session(options, descriptors, log));
+    std::string error = session->connect();
+    if (!error.empty()) return {nullptr, std::move(error)};
+    return {std::move(session), {}};
+}
+
+std::string X11Session::connect() {
+    for (auto* const connection : {&general, &input}) {
+        auto opened = x::Connection::open({}, descriptors, log, [this] {
+            if (lost) lost();
+        });
+        if (!opened.connection) return opened.error;
+        *connection = std::move(opened.connection);
+    }
+    screens.emplace(*general);
+    return {};
+}
+
+X11Session::Parts::Parts(X11Session& own, const Surroundings& given)
+    : hold(*own.input, *own.screens, own.serverHolds),
+      pointer(*own.input, *own.screens, given.runLoop, hold),
+      cursor(*own.general),
+      input(*own.input, own.descriptors, *own.screens, pointer, hold,
+            QtApplication::hasActiveWindow),
+      keyboard(*own.general, own.log),
+      hotKeys(*own.general, given.settings, own.log,
+              [&application = given.application](std::function<void()> operation) {
+                  application.afterEvent(std::move(operation));
+              }),
+      windows(*own.general, *own.screens, own.log, given.product.name,
+              platform::linux::helperPath("gamma-guard"), &given.pictures),
+      focus(*own.general, static_cast<std::uint32_t>(::getpid())),
+      screenSaver(*own.general),
+      tray(*own.general, given.product.identifier, given.product.name) {}
+
+Session::Services X11Session::start(const Surroundings& surroundings) {
+    lost = surroundings.lost;
+    parts.emplace(*this, surroundings);
+    surroundings.application.onActiveWindowChange([this] {
+        if (parts) parts->input.ownWindowChanged();
+    });
+    return {*screens,       parts->pointer, parts->cursor, parts->input,       parts->keyboard,
+            parts->hotKeys, parts->windows, parts->focus,  parts->screenSaver, &parts->tray};
+}
+
+void X11Session::end() {
+    parts.reset();
+    general->flush();
+    input->flush();
+}
