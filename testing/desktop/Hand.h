@@ -11,8 +11,9 @@ namespace support {
 namespace key {
 inline constexpr xcb_keysym_t leftControl = 0xffe3, leftAlt = 0xffe9, leftSuper = 0xffeb,
                               leftShift = 0xffe1, capsLock = 0xffe5, numLock = 0xff7f,
-                              escape = 0xff1b, enter = 0xff0d, f2 = 0xffbf, left = 0xff51,
-                              right = 0xff53, down = 0xff54;
+                              escape = 0xff1b, enter = 0xff0d, tab = 0xff09, space = 0x20,
+                              f2 = 0xffbf, left = 0xff51, up = 0xff52, right = 0xff53,
+                              down = 0xff54;
 } // namespace key
 
 /// Moves the cursor and presses keys through XTEST. Every call returns when the server has taken

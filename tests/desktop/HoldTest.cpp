@@ -146,7 +146,7 @@ TEST_P(EitherWay, AVerticalExitIsPutBackToTheLeftEdgeAtItsOwnHeight) {
         EXPECT_TRUE(product.cursorEndsOn(0));
         product.hand.relative(0, down ? 30 : -30);
         const Spot back{1, down ? home.y + home.height + 29 : home.y - 30};
-        EXPECT_TRUE(holdsSoon([&] { return product.eye.cursor() == back; })) << layout;
+        EXPECT_TRUE(waitUntil([&] { return product.eye.cursor() == back; })) << layout;
         EXPECT_TRUE(product.isCovered(1)) << layout;
     }
 }
