@@ -30,8 +30,9 @@ class Hand {
     /// that came late does not delay those after it. Returns the seconds that it took.
     double push(int dx, int dy, int steps, int hz);
     /// The same at `speed` pixels a second to the right, or to the left where it is negative: like
-    /// a mouse it sends whole pixels, and nothing where there is none yet.
-    void pushAt(double speed, double seconds, int hz);
+    /// a mouse it sends whole pixels, and nothing where there is none yet. Returns by how many
+    /// seconds a step came late at most, after which the hand has made a leap.
+    double pushAt(double speed, double seconds, int hz);
 
     void press(xcb_keysym_t keysym); ///< throws std::invalid_argument where no key has it
     void release(xcb_keysym_t keysym);
@@ -46,7 +47,10 @@ class Hand {
 
   private:
     void send(std::uint8_t type, std::uint8_t detail, int x = 0, int y = 0) const;
-    double repeat(int steps, int hz, const std::function<void(int)>& act) const;
+    struct Pace {
+        double took = 0, latest = 0; ///< seconds
+    };
+    Pace repeat(int steps, int hz, const std::function<void(int)>& act) const;
     xcb_keycode_t codeFor(xcb_keysym_t keysym) const;
 
     XConnection server;
