@@ -73,10 +73,10 @@ void printBareWakeUps() {
 Setting hider(bool active) {
     return {.product = "vellumor",
             .active = active,
-            .more = desktop::textEntry("PRIMOACCESSOCONSLIDER", "1") +
-                    desktop::textEntry("SCHEDULE", "0") + desktop::textEntry("HOT_BOUNDS", "0") +
-                    desktop::flagEntry("TIME_MODE", true) +
-                    desktop::flagEntry("STAY_HIDDEN", true)};
+            .more = {{"SCHEDULE", desktop::text("0")},
+                     {"HOT_BOUNDS", desktop::text("0")},
+                     {"TIME_MODE", desktop::flag(true)},
+                     {"STAY_HIDDEN", desktop::flag(true)}}};
 }
 
 double restOf(const char* what, const Setting& setting) {

@@ -25,12 +25,11 @@ std::string describe(const Watcher::Report& report) {
 constexpr double frameMs = 1000.0 / 60;
 
 bool isBackSoon(const Stage& stage, const Area& monitor) {
-    const auto deadline = Clock::now() + milliseconds(2'000);
-    while (Clock::now() < deadline) {
+    const auto isBack = [&] {
         const Spot spot = stage.eye.cursor();
-        if (monitor.contains(spot.x, spot.y)) return true;
-    }
-    return false;
+        return monitor.contains(spot.x, spot.y);
+    };
+    return waitUntil(isBack, milliseconds(2'000));
 }
 
 // Pushes while the cursor is watched, and tells whether it stayed on its monitor: whenever it was
@@ -52,7 +51,7 @@ void pushAgainstTheEdge(Stage& stage, const Area& monitor, int dx, int steps, in
 } // namespace
 
 void startsAndDarkens(Stage& stage) {
-    stage.startProgram({});
+    stage.startProgram();
     stage.tell(stage.waitForDark(Stage::right, Stage::left),
                "started with the cursor on the left: the right monitor is dark, the left is not");
     stage.takePicture("1-started");
@@ -100,7 +99,7 @@ void letsGoWhileTheKeysAreHeld(Stage& stage) {
 }
 
 void letsAPushThrough(Stage& stage) {
-    stage.endProgram();
+    stage.program->end();
     stage.tell(stage.waitForAllBright(), "ended, to be started with the push option on");
     stage.startProgram({.pushOption = true, .velocity = 10});
     stage.tell(stage.waitForDark(Stage::right, Stage::left), "the right monitor is dark again");
@@ -117,7 +116,7 @@ void letsAPushThrough(Stage& stage) {
 }
 
 void leavesNothingBehind(Stage& stage) {
-    const int status = stage.endProgram();
+    const int status = stage.program->end();
     stage.tell(status == 0, "SIGTERM ends it", format("status %.0f", status, 0));
     stage.tell(stage.waitForAllBright(), "and nothing is dark");
     const int before = stage.leftWindow.presses();

@@ -3,7 +3,6 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
 #include <stdexcept>
 
 namespace demo {
@@ -27,57 +26,24 @@ PrivateDesktop::Options stageOptions() {
     return options;
 }
 
-void writeSettings(const std::filesystem::path& file, const Setting& setting) {
-    std::ofstream out(file);
-    out << R"(<?xml version="1.0" encoding="UTF-8"?>
-<!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN" "http://www.apple.com/DTDs/PropertyList-1.0.dtd">
-<plist version="1.0">
-<dict>
-    <key>PRIMOACCESSO</key><string>1</string>
-    <key>CHECK_0</key><string>1</string>
-    <key>customShortcut</key><dict><key>keyCode</key><integer>40</integer>
-    <key>modifierFlags</key><integer>1310720</integer></dict>
-    <key>VELOCITY_OPTION</key>)"
-        << (setting.pushOption ? "<true/>" : "<false/>") << R"(
-    <key>VELOCITY</key><integer>)"
-        << setting.velocity << R"(</integer>
-    <key>OTHERS_DARK</key><integer>)"
-        << setting.othersDark << R"(</integer>
-</dict>
-</plist>
-)";
-    if (!out.flush()) throw std::runtime_error("cannot write " + file.string());
-}
-
 } // namespace
 
-Stage::Stage(const std::filesystem::path& command, const std::filesystem::path& folder)
-    : desktop(stageOptions()),
-      hand(desktop.display()),
-      eye(desktop.display()),
+Stage::Stage(const std::filesystem::path& programs, const std::filesystem::path& where)
+    : Product(stageOptions()),
       leftWindow(
           (desktop.startWindowManager("openbox"), desktop.startCompositor(), desktop.display()),
           left, paper, "left"),
       rightWindow(desktop.display(), right, paper, "right"),
-      program(command),
-      pictures(folder) {
+      pictures(where) {
+    folder = programs;
     std::filesystem::create_directories(pictures);
     if (!waitForAllBright()) throw std::runtime_error("the windows of the stage are not seen");
 }
 
-void Stage::startProgram(const Setting& setting) {
-    writeSettings(desktop.configFolder() / "com.tamberlo.palisor.plist", setting);
+void Stage::startProgram(const desktop::Setting& setting) {
     othersDark = setting.othersDark;
-    hand.moveTo(leftMiddle.x, leftMiddle.y);
-    process = desktop.spawn(program);
-}
-
-int Stage::endProgram() {
-    return process->end();
-}
-
-std::string Stage::programLog() const {
-    return process->output() + process->errors();
+    moveToMiddle(0);
+    spawn(setting);
 }
 
 Colour Stage::middle(const Area& monitor) const {
@@ -115,8 +81,8 @@ void Stage::tell(bool seen, std::string_view what, std::string_view details) {
     if (!seen) ++missing;
 }
 
-void Stage::takePicture(const std::string& name) {
-    eye.screenshot(pictures / (name + ".png"));
+void Stage::takePicture(const std::string& title) {
+    eye.screenshot(pictures / (title + ".png"));
 }
 
 } // namespace demo

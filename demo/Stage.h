@@ -1,43 +1,27 @@
 #pragma once
 
-#include "testing/desktop/Hand.h"
-#include "testing/desktop/PrivateDesktop.h"
-#include "testing/desktop/TestWindow.h"
-#include "testing/eye/Eye.h"
+#include "testing/desktop/Product.h"
 
 #include <string_view>
 
 namespace demo {
 
-/// How the program is set before it starts.
-struct Setting {
-    bool pushOption = false;
-    int velocity = 50;
-    int othersDark = 15; ///< of 20
-};
-
 /// Two monitors side by side, a light window that fills each, and the program.
-class Stage {
+class Stage : public desktop::Product {
   public:
-    /// `pictures` is made where it does not exist. Throws std::runtime_error.
-    Stage(const std::filesystem::path& program, const std::filesystem::path& pictures);
+    /// The program lies in the folder `programs`; the one for pictures is made where it does not
+    /// exist. Throws std::runtime_error.
+    Stage(const std::filesystem::path& programs, const std::filesystem::path& pictures);
 
     static constexpr support::Area left{0, 0, 960, 600};
     static constexpr support::Area right{960, 0, 800, 600};
     static constexpr support::Spot leftMiddle{480, 300};
     static constexpr support::Spot rightMiddle{1360, 300};
 
-    support::PrivateDesktop desktop;
-    support::Hand hand;
-    support::Eye eye;
     support::TestWindow leftWindow, rightWindow;
 
     /// With the cursor on the left monitor and settings of its own.
-    void startProgram(const Setting& setting);
-    /// The exit status; minus the signal that ended it.
-    int endProgram();
-    /// What the program wrote.
-    std::string programLog() const;
+    void startProgram(const desktop::Setting& setting = {});
 
     /// Whether the middle of a monitor shows the window darkened, or as it is.
     bool isDark(const support::Area& monitor) const;
@@ -48,13 +32,12 @@ class Stage {
     /// Prints one line for what was tried; the outcome counts.
     void tell(bool seen, std::string_view what, std::string_view details = {});
     bool allSeen() const { return missing == 0; }
-    void takePicture(const std::string& name);
+    void takePicture(const std::string& title);
 
   private:
     support::Colour middle(const support::Area& monitor) const;
 
-    std::filesystem::path program, pictures;
-    std::unique_ptr<support::ChildProcess> process;
+    std::filesystem::path pictures;
     int othersDark = 0;
     int missing = 0;
 };

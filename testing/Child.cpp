@@ -8,6 +8,7 @@
 #include <iterator>
 #include <poll.h>
 #include <stdexcept>
+#include <sys/ioctl.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <system_error>
@@ -24,11 +25,6 @@ namespace support {
 namespace {
 
 constexpr int inheritedNumber = 3;
-
-int millisecondsUntil(Clock::time_point deadline) {
-    const auto left = std::chrono::ceil<milliseconds>(deadline - Clock::now()).count();
-    return left > 0 ? static_cast<int>(left) : 0;
-}
 
 // Between fork and exec only calls that are safe after a fork in a program with threads.
 [[noreturn]] void becomeCommand(char** arguments, char** environment, int output, int errors,
@@ -110,6 +106,7 @@ std::optional<std::string> readLine(int descriptor, Clock::time_point deadline) 
 
 ChildProcess::ChildProcess(const Start& start)
     : commandName(start.command.at(0)),
+      patience(start.patience),
       outputPipe(makePipe()),
       errorPipe(makePipe()),
       stopPipe(makePipe()) {
@@ -166,6 +163,14 @@ std::optional<int> ChildProcess::wait(milliseconds limit) {
     siginfo_t info{};
     if (waitid(P_PIDFD, static_cast<id_t>(handle.get()), &info, WEXITED) == 0)
         status = statusOf(info);
+    const auto isRead = [](const Descriptor& pipe) {
+        int left = 0;
+        return ioctl(pipe.get(), FIONREAD, &left) != 0 || left == 0;
+    };
+    std::unique_lock lock(guard);
+    arrived.wait_for(lock, generous, [&] {
+        return atEnd || (isRead(outputPipe.readEnd) && isRead(errorPipe.readEnd));
+    });
     return status;
 }
 
@@ -193,7 +198,7 @@ int ChildProcess::end() {
     if (!wait(milliseconds(0))) {
         signal(SIGTERM);
         signal(SIGCONT);
-        if (!wait(milliseconds(5'000))) {
+        if (!wait(patience)) {
             signal(SIGKILL);
             wait();
         }
@@ -210,8 +215,9 @@ void ChildProcess::collect() {
         for (std::size_t index = 0; index < 2; ++index) {
             if (entries[index].fd < 0 || entries[index].revents == 0) continue;
             std::array<char, 4096> block{};
-            const auto count = read(entries[index].fd, block.data(), block.size());
+            // What has left the pipe is in the text for everybody else.
             const std::lock_guard lock(guard);
+            const auto count = read(entries[index].fd, block.data(), block.size());
             if (count <= 0)
                 entries[index].fd = -1;
             else
@@ -225,6 +231,21 @@ void ChildProcess::collect() {
     const std::lock_guard lock(guard);
     atEnd = true;
     arrived.notify_all();
+}
+
+Announced startServer(const std::vector<std::string>& command, const Environment& environment) {
+    Pipe pipe = makePipe();
+    auto process =
+        std::make_unique<ChildProcess>(ChildProcess::Start{.command = command,
+                                                           .environment = environment,
+                                                           .extraDescriptor = pipe.writeEnd.get(),
+                                                           .deathSignal = SIGTERM});
+    pipe.writeEnd.reset();
+    auto line = readLine(pipe.readEnd.get(), Clock::now() + generous);
+    if (line) return {std::move(process), std::move(*line)};
+    process->end();
+    throw std::runtime_error(process->name() + " did not start:\n" + process->output() +
+                             process->errors());
 }
 
 ProcessSweep::ProcessSweep(const std::string& entry, pid_t except) {

@@ -1,10 +1,11 @@
 #pragma once
 
-#include <chrono>
+#include "testing/Wait.h"
+
 #include <condition_variable>
 #include <csignal>
-#include <functional>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -16,12 +17,6 @@
 namespace support {
 
 using Environment = std::map<std::string, std::string>;
-using Clock = std::chrono::steady_clock;
-using std::chrono::milliseconds;
-
-/// What a wait that must succeed is given: far longer than anything takes, so that it only ends a
-/// test that would hang.
-inline constexpr milliseconds generous{30'000};
 
 /// A file descriptor that closes itself.
 class Descriptor {
@@ -53,14 +48,15 @@ bool waitReadable(int descriptor, Clock::time_point deadline);
 std::optional<std::string> readLine(int descriptor, Clock::time_point deadline);
 
 /// A process started by the tests. It dies with the thread that started it, at the latest; the
-/// destructor ends it (SIGTERM, after five seconds SIGKILL) and reaps it.
+/// destructor ends it (SIGTERM, and SIGKILL when it does not heed that) and reaps it.
 class ChildProcess {
   public:
     struct Start {
         std::vector<std::string> command; ///< looked up in PATH
         Environment environment;
-        int extraDescriptor = -1;  ///< becomes descriptor 3 of the child
-        int deathSignal = SIGKILL; ///< sent to the child when the starting thread dies
+        int extraDescriptor = -1;     ///< becomes descriptor 3 of the child
+        int deathSignal = SIGKILL;    ///< sent to the child when the starting thread dies
+        milliseconds patience{5'000}; ///< between SIGTERM and SIGKILL when it is ended
     };
 
     /// Throws std::runtime_error when the command cannot be run.
@@ -75,7 +71,7 @@ class ChildProcess {
     void signal(int number);
 
     /// The exit status, or minus the number of the signal that ended it; nothing when it still
-    /// runs after `limit`.
+    /// runs after `limit`. All that it has written is there then.
     std::optional<int> wait(milliseconds limit = generous);
 
     /// What it has written so far.
@@ -93,6 +89,7 @@ class ChildProcess {
     void collect();
 
     std::string commandName;
+    milliseconds patience;
     pid_t process = -1;
     Descriptor handle; ///< readable when the process has ended
     Pipe outputPipe, errorPipe, stopPipe;
@@ -103,6 +100,16 @@ class ChildProcess {
     bool atEnd = false;
     std::thread collector;
 };
+
+/// A server that told where it is reached.
+struct Announced {
+    std::unique_ptr<ChildProcess> process;
+    std::string line;
+};
+/// Starts a server that writes a line to its descriptor 3 when it is ready, and waits for that. The
+/// death signal is SIGTERM, so that it cleans up even when the test has crashed. Throws
+/// std::runtime_error with what it wrote otherwise when no line comes.
+Announced startServer(const std::vector<std::string>& command, const Environment& environment);
 
 /// Every process that has `entry` ("NAME=value") in its environment when the object is made: what
 /// the bus started for a desktop is found in no other way.

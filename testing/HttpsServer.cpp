@@ -43,7 +43,7 @@ void TestAuthority::openssl(const std::vector<std::string>& arguments) const {
 
 HttpsServer::HttpsServer(const TestAuthority& authority, const std::string& behaviour,
                          const std::string& body) {
-    folder.write("body", body);
+    setBody(body);
     process = std::make_unique<ChildProcess>(
         ChildProcess::Start{.command = {HTTPS_SERVER, authority.certificate(), authority.key(),
                                         behaviour, folder.path("body")},

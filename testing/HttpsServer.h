@@ -40,14 +40,23 @@ class HttpsServer {
     HttpsServer(const TestAuthority& authority, const std::string& behaviour,
                 const std::string& body = {});
 
+    /// What it sends from now on.
+    void setBody(const std::string& body) const { folder.write("body", body); }
+
     /// "localhost:12345"
     std::string host() const { return "localhost:" + port; }
 
-    /// What has happened to it, a line each.
+    /// What has happened to it so far, a line each: "got " and a line of a request, whose last is
+    /// empty.
     std::string happened() const { return process->output(); }
-    bool waitFor(const std::string& text) { return process->waitForText(text); }
+    /// Waits until that has happened.
+    bool waitFor(const std::string& text) const { return process->waitForText(text); }
+    /// The lines of the first request, when all of them are there.
+    std::string request() const { return waitFor(endOfRequest) ? happened() : ""; }
 
   private:
+    static constexpr const char* endOfRequest = "got \n";
+
     testing_support::TempFolder folder;
     std::unique_ptr<ChildProcess> process;
     std::string port;

@@ -44,21 +44,23 @@ void Hand::relative(int dx, int dy) {
 }
 
 double Hand::push(int dx, int dy, int steps, int hz) {
-    return repeat(steps, hz, [&](int) { send(XCB_MOTION_NOTIFY, 1, dx, dy); });
+    return repeat(steps, hz, [&](int) { send(XCB_MOTION_NOTIFY, 1, dx, dy); }).took;
 }
 
-void Hand::pushAt(double speed, double seconds, int hz) {
-    repeat(static_cast<int>(seconds * hz), hz, [&](int step) {
+double Hand::pushAt(double speed, double seconds, int hz) {
+    const auto pace = repeat(static_cast<int>(seconds * hz), hz, [&](int step) {
         const auto pixels = [&](int steps) { return static_cast<int>(speed * steps / hz); };
         const int dx = pixels(step + 1) - pixels(step);
         if (dx != 0) send(XCB_MOTION_NOTIFY, 1, dx, 0);
     });
+    return pace.latest;
 }
 
-double Hand::repeat(int steps, int hz, const std::function<void(int)>& act) const {
-    timespec next{};
+Hand::Pace Hand::repeat(int steps, int hz, const std::function<void(int)>& act) const {
+    timespec next{}, now{};
     clock_gettime(CLOCK_MONOTONIC, &next);
     const auto start = Clock::now();
+    Pace pace;
     for (int step = 0; step < steps; ++step) {
         act(step);
         xcb_flush(server.get());
@@ -68,9 +70,14 @@ double Hand::repeat(int steps, int hz, const std::function<void(int)>& act) cons
             ++next.tv_sec;
         }
         clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &next, nullptr);
+        clock_gettime(CLOCK_MONOTONIC, &now);
+        pace.latest = std::max(pace.latest, static_cast<double>(now.tv_sec - next.tv_sec) +
+                                                static_cast<double>(now.tv_nsec - next.tv_nsec) /
+                                                    nanosecondsInSecond);
     }
     server.sync();
-    return std::chrono::duration<double>(Clock::now() - start).count();
+    pace.took = std::chrono::duration<double>(Clock::now() - start).count();
+    return pace;
 }
 
 xcb_keycode_t Hand::codeFor(xcb_keysym_t keysym) const {

@@ -11,8 +11,9 @@ namespace support {
 namespace key {
 inline constexpr xcb_keysym_t leftControl = 0xffe3, leftAlt = 0xffe9, leftSuper = 0xffeb,
                               leftShift = 0xffe1, capsLock = 0xffe5, numLock = 0xff7f,
-                              escape = 0xff1b, enter = 0xff0d, f2 = 0xffbf, left = 0xff51,
-                              right = 0xff53, down = 0xff54;
+                              escape = 0xff1b, enter = 0xff0d, tab = 0xff09, space = 0x20,
+                              f2 = 0xffbf, left = 0xff51, up = 0xff52, right = 0xff53,
+                              down = 0xff54;
 } // namespace key
 
 /// Moves the cursor and presses keys through XTEST. Every call returns when the server has taken
@@ -29,8 +30,9 @@ class Hand {
     /// that came late does not delay those after it. Returns the seconds that it took.
     double push(int dx, int dy, int steps, int hz);
     /// The same at `speed` pixels a second to the right, or to the left where it is negative: like
-    /// a mouse it sends whole pixels, and nothing where there is none yet.
-    void pushAt(double speed, double seconds, int hz);
+    /// a mouse it sends whole pixels, and nothing where there is none yet. Returns by how many
+    /// seconds a step came late at most, after which the hand has made a leap.
+    double pushAt(double speed, double seconds, int hz);
 
     void press(xcb_keysym_t keysym); ///< throws std::invalid_argument where no key has it
     void release(xcb_keysym_t keysym);
@@ -45,7 +47,10 @@ class Hand {
 
   private:
     void send(std::uint8_t type, std::uint8_t detail, int x = 0, int y = 0) const;
-    double repeat(int steps, int hz, const std::function<void(int)>& act) const;
+    struct Pace {
+        double took = 0, latest = 0; ///< seconds
+    };
+    Pace repeat(int steps, int hz, const std::function<void(int)>& act) const;
     xcb_keycode_t codeFor(xcb_keysym_t keysym) const;
 
     XConnection server;

@@ -61,17 +61,6 @@ xcb_atom_t watchCompositor(const XConnection& x) {
 
 } // namespace
 
-TemporaryFolder::TemporaryFolder() {
-    std::string name = std::filesystem::temp_directory_path() / "palisor-desktop-XXXXXX";
-    if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder " + name);
-    folder = name;
-}
-
-TemporaryFolder::~TemporaryFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(folder, ignored);
-}
-
 PrivateDesktop::Options PrivateDesktop::withLayout(const std::string& layout) {
     Options options;
     options.layout = layout;
@@ -137,8 +126,8 @@ void PrivateDesktop::startFirstOf(const Options& options, const Layout& layout) 
     std::string failures;
     for (const ServerKind kind : options.servers) {
         try {
-            server = startServer(kind, folder.path(), variables, layout, options.hostDisplay,
-                                 options.serverArguments);
+            server = startXServer(kind, folder.path(), variables, layout, options.hostDisplay,
+                                  options.serverArguments);
             return;
         } catch (const std::runtime_error& error) {
             failures += std::string(error.what()) + "\n";
@@ -148,16 +137,26 @@ void PrivateDesktop::startFirstOf(const Options& options, const Layout& layout) 
 }
 
 void PrivateDesktop::startBus() {
-    Pipe address = makePipe();
-    bus = std::make_unique<ChildProcess>(ChildProcess::Start{
-        {"dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address=3"},
-        variables,
-        address.writeEnd.get(),
-        SIGTERM});
-    address.writeEnd.reset();
-    const auto line = readLine(address.readEnd.get(), Clock::now() + generous);
-    if (!line) failWithLog("the session bus did not start", *bus);
-    variables["DBUS_SESSION_BUS_ADDRESS"] = *line;
+    bus = std::make_unique<SessionBus>(variables);
+    variables["DBUS_SESSION_BUS_ADDRESS"] = bus->address();
+}
+
+std::string PrivateDesktop::call(const std::vector<std::string>& message) const {
+    std::vector<std::string> arguments{"--session", "--print-reply"};
+    arguments.insert(arguments.end(), message.begin(), message.end());
+    const auto client = spawn("dbus-send", arguments);
+    return client->wait() == 0 ? client->output() : "";
+}
+
+bool PrivateDesktop::isOnTheBus(const std::string& name) const {
+    const std::string reply = call({"--dest=org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                    "org.freedesktop.DBus.NameHasOwner", "string:" + name});
+    if (reply.empty()) throw std::runtime_error("the session bus does not answer");
+    return reply.find("boolean true") != std::string::npos;
+}
+
+bool PrivateDesktop::isOnTheBusSoon(const std::string& name, bool there) const {
+    return waitUntil([&] { return isOnTheBus(name) == there; });
 }
 
 // A step of 7 that the hand makes is then a step of 7 of the cursor.
@@ -234,7 +233,7 @@ void PrivateDesktop::startCompositor() {
     if (compositor) throw std::logic_error("a compositor runs already");
     const XConnection watcher(server.display);
     const xcb_atom_t selection = watchCompositor(watcher);
-    const auto configuration = folder.path() / "picom.conf";
+    const std::string configuration = folder.path("picom.conf");
     std::ofstream(configuration) << compositorConfiguration;
     compositor = spawn("picom", {"--config", configuration});
     if (!watcher.waitUntil([&] { return selectionIsOwned(watcher, selection); }))

@@ -1,25 +1,11 @@
 #pragma once
 
+#include "testing/SessionBus.h"
+#include "testing/TempFolder.h"
 #include "testing/desktop/Monitors.h"
 #include "testing/desktop/XServer.h"
 
-#include <filesystem>
-
 namespace support {
-
-/// A folder under the temporary directory that is removed with the object.
-class TemporaryFolder {
-  public:
-    TemporaryFolder();
-    ~TemporaryFolder();
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    const std::filesystem::path& path() const { return folder; }
-
-  private:
-    std::filesystem::path folder;
-};
 
 /// A desktop of the test's own: an X server on a free display with the monitors asked for, a home
 /// and XDG folders, a session bus, and what is started on top. It uses nothing of the desktop it
@@ -57,11 +43,11 @@ class PrivateDesktop {
     /// What programs on this desktop are started with; `setVariable` is for later ones.
     const Environment& environment() const { return variables; }
     void setVariable(const std::string& name, const std::string& value);
-    std::filesystem::path home() const { return folder.path() / "home"; }
+    std::filesystem::path home() const { return folder.path("home"); }
     std::filesystem::path configFolder() const { return home() / ".config"; }
     std::filesystem::path dataFolder() const { return home() / ".local/share"; }
     std::filesystem::path cacheFolder() const { return home() / ".cache"; }
-    std::filesystem::path runtimeFolder() const { return folder.path() / "run"; }
+    std::filesystem::path runtimeFolder() const { return folder.path("run"); }
 
     /// The monitors as RandR tells them, primary first.
     Layout monitors() const { return outputs->seen(); }
@@ -79,6 +65,16 @@ class PrivateDesktop {
     void startCompositor();
     void stopCompositor();
 
+    /// A new session bus in the place of the one before: what is started from now on uses it.
+    void startBus();
+    void stopBus() { bus.reset(); }
+    /// What dbus-send prints of the reply to a call on the session bus, which it is given
+    /// ("--dest=...", object, method, arguments); empty where it fails.
+    std::string call(const std::vector<std::string>& message) const;
+    bool isOnTheBus(const std::string& name) const;
+    /// Whether the name comes, or goes.
+    bool isOnTheBusSoon(const std::string& name, bool there = true) const;
+
     std::unique_ptr<ChildProcess> spawn(const std::string& command,
                                         const std::vector<std::string>& arguments = {}) const;
 
@@ -86,16 +82,16 @@ class PrivateDesktop {
     static Options withLayout(const std::string& layout);
     void makeFolders();
     void startFirstOf(const Options& options, const Layout& layout);
-    void startBus();
     void makePointerPlain() const;
     void failWithLog(const std::string& what, ChildProcess& child) const;
 
-    TemporaryFolder folder;
+    testing_support::TempFolder folder;
     Environment variables;
     XServer server{};
     std::unique_ptr<XConnection> x;
     std::unique_ptr<Monitors> outputs;
-    std::unique_ptr<ChildProcess> bus, windowManager, compositor;
+    std::unique_ptr<SessionBus> bus;
+    std::unique_ptr<ChildProcess> windowManager, compositor;
 };
 
 } // namespace support

@@ -2,46 +2,12 @@
 
 #include <algorithm>
 #include <fstream>
-#include <sstream>
 #include <stdexcept>
 
 namespace desktop {
 
-namespace {
-
-std::string plist(const Setting& setting) {
-    std::ostringstream text;
-    text << R"(<?xml version="1.0" encoding="UTF-8"?>
-<!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN" "http://www.apple.com/DTDs/PropertyList-1.0.dtd">
-<plist version="1.0"><dict>
-<key>PRIMOACCESSO</key><string>1</string>
-<key>CHECK_0</key><string>1</string>
-<key>CHECK_1</key><string>0</string>
-<key>RECOMMENDAUTOLOGIN</key><string>1</string>
-<key>customShortcut</key><dict>
-<key>keyCode</key><integer>40</integer><key>modifierFlags</key><integer>1310720</integer></dict>
-)" << flagEntry("ATTIVO", setting.active)
-         << flagEntry("VELOCITY_OPTION", setting.pushOption) << "<key>VELOCITY</key><integer>"
-         << setting.velocity << "</integer><key>OTHERS_DARK</key><integer>" << setting.othersDark
-         << "</integer>" << setting.more << "</dict></plist>\n";
-    return text.str();
-}
-
-} // namespace
-
-std::string flagEntry(const std::string& key, bool on) {
-    return "<key>" + key + "</key>" + (on ? "<true/>" : "<false/>");
-}
-
-std::string textEntry(const std::string& key, const std::string& text) {
-    return "<key>" + key + "</key><string>" + text + "</string>";
-}
-
-bool holdsSoon(const std::function<bool()>& condition) {
-    const auto deadline = support::Clock::now() + support::generous;
-    while (!condition())
-        if (support::Clock::now() > deadline) return false;
-    return true;
+std::string programs() {
+    return PROGRAMS;
 }
 
 Product::Product(const std::string& layoutText)
@@ -52,41 +18,71 @@ Product::Product(const support::PrivateDesktop::Options& options)
 
 void Product::spawn(const Setting& setting) {
     name = setting.product;
-    std::ofstream(settingsFile()) << plist(setting);
-    std::vector<std::string> arguments{"--product", name, "--hold", setting.hold ? "on" : "off"};
-    arguments.insert(arguments.end(), setting.options.begin(), setting.options.end());
-    program = desktop.spawn(PALISOR, arguments);
+    Entries entries = setting.more;
+    entries.insert({{"ATTIVO", flag(setting.active)},
+                    {"VELOCITY_OPTION", flag(setting.pushOption)},
+                    {"VELOCITY", number(setting.velocity)},
+                    {"OTHERS_DARK", number(setting.othersDark)}});
+    entries.merge(pastTheFirstStart());
+    std::ofstream(settingsFile()) << propertyList(entries);
+    std::vector<std::string> options = setting.options;
+    if (!setting.hold) options.insert(options.end(), {"--hold", "off"});
+    program = run(options);
+}
+
+std::unique_ptr<support::ChildProcess> Product::run(const std::vector<std::string>& options) const {
+    return desktop.spawn(folder + "/" + name, options);
 }
 
 void Product::start(const Setting& setting) {
     moveToMiddle(0);
     spawn(setting);
-    // Without a dark window to be seen: what it says of the tray that is not there comes from its
-    // run loop, when everything is in place.
-    const auto isUp = [&] {
-        return setting.active && name == "palisor"
-                   ? isCovered(1)
-                   : program->errors().find("no tray") != std::string::npos;
-    };
-    if (!holdsSoon(isUp))
+    const bool darkens = setting.active && name == "palisor";
+    if (!(darkens ? waitUntil([&] { return isCovered(1); }) : isUpSoon()))
         throw std::runtime_error("the program did not start: " + program->errors());
 }
 
-// A second start brings the menu of the first one up.
-void Product::switchOver() {
-    const auto menuIsShown = [&] {
-        return std::ranges::any_of(eye.windows(), [](const support::SeenWindow& window) {
-            return window.mapped && window.overrideRedirect && !window.inputOnly &&
-                   window.area.width > 60 && window.area.width < 600;
-        });
-    };
-    const auto second = desktop.spawn(PALISOR, {"--product", name});
-    if (second->wait() != 0 || !eye.waitUntilSeen(menuIsShown))
+// The start is one turn of the run loop; when that answers a question, everything is in place. On
+// a desktop without a bus nobody can ask, but it says later that it has found no tray.
+bool Product::isUpSoon() const {
+    if (!saysThatItStarts()) return false;
+    if (!desktop.environment().contains("DBUS_SESSION_BUS_ADDRESS"))
+        return program->waitForText("no tray");
+    std::string path = "/" + identifier();
+    std::ranges::replace(path, '.', '/');
+    std::ranges::replace(path, '-', '_');
+    return !desktop
+                .call({"--dest=" + identifier(), path,
+                       "org.freedesktop.DBus.Introspectable.Introspect"})
+                .empty();
+}
+
+std::vector<Area> Product::menus() const {
+    std::vector<Area> areas;
+    for (const auto& window : eye.windows())
+        if (window.mapped && window.overrideRedirect && !window.inputOnly &&
+            window.area.width > 60 && window.area.width < 600)
+            areas.push_back(window.area);
+    return areas;
+}
+
+bool Product::waitForMenus(std::size_t count) {
+    return eye.waitUntilSeen([&] { return menus().size() == count; });
+}
+
+void Product::openMenu() {
+    const auto second = run();
+    if (second->wait() != 0 || !waitForMenus(1) ||
+        !waitUntil([&] { return connection.keyboardIsGrabbed(); }))
         throw std::runtime_error("the menu did not open: " + program->errors());
-    hand.type(support::key::down);
+}
+
+void Product::choose(int steps) {
+    openMenu();
+    for (int step = 0; step < std::abs(steps); ++step)
+        hand.type(steps > 0 ? support::key::down : support::key::up);
     hand.type(support::key::enter);
-    if (!eye.waitUntilSeen([&] { return !menuIsShown(); }))
-        throw std::runtime_error("the menu did not close: " + program->errors());
+    if (!waitForMenus(0)) throw std::runtime_error("the menu did not close: " + program->errors());
 }
 
 Spot Product::middle(std::size_t index) const {
@@ -112,11 +108,11 @@ bool Product::isCovered(std::size_t index) const {
 }
 
 bool Product::coveredSoon(std::size_t covered, std::size_t bare) const {
-    return holdsSoon([&] { return isCovered(covered) && !isCovered(bare); });
+    return waitUntil([&] { return isCovered(covered) && !isCovered(bare); });
 }
 
 bool Product::nothingCoveredSoon() const {
-    return holdsSoon([&] {
+    return waitUntil([&] {
         for (std::size_t index = 0; index < layout.size(); ++index)
             if (isCovered(index)) return false;
         return true;
@@ -129,16 +125,22 @@ bool Product::cursorIsOn(std::size_t index) const {
 }
 
 bool Product::cursorEndsOn(std::size_t index) const {
-    return holdsSoon([&] { return cursorIsOn(index); });
+    return waitUntil([&] { return cursorIsOn(index); });
 }
 
 std::filesystem::path Product::settingsFile() const {
-    return desktop.configFolder() / ("com.tamberlo." + name + ".plist");
+    return desktop.configFolder() / (identifier() + ".plist");
 }
 
 std::string Product::storedSettings() const {
     std::ifstream file(settingsFile());
-    return {std::istreambuf_iterator<char>(file), {}};
+    std::string all{std::istreambuf_iterator<char>(file), {}};
+    std::erase_if(all, [](char letter) { return letter == '\n' || letter == '\t'; });
+    return all;
+}
+
+bool Product::stores(const std::string& part) const {
+    return waitUntil([&] { return storedSettings().find(part) != std::string::npos; });
 }
 
 } // namespace desktop

@@ -2,11 +2,9 @@
 
 #include "testing/desktop/Hand.h"
 #include "testing/desktop/PrivateDesktop.h"
+#include "testing/desktop/Settings.h"
 #include "testing/desktop/TestWindow.h"
 #include "testing/eye/Eye.h"
-
-#include <functional>
-#include <string>
 
 // The program itself on a private desktop, with input from outside and nothing but what a person
 // sees for evidence.
@@ -16,11 +14,12 @@ namespace desktop {
 using support::Area;
 using support::Colour;
 using support::Spot;
+using support::waitUntil;
 
-/// Asks again and again, without sleeping, until it holds; false when a generous time is up.
-bool holdsSoon(const std::function<bool()>& condition);
+/// The folder of the programs that were built.
+std::string programs();
 
-/// How the program is set before it starts. Every installation but the first has these keys.
+/// How the program is set before it starts.
 struct Setting {
     std::string product = "palisor";
     bool active = true;
@@ -28,25 +27,35 @@ struct Setting {
     int velocity = 50;
     int othersDark = 15;                ///< of 20
     bool hold = true;                   ///< --hold
-    std::string more{};                 ///< further entries of the settings file
+    Entries more{};                     ///< of the settings file, before all others
     std::vector<std::string> options{}; ///< further ones of the command line
 };
-
-/// Entries of the settings file.
-std::string flagEntry(const std::string& key, bool on);
-std::string textEntry(const std::string& key, const std::string& text);
 
 struct Product {
     explicit Product(const support::PrivateDesktop::Options& options);
     explicit Product(const std::string& layout = "1920x1080+0+0,1280x1024+1920+56");
 
-    /// Puts the cursor on the middle of the primary monitor and starts the program there.
+    /// Puts the cursor on the middle of the primary monitor, starts the program there and returns
+    /// when everything is in place. Throws std::runtime_error where it does not come to that.
     void start(const Setting& setting = {});
     /// Starts it and does not wait for anything.
     void spawn(const Setting& setting = {});
+    /// Starts the product that was started last once more, on the settings as they are.
+    std::unique_ptr<support::ChildProcess> run(const std::vector<std::string>& options = {}) const;
+    /// The program has told that it starts; what it does next is a matter of milliseconds.
+    bool saysThatItStarts() const { return program->waitForText("macOS 10.14"); }
+    /// And everything is in place.
+    bool isUpSoon() const;
 
-    /// Switches it off, or on again, by the first entry of its menu. Needs the session bus.
-    void switchOver();
+    /// Opens its menu by a second start, and returns when it takes keys. Needs the session bus.
+    void openMenu();
+    /// Opens it and chooses the entry that so many downward steps reach, or upward ones below zero.
+    void choose(int steps);
+    /// Switches it off, or on again, by the first entry of its menu.
+    void switchOver() { choose(1); }
+    /// Windows of the toolkit's menus, lowest first; X root coordinates.
+    std::vector<Area> menus() const;
+    bool waitForMenus(std::size_t count);
 
     /// On the monitor with that number in the layout, X root coordinates.
     const Area& monitor(std::size_t index) const { return layout[index].area; }
@@ -64,16 +73,23 @@ struct Product {
     /// The cursor is there once the program has done what it had to do.
     bool cursorEndsOn(std::size_t index) const;
 
+    std::string identifier() const { return "com.tamberlo." + name; }
     std::filesystem::path settingsFile() const;
-    /// The text of the settings file.
+    /// The text of the settings file without white space between its entries.
     std::string storedSettings() const;
+    /// Whether that text is in the settings file before long.
+    bool stores(const std::string& part) const;
 
     support::Layout layout;
     support::PrivateDesktop desktop;
     support::Hand hand{desktop.display()};
     support::Eye eye{desktop.display()};
     std::unique_ptr<support::ChildProcess> program;
-    std::string name = "palisor"; ///< of the product that was started last
+    std::string name = "palisor";    ///< of the product that was started last
+    std::string folder = programs(); ///< the programs that are started lie there
+
+  private:
+    support::XConnection connection{desktop.display()};
 };
 
 } // namespace desktop

@@ -34,6 +34,21 @@ bool XConnection::grabPointer() const {
     return grab && grab->status == XCB_GRAB_STATUS_SUCCESS;
 }
 
+// Nobody else can act between the two requests, so that asking disturbs nothing.
+bool XConnection::keyboardIsGrabbed() const {
+    xcb_grab_server(connection);
+    const auto reply =
+        own(xcb_grab_keyboard_reply(connection,
+                                    xcb_grab_keyboard(connection, 0, root(), XCB_CURRENT_TIME,
+                                                      XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
+                                    nullptr));
+    const bool isFree = reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
+    if (isFree) xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
+    xcb_ungrab_server(connection);
+    sync();
+    return !isFree;
+}
+
 void XConnection::sync() const {
     const auto reply =
         own(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
@@ -42,23 +57,19 @@ void XConnection::sync() const {
 
 bool XConnection::waitUntil(const std::function<bool()>& reached, milliseconds limit,
                             const std::function<void(const xcb_generic_event_t&)>& seen) const {
-    const Clock::time_point deadline = Clock::now() + limit;
-    for (;;) {
-        if (reached()) return true;
+    return support::waitUntil(reached, limit, [&](Clock::time_point deadline) {
         xcb_flush(connection);
         // Replies that `reached` waited for may have brought events along: the queue comes first.
         Event event = nextEvent();
         while (!event) {
             if (xcb_connection_has_error(connection) != 0)
                 throw std::runtime_error("the X server is gone");
-            if (!waitReadable(xcb_get_file_descriptor(connection), deadline)) return reached();
+            if (!waitReadable(xcb_get_file_descriptor(connection), deadline)) return;
             event = nextEvent();
         }
-        do {
+        for (; event; event = nextEvent())
             if (seen) seen(*event);
-            event = nextEvent();
-        } while (event);
-    }
+    });
 }
 
 } // namespace support

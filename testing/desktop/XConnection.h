@@ -42,6 +42,9 @@ class XConnection {
     /// Takes the pointer as an open menu does, until this object goes; false where another has it.
     bool grabPointer() const;
 
+    /// Whether somebody has the keyboard for himself, as an open menu does.
+    bool keyboardIsGrabbed() const;
+
     /// Returns after the server has carried out everything that was sent here; the events that it
     /// caused up to then are in the queue.
     void sync() const;

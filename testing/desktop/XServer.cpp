@@ -84,27 +84,19 @@ std::vector<std::string> commandFor(ServerKind kind, const std::filesystem::path
 
 } // namespace
 
-XServer startServer(ServerKind kind, const std::filesystem::path& folder,
-                    const Environment& environment, const Layout& layout,
-                    const std::string& hostDisplay, const std::vector<std::string>& arguments) {
+XServer startXServer(ServerKind kind, const std::filesystem::path& folder,
+                     const Environment& environment, const Layout& layout,
+                     const std::string& hostDisplay, const std::vector<std::string>& arguments) {
     Environment surroundings = environment;
     if (kind == ServerKind::xephyr) surroundings["DISPLAY"] = hostDisplay;
-    Pipe number = makePipe();
-    XServer server{kind, {}, nullptr};
     auto command = commandFor(kind, folder, layout);
     command.insert(command.end(), arguments.begin(), arguments.end());
-    // SIGTERM, so that the server removes its socket and lock even when the test has crashed.
-    server.process = std::make_unique<ChildProcess>(
-        ChildProcess::Start{command, surroundings, number.writeEnd.get(), SIGTERM});
-    number.writeEnd.reset();
-    const auto line = readLine(number.readEnd.get(), Clock::now() + generous);
-    if (!line) {
-        server.process->end();
-        throw std::runtime_error(server.process->name() + " did not start:\n" +
-                                 server.process->errors() + contentOf(folder / "xorg.log"));
+    try {
+        auto [process, number] = startServer(command, surroundings);
+        return {kind, ":" + number, std::move(process)};
+    } catch (const std::runtime_error& error) {
+        throw std::runtime_error(error.what() + contentOf(folder / "xorg.log"));
     }
-    server.display = ":" + *line;
-    return server;
 }
 
 } // namespace support

@@ -23,9 +23,9 @@ struct XServer {
 
 /// Starts a server and waits until it accepts connections. Its files go into `folder`. Throws
 /// std::runtime_error with the server's log when it does not start.
-XServer startServer(ServerKind kind, const std::filesystem::path& folder,
-                    const Environment& environment, const Layout& layout,
-                    const std::string& hostDisplay = {},
-                    const std::vector<std::string>& arguments = {});
+XServer startXServer(ServerKind kind, const std::filesystem::path& folder,
+                     const Environment& environment, const Layout& layout,
+                     const std::string& hostDisplay = {},
+                     const std::vector<std::string>& arguments = {});
 
 } // namespace support

@@ -1,8 +1,6 @@
 #include "platform/calendar/Evolution.h"
-#include "calendar/Ics.h"
+#include "calendar/Passes.h"
 #include "calendar/Session.h"
-
-#include <gmock/gmock.h>
 
 #include <algorithm>
 #include <memory>
@@ -13,23 +11,7 @@
 namespace calendartests {
 namespace {
 
-using platform::CalendarAlarm;
-using platform::CalendarEvent;
 using platform::calendar::Evolution;
-using platform::calendar::Found;
-using platform::calendar::Refusal;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Not;
-using testing::SizeIs;
-
-// Half an hour after the clocks of Rome went back from three to two.
-constexpr std::time_t now = 1792891800; // 2026-10-25T01:30:00Z
-constexpr double hour = 3600;
-constexpr std::time_t aDay = 86400;
-const std::string inTenMinutes = "DTSTART:20261025T014000Z\nDTEND:20261025T021000Z\n";
 
 std::unique_ptr<Session> session;
 
@@ -42,12 +24,12 @@ std::string withoutStamps(std::string text) {
     return withoutAlarms(text);
 }
 
-class EvolutionCalendars : public testing::Test {
+class EvolutionCalendars : public CalendarPasses {
   protected:
     static void SetUpTestSuite() { session = std::make_unique<Session>(); }
     static void TearDownTestSuite() { session.reset(); }
 
-    EvolutionCalendars() {
+    EvolutionCalendars() : CalendarPasses(backend) {
         other.ask("new work" + number);
         other.ask("new home" + number);
     }
@@ -66,43 +48,12 @@ class EvolutionCalendars : public testing::Test {
         return other.ask("list " + calendar + number);
     }
 
-    static CalendarEvent withOneAlarm(CalendarEvent event, double offset = 0) {
-        CalendarAlarm kept;
-        for (const CalendarAlarm& alarm : event.alarms)
-            if (!alarm.isDefault) kept = alarm;
-        kept.offset = offset;
-        kept.sound = "Pop";
-        event.alarms = {kept};
-        return event;
-    }
     std::optional<std::string> save(const CalendarEvent& event) {
         return backend.save({event}).at(0);
     }
-    /// As the program does it; what the saves answered.
-    std::vector<std::string> pass() {
-        std::vector<std::string> errors;
-        std::vector<CalendarEvent> all;
-        found = backend.find(hour);
-        for (const CalendarEvent& event : found.answer.events) {
-            if (event.detached) continue;
-            all.push_back(withOneAlarm(event));
-        }
-        for (const auto& error : backend.save(all))
-            if (error) errors.push_back(*error);
-        return errors;
-    }
-    std::vector<std::string> ids() {
-        std::vector<std::string> all;
-        for (const CalendarEvent& event : backend.find(hour).answer.events)
-            all.push_back(event.id);
-        return all;
-    }
-
     const std::string number = std::to_string(++made);
     Client other;
-    std::time_t time = now;
     Evolution backend{[this] { return time; }};
-    Found found;
 
   private:
     static inline int made = 0;
@@ -131,8 +82,7 @@ TEST_F(EvolutionCalendars, EveryEnabledCalendarIsLookedAtInTheOrderOfTheEvents) 
     add(vevent("sooner", inTenMinutes), "home");
     EXPECT_THAT(ids(), ElementsAre("sooner", "later"));
     other.ask("disable home" + number);
-    while (ids() != std::vector<std::string>{"later"}) {
-    }
+    ASSERT_TRUE(support::waitUntil([&] { return ids() == std::vector<std::string>{"later"}; }));
     EXPECT_THAT(pass(), IsEmpty());
     EXPECT_EQ(valueOf(get("later"), "TRIGGER"), "PT0S");
     EXPECT_EQ(count(get("sooner", "home"), "BEGIN:VALARM"), 0U);
@@ -167,21 +117,14 @@ TEST_F(EvolutionCalendars, DaysAndZonesAreThoseOfTheirClocks) {
 }
 
 TEST_F(EvolutionCalendars, ARecurringEventIsCutWithItsDetachedOccurrences) {
-    const auto detached = [](const std::string& day, const std::string& start) {
-        return vevent("daily",
-                      "RECURRENCE-ID;TZID=Europe/Rome:" + day +
-                          "T030000\nDTSTART;TZID=Europe/Rome:" + start + "\n",
-                      {{"-PT3M"}, {"-PT4M"}});
-    };
     add(vevent("daily",
-               "DTSTART;TZID=Europe/Rome:20261020T030000\nDTEND;TZID=Europe/Rome:20261020T032000\n"
-               "RRULE:FREQ=DAILY;COUNT=10\nEXDATE;TZID=Europe/Rome:20261027T030000\n",
+               daily + "RRULE:FREQ=DAILY;COUNT=10\nEXDATE;TZID=Europe/Rome:20261027T030000\n",
                {{"-PT15M"}}) +
         detached("20261021", "20261021T050000") + detached("20261024", "20261025T031000") +
         detached("20261026", "20261026T050000"));
     EXPECT_THAT(pass(), IsEmpty());
-    ASSERT_THAT(found.answer.events, SizeIs(2));
-    EXPECT_TRUE(found.answer.events[1].detached);
+    ASSERT_THAT(lastFound.answer.events, SizeIs(2));
+    EXPECT_TRUE(lastFound.answer.events[1].detached);
 
     const std::string before = get("daily");
     EXPECT_EQ(valueOf(before, "TRIGGER"), "-PT15M");
@@ -212,7 +155,7 @@ TEST_F(EvolutionCalendars, AnOccurrenceThatWasJustDetachedCountsAsDetached) {
     add(vevent("daily", "DTSTART:20261025T014000Z\nRRULE:FREQ=DAILY\n", {{"-PT15M"}}));
     EXPECT_THAT(ids(), ElementsAre("daily"));
     add(vevent("daily", "RECURRENCE-ID:20261025T014000Z\nDTSTART:20261025T015000Z\n"));
-    const Found again = backend.find(hour);
+    const Found again = find();
     ASSERT_THAT(again.answer.events, SizeIs(1));
     EXPECT_TRUE(again.answer.events[0].detached);
     EXPECT_EQ(again.answer.events[0].start, 1200);
@@ -230,7 +173,7 @@ TEST_F(EvolutionCalendars, ASeriesThatBeginsNowIsNotCutAndKeepsItsDetachedOccurr
 
 TEST_F(EvolutionCalendars, WhatAnotherProgramChangedMeanwhileIsNotOverwritten) {
     add(vevent("a", inTenMinutes));
-    const CalendarEvent event = backend.find(hour).answer.events.at(0);
+    const CalendarEvent event = find().answer.events.at(0);
     other.ask("remove work" + number + " a");
     add(vevent("a", inTenMinutes + "LOCATION:Elsewhere\n"));
     EXPECT_TRUE(save(withOneAlarm(event)));
@@ -242,14 +185,14 @@ TEST_F(EvolutionCalendars, WhatAnotherProgramChangedMeanwhileIsNotOverwritten) {
 
 TEST_F(EvolutionCalendars, TheServerKilledDuringAPassIsBackForTheNext) {
     add(vevent("a", inTenMinutes) + vevent("b", inTenMinutes));
-    const Found first = backend.find(hour);
+    const Found first = find();
     ASSERT_THAT(first.answer.events, SizeIs(2));
     EXPECT_EQ(save(withOneAlarm(first.answer.events[0])), std::nullopt);
     ASSERT_GE(session->kill("evolution-calendar-factory"), 1);
     // It may be that the bus has not noticed yet; what it answers is not the point.
     (void)save(withOneAlarm(first.answer.events[1]));
     EXPECT_THAT(pass(), IsEmpty());
-    EXPECT_THAT(found.answer.events, SizeIs(2));
+    EXPECT_THAT(lastFound.answer.events, SizeIs(2));
     Client fresh;
     EXPECT_EQ(count(fresh.ask("list work" + number), "TRIGGER:PT0S"), 2U);
 }
@@ -259,8 +202,7 @@ TEST_F(EvolutionCalendars, TheRegistryKilledBetweenPassesIsBackForTheNext) {
     EXPECT_THAT(ids(), ElementsAre("a"));
     ASSERT_GE(session->kill("evolution-source-registry"), 1);
     ASSERT_GE(session->kill("evolution-calendar-factory"), 1);
-    while (ids() != std::vector<std::string>{"a"}) {
-    }
+    ASSERT_TRUE(support::waitUntil([&] { return ids() == std::vector<std::string>{"a"}; }));
     EXPECT_THAT(pass(), IsEmpty());
     Client fresh;
     EXPECT_EQ(count(fresh.ask("get work" + number + " a"), "TRIGGER:PT0S"), 1U);
@@ -272,12 +214,13 @@ TEST_F(EvolutionCalendars, AReadOnlyCalendarIsSkippedWithOneRemark) {
     other.ask("readonly birthdays" + number);
     const std::string remark =
         "the calendar birthdays" + number + " cannot be changed and is left alone";
-    do {
-        found = backend.find(hour);
-    } while (std::ranges::find(found.remarks, remark) == found.remarks.end());
-    EXPECT_EQ(std::ranges::count(found.remarks, remark), 1);
-    EXPECT_THAT(found.answer.sources, Not(Contains("birthdays" + number)));
-    EXPECT_THAT(found.answer.events, SizeIs(1));
+    ASSERT_TRUE(support::waitUntil([&] {
+        lastFound = find();
+        return std::ranges::count(lastFound.remarks, remark) > 0;
+    }));
+    EXPECT_EQ(std::ranges::count(lastFound.remarks, remark), 1);
+    EXPECT_THAT(lastFound.answer.sources, Not(Contains("birthdays" + number)));
+    EXPECT_THAT(lastFound.answer.events, SizeIs(1));
     other.ask("disable birthdays" + number);
 }
 

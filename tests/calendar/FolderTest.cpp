@@ -1,8 +1,6 @@
 #include "platform/calendar/Folder.h"
-#include "calendar/Ics.h"
+#include "calendar/Passes.h"
 #include "testing/TempFolder.h"
-
-#include <gmock/gmock.h>
 
 #include <filesystem>
 
@@ -12,60 +10,18 @@ namespace calendartests {
 namespace {
 
 namespace fs = std::filesystem;
-using platform::CalendarAlarm;
-using platform::CalendarEvent;
 using platform::calendar::Folder;
-using platform::calendar::Found;
-using platform::calendar::Refusal;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Not;
-using testing::SizeIs;
 using testing::UnorderedElementsAre;
 
-// Half an hour after the clocks of Rome went back from three to two; New York follows a week later.
-constexpr std::time_t now = 1792891800; // 2026-10-25T01:30:00Z
-constexpr double hour = 3600;
-constexpr std::time_t anHour = 3600;
-constexpr std::time_t aDay = 24 * anHour;
-
-const std::string inTenMinutes = "DTSTART:20261025T014000Z\nDTEND:20261025T021000Z\n";
-
-class CalendarFolder : public testing::Test {
+class CalendarFolder : public CalendarPasses {
   protected:
-    CalendarFolder() {
+    CalendarFolder() : CalendarPasses(backend) {
         ::setenv("TZ", "Europe/Rome", 1);
         ::tzset();
     }
 
     void write(const std::string& name, const std::string& components) {
         folder.write(name, vcalendar(components));
-    }
-    Found find() { return backend.find(hour); }
-
-    /// As the program does it; what the saves answered.
-    std::vector<std::string> pass(double offset = 0, const std::string& sound = "Pop") {
-        std::vector<std::string> errors;
-        const Found found = find();
-        for (CalendarEvent event : found.answer.events) {
-            if (event.detached) continue;
-            CalendarAlarm kept;
-            for (const CalendarAlarm& alarm : event.alarms)
-                if (!alarm.isDefault) kept = alarm;
-            kept.offset = offset;
-            kept.sound = sound;
-            event.alarms = {kept};
-            if (const auto error = backend.save({event}).at(0)) errors.push_back(*error);
-        }
-        return errors;
-    }
-    std::vector<double> starts() {
-        std::vector<double> all;
-        for (const CalendarEvent& event : find().answer.events)
-            all.push_back(event.start);
-        return all;
     }
     std::map<std::string, std::string> contents() const {
         std::map<std::string, std::string> all;
@@ -76,7 +32,6 @@ class CalendarFolder : public testing::Test {
 
     testing_support::TempFolder folder;
     Folder backend{folder.path(), [this] { return time; }};
-    std::time_t time = now;
 };
 
 TEST_F(CalendarFolder, AnEventWithThreeAlarmsKeepsEveryOtherByte) {
@@ -182,9 +137,6 @@ TEST_F(CalendarFolder, AZoneThatTheFileDefinesIsTheFilesOwn) {
     EXPECT_EQ(withoutAlarms(folder.read("a.ics")), before);
 }
 
-const std::string daily = "DTSTART;TZID=Europe/Rome:20261020T030000\n"
-                          "DTEND;TZID=Europe/Rome:20261020T032000\n";
-
 TEST_F(CalendarFolder, ARecurringEventIsCutWhereItGetsTheAlarm) {
     write("daily.ics", vevent("daily",
                               daily + "RRULE:FREQ=DAILY;COUNT=10\n"
@@ -240,12 +192,6 @@ TEST_F(CalendarFolder, ManyOccurrencesInTheHourCutItOnce) {
 }
 
 TEST_F(CalendarFolder, DetachedOccurrencesStayAndGoWithTheirHalf) {
-    const auto detached = [](const std::string& day, const std::string& start) {
-        return vevent("daily",
-                      "RECURRENCE-ID;TZID=Europe/Rome:" + day +
-                          "T030000\nDTSTART;TZID=Europe/Rome:" + start + "\n",
-                      {{"-PT3M"}, {"-PT4M"}});
-    };
     write("daily.ics", vevent("daily", daily + "RRULE:FREQ=DAILY\n", {{"-PT15M"}}) +
                            detached("20261021", "20261021T050000") +
                            detached("20261024", "20261025T031000") +

@@ -24,10 +24,6 @@ std::string contentOf(const fs::path& path) {
     return text.str();
 }
 
-void writeFile(const fs::path& path, const std::string& text) {
-    std::ofstream(path, std::ios::binary) << text;
-}
-
 } // namespace
 
 support::Environment environment() {
@@ -60,25 +56,16 @@ Session::Session(Server server) {
     set("LC_ALL", "C.UTF-8");
     // A bus that starts nothing is a session without the server.
     const std::string services = server == Server::present ? "<standard_session_servicedirs/>" : "";
-    writeFile(base / "bus.conf",
-              "<!DOCTYPE busconfig PUBLIC \"-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN\" "
-              "\"http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd\">\n"
-              "<busconfig><type>session</type><listen>unix:dir=" +
-                  (base / "run").string() + "</listen>" + services +
-                  "<policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
-                  "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>\n");
-    support::Pipe address = support::makePipe();
-    bus = std::make_unique<ChildProcess>(
-        ChildProcess::Start{{"dbus-daemon", "--config-file=" + (base / "bus.conf").string(),
-                             "--nofork", "--nopidfile", "--print-address=3"},
-                            environment(),
-                            address.writeEnd.get(),
-                            SIGTERM});
-    address.writeEnd.reset();
-    const auto line =
-        support::readLine(address.readEnd.get(), support::Clock::now() + support::generous);
-    if (!line) throw std::runtime_error("the session bus did not start: " + bus->errors());
-    set("DBUS_SESSION_BUS_ADDRESS", *line);
+    folder.write(
+        "bus.conf",
+        "<!DOCTYPE busconfig PUBLIC \"-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN\" "
+        "\"http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd\">\n"
+        "<busconfig><type>session</type><listen>unix:dir=" +
+            (base / "run").string() + "</listen>" + services +
+            "<policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
+            "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>\n");
+    bus = std::make_unique<support::SessionBus>(environment(), folder.path("bus.conf"));
+    set("DBUS_SESSION_BUS_ADDRESS", bus->address());
 }
 
 std::string Session::marker() const {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "testing/Child.h"
+#include "testing/SessionBus.h"
 #include "testing/TempFolder.h"
 
 #include <memory>
@@ -30,7 +30,7 @@ class Session {
     std::string marker() const;
 
     testing_support::TempFolder folder;
-    std::unique_ptr<support::ChildProcess> bus;
+    std::unique_ptr<support::SessionBus> bus;
 };
 
 support::Environment environment();

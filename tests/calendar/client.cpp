@@ -1,4 +1,5 @@
 #include "platform/calendar/Glib.h"
+#include "testing/Wait.h"
 
 #include <cstdio>
 #include <fstream>
@@ -74,10 +75,15 @@ struct Client {
     ECalClient* open(const std::string& name) {
         ECalClient*& client = calendars[name];
         if (client == nullptr) {
-            EClient* const made =
-                e_cal_client_connect_sync(source(name), E_CAL_CLIENT_SOURCE_TYPE_EVENTS,
-                                          static_cast<guint32>(-1), nullptr, &error);
-            if (made == nullptr) fail(error);
+            // The registry tells the server of a new calendar in its own time.
+            EClient* made = nullptr;
+            const auto connects = [&] {
+                g_clear_error(&error);
+                made = e_cal_client_connect_sync(source(name), E_CAL_CLIENT_SOURCE_TYPE_EVENTS,
+                                                 static_cast<guint32>(-1), nullptr, &error);
+                return made != nullptr;
+            };
+            if (!support::waitUntil(connects)) fail(error);
             client = E_CAL_CLIENT(made);
         }
         return client;

@@ -33,7 +33,7 @@ TEST(DarkMonitor, IsDarkenedByItsGammaRampWithoutACompositor) {
     const auto before = product.eye.gamma("DUMMY1");
     const auto untouched = product.eye.gamma("DUMMY0");
     product.start({.othersDark = level});
-    ASSERT_TRUE(holdsSoon([&] { return product.eye.gamma("DUMMY1") != before; }));
+    ASSERT_TRUE(waitUntil([&] { return product.eye.gamma("DUMMY1") != before; }));
     const auto dark = product.eye.gamma("DUMMY1");
     EXPECT_NEAR(dark.red.back(), before.red.back() / 4.0, 64);
     EXPECT_NEAR(dark.blue.back(), before.blue.back() / 4.0, 64);

@@ -115,17 +115,22 @@ TEST_P(EitherWay, TheHoldDoesNotExistWhileTheProductIsSwitchedOff) {
 
 TEST_P(EitherWay, APushFasterThanTheThresholdCrossesAtEveryPollingRateAndASlowerOneDoesNot) {
     // 75 pixels a frame.
-    constexpr double threshold = 4500;
+    constexpr double threshold = 4500, aFrame = 1.0 / 60;
     Product product("1920x1080+0+0,1920x1080+1920+0");
     product.start({.pushOption = true, .velocity = 50, .hold = GetParam()});
     for (const int hz : {125, 500, 1000, 8000}) {
         // Frames of a paced reader hold two or three reports of a slow mouse that is let out.
         if (!GetParam() && hz == 125) continue;
-        const bool onLeft = product.cursorIsOn(0);
-        const std::size_t here = onLeft ? 0 : 1, there = 1 - here;
-        const double speed = onLeft ? threshold : -threshold;
-        product.moveToMiddle(here);
-        product.hand.pushAt(0.6 * speed, 0.5, hz); // 1350 pixels, of which 960 lead to the edge
+        std::size_t here = 0;
+        double speed = 0;
+        // A hand that the machine kept waiting leaps, and so does what it pushes: it tries again.
+        for (double late = aFrame, tries = 0; late >= aFrame && tries < 20; ++tries) {
+            here = product.cursorIsOn(0) ? 0 : 1;
+            speed = here == 0 ? threshold : -threshold;
+            product.moveToMiddle(here);
+            late = product.hand.pushAt(0.6 * speed, 0.5, hz); // 1350 pixels, the edge is after 960
+        }
+        const std::size_t there = 1 - here;
         EXPECT_TRUE(product.cursorEndsOn(here)) << hz;
         EXPECT_TRUE(product.isCovered(there)) << hz;
         product.hand.pushAt(1.4 * speed, 0.3, hz);
@@ -146,7 +151,7 @@ TEST_P(EitherWay, AVerticalExitIsPutBackToTheLeftEdgeAtItsOwnHeight) {
         EXPECT_TRUE(product.cursorEndsOn(0));
         product.hand.relative(0, down ? 30 : -30);
         const Spot back{1, down ? home.y + home.height + 29 : home.y - 30};
-        EXPECT_TRUE(holdsSoon([&] { return product.eye.cursor() == back; })) << layout;
+        EXPECT_TRUE(waitUntil([&] { return product.eye.cursor() == back; })) << layout;
         EXPECT_TRUE(product.isCovered(1)) << layout;
     }
 }

@@ -18,23 +18,16 @@ struct WaylandSession {
             .command = {"weston", "--backend=headless-backend.so", "--socket=wayland-test",
                         "--idle-time=0", "--no-config"},
             .environment = environment});
-        if (!holdsSoon([&] { return std::filesystem::exists(folder.path("wayland-test")); }))
+        if (!waitUntil([&] { return std::filesystem::exists(folder.path("wayland-test")); }))
             throw std::runtime_error("no Wayland session: " + compositor->errors());
         environment["WAYLAND_DISPLAY"] = "wayland-test";
     }
 
     /// The display that Xwayland shows X clients on.
     std::string startXwayland() {
-        support::Pipe number = support::makePipe();
-        server = std::make_unique<ChildProcess>(
-            ChildProcess::Start{.command = {"Xwayland", "-displayfd", "3", "-nolisten", "tcp"},
-                                .environment = environment,
-                                .extraDescriptor = number.writeEnd.get()});
-        number.writeEnd.reset();
-        const auto display =
-            support::readLine(number.readEnd.get(), support::Clock::now() + support::generous);
-        if (!display) throw std::runtime_error("no Xwayland: " + server->errors());
-        return ":" + *display;
+        server =
+            support::startServer({"Xwayland", "-displayfd", "3", "-nolisten", "tcp"}, environment);
+        return ":" + server.line;
     }
 
     testing_support::TempFolder folder;
@@ -42,12 +35,13 @@ struct WaylandSession {
                             {"HOME", folder.path()},
                             {"XDG_RUNTIME_DIR", folder.path()},
                             {"XDG_CONFIG_HOME", folder.path()}};
-    std::unique_ptr<ChildProcess> compositor, server;
+    std::unique_ptr<ChildProcess> compositor;
+    support::Announced server;
 };
 
 /// What the program says as it ends with status 1.
 std::string refusal(const Environment& environment) {
-    ChildProcess program({.command = {PALISOR}, .environment = environment});
+    ChildProcess program({.command = {programs() + "/palisor"}, .environment = environment});
     EXPECT_EQ(program.wait(), 1);
     const std::string said = program.errors();
     EXPECT_EQ(std::ranges::count(said, '\n'), 1) << said;

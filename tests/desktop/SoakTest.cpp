@@ -83,7 +83,7 @@ class Soak {
     void watched(const std::function<void()>& act) {
         // A change may be followed by another one, for which the dark windows are made anew.
         std::optional<std::size_t> monitor;
-        ASSERT_TRUE(holdsSoon([&] {
+        ASSERT_TRUE(waitUntil([&] {
             monitor = home(product);
             return monitor && product.cursorIsOn(*monitor);
         }));
@@ -116,7 +116,7 @@ class Soak {
 
     /// Waits until the program has its screen again after a change.
     void expectAnchored() {
-        EXPECT_TRUE(holdsSoon([&] {
+        EXPECT_TRUE(waitUntil([&] {
             const auto monitor = home(product);
             return monitor && product.cursorIsOn(*monitor);
         }));

@@ -2,6 +2,7 @@
 
 #include "platform/memory/Settings.h"
 #include "platform/x11/keys/HotKeys.h"
+#include "testing/KeptLog.h"
 #include "testing/desktop/Hand.h"
 #include "testing/desktop/PrivateDesktop.h"
 #include "x11/TestLoop.h"
@@ -74,7 +75,7 @@ class HotKeysOnADesktop : public testing::Test {
 
     support::PrivateDesktop desktop{"1280x800+0+0"};
     x11tests::TestLoop loop;
-    x11tests::TestLog log;
+    testing_support::KeptLog log;
     platform::memory::Clock clock;
     platform::memory::Effects effects{clock};
     platform::memory::Settings settings{effects};

@@ -14,14 +14,13 @@ namespace key = support::key;
 
 constexpr xcb_keysym_t backspace = 0xff08;
 
-std::string shortcut(int keyCode, int flags) {
-    return "<key>customShortcut</key><dict><key>keyCode</key><integer>" + std::to_string(keyCode) +
-           "</integer><key>modifierFlags</key><integer>" + std::to_string(flags) +
-           "</integer></dict>";
+const std::string ctrlAltK = desktop::shortcut(40, 0xC0000);
+const std::string ctrlAltJ = desktop::shortcut(38, 0xC0000);
+const std::string superE = desktop::shortcut(14, 0x100000);
+
+std::string asShortcut(const std::string& value) {
+    return desktop::entry("customShortcut", value);
 }
-const std::string ctrlAltK = shortcut(40, 0xC0000);
-const std::string ctrlAltJ = shortcut(38, 0xC0000);
-const std::string superE = shortcut(14, 0x100000);
 
 TEST(Shortcut, RecordedInThePopupSwitchesTheProgramInEveryStateOfTheLockKeys) {
     Popup popup;
@@ -29,11 +28,11 @@ TEST(Shortcut, RecordedInThePopupSwitchesTheProgramInEveryStateOfTheLockKeys) {
     EXPECT_FALSE(popup.isRecording()) << "it opened recording";
     ASSERT_TRUE(popup.startRecording());
     popup.hand.chord({key::leftControl, key::leftAlt, 'k'});
-    ASSERT_TRUE(popup.stores(ctrlAltK)) << popup.stored();
+    ASSERT_TRUE(popup.stores(asShortcut(ctrlAltK))) << popup.storedSettings();
     ASSERT_TRUE(popup.endsRecording());
     popup.leave();
     ASSERT_TRUE(popup.isGone());
-    ASSERT_TRUE(popup.program->waitForText("10.14"));
+    ASSERT_TRUE(popup.saysThatItStarts());
     bool on = popup.isSwitchedOn();
     const auto toggles = [&] {
         popup.hand.chord({key::leftControl, key::leftAlt, 'k'});
@@ -52,25 +51,25 @@ TEST(Shortcut, RecordedInThePopupSwitchesTheProgramInEveryStateOfTheLockKeys) {
 }
 
 TEST(Shortcut, ThatIsClearedDoesNothingAnyMore) {
-    Popup popup(ctrlAltK);
-    ASSERT_TRUE(popup.program->waitForText("10.14"));
+    Popup popup({{"customShortcut", ctrlAltK}});
+    ASSERT_TRUE(popup.saysThatItStarts());
     popup.hand.chord({key::leftControl, key::leftAlt, 'k'});
     ASSERT_TRUE(popup.turns(false));
     popup.openFromMenu();
     ASSERT_TRUE(popup.isUp());
     ASSERT_TRUE(popup.startRecording());
     popup.hand.type(backspace);
-    ASSERT_TRUE(
-        popup.soon([&] { return popup.stored().find("customShortcut") == std::string::npos; }));
+    ASSERT_TRUE(support::waitUntil(
+        [&] { return popup.storedSettings().find("customShortcut") == std::string::npos; }));
     ASSERT_TRUE(popup.endsRecording());
     popup.hand.chord({key::leftControl, key::leftAlt, 'k'});
     // The popup cannot be left without one. The field still has the focus.
-    ASSERT_TRUE(popup.soon([&] {
-        popup.hand.type(0x20);
+    ASSERT_TRUE(support::waitUntil([&] {
+        popup.hand.type(key::space);
         return popup.isRecording();
     }));
     popup.hand.chord({key::leftControl, key::leftAlt, 'j'});
-    ASSERT_TRUE(popup.stores(ctrlAltJ));
+    ASSERT_TRUE(popup.stores(asShortcut(ctrlAltJ)));
     EXPECT_FALSE(popup.isSwitchedOn()) << "the old one has switched it";
     ASSERT_TRUE(popup.endsRecording());
     popup.hand.chord({key::leftControl, key::leftAlt, 'j'});
@@ -111,7 +110,7 @@ TEST(Shortcut, ThatTheWindowManagerHoldsIsRefused) {
     ASSERT_TRUE(popup.isUp());
     ASSERT_TRUE(popup.startRecording());
     popup.hand.chord({key::leftSuper, 'e'});
-    ASSERT_TRUE(popup.stores(superE));
+    ASSERT_TRUE(popup.stores(asShortcut(superE)));
     EXPECT_TRUE(popup.program->waitForText("Super+E does nothing: another program holds it"));
 }
 
@@ -122,7 +121,7 @@ TEST(Shortcut, IsAskedForAgainUntilThereIsOne) {
         popup.done();
         ASSERT_TRUE(popup.isUp()) << "it was left";
     }
-    EXPECT_EQ(popup.stored().find("customShortcut"), std::string::npos);
+    EXPECT_EQ(popup.storedSettings().find("customShortcut"), std::string::npos);
 }
 
 TEST(Shortcut, CanBeLeftUnrecordedByTheEndOfTheSession) {
@@ -144,10 +143,10 @@ TEST(Shortcut, CanBeLeftUnrecordedByTheEndOfTheSession) {
 }
 
 TEST(Shortcut, CanBeLeftUnrecordedByTheEndOfTheSessionWhereItIsSwitchedOff) {
-    Popup popup("<key>customShortcutEnabled</key><false/>" + ctrlAltK);
+    Popup popup({{"customShortcut", ctrlAltK}, {"customShortcutEnabled", desktop::flag(false)}});
     ASSERT_TRUE(popup.isUp());
-    popup.hand.type(0xff09);
-    popup.hand.type(0x20); // on the button, since the field is disabled
+    popup.hand.type(key::tab);
+    popup.hand.type(key::space); // on the button, since the field is disabled
     ASSERT_TRUE(popup.isUp()) << "it was left";
     EXPECT_FALSE(popup.isRecording());
     popup.program->signal(SIGTERM);
@@ -155,20 +154,19 @@ TEST(Shortcut, CanBeLeftUnrecordedByTheEndOfTheSessionWhereItIsSwitchedOff) {
 }
 
 TEST(Shortcut, RecordingIsCancelledByEscapeAndByLeavingThePopup) {
-    Popup popup(ctrlAltK);
-    ASSERT_TRUE(popup.program->waitForText("10.14"));
+    Popup popup({{"customShortcut", ctrlAltK}});
+    ASSERT_TRUE(popup.saysThatItStarts());
     popup.openFromMenu();
     ASSERT_TRUE(popup.isUp());
     ASSERT_TRUE(popup.startRecording());
     popup.hand.type(key::escape);
     ASSERT_TRUE(popup.endsRecording());
-    EXPECT_NE(popup.stored().find(ctrlAltK), std::string::npos);
-    popup.hand.type(0x20);
-    ASSERT_TRUE(popup.soon([&] { return popup.isRecording(); }));
+    EXPECT_NE(popup.storedSettings().find(asShortcut(ctrlAltK)), std::string::npos);
+    popup.hand.type(key::space);
+    ASSERT_TRUE(support::waitUntil([&] { return popup.isRecording(); }));
     // Longer than the toolkit waits before it takes a window for left.
-    const auto later = support::Clock::now() + std::chrono::milliseconds(500);
-    while (support::Clock::now() < later)
-        ASSERT_TRUE(popup.isRecording());
+    ASSERT_FALSE(
+        support::waitUntil([&] { return !popup.isRecording(); }, support::milliseconds(500)));
     support::TestWindow other(popup.desktop.display(), {20, 600, 200, 150}, {255, 255, 255});
     popup.hand.clickAt(100, 700);
     EXPECT_TRUE(popup.endsRecording()) << "by a click on another program's window";

@@ -7,7 +7,7 @@
 namespace imagetests {
 
 Pixels drawn(const std::string& name, int width, int height) {
-    Log log;
+    KeptLog log;
     platform::qt::Pictures pictures(IMAGES, log);
     const auto picture = pictures.picture(name, width, height);
     Pixels pixels;

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/Log.h"
 #include "platform/qt/pictures/Pictures.h"
+#include "testing/KeptLog.h"
 
 #include <cstdint>
 #include <string>
@@ -9,12 +9,9 @@
 
 namespace imagetests {
 
-using Pixels = std::vector<std::uint32_t>; ///< premultiplied, row by row
+using testing_support::KeptLog;
 
-struct Log final : platform::Log {
-    void write(std::string_view text) override { lines.emplace_back(text); }
-    std::vector<std::string> lines;
-};
+using Pixels = std::vector<std::uint32_t>; ///< premultiplied, row by row
 
 /// A shipped image as the program draws it at that size. A missing one fails the test.
 Pixels drawn(const std::string& name, int width, int height);

@@ -132,7 +132,7 @@ TEST(Images, OfTheOverlaysAreFramesAtAnySize) {
 
 // The rounding of a gradient depends on where the strip begins.
 TEST(Images, DrawnInStripsShowNoSeams) {
-    Log log;
+    KeptLog log;
     platform::qt::Pictures pictures(IMAGES, log);
     for (const auto& [width, height, rows] :
          {std::array{1920, 1080, 34}, {3840, 2160, 17}, {1921, 1083, 10}}) {
@@ -158,7 +158,7 @@ TEST(Images, OfTheProductsAreIconsInColour) {
     for (const char* product : {"palisor", "vellumor", "quenlow", "stay-awake", "orbisant",
                                 "crosshair", "calendar-alerts"}) {
         SCOPED_TRACE(product);
-        Log log;
+        KeptLog log;
         platform::qt::Pictures pictures(PRODUCTS "/" + std::string(product), log);
         const auto icon = pictures.picture("icon", 128, 128);
         ASSERT_NE(icon, nullptr);
@@ -171,7 +171,7 @@ TEST(Images, OfTheProductsAreIconsInColour) {
 }
 
 TEST(Images, ThatAreMissingAreLoggedOnce) {
-    Log log;
+    KeptLog log;
     platform::qt::Pictures pictures(IMAGES, log);
     EXPECT_EQ(pictures.picture("noSuchImage", 16, 16), nullptr);
     EXPECT_EQ(pictures.picture("noSuchImage", 16, 16), nullptr);

@@ -34,23 +34,6 @@ struct Helper : testing::Test {
         return desktop.spawn(bin / "palisor-helper", {"--product", "palisor"});
     }
 
-    std::string names() const {
-        const auto asked =
-            desktop.spawn("dbus-send", {"--session", "--print-reply", "--dest=org.freedesktop.DBus",
-                                        "/org/freedesktop/DBus", "org.freedesktop.DBus.ListNames"});
-        EXPECT_TRUE(asked->waitForText("]\n"));
-        return asked->output();
-    }
-    bool isOnTheBus(const std::string& name) const {
-        return names().find('"' + name + '"') != std::string::npos;
-    }
-    bool isOnTheBusSoon(const std::string& name, bool there) const {
-        const auto deadline = support::Clock::now() + support::generous;
-        while (isOnTheBus(name) != there)
-            if (support::Clock::now() > deadline) return false;
-        return true;
-    }
-
     /// Sends what the product sends.
     void notify(const std::string& name, const std::string& object) const {
         const auto sent = desktop.spawn("dbus-send", {"--session", "--type=signal",
@@ -67,8 +50,8 @@ struct Helper : testing::Test {
 
     support::PrivateDesktop desktop{support::PrivateDesktop::Options{
         .layout = "1024x768+0+0", .servers = {support::ServerKind::xvfb}, .hostDisplay = {}}};
-    support::TemporaryFolder folder;
-    fs::path bin = folder.path() / "a tree $of \"its\" own/bin";
+    testing_support::TempFolder folder;
+    fs::path bin = folder.path("a tree $of \"its\" own/bin");
 };
 
 TEST_F(Helper, RunFromItsEntryStartsTheProductAndGoesWhenTold) {
@@ -89,8 +72,8 @@ TEST_F(Helper, RunFromItsEntryStartsTheProductAndGoesWhenTold) {
     ASSERT_TRUE(launched->waitForText("pid ")) << launched->errors();
     EXPECT_NE(launched->errors().find(std::string("beside ") + helperName), std::string::npos)
         << launched->errors();
-    EXPECT_TRUE(isOnTheBusSoon(helperName, false));
-    EXPECT_TRUE(isOnTheBus(mainName)) << "the product must outlive its helper";
+    EXPECT_TRUE(desktop.isOnTheBusSoon(helperName, false));
+    EXPECT_TRUE(desktop.isOnTheBus(mainName)) << "the product must outlive its helper";
 }
 
 TEST_F(Helper, WaitsUntilItIsToldAboutItsOwnProduct) {
@@ -100,10 +83,10 @@ TEST_F(Helper, WaitsUntilItIsToldAboutItsOwnProduct) {
     ASSERT_TRUE(helper->waitForText("pid "));
     notify("TERMINATEHELPER", "com.tamberlo.orbisant");
     notify("OTHER", mainName);
-    EXPECT_TRUE(isOnTheBus(helperName));
+    EXPECT_TRUE(desktop.isOnTheBus(helperName));
     notify("TERMINATEHELPER", mainName);
     EXPECT_EQ(helper->wait(), 0);
-    EXPECT_TRUE(isOnTheBus(mainName));
+    EXPECT_TRUE(desktop.isOnTheBus(mainName));
 }
 
 TEST_F(Helper, TheProductSeesNamesOfProgramsAndNotItsOwn) {
@@ -119,7 +102,7 @@ TEST_F(Helper, GoesWithAWordWhenTheProductIsNotThere) {
     const auto helper = start();
     EXPECT_EQ(helper->wait(), 1);
     EXPECT_TRUE(helper->waitForText("cannot be started: No such file")) << helper->errors();
-    EXPECT_FALSE(isOnTheBus(helperName));
+    EXPECT_FALSE(desktop.isOnTheBus(helperName));
 }
 
 TEST_F(Helper, GoesWithAWordWhenTheProductEndsBeforeItIsUp) {
@@ -167,14 +150,9 @@ TEST_F(Helper, WithoutASessionBusStartsTheProductAndGoes) {
 
 TEST_F(Helper, GoesWhenTheSessionsBusDoes) {
     install("stay");
-    const auto bus =
-        desktop.spawn("dbus-daemon", {"--session", "--nofork", "--nopidfile", "--print-address=1"});
-    ASSERT_TRUE(bus->waitForText("\n"));
-    const std::string address = bus->output();
-    desktop.setVariable("DBUS_SESSION_BUS_ADDRESS", address.substr(0, address.find('\n')));
     const auto helper = start();
     ASSERT_TRUE(helper->waitForText("is up"));
-    bus->end();
+    desktop.stopBus();
     EXPECT_EQ(helper->wait(), 0) << helper->errors();
 }
 

@@ -1,23 +1,18 @@
-#include "testing/desktop/Hand.h"
-#include "testing/desktop/PrivateDesktop.h"
-#include "testing/eye/Eye.h"
+#include "testing/desktop/Product.h"
 
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 
 // Starting at login as a user has it: switched on in the menu, then a new session.
 
+namespace desktop {
 namespace {
 
 namespace fs = std::filesystem;
-using namespace support;
 
-constexpr xcb_keysym_t up = 0xff52;
 constexpr const char* helperSuffix = "Helper.desktop";
 
-struct LoginOfTheProgram : testing::Test {
-    LoginOfTheProgram() {
+struct LoginOfTheProgram : Product, testing::Test {
+    LoginOfTheProgram() : Product("1280x800+0+0,1024x768+1280+16") {
         desktop.startWindowManager("openbox");
         hand.moveTo(400, 300);
     }
@@ -26,61 +21,22 @@ struct LoginOfTheProgram : testing::Test {
         const auto install =
             desktop.spawn(CMAKE, {"--install", BUILD, "--prefix", prefix.string()});
         ASSERT_EQ(install->wait(), 0) << install->errors();
-        bin = prefix / "bin";
+        folder = prefix / "bin";
     }
 
-    /// Not the first start of its life, so that no menu opens by itself.
-    void start(const std::string& product) {
-        name = product;
-        identifier = "com.tamberlo." + product;
-        std::ofstream(desktop.configFolder() / (identifier + ".plist"))
-            << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict>"
-               "<key>PRIMOACCESSO</key><string>1</string>"
-               "<key>PRIMOACCESSOCONSLIDER</key><string>1</string>"
-               "<key>RECOMMENDAUTOLOGIN</key><string>1</string>"
-               "<key>customShortcut</key><dict><key>keyCode</key><integer>40</integer>"
-               "<key>modifierFlags</key><integer>1310720</integer></dict>"
-               "<key>CHECK_0</key><string>1</string>"
-               "<key>CHECK_1</key><string>0</string></dict></plist>\n";
-        program = desktop.spawn(bin / product);
-        ASSERT_TRUE(program->waitForText("macOS 10.14")) << program->errors();
-    }
-
-    std::optional<Area> menu() {
-        for (const auto& window : eye.windows())
-            if (window.mapped && window.overrideRedirect && !window.inputOnly &&
-                window.area.width > 60 && window.area.width < 600)
-                return window.area;
-        return std::nullopt;
-    }
-
-    /// Painted, and not only mapped: it has the keyboard by then, before it may not.
-    bool waitForMenu() {
-        constexpr double bright = 150;
-        return eye.waitUntilSeen([&] {
-            const auto area = menu();
-            return area && eye.picture(*area).brightness() > bright;
-        });
+    void startOne(const std::string& product) {
+        spawn({.product = product});
+        ASSERT_TRUE(saysThatItStarts()) << program->errors();
     }
 
     /// The last entry of the menu quits, the one before it is this.
-    void toggleStartAtLogin() {
-        EXPECT_EQ(desktop.spawn(bin / name)->wait(), 0) << "a second start shows the menu";
-        ASSERT_TRUE(waitForMenu());
-        hand.type(up);
-        hand.type(up);
-        hand.type(key::enter);
-        ASSERT_TRUE(eye.waitUntilSeen([&] { return !menu(); }));
-    }
+    void toggleStartAtLogin() { choose(-2); }
 
-    fs::path entry(const std::string& end) const {
-        return desktop.configFolder() / "autostart" / (identifier + end);
+    fs::path item(const std::string& end) const {
+        return desktop.configFolder() / "autostart" / (identifier() + end);
     }
-    bool isThereSoon(const fs::path& path, bool there) const {
-        const auto deadline = Clock::now() + generous;
-        while (fs::exists(path) != there)
-            if (Clock::now() > deadline) return false;
-        return true;
+    static bool isThereSoon(const fs::path& path, bool there) {
+        return waitUntil([&] { return fs::exists(path) == there; });
     }
 
     void expectValid(const fs::path& path) const {
@@ -89,91 +45,63 @@ struct LoginOfTheProgram : testing::Test {
         EXPECT_EQ(validator->output() + validator->errors(), "");
     }
 
-    std::unique_ptr<ChildProcess> freshBus() {
-        auto bus = desktop.spawn("dbus-daemon",
-                                 {"--session", "--nofork", "--nopidfile", "--print-address=1"});
-        EXPECT_TRUE(bus->waitForText("\n"));
-        const std::string address = bus->output();
-        desktop.setVariable("DBUS_SESSION_BUS_ADDRESS", address.substr(0, address.find('\n')));
-        return bus;
-    }
-
-    std::string namesOnTheBus() const {
-        const auto asked =
-            desktop.spawn("dbus-send", {"--session", "--print-reply", "--dest=org.freedesktop.DBus",
-                                        "/org/freedesktop/DBus", "org.freedesktop.DBus.ListNames"});
-        EXPECT_TRUE(asked->waitForText("]\n"));
-        return asked->output();
-    }
-    bool isOnTheBusSoon(const std::string& wanted, bool there) const {
-        const auto deadline = Clock::now() + generous;
-        while ((namesOnTheBus().find('"' + wanted + '"') != std::string::npos) != there)
-            if (Clock::now() > deadline) return false;
-        return true;
-    }
-
     /// The session in which it was switched on ends, and the user logs in again.
     void expectToComeUpInANewSession() {
         program->end();
-        const auto bus = freshBus();
-        const auto session = desktop.spawn("gio", {"launch", entry(helperSuffix)});
-        EXPECT_TRUE(session->waitForText(identifier + " is up")) << session->errors();
-        EXPECT_TRUE(isOnTheBusSoon(identifier + "Helper", false)) << "the helper goes away";
-        EXPECT_TRUE(isOnTheBusSoon(identifier, true)) << session->errors();
+        desktop.startBus();
+        const auto session = desktop.spawn("gio", {"launch", item(helperSuffix)});
+        EXPECT_TRUE(session->waitForText(identifier() + " is up")) << session->errors();
+        EXPECT_TRUE(desktop.isOnTheBusSoon(identifier() + "Helper", false))
+            << "the helper goes away";
+        EXPECT_TRUE(desktop.isOnTheBusSoon(identifier())) << session->errors();
         EXPECT_EQ(session->errors().find("ended"), std::string::npos) << session->errors();
     }
 
-    PrivateDesktop desktop{"1280x800+0+0,1024x768+1280+16"};
-    Eye eye{desktop.display()};
-    Hand hand{desktop.display()};
-    TemporaryFolder folder;
-    fs::path bin = PROGRAMS;
-    std::string name, identifier;
-    std::unique_ptr<ChildProcess> program;
+    testing_support::TempFolder tree;
 };
 
 TEST_F(LoginOfTheProgram, SwitchedOnInTheMenuComesUpInTheNextSession) {
-    start("palisor");
+    startOne("palisor");
     toggleStartAtLogin();
-    ASSERT_TRUE(isThereSoon(entry(helperSuffix), true));
-    expectValid(entry(helperSuffix));
-    EXPECT_FALSE(fs::exists(entry(".desktop"))) << "only the desktop switcher has a second one";
+    ASSERT_TRUE(isThereSoon(item(helperSuffix), true));
+    expectValid(item(helperSuffix));
+    EXPECT_FALSE(fs::exists(item(".desktop"))) << "only the desktop switcher has a second one";
     expectToComeUpInANewSession();
 }
 
 TEST_F(LoginOfTheProgram, SwitchedOffAgainLeavesNothing) {
-    start("palisor");
+    startOne("palisor");
     toggleStartAtLogin();
-    ASSERT_TRUE(isThereSoon(entry(helperSuffix), true));
+    ASSERT_TRUE(isThereSoon(item(helperSuffix), true));
     toggleStartAtLogin();
-    EXPECT_TRUE(isThereSoon(entry(helperSuffix), false));
+    EXPECT_TRUE(isThereSoon(item(helperSuffix), false));
 }
 
 TEST_F(LoginOfTheProgram, TheDesktopSwitcherIsInTheSessionsListBesides) {
-    start("quenlow");
+    startOne("quenlow");
     toggleStartAtLogin();
-    ASSERT_TRUE(isThereSoon(entry(helperSuffix), true));
-    expectValid(entry(".desktop"));
+    ASSERT_TRUE(isThereSoon(item(helperSuffix), true));
+    expectValid(item(".desktop"));
     // As when it was switched on twice.
-    fs::copy_file(entry(".desktop"), entry("-2.desktop"));
+    fs::copy_file(item(".desktop"), item("-2.desktop"));
     toggleStartAtLogin();
-    ASSERT_TRUE(isThereSoon(entry(helperSuffix), false));
-    EXPECT_FALSE(fs::exists(entry(".desktop")));
-    EXPECT_FALSE(fs::exists(entry("-2.desktop")));
+    ASSERT_TRUE(isThereSoon(item(helperSuffix), false));
+    EXPECT_FALSE(fs::exists(item(".desktop")));
+    EXPECT_FALSE(fs::exists(item("-2.desktop")));
 }
 
 TEST_F(LoginOfTheProgram, WorksFromAnInstalledTreeWithOddCharactersInItsPath) {
-    installInto(folder.path() / "a tree $of 100% \"its\" own");
-    start("orbisant");
+    installInto(tree.path("a tree $of 100% \"its\" own"));
+    startOne("orbisant");
     toggleStartAtLogin();
-    ASSERT_TRUE(isThereSoon(entry(helperSuffix), true));
-    expectValid(entry(helperSuffix));
+    ASSERT_TRUE(isThereSoon(item(helperSuffix), true));
+    expectValid(item(helperSuffix));
     expectToComeUpInANewSession();
 }
 
 TEST_F(LoginOfTheProgram, AnInstalledTreeIsComplete) {
-    installInto(folder.path() / "usr");
-    const fs::path share = folder.path() / "usr/share";
+    installInto(tree.path("usr"));
+    const fs::path share = tree.path("usr/share");
     const std::pair<const char*, const char*> products[] = {{"palisor", "Palisor"},
                                                             {"vellumor", "Vellumor"},
                                                             {"quenlow", "Quenlow"},
@@ -182,7 +110,7 @@ TEST_F(LoginOfTheProgram, AnInstalledTreeIsComplete) {
                                                             {"crosshair", "Crosshair"},
                                                             {"calendar-alerts", "Calendar Alerts"}};
     for (const auto& [product, shown] : products) {
-        const auto asked = desktop.spawn(bin / product, {"--version"});
+        const auto asked = desktop.spawn(folder + "/" + product, {"--version"});
         EXPECT_EQ(asked->wait(), 0);
         EXPECT_TRUE(asked->waitForText(std::string(shown) + " 1.0\n")) << asked->output();
         const std::string id = std::string("com.tamberlo.") + product;
@@ -191,9 +119,10 @@ TEST_F(LoginOfTheProgram, AnInstalledTreeIsComplete) {
         EXPECT_TRUE(fs::exists(share / "palisor/products" / product / "Info.plist"));
     }
     EXPECT_TRUE(fs::exists(share / "palisor/images/OnOff.svg"));
-    EXPECT_TRUE(fs::exists(folder.path() / "usr/libexec/palisor/gamma-guard"));
-    EXPECT_TRUE(fs::exists(folder.path() / "usr/lib/palisor/calendar.so"));
-    EXPECT_EQ(desktop.spawn(bin / "palisor-helper", {"--help"})->wait(), 0);
+    EXPECT_TRUE(fs::exists(tree.path("usr/libexec/palisor/gamma-guard")));
+    EXPECT_TRUE(fs::exists(tree.path("usr/lib/palisor/calendar.so")));
+    EXPECT_EQ(desktop.spawn(folder + "/palisor-helper", {"--help"})->wait(), 0);
 }
 
 } // namespace
+} // namespace desktop

@@ -2,6 +2,7 @@
 
 #include "platform/qt/loop/QtDescriptors.h"
 #include "platform/x11/overlay/Windows.h"
+#include "testing/KeptLog.h"
 #include "testing/desktop/TestWindow.h"
 
 #include <QApplication>
@@ -140,10 +141,6 @@ TEST_F(MenuOpening, ClosesWhenTheUserClicksElsewhere) {
 
 namespace {
 
-class SilentLog final : public platform::Log {
-    void write(std::string_view) override {}
-};
-
 constexpr support::Colour white{255, 255, 255}, black{0, 0, 0};
 
 } // namespace
@@ -154,7 +151,7 @@ TEST_F(MenuOpening, StandsAboveTheDarkWindowsAlsoWhenTheyAreRaisedAgain) {
         desktop().stopWindowManager();
         desktop().startWindowManager(manager);
         desktop().startCompositor();
-        SilentLog log;
+        testing_support::KeptLog log;
         platform::qt::QtDescriptors descriptors;
         descriptors.start();
         const auto opened =

@@ -52,9 +52,7 @@ class MenuTest : public testing::Test {
 
     static void inMainThread(const std::function<void()>& operation);
 
-    bool waitUntil(const std::function<bool()>& seen) {
-        return eye.waitUntilSeen(seen, std::chrono::seconds(10));
-    }
+    bool waitUntil(const std::function<bool()>& seen) { return eye.waitUntilSeen(seen); }
     /// Moves the cursor and waits until the toolkit has had the event: it takes moves together.
     void reach(QPoint at);
     void hover(const QRect& where);

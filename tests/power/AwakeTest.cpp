@@ -28,18 +28,11 @@ support::PrivateDesktop::Options without(const std::vector<std::string>& serverA
     return options;
 }
 
-std::string call(const Product& product, const std::vector<std::string>& arguments) {
-    std::vector<std::string> all{"--session", "--print-reply"};
-    all.insert(all.end(), arguments.begin(), arguments.end());
-    const auto client = product.desktop.spawn("dbus-send", all);
-    return client->wait() == 0 ? client->output() : "";
-}
-
 /// Whom Xfce's power manager lets keep the displays on.
 std::string inhibitors(const Product& product) {
-    return call(product, {"--dest=org.freedesktop.PowerManagement",
-                          "/org/freedesktop/PowerManagement/Inhibit",
-                          "org.freedesktop.PowerManagement.Inhibit.GetInhibitors"});
+    return product.desktop.call({"--dest=org.freedesktop.PowerManagement",
+                                 "/org/freedesktop/PowerManagement/Inhibit",
+                                 "org.freedesktop.PowerManagement.Inhibit.GetInhibitors"});
 }
 
 bool isListed(const Product& product) {
@@ -47,14 +40,14 @@ bool isListed(const Product& product) {
 }
 
 bool isListedSoon(const Product& product) {
-    return holdsSoon([&] { return isListed(product); });
+    return waitUntil([&] { return isListed(product); });
 }
 
 /// It shows whom it was asked by. What takes the question back is not tried on it: without the
 /// service that tells of batteries it crashes then, about every second time.
 std::unique_ptr<ChildProcess> startPowerManager(const Product& product) {
     auto manager = product.desktop.spawn("xfce4-power-manager", {"--no-daemon"});
-    if (!holdsSoon([&] { return !inhibitors(product).empty(); }))
+    if (!waitUntil([&] { return !inhibitors(product).empty(); }))
         throw std::runtime_error("no power manager: " + manager->errors());
     return manager;
 }

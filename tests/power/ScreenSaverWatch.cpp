@@ -1,13 +1,13 @@
 #include "power/ScreenSaverWatch.h"
 
-#include <xcb/screensaver.h>
+#include <stdexcept>
 
 namespace powertests {
 
 namespace {
 
 constexpr std::int16_t timeoutSeconds = 1;
-constexpr support::milliseconds severalTimeouts{3500};
+constexpr std::uint32_t twoTimeouts = 2000; // milliseconds
 
 } // namespace
 
@@ -17,18 +17,25 @@ ScreenSaverWatch::ScreenSaverWatch(const std::string& display) : x(display) {
     x.sync();
 }
 
-bool ScreenSaverWatch::isOn() const {
-    const auto info = support::own(xcb_screensaver_query_info_reply(
+support::Reply<xcb_screensaver_query_info_reply_t> ScreenSaverWatch::info() const {
+    auto reply = support::own(xcb_screensaver_query_info_reply(
         x.get(), xcb_screensaver_query_info(x.get(), x.root()), nullptr));
-    return info && info->state == XCB_SCREENSAVER_STATE_ON;
+    if (!reply) throw std::runtime_error("the server has no screen saver");
+    return reply;
 }
 
-bool ScreenSaverWatch::startsWithin(support::milliseconds limit) {
-    return x.waitUntil([this] { return isOn(); }, limit);
+bool ScreenSaverWatch::starts() {
+    return x.waitUntil([this] { return info()->state == XCB_SCREENSAVER_STATE_ON; });
 }
 
 bool ScreenSaverWatch::staysOff() {
-    return !startsWithin(severalTimeouts);
+    bool isOn = false;
+    const bool isLate = support::waitUntil([&] {
+        const auto now = info();
+        isOn = now->state == XCB_SCREENSAVER_STATE_ON;
+        return isOn || now->ms_since_user_input >= twoTimeouts;
+    });
+    return isLate && !isOn;
 }
 
 } // namespace powertests

@@ -14,6 +14,22 @@ namespace palisor {
 
 using platform::Value;
 
+/// The real web, with a limit that a test can wait for.
+struct WebInAHurry final : platform::Http {
+    explicit WebInAHurry(platform::Log& log) : web(log) {}
+
+    platform::HttpReply get(const platform::HttpRequest& request) override {
+        asked = request;
+        auto hurried = request;
+        hurried.timeout = shorter.value_or(request.timeout);
+        return web.get(hurried);
+    }
+
+    platform::linux::CurlHttp web;
+    platform::HttpRequest asked;   ///< as the program did last
+    std::optional<double> shorter; ///< seconds, in the place of the program's own limit
+};
+
 /// The barrier product, past its first run, before its launch.
 struct Exchange {
     Exchange(const support::TestAuthority& authority, const support::HttpsServer& server)
@@ -63,7 +79,7 @@ struct Exchange {
     }
 
     platform::memory::MemoryPlatform platform;
-    platform::linux::CurlHttp http{platform.log};
+    WebInAHurry http{platform.log};
     platform::json::Parser json;
     AppDelegate app{services()};
     bool ended = false;

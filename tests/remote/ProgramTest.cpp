@@ -1,7 +1,5 @@
 #include "testing/HttpsServer.h"
-#include "testing/desktop/Hand.h"
-#include "testing/desktop/PrivateDesktop.h"
-#include "testing/eye/Eye.h"
+#include "testing/desktop/Product.h"
 
 #include <csignal>
 #include <fstream>
@@ -9,45 +7,38 @@
 
 // The program itself, installed for a maker whose server the test runs.
 
+namespace desktop {
 namespace {
 
 namespace fs = std::filesystem;
-using namespace support;
+namespace key = support::key;
+using support::HttpsServer;
 using testing::HasSubstr;
 using testing::Not;
 
 constexpr const char* started = "macOS 10.14";
 
-struct Maker : testing::Test {
-    Maker() { desktop.startWindowManager("openbox"); }
+struct Maker : Product, testing::Test {
+    Maker() : Product() { desktop.startWindowManager("openbox"); }
 
-    /// A tree with the program in it, whose information dictionary names that server.
-    void installFor(const HttpsServer& server) {
+    /// Starts it from a tree whose information dictionary names that server.
+    void startFor(const HttpsServer& server) {
         const fs::path bin = tree.path("bin");
         const fs::path share = tree.path("share/palisor");
         fs::create_directories(bin);
         fs::create_directories(share / "products/palisor");
-        for (const char* name : {"palisor", "gamma-guard"})
-            fs::copy_file(fs::path(PROGRAMS) / name, bin / name);
+        for (const char* file : {"palisor", "gamma-guard"})
+            fs::copy_file(fs::path(programs()) / file, bin / file);
         fs::create_directory_symlink(RESOURCES "/images", share / "images");
         std::ofstream(share / "products/palisor/Info.plist")
-            << "<plist version=\"1.0\"><dict><key>IDApp</key><integer>8</integer>"
-            << entry("CFBundleDisplayName", "Palisor")
-            << entry("CFBundleIdentifier", "com.tamberlo.palisor")
-            << entry("CFBundleShortVersionString", "1.0") << entry("MakerHost", server.host())
-            << entry("MakerAuthority", authority.file()) << "</dict></plist>\n";
-        std::ofstream(desktop.configFolder() / "com.tamberlo.palisor.plist")
-            << "<plist version=\"1.0\"><dict>" << entry("PRIMOACCESSO", "1")
-            << entry("PRIMOACCESSOCONSLIDER", "1") << entry("CHECK_0", "1") << entry("CHECK_1", "0")
-            << entry("RECOMMENDAUTOLOGIN", "1")
-            << "<key>customShortcut</key><dict><key>keyCode</key><integer>40</integer>"
-               "<key>modifierFlags</key><integer>1310720</integer></dict></dict></plist>\n";
-    }
-
-    std::unique_ptr<ChildProcess> start() const { return desktop.spawn(tree.path("bin/palisor")); }
-
-    static std::string entry(const std::string& key, const std::string& text) {
-        return "<key>" + key + "</key><string>" + text + "</string>";
+            << propertyList({{"IDApp", number(8)},
+                             {"CFBundleDisplayName", text("Palisor")},
+                             {"CFBundleIdentifier", text("com.tamberlo.palisor")},
+                             {"CFBundleShortVersionString", text("1.0")},
+                             {"MakerHost", text(server.host())},
+                             {"MakerAuthority", text(authority.file())}});
+        folder = bin;
+        spawn();
     }
 
     /// A window of the program that has a frame of the window manager.
@@ -67,18 +58,14 @@ struct Maker : testing::Test {
         });
     }
 
-    TestAuthority authority;
+    support::TestAuthority authority;
     testing_support::TempFolder tree;
-    PrivateDesktop desktop;
-    Hand hand{desktop.display()};
-    Eye eye{desktop.display()};
 };
 
 TEST_F(Maker, WhoSaysNothingToTheProgramHasItStart) {
     HttpsServer server(authority, "reply", R"({"otherApps":"1"})");
-    installFor(server);
-    const auto program = start();
-    ASSERT_TRUE(program->waitForText(started)) << program->errors();
+    startFor(server);
+    ASSERT_TRUE(saysThatItStarts()) << program->errors();
     ASSERT_TRUE(server.waitFor("HTTP/1.1")) << program->errors();
     EXPECT_THAT(server.happened(),
                 HasSubstr("got GET /app/mac_utilities/action.php?app=8&ver=1.0"));
@@ -92,8 +79,7 @@ TEST_F(Maker, MayEndTheProgramByTheAnswerToAQuestion) {
         authority, "reply",
         R"({"question":"Version 1 has ended. <b>Get</b> %@ & the next one?",)"
         R"("answer_1":"Get & quit","answer_2":"Later","event_1":"NULL","active_1":0})");
-    installFor(server);
-    const auto program = start();
+    startFor(server);
     ASSERT_TRUE(waitForAlert()) << program->errors();
     EXPECT_THAT(program->errors(), Not(HasSubstr(started)));
     hand.type(key::enter);
@@ -105,11 +91,10 @@ TEST_F(Maker, MayHaveTheProgramGoOnAfterTheOtherAnswer) {
     const HttpsServer server(
         authority, "reply",
         R"({"question":"Well?","answer_1":"Quit","answer_2":"Later","active_2":1})");
-    installFor(server);
-    const auto program = start();
+    startFor(server);
     ASSERT_TRUE(waitForAlert()) << program->errors();
     hand.type(key::escape);
-    EXPECT_TRUE(program->waitForText(started)) << program->errors();
+    EXPECT_TRUE(saysThatItStarts()) << program->errors();
 }
 
 TEST_F(Maker, CannotFillTheScreenWithAQuestion) {
@@ -122,8 +107,7 @@ TEST_F(Maker, CannotFillTheScreenWithAQuestion) {
     const HttpsServer server(authority, "reply",
                              R"({"question":")" + question + R"(","answer_1":")" + title +
                                  R"(","answer_2":")" + title + R"("})");
-    installFor(server);
-    const auto program = start();
+    startFor(server);
     ASSERT_TRUE(waitForAlert()) << program->errors();
     const Area area = *alert();
     EXPECT_LT(area.width, 1280);
@@ -134,28 +118,16 @@ TEST_F(Maker, CannotFillTheScreenWithAQuestion) {
 
 TEST_F(Maker, WhoKeepsTheProgramWaitingDoesNotKeepItFromEnding) {
     HttpsServer server(authority, "silence");
-    installFor(server);
-    const auto program = start();
+    startFor(server);
     ASSERT_TRUE(server.waitFor("got GET")) << program->errors();
+    const auto second = run();
+    EXPECT_EQ(second->wait(), 0);
+    EXPECT_THAT(second->errors(), HasSubstr("running already"))
+        << "it is one of its kind meanwhile";
     program->signal(SIGTERM);
-    EXPECT_EQ(program->wait(std::chrono::milliseconds{5000}), 0);
+    EXPECT_EQ(program->wait(support::milliseconds{5000}), 0);
     EXPECT_THAT(program->errors(), Not(HasSubstr(started)));
 }
 
-// The clock is looked at, as with the exchange alone.
-TEST_F(Maker, WhoKeepsTheProgramWaitingDelaysItByTenSeconds) {
-    HttpsServer server(authority, "silence");
-    installFor(server);
-    const auto begun = Clock::now();
-    const auto program = start();
-    ASSERT_TRUE(server.waitFor("got GET")) << program->errors();
-    const auto asked = Clock::now();
-    const auto second = start();
-    EXPECT_EQ(second->wait(), 0);
-    EXPECT_TRUE(second->waitForText("running already")) << "it is one of its kind meanwhile";
-    ASSERT_TRUE(program->waitForText(started)) << program->errors();
-    EXPECT_GE(Clock::now() - begun, milliseconds{10'000});
-    EXPECT_LE(Clock::now() - asked, milliseconds{10'500});
-}
-
 } // namespace
+} // namespace desktop

@@ -21,7 +21,7 @@ struct CrossHair : testing::TestWithParam<const char*> {
 
     void start() {
         product.start({.product = "crosshair"});
-        ASSERT_TRUE(holdsSoon([&] {
+        ASSERT_TRUE(waitUntil([&] {
             for (std::size_t index = 0; index < product.layout.size(); ++index)
                 if (!product.isCovered(index)) return false;
             return true;
@@ -45,7 +45,7 @@ struct CrossHair : testing::TestWithParam<const char*> {
         });
     }
     bool linesFollow() const {
-        return holdsSoon([this] { return linesAreAtTheCursor(); });
+        return waitUntil([this] { return linesAreAtTheCursor(); });
     }
 
     Product product;
@@ -82,12 +82,12 @@ TEST_P(CrossHair, LeavesEverySecondRowOfTheDesktopToBeSeenWithoutACompositor) {
     support::TestWindow paper(product.desktop.display(), product.monitor(0), white);
     start();
     const int x = product.middle(0).x - 200;
-    EXPECT_TRUE(holdsSoon(
+    EXPECT_TRUE(waitUntil(
         [&] { return product.eye.colour(x, 301) == red && product.eye.colour(x, 302) == white; }));
     product.hand.push(3, 2, 40, mouseRate);
     ASSERT_TRUE(linesFollow());
     const Spot at = product.eye.cursor();
-    EXPECT_TRUE(holdsSoon([&] {
+    EXPECT_TRUE(waitUntil([&] {
         return product.eye.colour(at.x + 100, at.y) == red &&
                product.eye.colour(at.x + 100, at.y - 1) == red &&
                product.eye.colour(at.x, at.y + 100) == red &&

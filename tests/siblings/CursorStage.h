@@ -25,21 +25,21 @@ struct CursorStage {
                                    [](const Colour& colour) { return !(colour == white); });
     }
     bool isDrawnSoon() const {
-        return holdsSoon([this] { return isDrawn(); });
+        return waitUntil([this] { return isDrawn(); });
     }
     bool isGoneSoon() const {
-        return holdsSoon([this] { return !isDrawn(); });
+        return waitUntil([this] { return !isDrawn(); });
     }
 
     static constexpr Colour white{255, 255, 255};
 
-    support::TemporaryFolder folder;
+    testing_support::TempFolder folder;
     Product product{options(folder)};
     support::Framebuffer framebuffer{folder.path()};
     support::TestWindow paper{product.desktop.display(), {0, 0, 1600, 600}, white};
 
   private:
-    static support::PrivateDesktop::Options options(const support::TemporaryFolder& folder) {
+    static support::PrivateDesktop::Options options(const testing_support::TempFolder& folder) {
         support::PrivateDesktop::Options options;
         options.layout = "800x600+0+0,800x600+800+0";
         options.servers = {support::ServerKind::xvfb};

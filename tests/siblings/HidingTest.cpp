@@ -7,19 +7,17 @@
 namespace desktop {
 namespace {
 
-std::string switches(bool timeMode, bool hotBorders, bool stayHidden) {
-    return textEntry("PRIMOACCESSOCONSLIDER", "1") + textEntry("SCHEDULE", "0") +
-           textEntry("HOT_BOUNDS", hotBorders ? "1" : "0") + flagEntry("TIME_MODE", timeMode) +
-           flagEntry("STAY_HIDDEN", stayHidden);
-}
-
-Setting hider(const std::string& more) {
-    return {.product = "vellumor", .more = more};
+Setting hider(bool timeMode, bool hotBorders, bool stayHidden) {
+    return {.product = "vellumor",
+            .more = {{"SCHEDULE", text("0")},
+                     {"HOT_BOUNDS", text(hotBorders ? "1" : "0")},
+                     {"TIME_MODE", flag(timeMode)},
+                     {"STAY_HIDDEN", flag(stayHidden)}}};
 }
 
 struct HiddenCursor : CursorStage, testing::Test {
     void startHidden() {
-        product.start(hider(switches(true, false, false)));
+        product.start(hider(true, false, false));
         ASSERT_TRUE(isDrawnSoon());
         product.hand.relative(5, 0);
         ASSERT_TRUE(isGoneSoon());
@@ -48,7 +46,7 @@ TEST_F(HiddenCursor, StaysAsLongAsTheHandMoves) {
 }
 
 TEST_F(HiddenCursor, GoesAtAnArmedEdgeAndComesBackInside) {
-    product.start(hider(switches(false, true, false)));
+    product.start(hider(false, true, false));
     for (const int direction : {-1, 1}) {
         product.moveToMiddle(0);
         product.hand.relative(1, 0);
@@ -61,7 +59,7 @@ TEST_F(HiddenCursor, GoesAtAnArmedEdgeAndComesBackInside) {
 }
 
 TEST_F(HiddenCursor, StaysHiddenUntilTheProductIsSwitchedOff) {
-    product.start(hider(switches(true, true, true)));
+    product.start(hider(true, true, true));
     ASSERT_TRUE(isGoneSoon());
     product.hand.push(7, 3, 40, 1000);
     EXPECT_TRUE(isGoneSoon());
@@ -95,7 +93,7 @@ TEST_F(HiddenCursor, IsReplacedByTheCrossHairForGood) {
             }
         return true;
     };
-    EXPECT_TRUE(holdsSoon(onlyLines));
+    EXPECT_TRUE(waitUntil(onlyLines));
     product.program->signal(SIGKILL);
     product.program->wait();
     EXPECT_TRUE(isDrawnSoon());

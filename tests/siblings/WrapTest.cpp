@@ -10,8 +10,9 @@ constexpr int mouseRate = 1000;
 
 Setting wrapping(bool pause) {
     return {.product = "orbisant",
-            .more = flagEntry("BREAK_AFTER_SWITCH", pause) + flagEntry("BUTLATO2", true) +
-                    flagEntry("BUTLATO4", true)};
+            .more = {{"BREAK_AFTER_SWITCH", flag(pause)},
+                     {"BUTLATO2", flag(true)},
+                     {"BUTLATO4", flag(true)}}};
 }
 
 /// From the middle of an edge of a monitor to where the cursor comes out.
@@ -48,7 +49,7 @@ TEST_P(Wrap, ComesOutAtTheOppositeEdge) {
     start(false);
     const Spot step = GetParam().step;
     product.hand.push(step.x, step.y, 7, displayRate);
-    EXPECT_TRUE(holdsSoon([&] { return product.eye.cursor() == GetParam().out; }))
+    EXPECT_TRUE(waitUntil([&] { return product.eye.cursor() == GetParam().out; }))
         << product.eye.cursor().x << ", " << product.eye.cursor().y;
     // The hand goes on in the same direction and is not thrown back.
     product.hand.push(step.x, step.y, 10, displayRate);
@@ -62,10 +63,10 @@ TEST_P(Wrap, StaysThereForAMomentWithThePause) {
     const Spot step = GetParam().step;
     product.hand.push(step.x, step.y, 7, displayRate);
     const auto isOut = [&] { return product.eye.cursor() == GetParam().out; };
-    ASSERT_TRUE(holdsSoon(isOut)) << product.eye.cursor().x << ", " << product.eye.cursor().y;
+    ASSERT_TRUE(waitUntil(isOut)) << product.eye.cursor().x << ", " << product.eye.cursor().y;
     product.hand.push(step.x, step.y, 20, mouseRate);
     EXPECT_TRUE(isOut()) << "pushed on while it is held";
-    EXPECT_TRUE(holdsSoon([&] {
+    EXPECT_TRUE(waitUntil([&] {
         product.hand.relative(step.x, step.y);
         return !isOut();
     })) << "let go";

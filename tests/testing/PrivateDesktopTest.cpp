@@ -72,10 +72,9 @@ TEST(ChildProcess, SaysThatACommandDoesNotExist) {
 
 TEST(ChildProcess, EndsOneThatIgnoresTheRequestToEnd) {
     ChildProcess child(
-        {{"sh", "-c", "trap '' TERM; echo ready; while :; do read x < /dev/zero; done"},
-         {},
-         -1,
-         SIGKILL});
+        {.command = {"sh", "-c", "trap '' TERM; echo ready; while :; do read x < /dev/zero; done"},
+         .environment = {},
+         .patience = milliseconds(50)});
     ASSERT_TRUE(child.waitForText("ready"));
     const pid_t pid = child.pid();
     EXPECT_EQ(child.end(), -SIGKILL);

@@ -22,13 +22,13 @@ struct TemplateImage : testing::Test {
         write("shared", "broken", "<svg");
     }
     void write(const char* where, const std::string& name, const char* text) const {
-        std::filesystem::create_directory(folder.path() / where);
-        std::ofstream(folder.path() / where / (name + ".svg")) << text;
+        std::filesystem::create_directory(folder.path(where));
+        folder.write(std::string(where) + "/" + name + ".svg", text);
     }
 
-    support::TemporaryFolder folder;
-    std::filesystem::path product = folder.path() / "product";
-    TemplateImages images{{product, folder.path() / "shared"}};
+    testing_support::TempFolder folder;
+    std::filesystem::path product = folder.path("product");
+    TemplateImages images{{product, folder.path("shared")}};
 };
 
 } // namespace

@@ -7,16 +7,11 @@
 namespace webtests {
 
 bool waitUntil(const std::function<bool()>& condition) {
-    QEventLoop loop;
-    QTimer look;
-    QObject::connect(&look, &QTimer::timeout, &loop, [&] {
-        if (condition()) loop.quit();
+    return support::waitUntil(condition, support::generous, [](auto) {
+        QEventLoop loop;
+        QTimer::singleShot(10, &loop, &QEventLoop::quit);
+        loop.exec();
     });
-    look.start(10);
-    QTimer limit;
-    QObject::connect(&limit, &QTimer::timeout, &loop, [&loop] { loop.exit(1); });
-    limit.start(support::generous);
-    return condition() || loop.exec() == 0;
 }
 
 std::vector<platform::Cookie> cookiesOf(platform::Web& web) {

@@ -3,13 +3,13 @@
 
 #include <gtest/gtest.h>
 
+using testing_support::KeptLog;
 using x11tests::Session;
-using x11tests::TestLog;
 using x11tests::TestLoop;
 
 TEST(X11Connection, SaysWhichDisplayCannotBeOpened) {
     TestLoop loop;
-    TestLog log;
+    KeptLog log;
     const auto opened = platform::x11::Connection::open("nowhere.invalid:7", loop, log, [] {});
     EXPECT_EQ(opened.connection, nullptr);
     EXPECT_EQ(opened.error, "cannot open display 'nowhere.invalid:7'; start it in an X11 session, "
@@ -19,17 +19,11 @@ TEST(X11Connection, SaysWhichDisplayCannotBeOpened) {
 TEST(X11Connection, NamesTheExtensionThatTheServerLacks) {
     support::PrivateDesktop desktop; // for the folders that the servers need
     for (const std::string extension : {"RANDR", "XFIXES"}) {
-        support::Pipe number = support::makePipe();
-        support::ChildProcess server({{"Xvfb", "-displayfd", "3", "-extension", extension},
-                                      desktop.environment(),
-                                      number.writeEnd.get()});
-        number.writeEnd.reset();
-        const auto display =
-            support::readLine(number.readEnd.get(), support::Clock::now() + support::generous);
-        ASSERT_TRUE(display) << server.errors();
+        const auto server = support::startServer(
+            {"Xvfb", "-displayfd", "3", "-extension", extension}, desktop.environment());
         TestLoop loop;
-        TestLog log;
-        const auto opened = platform::x11::Connection::open(":" + *display, loop, log, [] {});
+        KeptLog log;
+        const auto opened = platform::x11::Connection::open(":" + server.line, loop, log, [] {});
         EXPECT_EQ(opened.connection, nullptr);
         EXPECT_EQ(opened.error, "the X server lacks the extension " + extension);
     }
@@ -43,7 +37,7 @@ TEST(X11Connection, TellsOnceThatTheServerHasGone) {
     session.lost = false;
     session.connection.sync();
     session.pointer.warp({1, 1});
-    EXPECT_FALSE(session.loop.runUntil([&] { return session.lost; }, 0));
+    EXPECT_FALSE(session.loop.runUntil([&] { return session.lost; }, {}));
 }
 
 TEST(X11Connection, LogsARefusedRequestAndGoesOn) {

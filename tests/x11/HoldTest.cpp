@@ -10,7 +10,6 @@ using platform::Point;
 using platform::Rect;
 using support::Spot;
 using x11tests::left;
-using x11tests::monitorMask;
 using x11tests::Session;
 using x11tests::X11Hold;
 
@@ -127,7 +126,7 @@ TEST_F(X11Hold, TellsWhereTheProgramPutTheCursorBeforeItIsOutAgain) {
     session->pointer.setLocalEventsSuppressionInterval(0);
     session->input.addGlobalMonitor(monitorMask, [this](const InputEvent& event) {
         seen.push_back(event);
-        placesAsked.insert(placesAsked.end(), 2, event.location);
+        placesAsked.emplace_back(event.location, event.location);
         if (event.type == EventType::mouseMoved) putBack(event);
     });
     hold();

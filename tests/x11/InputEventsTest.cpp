@@ -1,8 +1,6 @@
-#include "Session.h"
-#include "testing/desktop/Hand.h"
+#include "SeenEvents.h"
 #include "testing/desktop/PrivateDesktop.h"
 
-#include <gtest/gtest.h>
 #include <xcb/xtest.h>
 
 using platform::EventType;
@@ -12,27 +10,9 @@ using x11tests::Session;
 
 namespace {
 
-constexpr platform::EventMask monitorMask = 0xFC010FE;
-
-struct X11InputEvents : testing::Test {
-    void monitor() {
-        session.input.addGlobalMonitor(monitorMask, [this](const InputEvent& e) { keep(e); });
-        session.sync();
-    }
-    void keep(const InputEvent& e) {
-        seen.push_back(e);
-        placesAsked.push_back(session.pointer.location());
-    }
-    /// Runs until the event that `finish` makes has come, and drops that one.
-    void runPast(const std::function<void()>& finish, EventType type) {
-        finish();
-        ASSERT_TRUE(
-            session.loop.runUntil([&] { return !seen.empty() && seen.back().type == type; }));
-        seen.pop_back();
-    }
-    void runPastScroll() {
-        runPast([&] { hand.click(4); }, EventType::scrollWheel);
-    }
+struct X11InputEvents : x11tests::SeenEvents, testing::Test {
+    void monitor() { SeenEvents::monitor(session); }
+    void runPastScroll() { SeenEvents::runPastScroll(session, hand); }
     std::vector<EventType> types() const {
         std::vector<EventType> all;
         for (const InputEvent& e : seen)
@@ -49,8 +29,6 @@ struct X11InputEvents : testing::Test {
     support::PrivateDesktop desktop{"1920x1080+0+0,1280x1024+1920+56"};
     Session session{desktop.display(), GAMMA_GUARD};
     support::Hand hand{desktop.display()};
-    std::vector<InputEvent> seen;
-    std::vector<Point> placesAsked;
 };
 
 } // namespace
@@ -82,7 +60,7 @@ TEST_F(X11InputEvents, CarryThePlaceInTopLeftCoordinates) {
     hand.moveTo(2345, 67);
     ASSERT_TRUE(session.loop.runUntil([&] { return !seen.empty(); }));
     EXPECT_EQ(seen.back().location, (Point{2345, 67}));
-    EXPECT_EQ(placesAsked.back(), (Point{2345, 67}));
+    EXPECT_EQ(placesAsked.back().first, (Point{2345, 67}));
 }
 
 TEST_F(X11InputEvents, GiveLeftAndRightModifiersTheirOwnCodes) {
@@ -103,7 +81,8 @@ TEST_F(X11InputEvents, GiveLeftAndRightModifiersTheirOwnCodes) {
 }
 
 TEST_F(X11InputEvents, DoNotRepeatAHeldKey) {
-    session.input.addTap({.mask = platform::allEvents}, [this](const InputEvent& e) { keep(e); });
+    session.input.addTap({.mask = platform::allEvents},
+                         [this](const InputEvent& e) { keep(e, session); });
     session.sync();
     hand.press('a');
     // A second client sees the server's repetitions; here they must not have come.

@@ -2,6 +2,7 @@
 #include "platform/qt/pictures/Pictures.h"
 #include "platform/x11/overlay/Windows.h"
 #include "platform/x11/session/Displays.h"
+#include "testing/KeptLog.h"
 #include "testing/desktop/Hand.h"
 #include "testing/desktop/PrivateDesktop.h"
 #include "testing/desktop/TestWindow.h"
@@ -87,7 +88,7 @@ struct X11PictureOverlay : testing::Test {
     support::PrivateDesktop desktop{"1280x1024+0+0,1024x768+1280+0"};
     support::Hand hand{desktop.display()};
     support::Eye eye{desktop.display()};
-    x11tests::TestLog log;
+    testing_support::KeptLog log;
     x11tests::TestLoop loop;
     platform::x11::Connection::Opened opened =
         platform::x11::Connection::open(desktop.display(), loop, log, [] {});

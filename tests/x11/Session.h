@@ -6,6 +6,7 @@
 #include "platform/x11/overlay/Windows.h"
 #include "platform/x11/pointer/Cursor.h"
 #include "platform/x11/session/Focus.h"
+#include "testing/KeptLog.h"
 
 #include <stdexcept>
 #include <unistd.h>
@@ -42,7 +43,7 @@ struct Session {
 
     bool lost = false;
     bool ownWindowActive = false;
-    TestLog log;
+    testing_support::KeptLog log;
     TestLoop loop;
     platform::x11::Connection::Opened opened;
     platform::x11::Connection& connection;

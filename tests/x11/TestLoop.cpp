@@ -1,7 +1,6 @@
 #include "TestLoop.h"
 
 #include <algorithm>
-#include <poll.h>
 
 namespace x11tests {
 
@@ -37,24 +36,20 @@ void TestLoop::run() {
         turn(Clock::now() + std::chrono::hours(1));
 }
 
-bool TestLoop::runUntil(const std::function<bool()>& reached, double seconds) {
-    constexpr auto glance = std::chrono::milliseconds(5);
-    const auto deadline = Clock::now() + span(seconds);
-    while (!reached()) {
-        if (Clock::now() >= deadline) return false;
+bool TestLoop::runUntil(const std::function<bool()>& reached, support::milliseconds limit) {
+    constexpr support::milliseconds glance{5};
+    return support::waitUntil(reached, limit, [&](Clock::time_point deadline) {
         turn(std::min(deadline, Clock::now() + glance));
-    }
-    return true;
+    });
 }
 
 void TestLoop::turn(Clock::time_point deadline) {
     for (const auto& [id, timer] : timers)
         deadline = std::min(deadline, timer.due);
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
     std::vector<pollfd> polled;
     for (const auto& [fd, ready] : watches)
         polled.push_back({fd, POLLIN, 0});
-    poll(polled.data(), polled.size(), static_cast<int>(std::max<long>(left, 0)));
+    poll(polled.data(), polled.size(), support::millisecondsUntil(deadline));
     for (const pollfd& one : polled) {
         const auto watch = watches.find(one.fd);
         if (one.revents == 0 || watch == watches.end()) continue;

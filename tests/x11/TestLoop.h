@@ -1,20 +1,17 @@
 #pragma once
 
 #include "platform/Descriptors.h"
-#include "platform/Log.h"
 #include "platform/RunLoop.h"
+#include "testing/Wait.h"
 
-#include <chrono>
 #include <map>
-#include <string>
-#include <vector>
 
 namespace x11tests {
 
 /// A run loop on real time over poll(), as small as the X11 services need it.
 class TestLoop final : public platform::RunLoop, public platform::Descriptors {
   public:
-    using Clock = std::chrono::steady_clock;
+    using Clock = support::Clock;
 
     platform::TimerId schedule(double seconds, bool repeats, std::string_view selector,
                                std::function<void()> fire) override;
@@ -30,7 +27,8 @@ class TestLoop final : public platform::RunLoop, public platform::Descriptors {
 
     /// Runs until `reached`, which is looked at after each turn and, since it may be the server's
     /// state, every few milliseconds; false when the time is up.
-    bool runUntil(const std::function<bool()>& reached, double seconds = 20);
+    bool runUntil(const std::function<bool()>& reached,
+                  support::milliseconds limit = support::generous);
 
   private:
     struct Timer {
@@ -46,12 +44,6 @@ class TestLoop final : public platform::RunLoop, public platform::Descriptors {
     std::map<int, std::function<void()>> watches;
     std::map<platform::TimerId, Timer> timers;
     std::uint64_t lastTimer = 0;
-};
-
-class TestLog final : public platform::Log {
-  public:
-    void write(std::string_view text) override { lines.emplace_back(text); }
-    std::vector<std::string> lines;
 };
 
 } // namespace x11tests
