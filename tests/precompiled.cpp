@@ -1,0 +1,1 @@
+// The precompiled header of the tests needs a file to belong to.
