@@ -115,6 +115,15 @@ struct NotedPicture final : platform::Picture {
     std::size_t& largest;
 };
 
+struct NotedPictures final : platform::PictureSource {
+    std::unique_ptr<platform::Picture> picture(const std::string&, int width, int) override {
+        return std::make_unique<NotedPicture>(width, timesAsked, largest);
+    }
+
+    std::vector<int> timesAsked = std::vector<int>(2160);
+    std::size_t largest = 0;
+};
+
 } // namespace
 
 TEST_F(X11PictureOverlay, BlendsItsFrameWithWhatLiesBelow) {
@@ -230,18 +239,13 @@ TEST_F(X11PictureOverlay, IsNeverHeldAsAWhole) {
     for (const bool composited : {false, true}) {
         SCOPED_TRACE(composited);
         if (composited) desktop.startCompositor();
-        std::vector<int> timesAsked(2160);
-        std::size_t largest = 0;
-        platform::x11::Windows noted(connection, displays, log, "noted", GAMMA_GUARD,
-                                     [&](const std::string&, int width, int) {
-                                         return std::make_unique<NotedPicture>(width, timesAsked,
-                                                                               largest);
-                                     });
+        NotedPictures source;
+        platform::x11::Windows noted(connection, displays, log, "noted", GAMMA_GUARD, &source);
         const auto wide = noted.create({.frame = {0, 0, 3840, 2160}, .image = "any"});
         wide->makeKeyAndOrderFront();
         connection.sync();
-        EXPECT_EQ(timesAsked, std::vector<int>(2160, 1)) << "every row once";
-        EXPECT_LE(largest, 256u * 1024);
+        EXPECT_EQ(source.timesAsked, std::vector<int>(2160, 1)) << "every row once";
+        EXPECT_LE(source.largest, 256u * 1024);
     }
 }
 

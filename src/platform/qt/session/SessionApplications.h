@@ -28,7 +28,7 @@ class SessionApplications final : public QObject {
     /// Called from the run loop when the session's bus has gone.
     void onSessionEnd(std::function<void()> handler);
 
-  private slots:
+  private Q_SLOTS:
     void disconnected();
 
   private:
