@@ -11,8 +11,7 @@ namespace platform::calendar {
 
 namespace {
 
-constexpr const char* changedMeanwhile = "the event was changed meanwhile";
-constexpr const char* noSuchEvent = "there is no such event";
+constexpr const char* noServer = "the desktop's calendars cannot be reached: ";
 constexpr auto doNotWaitForTheAccount = static_cast<guint32>(-1); // any other number is seconds
 
 // Whoever is invited need not hear of an alarm.
@@ -97,12 +96,11 @@ Opened Evolution::open() {
     g_cancellable_reset(stop.get());
     turn();
     Failure failure;
-    if (!openRegistry(failure))
-        return {Refusal::noServer, "the desktop's calendars cannot be reached: " + failure.text()};
+    if (!openRegistry(failure)) return {Refusal::noServer, noServer + failure.text()};
     if (!hasServer(registry.get())) {
         registry.reset();
-        return {Refusal::noServer, "the desktop's calendars cannot be reached: the session's bus "
-                                   "cannot start the calendar server"};
+        return {Refusal::noServer,
+                std::string(noServer) + "the session's bus cannot start the calendar server"};
     }
     if (enabledCalendars(registry.get()).empty())
         return {Refusal::noCalendar, "the desktop has no calendar that is switched on"};
@@ -175,7 +173,7 @@ Found Evolution::find(double seconds) {
     Found found;
     Failure failure;
     if (!openRegistry(failure)) {
-        found.remarks.push_back("the desktop's calendars cannot be reached: " + failure.text());
+        found.remarks.push_back(noServer + failure.text());
         return found;
     }
     local = localZone();
@@ -250,9 +248,7 @@ void Evolution::saveOne(const CalendarEvent& event, Batch& batch, SaveResult& re
     if (hasAlarms(found->component, event.alarms)) return;
     result = checkUnchanged(place, event, series);
     if (result) return;
-    const bool whole = found->detached || !isRecurring(found->component) ||
-                       isFirst(found->component, *found, zonesOf(place));
-    if (whole) {
+    if (isWhole(*found, zonesOf(place))) {
         Component changed = copyOf(found->component);
         setAlarms(changed.get(), event.alarms);
         batch.place = &place;
@@ -316,7 +312,7 @@ SaveResult Evolution::saveHalf(Place& place, const Series& series, const Occurre
                                const CalendarEvent& wanted) {
     ECalClient* const client = place.client.get();
     const Halves halves = cutAt(series, occurrence, zonesOf(place));
-    if (!halves.after) return "the event cannot be cut in two";
+    if (!halves.after) return cannotBeCut;
     setAlarms(halves.after.get(), wanted.alarms);
     Failure failure;
     if (e_cal_client_create_object_sync(client, halves.after.get(), quietly, nullptr, stop.get(),

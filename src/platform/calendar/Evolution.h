@@ -1,10 +1,8 @@
 #pragma once
 
 #include "platform/calendar/Backend.h"
-#include "platform/calendar/Occurrences.h"
+#include "platform/calendar/Events.h"
 
-#include <atomic>
-#include <functional>
 #include <map>
 
 namespace platform::calendar {
@@ -14,8 +12,6 @@ namespace platform::calendar {
 /// gone.
 class Evolution final : public Backend {
   public:
-    using Now = std::function<std::time_t()>;
-
     explicit Evolution(Now now);
     ~Evolution() override;
     Evolution(const Evolution&) = delete;

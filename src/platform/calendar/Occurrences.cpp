@@ -153,7 +153,9 @@ std::vector<Occurrence> occurrencesBetween(const Series& series, const Zones& zo
     return found;
 }
 
-bool isFirst(ICalComponent* master, const Occurrence& occurrence, const Zones& zones) {
+bool isWhole(const Occurrence& occurrence, const Zones& zones) {
+    ICalComponent* const master = occurrence.component;
+    if (occurrence.detached || !isRecurring(master)) return true;
     const auto start = startOf(master, zones);
     if (!start.time || occurrence.start <= start.seconds) return true;
     struct Earlier {
