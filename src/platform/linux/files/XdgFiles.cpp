@@ -3,6 +3,7 @@
 #include "platform/linux/files/AtomicFile.h"
 #include "platform/linux/files/FileHandle.h"
 
+#include <QFileInfo>
 #include <QStandardPaths>
 #include <cerrno>
 #include <cstdlib>
@@ -36,8 +37,7 @@ std::optional<std::string> XdgFiles::preferencesFolder() const {
 }
 
 bool XdgFiles::exists(const std::string& path) const {
-    struct stat status {};
-    return ::stat(path.c_str(), &status) == 0;
+    return QFileInfo::exists(QString::fromStdString(path));
 }
 
 std::optional<std::string> XdgFiles::documentsFolder() const {
@@ -53,8 +53,7 @@ std::optional<std::string> XdgFiles::desktopFolder() const {
 }
 
 bool XdgFiles::makeFolder(const std::string& path) {
-    struct stat status {};
-    return makeFolders(path) == 0 && ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+    return makeFolders(path) == 0 && QFileInfo(QString::fromStdString(path)).isDir();
 }
 
 bool XdgFiles::write(const std::string& path, std::string_view bytes) {

@@ -2,12 +2,12 @@
 
 #include "platform/linux/files/AtomicFile.h"
 
+#include <QStandardPaths>
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <string_view>
@@ -67,18 +67,6 @@ bool isAsWritten(const DesktopEntry& entry) {
     return entry.raw(checksumKey) == checksum(entry);
 }
 
-std::optional<std::string> inSearchPath(const std::string& command) {
-    const char* variable = std::getenv("PATH");
-    std::string_view rest = variable == nullptr ? "" : variable;
-    while (!rest.empty()) {
-        const auto end = rest.find(':');
-        const std::string path = std::string(rest.substr(0, end)) + "/" + command;
-        if (path.starts_with('/') && ::access(path.c_str(), X_OK) == 0) return path;
-        rest = end == std::string_view::npos ? std::string_view{} : rest.substr(end + 1);
-    }
-    return std::nullopt;
-}
-
 // GLib looks for the program before it makes one % of two, so a path with one is found only by
 // another program. This one changes nothing, and unlike a shell's its command has no character
 // that systemd, which starts the entries of some desktops, reads otherwise.
@@ -99,7 +87,8 @@ std::optional<std::string> executableOf(const DesktopEntry& entry) {
     const std::string& first = *program;
     if (first.starts_with('/')) return first;
     if (first.find('/') != std::string::npos) return std::nullopt;
-    return inSearchPath(first);
+    const QString found = QStandardPaths::findExecutable(QString::fromStdString(first));
+    return found.isEmpty() ? std::nullopt : std::optional(found.toStdString());
 }
 
 bool isInSessionList(const DesktopEntry& entry) {
@@ -222,16 +211,10 @@ void AutostartItems::disable(const std::string& file) {
 /// An empty text for a file that is not there; false, and logged, for one that cannot be read.
 bool AutostartItems::read(const std::string& file, std::string& text) const {
     FileRead found = readFile(pathOf(file));
-    switch (found.state) {
-    case FileRead::State::failed:
-        report(file, "reading", found.error);
+    const bool isForeign = found.state == FileRead::State::foreign;
+    if (isForeign || found.state == FileRead::State::failed) {
+        report(file, "reading", isForeign ? EINVAL : found.error);
         return false;
-    case FileRead::State::foreign:
-        report(file, "reading", EINVAL);
-        return false;
-    case FileRead::State::absent:
-    case FileRead::State::read:
-        break;
     }
     text = std::move(found.text);
     return true;
