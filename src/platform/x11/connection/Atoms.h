@@ -19,11 +19,9 @@ enum class AtomName : unsigned char {
     netWmStateSticky,
     netWmWindowType,
     netWmWindowTypeNotification,
-    netWmWindowTypeDock,
     netWmBypassCompositor,
     netWmDesktop,
     netWmWindowOpacity,
-    gtkFrameExtents,
     comptonShadow,
     count
 };
@@ -42,11 +40,9 @@ constexpr std::array<const char*, static_cast<std::size_t>(AtomName::count)> ato
     "_NET_WM_STATE_STICKY",
     "_NET_WM_WINDOW_TYPE",
     "_NET_WM_WINDOW_TYPE_NOTIFICATION",
-    "_NET_WM_WINDOW_TYPE_DOCK",
     "_NET_WM_BYPASS_COMPOSITOR",
     "_NET_WM_DESKTOP",
     "_NET_WM_WINDOW_OPACITY",
-    "_GTK_FRAME_EXTENTS",
     "_COMPTON_SHADOW",
 };
 
