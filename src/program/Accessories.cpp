@@ -60,6 +60,6 @@ ShortcutRecorder::Model recorderModel(platform::Settings& settings, const platfo
 
 QWidget* makeAccessory(const std::string& name, platform::Settings& settings,
                        const platform::Bundle& bundle, HotKeys& hotKeys, QWidget* parent) {
-    if (name != "customShortcutView") return nullptr;
+    if (name != palisor::accessories::shortcutRecorder) return nullptr;
     return new ShortcutRecorder(recorderModel(settings, bundle, hotKeys), parent);
 }

@@ -2,8 +2,8 @@
 
 #include "app/AppDelegate.h"
 #include "app/Keys.h"
+#include "util/Format.h"
 
-#include <charconv>
 #include <utility>
 
 // One alarm for each event of the coming hour.
@@ -22,13 +22,6 @@ constexpr double hour = 3600;
 // A calendar server takes a few saves together for the price of one. The rest waits, so that the
 // main loop turns, and that little happens after the product is switched off.
 constexpr std::size_t mostUnanswered = 32;
-
-/// The shortest text that reads back the same.
-std::string decimal(double number) {
-    char text[32];
-    const auto end = std::to_chars(std::begin(text), std::end(text), number).ptr;
-    return {text, end};
-}
 
 std::string inParentheses(const std::vector<std::string>& ids) {
     std::string list = "(";
@@ -116,7 +109,7 @@ CalendarAlarm AppDelegate::theOneAlarm(const std::vector<CalendarAlarm>& alarms)
         if (alarm.isDefault) continue;
         // Alarms have no more properties than these, and nothing observes them.
         services.log.write(
-            "a.scriptingProperties): {Default = 0; relativeOffset = " + decimal(alarm.offset) +
+            "a.scriptingProperties): {Default = 0; relativeOffset = " + shortest(alarm.offset) +
             "; soundName = " + (alarm.sound.empty() ? "(null)" : alarm.sound) + "} ");
         services.log.write("a.observationInfo : (null)");
         kept = alarm;

@@ -13,12 +13,6 @@ namespace palisor {
 using platform::EventType;
 using platform::Value;
 
-namespace {
-
-constexpr float darkestLevel = 20;
-
-} // namespace
-
 void AppDelegate::setLabel(Label& label, std::string text) {
     label.text = std::move(text);
     services.statusItem.labelChanged(label);
@@ -32,7 +26,7 @@ void AppDelegate::updateTV(const Slider& slider) {
     }
     std::array<char, 16> text{};
     std::snprintf(text.data(), text.size(), "%.0f%%",
-                  static_cast<double>(value / darkestLevel * 100));
+                  static_cast<double>(value / keys::darkestLevel * 100));
     setLabel(*tv, text.data());
 }
 
