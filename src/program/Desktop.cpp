@@ -1,6 +1,7 @@
 #include "program/Desktop.h"
 
 #include "app/Keys.h"
+#include "app/LoginHelper.h"
 #include "platform/linux/files/Installation.h"
 #include "program/Accessories.h"
 
@@ -14,6 +15,8 @@ namespace lnx = platform::linux;
 namespace x = platform::x11;
 using platform::qt::QtApplication;
 
+constexpr const char* productIcon = "icon"; ///< of the product's folder
+
 std::string settingsPath(const lnx::ProductBundle& bundle) {
     const auto folder = lnx::configurationFolder();
     if (!folder) return {};
@@ -26,11 +29,12 @@ std::string autostartFolder() {
 }
 
 lnx::AutostartItems::Product autostartProduct(const lnx::ProductBundle& bundle) {
-    return {.identifier = std::string(bundle.string("CFBundleIdentifier")),
-            .name = std::string(bundle.string("CFBundleDisplayName")),
-            .comment = bundle.localizedString("AVVIA_AL_LOGIN"),
-            .icon = bundle.folder() + "/icon.svg",
-            .helper = {lnx::executablePath("palisor-helper"), "--product", bundle.name()}};
+    return {
+        .identifier = std::string(bundle.string("CFBundleIdentifier")),
+        .name = std::string(bundle.string("CFBundleDisplayName")),
+        .comment = bundle.localizedString("AVVIA_AL_LOGIN"),
+        .icon = bundle.folder() + "/" + productIcon + ".svg",
+        .helper = {lnx::executablePath(palisor::loginHelper::command), "--product", bundle.name()}};
 }
 
 /// The folder of .ics files that is used, empty for the desktop's own calendars.
@@ -95,26 +99,23 @@ Desktop::Desktop(platform::Log& logger, lnx::ProductBundle& productBundle,
       sounds(lnx::soundsFolder(), std::string(bundle.string("CFBundleDisplayName")), log),
       loginItems(autostartFolder(), autostartProduct(bundle), log),
       applications(std::string(bundle.string("CFBundleIdentifier")), log),
-      alerts(runLoop, application, std::string(bundle.string("CFBundleDisplayName")),
-             bundle.folder() + "/icon.svg",
+      pictures({lnx::imagesFolder(), bundle.folder()}, log),
+      alerts(runLoop, application, std::string(bundle.string("CFBundleDisplayName")), pictures,
+             productIcon,
              [this](const std::string& name, QWidget* parent) {
                  return makeAccessory(name, settings, bundle, x11->hotKeys, parent);
              }),
-      images({lnx::imagesFolder(), bundle.folder() + "/images"}),
-      menuIcons(images),
       statusItem(runLoop, application,
                  [this](const std::string& name, bool isTemplate) {
-                     return menuIcons.icon(name, isTemplate);
+                     return pictures.menuIcon(name, isTemplate);
                  }),
       notifications(std::string(bundle.string("CFBundleDisplayName")),
                     std::string(bundle.string("CFBundleIdentifier")), log),
-      pictures(lnx::imagesFolder(), log),
       urlOpener(log),
       sessionInhibitor(std::string(bundle.string("CFBundleDisplayName")), log),
       power(waysToStayAwake(), log),
-      infoWindows(
-          lnx::imagesFolder(), bundle.folder() + "/icon.svg",
-          [this](const std::string& url) { x11->workspace.openURL(url); }, log),
+      infoWindows(pictures, productIcon,
+                  [this](const std::string& url) { x11->workspace.openURL(url); }),
       http(log),
       web(lnx::helperPath("web-engine.so"), log),
       calendar({.module = lnx::modulePath("calendar.so"),
@@ -197,7 +198,7 @@ platform::qt::QtStatusItem::Tray Desktop::trayOn(x::Connection& connection) {
         std::string(bundle.string("CFBundleDisplayName"))};
     return {.create =
                 [this, &connection, identity] {
-                    tray.emplace(connection, images, identity, log);
+                    tray.emplace(connection, pictures, identity, log);
                     tray->onClick([this](int button, int, int) { statusItem.clicked(button); });
                 },
             .showImage =

@@ -20,7 +20,6 @@
 #include "platform/qt/loop/QtApplication.h"
 #include "platform/qt/loop/QtRunLoop.h"
 #include "platform/qt/pictures/ColourScheme.h"
-#include "platform/qt/pictures/MenuIcons.h"
 #include "platform/qt/pictures/Pictures.h"
 #include "platform/qt/pictures/QtImages.h"
 #include "platform/qt/session/DesktopNotifications.h"
@@ -115,13 +114,11 @@ class Desktop {
     platform::linux::CanberraSounds sounds;
     platform::linux::AutostartItems loginItems;
     platform::qt::SessionApplications applications;
+    platform::qt::Pictures pictures;
     platform::qt::QtAlerts alerts;
     platform::qt::ColourScheme colourScheme;
-    platform::qt::TemplateImages images;
-    platform::qt::MenuIcons menuIcons;
     platform::qt::QtStatusItem statusItem;
     platform::qt::DesktopNotifications notifications;
-    platform::qt::Pictures pictures;
     platform::qt::UrlOpener urlOpener;
     platform::qt::SessionInhibitor sessionInhibitor;
     platform::linux::DisplayPower power;

@@ -1,7 +1,8 @@
+#include "platform/qt/pictures/Pictures.h"
 #include "Stage.h"
 #include "platform/qt/pictures/ColourScheme.h"
-#include "platform/qt/pictures/MenuIcons.h"
 #include "strings/Strings.h"
+#include "testing/KeptLog.h"
 #include "unit/Program.h"
 
 #include <QApplication>
@@ -22,7 +23,7 @@ class MenuPictures : public MenuTest {
   protected:
     MenuPictures()
         : MenuTest([this](const std::string& name, bool isTemplate) {
-              return icons.icon(name, isTemplate);
+              return pictures.menuIcon(name, isTemplate);
           }),
           usual(QApplication::palette()) {
         program.platform.bundle.setStrings(strings::lookUp);
@@ -55,8 +56,8 @@ class MenuPictures : public MenuTest {
             eye.screenshot(std::string(folder) + "/" + name + ".png");
     }
 
-    platform::qt::TemplateImages images{{IMAGES}};
-    platform::qt::MenuIcons icons{images};
+    testing_support::KeptLog log;
+    platform::qt::Pictures pictures{{IMAGES}, log};
     palisor::Program program{palisor::variants::barrier};
     QPalette usual;
 };

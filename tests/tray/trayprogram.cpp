@@ -28,8 +28,8 @@ int main(int argc, char** argv) {
     const auto opened = platform::x11::Connection::open({}, descriptors, log, [] { std::exit(1); });
     if (!opened.connection) return 1;
     const QApplication application(argc, argv);
-    const platform::qt::TemplateImages images({argv[1]});
-    platform::qt::TrayIcon icon(*opened.connection, images, {"org.example.traytest", "Tray test"},
+    const platform::qt::Pictures pictures({argv[1]}, log);
+    platform::qt::TrayIcon icon(*opened.connection, pictures, {"org.example.traytest", "Tray test"},
                                 log);
     icon.setImage({argv[2], false});
     int clicks = 0;

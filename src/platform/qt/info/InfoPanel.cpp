@@ -7,9 +7,6 @@
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QCursor>
-#include <QFile>
-#include <QFontMetrics>
-#include <QIcon>
 #include <QKeyEvent>
 #include <QPushButton>
 #include <QScreen>
@@ -55,10 +52,10 @@ void fitInto(QAbstractButton& button, int width) {
 
 } // namespace
 
-InfoPanel::InfoPanel(std::string imagesFolder, const std::string& icon, Heard hearer)
-    : folder(std::move(imagesFolder)), heard(std::move(hearer)) {
+InfoPanel::InfoPanel(const Pictures& shown, const QIcon& icon, Heard hearer)
+    : pictures(shown), heard(std::move(hearer)) {
     setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint);
-    if (const QString file = text(icon); QFile::exists(file)) setWindowIcon(QIcon(file));
+    setWindowIcon(icon);
     setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setFocusPolicy(Qt::NoFocus);
@@ -92,8 +89,7 @@ QWidget* InfoPanel::make(const InfoButton& view) {
 }
 
 QWidget* InfoPanel::makePicture(const InfoButton& view) {
-    auto* button =
-        new PictureButton(text(folder + "/" + view.image + ".svg"), text(view.image), widget());
+    auto* button = new PictureButton(pictures, view.image, widget());
     connect(button, &PictureButton::clicked, this, [this, view] { heard.pressed(view); });
     return button;
 }

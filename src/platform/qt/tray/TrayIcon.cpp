@@ -25,7 +25,7 @@ QColor textColour() {
 
 } // namespace
 
-TrayIcon::TrayIcon(x11::Connection& x, const TemplateImages& pictures, Identity whose, Log& logger)
+TrayIcon::TrayIcon(x11::Connection& x, const Pictures& pictures, Identity whose, Log& logger)
     : connection(x),
       images(pictures),
       identity(std::move(whose)),

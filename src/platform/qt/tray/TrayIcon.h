@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/Log.h"
+#include "platform/qt/pictures/Pictures.h"
 #include "platform/qt/pictures/SymbolicIcons.h"
-#include "platform/qt/pictures/TemplateImages.h"
 #include "platform/qt/tray/StatusNotifierItem.h"
 #include "platform/x11/tray/TrayWindow.h"
 
@@ -34,8 +34,7 @@ class TrayIcon final : public QObject {
     };
 
     /// Needs a QApplication. What is lent must outlive the object.
-    TrayIcon(x11::Connection& connection, const TemplateImages& images, Identity identity,
-             Log& log);
+    TrayIcon(x11::Connection& connection, const Pictures& images, Identity identity, Log& log);
     ~TrayIcon() override;
 
     /// Drawn by the run loop, and for an item only where it is another one by then. A name without
@@ -59,7 +58,7 @@ class TrayIcon final : public QObject {
     void click(int button, x11::RootPoint place);
 
     x11::Connection& connection;
-    const TemplateImages& images;
+    const Pictures& images;
     Identity identity;
     Log& log;
     struct ItemFace {
