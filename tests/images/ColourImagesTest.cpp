@@ -93,7 +93,8 @@ TEST(ColourImages, AreSeenOnLightAndOnDark) {
 TEST(Images, AreSvgForEveryReader) {
     int count = 0;
     Log log;
-    for (const auto& [name, path] : platform::qt::Pictures({IMAGES}, log).files()) {
+    const platform::qt::Pictures pictures({IMAGES}, log);
+    for (const auto& [name, path] : pictures.files()) {
         std::ifstream file(path);
         const std::string text{std::istreambuf_iterator<char>(file), {}};
         EXPECT_THAT(text, HasSubstr("xmlns=\"http://www.w3.org/2000/svg\"")) << path;
