@@ -215,49 +215,38 @@ std::vector<SaveResult> Evolution::save(const std::vector<CalendarEvent>& events
     std::vector<SaveResult> results(events.size());
     Batch batch;
     for (std::size_t index = 0; index < events.size(); ++index)
-        saveOne(events[index], batch, results[index]);
+        results[index] = saveOne(events[index], batch, results[index]);
     send(batch);
     return results;
 }
 
-void Evolution::saveOne(const CalendarEvent& event, Batch& batch, SaveResult& result) {
+SaveResult Evolution::saveOne(const CalendarEvent& event, Batch& batch, SaveResult& later) {
     const auto known = places.find(event.calendar);
-    if (known == places.end()) {
-        result = noSuchEvent;
-        return;
-    }
+    if (known == places.end()) return noSuchEvent;
     Place& place = known->second;
     if (batch.place != &place) send(batch);
-    if (!place.client) {
-        result = lostDuringPass(place.name);
-        return;
-    }
+    if (!place.client) return lostDuringPass(place.name);
     const auto entry = place.series.find(event.id);
-    if (entry == place.series.end()) {
-        result = noSuchEvent;
-        return;
-    }
+    if (entry == place.series.end()) return noSuchEvent;
     Series& series = entry->second;
-    if (isCovered(series, event, from)) return;
+    if (isCovered(series, event, from)) return std::nullopt;
     const auto all = occurrencesBetween(series, zonesOf(place), from, to);
     const auto found = std::ranges::find(all, event.occurrence, &Occurrence::id);
-    if (found == all.end()) {
-        result = noSuchEvent;
-        return;
-    }
-    if (hasAlarms(found->component, event.alarms)) return;
-    result = checkUnchanged(place, event, series);
-    if (result) return;
+    if (found == all.end()) return noSuchEvent;
+    if (hasAlarms(found->component, event.alarms)) return std::nullopt;
+    if (auto error = checkUnchanged(place, event, series)) return error;
     if (isWhole(*found, zonesOf(place))) {
         Component changed = copyOf(found->component);
         setAlarms(changed.get(), event.alarms);
         batch.place = &place;
-        batch.items.push_back({std::move(changed), found->detached ? nullptr : &series, &result});
+        batch.items.push_back({std::move(changed), found->detached ? nullptr : &series, &later});
     } else {
         send(batch);
-        result = place.client ? saveHalf(place, series, *found, event) : lostDuringPass(place.name);
+        if (!place.client) return lostDuringPass(place.name);
+        if (auto error = saveHalf(place, series, *found, event)) return error;
     }
-    if (!result && !found->detached) series.savedFrom = found->start;
+    if (!found->detached) series.savedFrom = found->start;
+    return std::nullopt;
 }
 
 SaveResult Evolution::checkUnchanged(Place& place, const CalendarEvent& event,

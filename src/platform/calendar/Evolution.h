@@ -45,7 +45,8 @@ class Evolution final : public Backend {
         std::vector<Item> items;
     };
 
-    void saveOne(const CalendarEvent& event, Batch& batch, SaveResult& result);
+    /// What goes with the batch is told `later`, where the server refuses it.
+    SaveResult saveOne(const CalendarEvent& event, Batch& batch, SaveResult& later);
     SaveResult checkUnchanged(Place& place, const CalendarEvent& event, const Series& series);
     void send(Batch& batch);
     bool modify(Place& place, ICalComponent* event, Failure& failure);
