@@ -17,8 +17,7 @@ namespace {
 
 /// As the user's file of folders has it, or by its usual name.
 std::optional<std::string> userFolder(QStandardPaths::StandardLocation which) {
-    const char* home = std::getenv("HOME");
-    if (home == nullptr || home[0] == '\0') return std::nullopt;
+    if (qEnvironmentVariableIsEmpty("HOME")) return std::nullopt;
     return QStandardPaths::writableLocation(which).toStdString();
 }
 
@@ -27,9 +26,8 @@ std::optional<std::string> userFolder(QStandardPaths::StandardLocation which) {
 std::optional<std::string> configurationFolder() {
     const char* folder = std::getenv("XDG_CONFIG_HOME");
     if (folder != nullptr && folder[0] == '/') return folder;
-    const char* home = std::getenv("HOME");
-    if (home == nullptr || home[0] == '\0') return std::nullopt;
-    return std::string(home) + "/.config";
+    if (qEnvironmentVariableIsEmpty("HOME")) return std::nullopt;
+    return qgetenv("HOME").toStdString() + "/.config";
 }
 
 std::optional<std::string> XdgFiles::preferencesFolder() const {

@@ -7,7 +7,6 @@
 #include <array>
 #include <cerrno>
 #include <cstdint>
-#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <string_view>
@@ -57,10 +56,7 @@ std::string checksum(const DesktopEntry& entry) {
     for (const std::string& line : lines)
         for (const char letter : line + '\n')
             sum = (sum ^ static_cast<unsigned char>(letter)) * 0x100000001b3;
-    std::array<char, 17> digits{};
-    (void)std::snprintf(digits.data(), digits.size(), "%016llx",
-                        static_cast<unsigned long long>(sum));
-    return digits.data();
+    return QString("%1").arg(qulonglong{sum}, 16, 16, QChar('0')).toStdString();
 }
 
 bool isAsWritten(const DesktopEntry& entry) {

@@ -79,19 +79,18 @@ void InfoPanel::setViews(const std::vector<InfoView>& views, QSize size) {
 }
 
 QWidget* InfoPanel::make(const InfoButton& view) {
-    if (!view.image.empty()) return makePicture(view);
-    auto* button = new QPushButton(text(view.title), widget());
-    button->setAutoDefault(true); // Enter presses the one that has the focus
-    button->setDefault(view.closes);
-    if (view.closes) closing = button;
-    connect(button, &QPushButton::clicked, this, [this, view] { heard.pressed(view); });
-    return button;
-}
-
-QWidget* InfoPanel::makePicture(const InfoButton& view) {
-    auto* button = new PictureButton(pictures, view.image, widget());
-    connect(button, &PictureButton::clicked, this, [this, view] { heard.pressed(view); });
-    return button;
+    QAbstractButton* made = nullptr;
+    if (view.image.empty()) {
+        auto* button = new QPushButton(text(view.title), widget());
+        button->setAutoDefault(true); // Enter presses the one that has the focus
+        button->setDefault(view.closes);
+        if (view.closes) closing = button;
+        made = button;
+    } else {
+        made = new PictureButton(pictures, view.image, widget());
+    }
+    connect(made, &QAbstractButton::clicked, this, [this, view] { heard.pressed(view); });
+    return made;
 }
 
 QWidget* InfoPanel::make(const InfoCheckBox& view) {

@@ -44,7 +44,6 @@ class InfoPanel final : public QScrollArea {
     QWidget* make(const InfoButton& view);
     QWidget* make(const InfoCheckBox& view);
     QWidget* make(const InfoText& view);
-    QWidget* makePicture(const InfoButton& view);
 
     const Pictures& pictures;
     Heard heard;
