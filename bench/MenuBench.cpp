@@ -1,8 +1,9 @@
 #include "menu/Models.h"
 #include "platform/qt/loop/QtApplication.h"
 #include "platform/qt/loop/QtRunLoop.h"
-#include "platform/qt/pictures/MenuIcons.h"
+#include "platform/qt/pictures/Pictures.h"
 #include "platform/qt/tray/QtStatusItem.h"
+#include "testing/KeptLog.h"
 #include "testing/desktop/PrivateDesktop.h"
 #include "testing/eye/Eye.h"
 
@@ -87,9 +88,9 @@ int main(int argc, char** argv) {
 
     platform::qt::QtApplication application;
     platform::qt::QtRunLoop loop;
-    const platform::qt::TemplateImages images({IMAGES});
-    platform::qt::MenuIcons icons(images);
-    platform::qt::QtStatusItem item(loop, application, &icons);
+    testing_support::KeptLog log;
+    const platform::qt::Pictures pictures({IMAGES}, log);
+    platform::qt::QtStatusItem item(loop, application, &pictures);
     platform::Menu menu;
     std::array<platform::CheckBox, 8> boxes;
     menutests::Recorder target;

@@ -15,11 +15,14 @@ struct Alert {
 /// Modal questions. Main thread.
 class Alerts {
   public:
+    static constexpr int defaultButton = 1;
+    static constexpr int alternateButton = 0;
+
     virtual ~Alerts() = default;
 
-    /// Shows the alert in front of everything and returns when it has been answered: 1 for the
-    /// default button, 0 for the alternate one. No timer fires meanwhile. Should the session end
-    /// meanwhile, the process ends and the call does not return.
+    /// Shows the alert in front of everything and returns the button by which it was answered. No
+    /// timer fires meanwhile. Should the session end meanwhile, the process ends and the call does
+    /// not return.
     virtual int runModal(const Alert& alert) = 0;
 };
 

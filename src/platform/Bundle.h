@@ -17,6 +17,10 @@ class Bundle {
     /// A text of the information dictionary; empty when it is absent or not a text.
     virtual std::string_view string(std::string_view key) const = 0;
 
+    std::string identifier() const { return std::string(string("CFBundleIdentifier")); }
+    std::string displayName() const { return std::string(string("CFBundleDisplayName")); }
+    std::string version() const { return std::string(string("CFBundleShortVersionString")); }
+
     /// Where the product is installed: its login item, and what is inside, begins with this.
     virtual std::string path() const = 0;
 

@@ -25,7 +25,8 @@ class PictureSource {
 
     /// The image at a width and height in pixels; null when there is none that can be read, which
     /// is logged.
-    virtual std::unique_ptr<Picture> picture(const std::string& name, int width, int height) = 0;
+    virtual std::unique_ptr<Picture> picture(const std::string& name, int width,
+                                             int height) const = 0;
 };
 
 } // namespace platform

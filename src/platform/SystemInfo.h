@@ -14,6 +14,9 @@ struct Version {
     auto operator<=>(const Version&) const = default;
 };
 
+/// The first generation of services that delivers the session's events to a global monitor.
+constexpr Version firstWithGlobalMonitor{10, 14, 0};
+
 /// A moment as the clock on the wall and the calendar beside it show it.
 struct LocalTime {
     int year = 0;

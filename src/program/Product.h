@@ -6,5 +6,5 @@
 struct Product {
     std::string identifier; ///< also its name on the session bus, and that of its files
     std::string name;       ///< for people
-    std::string icon;       ///< the path of a picture
+    std::string icon;       ///< the name of a picture in its folder
 };

@@ -1,6 +1,7 @@
 #include "program/Program.h"
 
 #include "app/Keys.h"
+#include "app/LoginHelper.h"
 #include "platform/linux/files/Installation.h"
 #include "platform/qt/alerts/ShortcutRecorder.h"
 
@@ -20,11 +21,12 @@ std::string inConfigurationFolder(const std::string& name) {
 
 lnx::AutostartItems::Product autostartProduct(const Product& product,
                                               const lnx::ProductBundle& bundle) {
-    return {.identifier = product.identifier,
-            .name = product.name,
-            .comment = bundle.localizedString("AVVIA_AL_LOGIN"),
-            .icon = product.icon,
-            .helper = {lnx::executablePath("palisor-helper"), "--product", bundle.name()}};
+    return {
+        .identifier = product.identifier,
+        .name = product.name,
+        .comment = bundle.localizedString("AVVIA_AL_LOGIN"),
+        .icon = bundle.folder() + "/" + product.icon + ".svg",
+        .helper = {lnx::executablePath(palisor::loginHelper::command), "--product", bundle.name()}};
 }
 
 /// The folder of .ics files that is used, empty for the desktop's own calendars.
@@ -54,22 +56,19 @@ Program::Program(const Product& product, lnx::ProductBundle& productBundle, Sess
       sounds(lnx::soundsFolder(), product.name, log),
       loginItems(inConfigurationFolder("autostart"), autostartProduct(product, bundle), log),
       workspace(product.identifier, log),
-      pictures(lnx::imagesFolder(), log),
-      images({lnx::imagesFolder(), bundle.folder() + "/images"}),
-      menuIcons(images),
+      pictures({lnx::imagesFolder(), bundle.folder()}, log),
       desk(session.start(
           {product, runLoop, settings, application, pictures, [this] { exit(failure); }})),
-      tray(std::in_place, desk.tray, images,
+      tray(std::in_place, desk.tray, pictures,
            platform::qt::TrayIcon::Identity{product.identifier, product.name}, log),
-      statusItem(runLoop, application, &menuIcons, &*tray),
-      alerts(runLoop, application, product.name, product.icon,
+      statusItem(runLoop, application, &pictures, &*tray),
+      alerts(runLoop, application, product.name, pictures, product.icon,
              [this](const std::string& name, QWidget* parent) { return accessory(name, parent); }),
       notifications(product.name, product.identifier, log),
       sessionInhibitor(product.name, log),
       power({&desk.wakeLock, &sessionInhibitor}, log),
-      infoWindows(
-          lnx::imagesFolder(), product.icon,
-          [this](const std::string& url) { workspace.openURL(url); }, log),
+      infoWindows(pictures, product.icon,
+                  [this](const std::string& url) { workspace.openURL(url); }),
       http(log),
       web(lnx::helperPath("web-engine.so"), log),
       calendar({.module = lnx::modulePath("calendar.so"),
@@ -135,7 +134,7 @@ void Program::startRecording(const std::string& path) {
 
 QWidget* Program::accessory(const std::string& name, QWidget* parent) {
     namespace keys = palisor::keys;
-    if (name != "customShortcutView") return nullptr;
+    if (name != palisor::accessories::shortcutRecorder) return nullptr;
     return new platform::qt::ShortcutRecorder(
         {.empty = bundle.localizedString("RECORDER_EMPTY"),
          .recording = bundle.localizedString("RECORDER_RECORDING"),

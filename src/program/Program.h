@@ -19,7 +19,6 @@
 #include "platform/qt/loop/QtApplication.h"
 #include "platform/qt/loop/QtRunLoop.h"
 #include "platform/qt/pictures/ColourScheme.h"
-#include "platform/qt/pictures/MenuIcons.h"
 #include "platform/qt/pictures/Pictures.h"
 #include "platform/qt/pictures/QtImages.h"
 #include "platform/qt/session/DesktopNotifications.h"
@@ -86,8 +85,6 @@ class Program {
     platform::qt::QtWorkspace workspace;
     platform::qt::ColourScheme colourScheme;
     platform::qt::Pictures pictures;
-    platform::qt::TemplateImages images;
-    platform::qt::MenuIcons menuIcons;
     Session::Services desk; ///< what the session brings
     std::optional<platform::qt::TrayIcon> tray;
     platform::qt::QtStatusItem statusItem;

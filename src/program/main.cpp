@@ -88,7 +88,7 @@ int main(int argc, char** argv) {
                          platform::linux::sessionLanguage(hasTexts), strings::lookUp, log);
     const Product product{.identifier = std::string(bundle.string("CFBundleIdentifier")),
                           .name = std::string(bundle.string("CFBundleDisplayName")),
-                          .icon = bundle.folder() + "/icon.svg"};
+                          .icon = "icon"};
     if (options.version) {
         std::printf("%s %s\n", product.name.c_str(),
                     std::string(bundle.string("CFBundleShortVersionString")).c_str());

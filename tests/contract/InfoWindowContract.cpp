@@ -52,12 +52,19 @@ struct InMemory {
     }
 };
 
+std::string withSome(const testing_support::TempFolder& folder) {
+    folder.write("some.svg",
+                 R"(<svg xmlns="http://www.w3.org/2000/svg" width="160" height="112"></svg>)");
+    return folder.path();
+}
+
 struct OfTheToolkit {
     testing_support::TempFolder folder;
     testing_support::KeptLog log;
     Lines urls;
-    platform::qt::QtInfoWindows windows{
-        folder.path(), "", [this](const std::string& url) { urls.push_back(url); }, log};
+    platform::qt::Pictures pictures{{withSome(folder)}, log};
+    platform::qt::QtInfoWindows windows{pictures, "",
+                                        [this](const std::string& url) { urls.push_back(url); }};
 
     platform::InfoWindows& service() { return windows; }
     template <class Widget, class Fits>
@@ -187,8 +194,6 @@ TYPED_TEST(InfoWindowContract, MeasuresTextsInLines) {
 
 TEST(InfoWindowsOfTheToolkit, TellTheNaturalSizeOfAnImageAndLogOnceWhatIsMissing) {
     OfTheToolkit toolkit;
-    toolkit.folder.write(
-        "some.svg", R"(<svg xmlns="http://www.w3.org/2000/svg" width="160" height="112"></svg>)");
     EXPECT_EQ(toolkit.windows.imageSize("some").width, 160);
     EXPECT_EQ(toolkit.windows.imageSize("some").height, 112);
     for (int times = 0; times < 2; ++times)

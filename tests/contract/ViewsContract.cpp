@@ -1,14 +1,10 @@
 #include "platform/memory/Views.h"
-#include "platform/qt/info/QtViews.h"
 
-#include <QApplication>
-#include <QLabel>
-#include <QPainter>
-#include <QScreen>
 #include <algorithm>
 #include <gtest/gtest.h>
 
-// What every view and text field promises. The real ones live on the toolkit's display in memory.
+// What every view and text field promises. No window of the products has any, so that the only ones
+// are those in memory.
 
 namespace {
 
@@ -31,28 +27,6 @@ struct MemoryBackend {
     platform::memory::TextField field{"text"};
 };
 
-struct RedWidget final : QWidget {
-    using QWidget::QWidget;
-    void paintEvent(QPaintEvent*) override { QPainter(this).fillRect(rect(), Qt::red); }
-};
-
-struct RealBackend {
-    RealBackend() {
-        widget.setGeometry(20, 10, size.width, size.height);
-        widgetInNoWindow.resize(size.width, size.height);
-        window.setWindowFlags(Qt::FramelessWindowHint);
-        const QPoint primary = QGuiApplication::primaryScreen()->geometry().topLeft();
-        window.setGeometry(QRect(primary + QPoint(100, 60), QSize(200, 100)));
-        window.show();
-    }
-
-    QWidget window, windowOffScreen;
-    RedWidget widget{&window}, widgetInNoWindow{&windowOffScreen};
-    QLabel label{"text"};
-    platform::qt::QtView view{widget}, viewInNoWindow{widgetInNoWindow};
-    platform::qt::QtTextField field{label};
-};
-
 template <class Backend>
 class ViewsContract : public testing::Test {
   protected:
@@ -60,7 +34,7 @@ class ViewsContract : public testing::Test {
     platform::View& view = backend.view;
 };
 
-using Backends = testing::Types<MemoryBackend, RealBackend>;
+using Backends = testing::Types<MemoryBackend>;
 TYPED_TEST_SUITE(ViewsContract, Backends);
 
 TYPED_TEST(ViewsContract, HasItsBoundsInItsOwnCoordinates) {
@@ -111,10 +85,3 @@ TYPED_TEST(ViewsContract, KeepsTheAttributesOfATextUntilTheNextOne) {
 }
 
 } // namespace
-
-int main(int argc, char** argv) {
-    testing::InitGoogleTest(&argc, argv);
-    ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
-    const QApplication application(argc, argv);
-    return RUN_ALL_TESTS();
-}

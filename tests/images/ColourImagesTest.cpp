@@ -1,8 +1,7 @@
 #include "images/Drawn.h"
 
-#include <QSvgRenderer>
+#include <QSize>
 #include <algorithm>
-#include <filesystem>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <iterator>
@@ -21,7 +20,8 @@ constexpr const char* storeIds[] = {"1200000417", "1200000418", "1200000419", "1
                                     "611203457",  "611203458",  "611203459",  "611203460"};
 
 QSize naturalSize(const std::string& name) {
-    return QSvgRenderer(QString::fromStdString(IMAGES "/" + name + ".svg")).defaultSize();
+    Log log;
+    return platform::qt::Pictures({IMAGES}, log).naturalSize(name);
 }
 
 double luminance(std::uint32_t pixel) {
@@ -92,10 +92,12 @@ TEST(ColourImages, AreSeenOnLightAndOnDark) {
 // The toolkit does not look at the namespace; the tools of panels and packagers do.
 TEST(Images, AreSvgForEveryReader) {
     int count = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(IMAGES)) {
-        std::ifstream file(entry.path());
+    Log log;
+    const platform::qt::Pictures pictures({IMAGES}, log);
+    for (const auto& [name, path] : pictures.files()) {
+        std::ifstream file(path);
         const std::string text{std::istreambuf_iterator<char>(file), {}};
-        EXPECT_THAT(text, HasSubstr("xmlns=\"http://www.w3.org/2000/svg\"")) << entry.path();
+        EXPECT_THAT(text, HasSubstr("xmlns=\"http://www.w3.org/2000/svg\"")) << path;
         ++count;
     }
     EXPECT_GT(count, 30);

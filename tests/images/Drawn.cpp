@@ -8,7 +8,7 @@ namespace imagetests {
 
 Pixels drawn(const std::string& name, int width, int height) {
     KeptLog log;
-    platform::qt::Pictures pictures(IMAGES, log);
+    const platform::qt::Pictures pictures({IMAGES}, log);
     const auto picture = pictures.picture(name, width, height);
     Pixels pixels;
     if (picture) {

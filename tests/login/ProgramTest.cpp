@@ -118,7 +118,7 @@ TEST_F(LoginOfTheProgram, AnInstalledTreeIsComplete) {
         expectValid(share / "applications" / (id + ".desktop"));
         EXPECT_TRUE(fs::exists(share / "palisor/products" / product / "Info.plist"));
     }
-    EXPECT_TRUE(fs::exists(share / "palisor/images/OnOff.svg"));
+    EXPECT_TRUE(fs::exists(share / "palisor/images/menu/OnOff.svg"));
     EXPECT_TRUE(fs::exists(tree.path("usr/libexec/palisor/gamma-guard")));
     EXPECT_TRUE(fs::exists(tree.path("usr/lib/palisor/calendar.so")));
     EXPECT_EQ(desktop.spawn(folder + "/palisor-helper", {"--help"})->wait(), 0);

@@ -1,7 +1,8 @@
+#include "platform/qt/pictures/Pictures.h"
 #include "Stage.h"
 #include "platform/qt/pictures/ColourScheme.h"
-#include "platform/qt/pictures/MenuIcons.h"
 #include "strings/Strings.h"
+#include "testing/KeptLog.h"
 #include "unit/Program.h"
 
 #include <QApplication>
@@ -20,7 +21,7 @@ constexpr const char* products[] = {"Skelder - Browser", "Vellumor",       "Orbi
 
 class MenuPictures : public MenuTest {
   protected:
-    MenuPictures() : MenuTest(&icons), usual(QApplication::palette()) {
+    MenuPictures() : MenuTest(&pictures), usual(QApplication::palette()) {
         program.platform.bundle.setStrings(strings::lookUp);
     }
     ~MenuPictures() override { QApplication::setPalette(usual); }
@@ -51,8 +52,8 @@ class MenuPictures : public MenuTest {
             eye.screenshot(std::string(folder) + "/" + name + ".png");
     }
 
-    platform::qt::TemplateImages images{{IMAGES}};
-    platform::qt::MenuIcons icons{images};
+    testing_support::KeptLog log;
+    platform::qt::Pictures pictures{{IMAGES}, log};
     palisor::Program program{palisor::variants::barrier};
     QPalette usual;
 };

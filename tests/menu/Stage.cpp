@@ -44,7 +44,7 @@ std::vector<QMenu*> shownMenus() {
 
 MenuTest::MenuTest() : MenuTest(nullptr) {}
 
-MenuTest::MenuTest(platform::qt::MenuIcons* icons)
+MenuTest::MenuTest(const platform::qt::Pictures* icons)
     : item(loop, application, icons), eye(desktop().display()), hand(desktop().display()) {
     target.event = [this] {
         const auto current = application.currentEvent();

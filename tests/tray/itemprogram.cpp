@@ -4,6 +4,7 @@
 
 #include "platform/qt/pictures/SymbolicIcons.h"
 #include "platform/qt/tray/StatusNotifierItem.h"
+#include "testing/KeptLog.h"
 
 #include <QApplication>
 #include <QDBusConnectionInterface>
@@ -14,7 +15,8 @@ using platform::qt::StatusNotifierItem;
 int main(int argc, char** argv) {
     if (argc != 3) return 2;
     const QApplication application(argc, argv);
-    const platform::qt::TemplateImages images({argv[1]});
+    testing_support::KeptLog log;
+    const platform::qt::Pictures images({argv[1]}, log);
     const platform::qt::SymbolicIcons icons(images, "org.example.itemtest");
     std::unique_ptr<StatusNotifierItem> item;
     const QList<QImage> pictures{images.tinted(argv[2], 22, Qt::red)};

@@ -28,10 +28,10 @@ int main(int argc, char** argv) {
     const auto opened = platform::x11::Connection::open({}, descriptors, log, [] { std::exit(1); });
     if (!opened.connection) return 1;
     const QApplication application(argc, argv);
-    const platform::qt::TemplateImages images({argv[1]});
+    const platform::qt::Pictures pictures({argv[1]}, log);
     const platform::qt::TrayIcon::Identity identity{"org.example.traytest", "Tray test"};
     platform::x11::TrayWindow window(*opened.connection, identity.id, identity.title);
-    platform::qt::TrayIcon icon(&window, images, identity, log);
+    platform::qt::TrayIcon icon(&window, pictures, identity, log);
     icon.setImage({argv[2], false});
     int clicks = 0;
     icon.show([&](int button) {

@@ -23,15 +23,15 @@ constexpr support::Area second{1280, 0, 1024, 768};
 constexpr support::Spot onLine{1282, 400}, inGlow{1290, 400}, faint{1320, 400}, inMiddle{1792, 384};
 
 struct CountedPictures final : platform::PictureSource {
-    explicit CountedPictures(platform::Log& log) : real(IMAGES, log) {}
+    explicit CountedPictures(platform::Log& log) : real({IMAGES}, log) {}
     std::unique_ptr<platform::Picture> picture(const std::string& name, int width,
-                                               int height) override {
+                                               int height) const override {
         ++asked;
         return real.picture(name, width, height);
     }
 
     platform::qt::Pictures real;
-    int asked = 0;
+    mutable int asked = 0;
 };
 
 struct X11PictureOverlay : testing::Test {
@@ -257,6 +257,5 @@ TEST_F(X11PictureOverlay, WithoutAPictureIsLoggedOnceAndStillCatchesClicks) {
         connection.sync();
         EXPECT_EQ(pressesAfterClick(beneath, inMiddle), 0);
     }
-    EXPECT_EQ(log.lines,
-              (std::vector<std::string>{"cannot read the image " IMAGES "/noSuchImage.svg"}));
+    EXPECT_EQ(log.lines, std::vector<std::string>{"cannot read the image noSuchImage"});
 }

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "app/Keys.h"
 #include "engine/Appoggio.h"
 #include "platform/Platform.h"
 
-#include <array>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -44,7 +44,7 @@ class AppDelegate : private platform::MenuTarget, private platform::InfoTarget {
     static AppDelegate* shared() { return sharedInstance; }
 
     /// The product's number in the family, 0 when the information dictionary has none.
-    int IDApp() const { return services.bundle.integer("IDApp"); }
+    int IDApp() const { return services.bundle.integer(dictionary::IDApp); }
 
     // ---- app/ -------------------------------------------------------------------------------
 
@@ -343,9 +343,10 @@ class AppDelegate : private platform::MenuTarget, private platform::InfoTarget {
     void moved(Slider& slider) override;
     void clicked(CheckBox& box) override;
     MenuItem localizedItem(std::string_view key, std::string_view action = {}) const;
+    MenuItem switchItem(std::string_view key, std::string_view action,
+                        std::string_view setting) const;
     void addEnableEntry();
     void addDarkLevelEntry();
-    void addStayHiddenEntry();
     void addTimeSlider();
     void addBoundsEntry();
     void addVelocityEntry();
@@ -354,7 +355,6 @@ class AppDelegate : private platform::MenuTarget, private platform::InfoTarget {
     void addModifierEntry();
     void addScrollEntry();
     void addPromotion();
-    void addLoginEntry();
     double stackInfoViews(std::vector<platform::InfoView>& views) const;
     platform::InfoText textView(std::string_view name, double y,
                                 platform::AttributedText text) const;

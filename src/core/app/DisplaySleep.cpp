@@ -1,7 +1,5 @@
 #include "app/AppDelegate.h"
-
-#include <array>
-#include <cstdio>
+#include "util/Format.h"
 
 // Keeping the displays awake.
 
@@ -11,12 +9,6 @@ namespace {
 
 constexpr std::uint32_t assertionOn = 255;
 
-std::string withCode(const char* format, int code) {
-    std::array<char, 80> text{};
-    std::snprintf(text.data(), text.size(), format, code);
-    return text.data();
-}
-
 } // namespace
 
 void AppDelegate::noSleep() {
@@ -24,7 +16,7 @@ void AppDelegate::noSleep() {
     const int result = services.power.createAssertion("NoDisplaySleepAssertion", assertionOn,
                                                       "Describe Activity Type", assertionID);
     if (result != platform::Power::success)
-        services.log.write(withCode("sometimes wrong on NO SLEEP success:%d", result));
+        services.log.write(formatted("sometimes wrong on NO SLEEP success:%d", result));
     else
         services.log.write("kIOReturnSuccess");
 }
@@ -34,7 +26,7 @@ void AppDelegate::readyToSleep() {
     services.log.write("readyToSleep");
     const int result = services.power.releaseAssertion(assertionID);
     if (result == platform::Power::success)
-        services.log.write(withCode("sometimes wrong ON READY FOR SLEEP success:%d", result));
+        services.log.write(formatted("sometimes wrong ON READY FOR SLEEP success:%d", result));
 }
 
 } // namespace palisor

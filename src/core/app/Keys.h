@@ -26,7 +26,8 @@ constexpr Key OFFSET = "OFFSET";
 constexpr Key ALARM_SOUND = "ALARM_SOUND";
 constexpr Key TIME_MODE = "TIME_MODE";
 constexpr Key STAY_HIDDEN = "STAY_HIDDEN";
-constexpr Key OTHERS_DARK = "OTHERS_DARK"; ///< 0 to 20
+constexpr Key OTHERS_DARK = "OTHERS_DARK"; ///< 0 to darkestLevel
+constexpr int darkestLevel = 20;
 constexpr Key BUTLATO1 = "BUTLATO1";
 constexpr Key BUTLATO2 = "BUTLATO2";
 constexpr Key BUTLATO3 = "BUTLATO3";
@@ -47,3 +48,28 @@ constexpr Key windowFrame = "Window Frame "; ///< begins the key of each remembe
 constexpr Key qwe = "qwe"; ///< a probe that is written and taken away again
 
 } // namespace palisor::keys
+
+// Keys of the information dictionary that more than one file reads.
+namespace palisor::dictionary {
+
+constexpr std::string_view IDApp = "IDApp"; ///< the product's number
+constexpr std::string_view makerSite = "MakerSite";
+constexpr std::string_view supportMail = "SupportMail";
+
+} // namespace palisor::dictionary
+
+namespace palisor::accessories {
+
+constexpr std::string_view shortcutRecorder = "customShortcutView"; ///< of an alert
+
+} // namespace palisor::accessories
+
+/// The tags of check boxes. That of a box without a name here is the number of a corner; CHECK_,
+/// BUTANGOLO and BUTLATO go before such a number to make a key.
+namespace palisor::tags {
+
+constexpr int hideInfoWindow = 0;
+constexpr int startAtLogin = 1;
+constexpr int side = 10; ///< added to the number of a side
+
+} // namespace palisor::tags

@@ -14,12 +14,6 @@ constexpr double markerHidePeriod = 0.01;
 constexpr double focusReleaseDelay = 0.5;
 constexpr double secondsPerMinute = 60;
 
-// Mouse buttons, moves and drags, modifier changes, scrolling and tablets.
-constexpr platform::EventMask intakeMask = 0xfc010fe;
-
-// Services of this generation deliver the session's events to a global monitor.
-constexpr platform::Version firstWithGlobalMonitor{10, 14, 0};
-
 } // namespace
 
 void AppDelegate::applicationDidFinishLaunching() {
@@ -105,10 +99,10 @@ void AppDelegate::setUpHotBorderButtons(int variant) {
     setUp(butangolo2, 2, keys::BUTANGOLO2);
     setUp(butangolo3, 3, keys::BUTANGOLO3);
     setUp(butangolo4, 4, keys::BUTANGOLO4);
-    setUp(butlato1, 11, keys::BUTLATO1);
-    setUp(butlato2, 12, keys::BUTLATO2);
-    setUp(butlato3, 13, keys::BUTLATO3);
-    setUp(butlato4, 14, keys::BUTLATO4);
+    setUp(butlato1, tags::side + 1, keys::BUTLATO1);
+    setUp(butlato2, tags::side + 2, keys::BUTLATO2);
+    setUp(butlato3, tags::side + 3, keys::BUTLATO3);
+    setUp(butlato4, tags::side + 4, keys::BUTLATO4);
     for (CheckBox* button : AButtonBounds)
         button->action = "valueChange:";
 
@@ -125,16 +119,6 @@ void AppDelegate::scheduleRating() {
     const bool isRated = services.settings.boolForKey(getCurrentRateString());
     if (isRated || IDApp() == variants::desktopSwitcher || allowRate == 0) return;
     schedule<&AppDelegate::ratefunc>(allowRate * secondsPerMinute, false, "ratefunc");
-}
-
-void AppDelegate::installEventIntake() {
-    if (services.system.servicesVersion() < firstWithGlobalMonitor) {
-        createMouseEvent();
-        return;
-    }
-    services.log.write("macOS 10.14 or high");
-    services.input.addGlobalMonitor(
-        intakeMask, [this](const platform::InputEvent& event) { globalMonitorHandler(event); });
 }
 
 } // namespace palisor

@@ -1,5 +1,6 @@
 #include "app/AppDelegate.h"
 #include "app/Keys.h"
+#include "app/LoginHelper.h"
 #include "app/Variants.h"
 
 // Starting at login.
@@ -8,16 +9,9 @@ namespace palisor {
 
 using platform::Value;
 
-namespace {
-
-constexpr int defaultButton = 1;
-constexpr int startAtLoginTag = 1;
-
-} // namespace
-
 void AppDelegate::setHelperAppBundleIdentifier() {
     helperAppBundleIdentifier =
-        std::string(services.bundle.string("CFBundleIdentifier")) + "Helper";
+        services.bundle.identifier() + std::string(loginHelper::identifierEnding);
 }
 
 /// The desktop switcher is in the session's own list besides.
@@ -45,15 +39,15 @@ void AppDelegate::disableLoginItem() {
 void AppDelegate::killHelperIfActive() {
     for (const std::string& identifier : services.workspace.runningApplications()) {
         if (identifier != helperAppBundleIdentifier) continue;
-        services.workspace.postDistributedNotification(
-            "TERMINATEHELPER", std::string(services.bundle.string("CFBundleIdentifier")));
+        services.workspace.postDistributedNotification(std::string(loginHelper::terminate),
+                                                       services.bundle.identifier());
         return;
     }
 }
 
 void AppDelegate::pressAvviaAlLogin() {
     const bool isOn = services.settings.boolForKey(keys::CHECK_1);
-    presscheck(CheckBox{.tag = startAtLoginTag, .state = isOn ? 0 : 1});
+    presscheck(CheckBox{.tag = tags::startAtLogin, .state = isOn ? 0 : 1});
     updateMenuItems();
 }
 
@@ -61,7 +55,7 @@ void AppDelegate::recommendAutologinOnAtFirstCloseInfo() {
     if (settingIsOne(keys::RECOMMENDAUTOLOGIN)) return;
     if (services.settings.stringForKey(keys::CHECK_1) != "0") return;
     const int answer = services.alerts.runModal(
-        {.message = std::string(services.bundle.string("CFBundleDisplayName")),
+        {.message = services.bundle.displayName(),
          .informative = services.bundle.localizedString("RECOMMEND_STARTATLOGIN"),
          .buttons = {services.bundle.localizedString("SI"),
                      services.bundle.localizedString("NO")}});
@@ -70,7 +64,7 @@ void AppDelegate::recommendAutologinOnAtFirstCloseInfo() {
 }
 
 void AppDelegate::alertDidEnd2(int returnCode) {
-    if (returnCode != defaultButton) return;
+    if (returnCode != platform::Alerts::defaultButton) return;
     butautologin.state = 1;
     autoLogin(true);
     setAndSynchronize(keys::CHECK_1, Value{"1"});

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 
 // When a step is a push, and what an edge does.
 
@@ -62,9 +61,7 @@ void AppDelegate::postArrowKeystroke(std::uint16_t keyCode) {
 }
 
 void AppDelegate::runForUpDown(int direction) {
-    std::array<char, 40> text{};
-    std::snprintf(text.data(), text.size(), "runForUpDown: %d", direction);
-    services.log.write(text.data());
+    services.log.write("runForUpDown: " + std::to_string(direction));
     const bool top = direction == 2;
     forceMouseToPoint({cordmouse.x, top ? static_cast<double>(MAX_H) - 1 : MIN_Y});
 }

@@ -12,7 +12,8 @@ using platform::InputEvent;
 
 namespace {
 
-constexpr platform::EventMask tapMask = 0xfc010fe;
+// Mouse buttons, moves and drags, modifier changes, scrolling and tablets.
+constexpr platform::EventMask wantedEvents = 0xfc010fe;
 
 platform::TapParameters tapParameters(int variant) {
     using namespace platform;
@@ -20,10 +21,20 @@ platform::TapParameters tapParameters(int variant) {
     if (variant == variants::desktopSwitcher || variant == variants::wrapAround ||
         variant == variants::barrier)
         return {TapLocation::hid, TapPlacement::headInsert, TapOptions::listenOnly, allEvents};
-    return {TapLocation::session, TapPlacement::tailAppend, TapOptions::listenOnly, tapMask};
+    return {TapLocation::session, TapPlacement::tailAppend, TapOptions::listenOnly, wantedEvents};
 }
 
 } // namespace
+
+void AppDelegate::installEventIntake() {
+    if (services.system.servicesVersion() < platform::firstWithGlobalMonitor) {
+        createMouseEvent();
+        return;
+    }
+    services.log.write("macOS 10.14 or high");
+    services.input.addGlobalMonitor(
+        wantedEvents, [this](const InputEvent& event) { globalMonitorHandler(event); });
+}
 
 void AppDelegate::createMouseEvent() {
     services.input.addTap(tapParameters(IDApp()),

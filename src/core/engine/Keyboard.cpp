@@ -26,13 +26,11 @@ void AppDelegate::comboPressedReleased(bool held) {
     combo = held;
     switch (IDApp()) {
     case variants::barrier: // held to switch off
-        if (isActive() && combo) enableDisable();
-        if (!isActive() && !combo) enableDisable();
+        if (isActive() == combo) enableDisable();
         return;
     case variants::desktopSwitcher: // held to switch on
     case variants::wrapAround:
-        if (!isActive() && combo) enableDisable();
-        if (isActive() && !combo) enableDisable();
+        if (isActive() != combo) enableDisable();
         return;
     case variants::cursorHider: // released to hide
         if (combo) return;

@@ -1,4 +1,5 @@
 #include "app/AppDelegate.h"
+#include "app/Keys.h"
 #include "remote/ReplyValue.h"
 #include "util/Format.h"
 #include "util/Languages.h"
@@ -12,8 +13,6 @@ namespace palisor {
 namespace {
 
 constexpr double exchangeTimeout = 10.0;
-constexpr int defaultButton = 1;
-constexpr int alternateButton = 0;
 
 /// A value that there is none of shows itself.
 std::string orNull(const std::optional<std::string>& text) {
@@ -24,9 +23,8 @@ std::string orNull(const std::optional<std::string>& text) {
 std::string actionAddress(const platform::Platform& services, std::size_t monitors) {
     const std::string address = "https://" + std::string(services.bundle.string("MakerHost")) +
                                 "/app/mac_utilities/action.php";
-    return address + "?app=" + std::to_string(services.bundle.integer("IDApp")) +
-           "&ver=" + std::string(services.bundle.string("CFBundleShortVersionString")) +
-           "&device=" + MacUtils::machineModel(services) +
+    return address + "?app=" + std::to_string(services.bundle.integer(dictionary::IDApp)) +
+           "&ver=" + services.bundle.version() + "&device=" + MacUtils::machineModel(services) +
            "&lingua=" + preferredLanguage(services.system) +
            "&uniqueID=" + orNull(MacUtils::getSystemUUID(services)) +
            "&univoke=" + MacUtils::univokeDate(services) + "&OS=" + MacUtils::OSVersion(services) +
@@ -83,8 +81,7 @@ void AppDelegate::responseActionWebService(const platform::JsonValue& reply) {
     event_2 = validText("event_2");
 
     platform::Alert alert{
-        .message = std::string(services.bundle.string("CFBundleDisplayName")) + " " +
-                   std::string(services.bundle.string("CFBundleShortVersionString")),
+        .message = services.bundle.displayName() + " " + services.bundle.version(),
         .informative = formatted(formatted(*question, "aaaaa"), "bbbbbb"),
         .buttons = {
             replyText(reply.member("answer_1")).value_or(services.bundle.localizedString("OK"))}};
@@ -96,8 +93,9 @@ void AppDelegate::responseActionWebService(const platform::JsonValue& reply) {
 /// The alert has been taken down when its run returns, so that none is left to be stopped.
 void AppDelegate::alertDidEnd3_returnCode_contextInfo(const platform::Alert*, int returnCode,
                                                       const void*) {
-    if (returnCode != defaultButton && returnCode != alternateButton) return;
-    const bool isDefault = returnCode == defaultButton;
+    using platform::Alerts;
+    const bool isDefault = returnCode == Alerts::defaultButton;
+    if (!isDefault && returnCode != Alerts::alternateButton) return;
     const auto& event = isDefault ? event_1 : event_2;
     if (isValidInfo(event)) services.workspace.openURL(*event);
     if (isDefault ? active_1 : active_2) {

@@ -2,8 +2,9 @@
 
 #include "app/AppDelegate.h"
 #include "app/Keys.h"
+#include "util/Format.h"
 
-#include <charconv>
+#include <functional>
 #include <utility>
 
 // One alarm for each event of the coming hour.
@@ -23,26 +24,12 @@ constexpr double hour = 3600;
 // main loop turns, and that little happens after the product is switched off.
 constexpr std::size_t mostUnanswered = 32;
 
-/// The shortest text that reads back the same.
-std::string decimal(double number) {
-    char text[32];
-    const auto end = std::to_chars(std::begin(text), std::end(text), number).ptr;
-    return {text, end};
-}
-
-std::string inParentheses(const std::vector<std::string>& ids) {
+template <class Items, class Text>
+std::string inParentheses(const Items& items, Text text) {
     std::string list = "(";
-    for (const std::string& id : ids)
-        (list += list.size() > 1 ? ", " : "") += id;
+    for (const auto& item : items)
+        (list += list.size() > 1 ? ", " : "") += std::invoke(text, item);
     return list + ")";
-}
-
-std::string idsOf(const std::vector<CalendarEvent>& events) {
-    std::vector<std::string> ids;
-    ids.reserve(events.size());
-    for (const CalendarEvent& event : events)
-        ids.push_back(event.id);
-    return inParentheses(ids);
 }
 
 } // namespace
@@ -81,15 +68,15 @@ void AppDelegate::ReplaceDefaultEvents() {
     if (store == nullptr || alarmPass) return;
     services.log.write("=============");
     alarmPass = std::make_shared<AlarmPass>();
-    store->findEvents(hour,
-                      [this, weak = std::weak_ptr(alarmPass)](platform::CalendarAnswer answer) {
-                          const auto pass = weak.lock();
-                          if (!pass) return;
-                          services.log.write("s: " + inParentheses(answer.sources) + " ");
-                          services.log.write("events: " + idsOf(answer.events));
-                          pass->events = std::move(answer.events);
-                          rewriteAlarms(pass);
-                      });
+    store->findEvents(
+        hour, [this, weak = std::weak_ptr(alarmPass)](platform::CalendarAnswer answer) {
+            const auto pass = weak.lock();
+            if (!pass) return;
+            services.log.write("s: " + inParentheses(answer.sources, std::identity()) + " ");
+            services.log.write("events: " + inParentheses(answer.events, &CalendarEvent::id));
+            pass->events = std::move(answer.events);
+            rewriteAlarms(pass);
+        });
 }
 
 void AppDelegate::rewriteAlarms(const std::shared_ptr<AlarmPass>& pass) {
@@ -116,7 +103,7 @@ CalendarAlarm AppDelegate::theOneAlarm(const std::vector<CalendarAlarm>& alarms)
         if (alarm.isDefault) continue;
         // Alarms have no more properties than these, and nothing observes them.
         services.log.write(
-            "a.scriptingProperties): {Default = 0; relativeOffset = " + decimal(alarm.offset) +
+            "a.scriptingProperties): {Default = 0; relativeOffset = " + shortest(alarm.offset) +
             "; soundName = " + (alarm.sound.empty() ? "(null)" : alarm.sound) + "} ");
         services.log.write("a.observationInfo : (null)");
         kept = alarm;

@@ -6,12 +6,6 @@
 
 namespace palisor {
 
-namespace {
-
-constexpr int defaultButton = 1;
-
-} // namespace
-
 void AppDelegate::ratefunc() {
     if (windowInfo->isVisible()) {
         closeInfo();
@@ -19,7 +13,7 @@ void AppDelegate::ratefunc() {
     }
     const auto& bundle = services.bundle;
     alertrate = {
-        .message = std::string(bundle.string("CFBundleDisplayName")),
+        .message = bundle.displayName(),
         .informative = bundle.localizedString("RATE_THIS_APP"),
         .buttons = {bundle.localizedString("MI_PIACE"), bundle.localizedString("NON_MI_PIACE")}};
     alertDidEnd_returnCode_contextInfo(&alertrate, services.alerts.runModal(alertrate), nullptr);
@@ -28,7 +22,7 @@ void AppDelegate::ratefunc() {
 void AppDelegate::alertDidEnd_returnCode_contextInfo(const platform::Alert*, int returnCode,
                                                      const void*) {
     const std::string_view id = variants::storeId(IDApp());
-    if (returnCode == defaultButton && !id.empty())
+    if (returnCode == platform::Alerts::defaultButton && !id.empty())
         MacUtils::openStorePageWithID_osx(services, std::string(id), true);
     // Whatever the answer was: it is not asked again for this version.
     setAndSynchronize(getCurrentRateString(), platform::Value{true});
@@ -38,7 +32,7 @@ void AppDelegate::alertDidEnd_returnCode_contextInfo(const platform::Alert*, int
 }
 
 std::string AppDelegate::getCurrentRateString() const {
-    return "RATE_" + std::string(services.bundle.string("CFBundleShortVersionString"));
+    return "RATE_" + services.bundle.version();
 }
 
 } // namespace palisor

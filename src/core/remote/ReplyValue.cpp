@@ -1,21 +1,14 @@
 #include "remote/ReplyValue.h"
 
 #include "platform/Value.h"
+#include "util/Format.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <limits>
 
 namespace palisor {
 
 namespace {
-
-std::string digits(double number) {
-    std::array<char, 32> text{};
-    const auto end = std::to_chars(text.data(), text.data() + text.size(), number).ptr;
-    return {text.data(), end};
-}
 
 /// As the settings read it, for the types that they have as well.
 platform::Value toSetting(const platform::JsonValue* value) {
@@ -40,7 +33,7 @@ std::optional<std::string> replyText(const platform::JsonValue* value) {
     if (const auto* text = std::get_if<std::string>(&value->held)) return *text;
     if (const auto* number = std::get_if<std::int64_t>(&value->held))
         return std::to_string(*number);
-    if (const auto* number = std::get_if<double>(&value->held)) return digits(*number);
+    if (const auto* number = std::get_if<double>(&value->held)) return shortest(*number);
     return std::nullopt;
 }
 

@@ -7,12 +7,6 @@
 
 namespace palisor {
 
-namespace {
-
-constexpr float darkestLevel = 20;
-
-} // namespace
-
 void AppDelegate::updatePalisor() {
     detectCurrentScreen();
     if (isActive()) {
@@ -58,7 +52,8 @@ std::unique_ptr<platform::Window> AppDelegate::coveringWindow(const platform::Sc
 }
 
 float AppDelegate::darkness() const {
-    return static_cast<float>(services.settings.integerForKey(keys::OTHERS_DARK)) / darkestLevel;
+    return static_cast<float>(services.settings.integerForKey(keys::OTHERS_DARK)) /
+           keys::darkestLevel;
 }
 
 void AppDelegate::otherMonitorsLight() {

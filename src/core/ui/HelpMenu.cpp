@@ -1,4 +1,5 @@
 #include "app/AppDelegate.h"
+#include "app/Keys.h"
 #include "app/Variants.h"
 #include "ui/TAMBERLO.h"
 #include "util/Format.h"
@@ -30,16 +31,17 @@ void AppDelegate::openFB() {
 }
 
 void AppDelegate::openSupport() {
-    services.workspace.openURL(std::string(services.bundle.string("MakerSite")) + "#contacts");
+    services.workspace.openURL(std::string(services.bundle.string(dictionary::makerSite)) +
+                               "#contacts");
 }
 
 void AppDelegate::opentamberloosx() {
-    services.workspace.openURL(std::string(services.bundle.string("MakerSite")));
+    services.workspace.openURL(std::string(services.bundle.string(dictionary::makerSite)));
 }
 
 void AppDelegate::openGenericMailToTamberlo() {
-    const auto name = services.bundle.string("CFBundleDisplayName");
-    sendEmailTo_Subject_Body(services.bundle.string("SupportMail"), name,
+    const auto name = services.bundle.displayName();
+    sendEmailTo_Subject_Body(services.bundle.string(dictionary::supportMail), name,
                              formatted(services.bundle.localizedString("MAIL_BOTTOM"), name));
 }
 

@@ -29,7 +29,6 @@ constexpr double logoInset = 9; ///< of its right edge from the middle
 constexpr double recommendGap = 10;
 constexpr double descriptionSlack = 5;
 
-constexpr int checkBoxTag = 0;
 constexpr std::uint32_t moveToActiveSpace = 2;
 
 struct Content {
@@ -65,8 +64,7 @@ InfoButton pictureButton(const std::string& image, Rect frame) {
 
 void AppDelegate::createViewInfo() {
     const auto& bundle = services.bundle;
-    windowInfo->setTitle(std::string(bundle.string("CFBundleDisplayName")) + " " +
-                         std::string(bundle.string("CFBundleShortVersionString")));
+    windowInfo->setTitle(bundle.displayName() + " " + bundle.version());
     windowInfo->setFrame({});
     if (settingIsOne(keys::CHECK_0))
         closeInfo();
@@ -91,17 +89,17 @@ double AppDelegate::stackInfoViews(std::vector<InfoView>& views) const {
                                .action = "closeInfo",
                                .closes = true});
     const int checked = services.settings.stringForKey(keys::CHECK_0) == "0" ? 0 : 1;
-    views.push_back(
-        InfoCheckBox{.frame = checkBox,
-                     .title = bundle.localizedString("NON_MOSTRARE_FINESTRA"),
-                     .box = {.tag = checkBoxTag, .state = checked, .action = "presscheck:"}});
+    views.push_back(InfoCheckBox{
+        .frame = checkBox,
+        .title = bundle.localizedString("NON_MOSTRARE_FINESTRA"),
+        .box = {.tag = tags::hideInfoWindow, .state = checked, .action = "presscheck:"}});
 
     const auto logo = services.infoWindows.imageSize("logo");
     const Rect logoFrame{windowWidth / 2 - logoInset - logo.width, topOf(checkBox) + logoGap,
                          logo.width, logo.height};
     views.push_back(pictureButton("logo", logoFrame));
 
-    const std::string mail(bundle.string("SupportMail"));
+    const std::string mail(bundle.string(dictionary::supportMail));
     const InfoText contact =
         textView("contact", topOf(logoFrame), hyperlinkFromString_withURL(mail, "email:" + mail));
     views.push_back(contact);
@@ -110,7 +108,7 @@ double AppDelegate::stackInfoViews(std::vector<InfoView>& views) const {
                                .title = bundle.localizedString("CONSIGLIA"),
                                .action = "openConsigli"});
 
-    const std::string site(bundle.string("MakerSite"));
+    const std::string site(bundle.string(dictionary::makerSite));
     const InfoText web =
         textView("web", topOf(contact.frame), hyperlinkFromString_withURL(site, site));
     views.push_back(web);
@@ -159,8 +157,8 @@ void AppDelegate::closeInfo() {
 void AppDelegate::openConsigli() {
     const auto& bundle = services.bundle;
     sendEmailTo_Subject_Body(
-        bundle.string("SupportMail"), bundle.localizedString("CONSIGLIA"),
-        formatted(bundle.localizedString("MAIL_BOTTOM"), bundle.string("CFBundleDisplayName")));
+        bundle.string(dictionary::supportMail), bundle.localizedString("CONSIGLIA"),
+        formatted(bundle.localizedString("MAIL_BOTTOM"), bundle.displayName()));
 }
 
 AttributedText AppDelegate::hyperlinkFromString_withURL(std::string_view string,
@@ -172,7 +170,7 @@ AttributedText AppDelegate::hyperlinkFromString_withURL(std::string_view string,
 }
 
 bool AppDelegate::textView_clickedOnLink(std::string_view, std::string_view link) {
-    if (link == "email:" + std::string(services.bundle.string("SupportMail")))
+    if (link == "email:" + std::string(services.bundle.string(dictionary::supportMail)))
         openGenericMailToTamberlo();
     return true;
 }

@@ -12,9 +12,6 @@ namespace {
 
 constexpr double reopenDelay = 0.01; // the menu that was just clicked closes first
 
-constexpr int firstSideTag = 10;
-constexpr int startAtLoginTag = 1;
-
 } // namespace
 
 void AppDelegate::chosen(MenuItem& item) {
@@ -95,13 +92,12 @@ void AppDelegate::stayHiddenDidChanged(MenuItem& item) {
 
 void AppDelegate::presscheck(const CheckBox& box) {
     setAndSynchronize("CHECK_" + std::to_string(box.tag), Value{std::to_string(box.state)});
-    if (box.tag == startAtLoginTag) autoLogin(box.state != 0);
+    if (box.tag == tags::startAtLogin) autoLogin(box.state != 0);
 }
 
 void AppDelegate::valueChange(const CheckBox& box) {
-    const bool side = box.tag >= firstSideTag;
-    const std::string key = side ? "BUTLATO" + std::to_string(box.tag - firstSideTag)
-                                 : "BUTANGOLO" + std::to_string(box.tag);
+    const std::string key = box.tag >= tags::side ? "BUTLATO" + std::to_string(box.tag - tags::side)
+                                                  : "BUTANGOLO" + std::to_string(box.tag);
     setAndSynchronize(key, Value{box.state != 0});
 }
 

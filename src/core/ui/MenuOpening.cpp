@@ -45,7 +45,7 @@ void AppDelegate::openMenu() {
 
 /// A status-bar program should not keep the keyboard that it took by starting.
 void AppDelegate::dismissFocus() {
-    if (services.system.servicesVersion() < platform::Version{10, 14, 0}) return;
+    if (services.system.servicesVersion() < platform::firstWithGlobalMonitor) return;
     services.focus.openNothingWith("Dock");
 }
 

@@ -58,10 +58,9 @@ void AppDelegate::showShortcutPopup() {
     do {
         platform::Alert popup{.message = services.bundle.localizedString("SHORTCUT"),
                               .buttons = {services.bundle.localizedString("DONE")},
-                              .accessory = "customShortcutView"};
+                              .accessory = std::string(accessories::shortcutRecorder)};
         const auto instructions = [this](std::string_view key) {
-            return formatted(services.bundle.localizedString(key),
-                             services.bundle.string("CFBundleDisplayName"));
+            return formatted(services.bundle.localizedString(key), services.bundle.displayName());
         };
         if (IDApp() == variants::barrier)
             popup.informative = instructions("SHORTCUT_INSTRUCTIONS_PALISOR");

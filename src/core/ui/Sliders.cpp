@@ -3,8 +3,7 @@
 #include "app/Variants.h"
 #include "util/Format.h"
 
-#include <array>
-#include <cstdio>
+#include <cmath>
 
 // What moving a slider stores and what its label says.
 
@@ -12,12 +11,6 @@ namespace palisor {
 
 using platform::EventType;
 using platform::Value;
-
-namespace {
-
-constexpr float darkestLevel = 20;
-
-} // namespace
 
 void AppDelegate::setLabel(Label& label, std::string text) {
     label.text = std::move(text);
@@ -30,10 +23,8 @@ void AppDelegate::updateTV(const Slider& slider) {
         setLabel(*tv, services.bundle.localizedString("0_DARK_LEVEL"));
         return;
     }
-    std::array<char, 16> text{};
-    std::snprintf(text.data(), text.size(), "%.0f%%",
-                  static_cast<double>(value / darkestLevel * 100));
-    setLabel(*tv, text.data());
+    const float percent = std::nearbyint(value / keys::darkestLevel * 100);
+    setLabel(*tv, std::to_string(static_cast<int>(percent)) + "%");
 }
 
 void AppDelegate::sliderDidMove(const Slider& slider) {

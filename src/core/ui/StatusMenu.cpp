@@ -12,7 +12,6 @@ namespace palisor {
 
 namespace {
 
-constexpr double darkestLevel = 20;
 constexpr double longestTime = 30;
 constexpr double strongestPush = 100;
 constexpr std::size_t blanksBeforeShortcut = 32;
@@ -80,7 +79,7 @@ void AppDelegate::updateMenuItems() {
     tv = makeLabel("tv");
     if (barrier) addDarkLevelEntry();
     if (hider) {
-        addStayHiddenEntry();
+        add(*mainMenu, switchItem("STAY_HIDDEN", "stayHiddenDidChanged:", keys::STAY_HIDDEN));
         addTimeSlider();
         itemHotBorders = &add(*mainMenu, localizedItem("Hot Borders Mode", "pressHotBorders:"));
     }
@@ -94,7 +93,7 @@ void AppDelegate::updateMenuItems() {
     addTAMBERLOItemsToHelpMenu(*mainMenu);
     if (otherApps) addPromotion();
     addSeparator(*mainMenu);
-    addLoginEntry();
+    add(*mainMenu, switchItem("AVVIA_AL_LOGIN", "pressAvviaAlLogin", keys::CHECK_1));
     add(*mainMenu, localizedItem("QUIT", "quit"));
 }
 
@@ -104,6 +103,14 @@ MenuItem AppDelegate::localizedItem(std::string_view key, std::string_view actio
     item.text = services.bundle.localizedString(key);
     item.action = action;
     item.madeWithAction = !action.empty();
+    return item;
+}
+
+/// Its mark shows the setting.
+MenuItem AppDelegate::switchItem(std::string_view key, std::string_view action,
+                                 std::string_view setting) const {
+    MenuItem item = localizedItem(key, action);
+    item.state = services.settings.boolForKey(setting) ? 1 : 0;
     return item;
 }
 
@@ -124,8 +131,8 @@ void AppDelegate::addEnableEntry() {
 
 void AppDelegate::addDarkLevelEntry() {
     const Slider slider =
-        makeSlider(0, darkestLevel, services.settings.integerForKey(keys::OTHERS_DARK),
-                   static_cast<int>(darkestLevel) + 1, "sliderDidMove:");
+        makeSlider(0, keys::darkestLevel, services.settings.integerForKey(keys::OTHERS_DARK),
+                   keys::darkestLevel + 1, "sliderDidMove:");
     updateTV(slider);
     add(*timeSubMenu, sliderItem(slider, tv));
     MenuItem entry = localizedItem("DARK_LEVEL");
@@ -133,12 +140,6 @@ void AppDelegate::addDarkLevelEntry() {
     entry.enabled = isActive();
     add(*mainMenu, std::move(entry));
     sliderDidMove(sliderOf(*timeSubMenu));
-}
-
-void AppDelegate::addStayHiddenEntry() {
-    MenuItem entry = localizedItem("STAY_HIDDEN", "stayHiddenDidChanged:");
-    entry.state = services.settings.boolForKey(keys::STAY_HIDDEN) ? 1 : 0;
-    add(*mainMenu, std::move(entry));
 }
 
 void AppDelegate::addTimeSlider() {
@@ -177,8 +178,8 @@ void AppDelegate::addVelocityEntry() {
 }
 
 void AppDelegate::addBreakEntry() {
-    MenuItem entry = localizedItem("BREAK_AFTER_SWITCHText", "freezeCursorAfterSwitch:");
-    entry.state = services.settings.boolForKey(keys::BREAK_AFTER_SWITCH) ? 1 : 0;
+    MenuItem entry =
+        switchItem("BREAK_AFTER_SWITCHText", "freezeCursorAfterSwitch:", keys::BREAK_AFTER_SWITCH);
     if (!isActive()) entry.action.clear();
     entry.enabled = isActive();
     add(*mainMenu, std::move(entry));
@@ -207,9 +208,8 @@ void AppDelegate::addTimeModeEntry() {
 
 void AppDelegate::addModifierEntry() {
     const bool hider = IDApp() == variants::cursorHider;
-    MenuItem entry =
-        localizedItem(hider ? "CTRLALTCMDTextVellumor" : "CTRLALTCMDText", "CTRLALTCMDDidChanged:");
-    entry.state = services.settings.boolForKey(keys::CTRLALTCMD) ? 1 : 0;
+    MenuItem entry = switchItem(hider ? "CTRLALTCMDTextVellumor" : "CTRLALTCMDText",
+                                "CTRLALTCMDDidChanged:", keys::CTRLALTCMD);
     if (!isActive() || (hider && services.settings.boolForKey(keys::STAY_HIDDEN)))
         entry.action.clear();
     entry.enabled = isActive();
@@ -217,8 +217,7 @@ void AppDelegate::addModifierEntry() {
 }
 
 void AppDelegate::addScrollEntry() {
-    MenuItem entry = localizedItem("SHOW_ON_SCROLL", "pressShowOnScroll");
-    entry.state = services.settings.boolForKey(keys::SHOW_ON_SCROLL) ? 1 : 0;
+    MenuItem entry = switchItem("SHOW_ON_SCROLL", "pressShowOnScroll", keys::SHOW_ON_SCROLL);
     if (!isActive() || services.settings.boolForKey(keys::STAY_HIDDEN)) entry.action.clear();
     add(*mainMenu, std::move(entry));
 }
@@ -229,12 +228,6 @@ void AppDelegate::addPromotion() {
     if (ownId.empty()) return;
     addSeparator(*mainMenu);
     TAMBERLO::addOtherItemsToMenu_shortVersion_skippingAPP(services, *mainMenu, true, ownId);
-}
-
-void AppDelegate::addLoginEntry() {
-    MenuItem entry = localizedItem("AVVIA_AL_LOGIN", "pressAvviaAlLogin");
-    entry.state = services.settings.boolForKey(keys::CHECK_1) ? 1 : 0;
-    add(*mainMenu, std::move(entry));
 }
 
 MenuItem AppDelegate::sliderItem(Slider slider, std::shared_ptr<Label> label) const {

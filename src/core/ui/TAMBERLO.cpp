@@ -1,5 +1,6 @@
 #include "ui/TAMBERLO.h"
 
+#include "app/Keys.h"
 #include "util/Format.h"
 #include "util/Languages.h"
 #include "util/MacUtils.h"
@@ -77,7 +78,7 @@ void TAMBERLO::openApp(const platform::Platform& services, const platform::MenuI
     const std::string& id = item.toolTip;
     if (id == withoutStorePage) {
         services.workspace.openURL(
-            std::string(services.bundle.string("MakerSite")) +
+            std::string(services.bundle.string(dictionary::makerSite)) +
             "/app/quenlow/index.php?lingua=" + preferredLanguage(services.system));
         return;
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <charconv>
 #include <string>
 #include <string_view>
 
@@ -11,6 +13,12 @@ inline std::string withReplaced(std::string text, std::string_view placeholder,
     if (const auto at = text.find(placeholder); at != std::string::npos)
         text.replace(at, placeholder.size(), value);
     return text;
+}
+
+/// The shortest text that reads back the same.
+inline std::string shortest(double number) {
+    std::array<char, 32> text{};
+    return {text.data(), std::to_chars(text.data(), text.data() + text.size(), number).ptr};
 }
 
 /// The text with its first "%d" replaced by the number.

@@ -35,8 +35,7 @@ void MacUtils::fixDefaultsIfNeeded(const platform::Platform& services) {
     settings.flush(); // the file is looked for next
 
     if (const auto folder = services.files.preferencesFolder()) {
-        const std::string path =
-            *folder + "/" + std::string(services.bundle.string("CFBundleIdentifier")) + ".plist";
+        const std::string path = *folder + "/" + services.bundle.identifier() + ".plist";
         if (!services.files.exists(path)) {
             services.files.createEmpty(path);
             settings.resetStandardUserDefaults();

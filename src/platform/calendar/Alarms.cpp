@@ -12,19 +12,8 @@ namespace {
 constexpr const char* defaultProperty = "X-DEFAULT-ALARM";
 constexpr const char* importedDefaultProperty = "X-APPLE-DEFAULT-ALARM";
 
-template <class Visit>
-void eachAlarm(ICalComponent* event, Visit&& visit) {
-    auto alarm = own(i_cal_component_get_first_component(event, I_CAL_VALARM_COMPONENT));
-    while (alarm) {
-        visit(alarm.get());
-        alarm = own(i_cal_component_get_next_component(event, I_CAL_VALARM_COMPONENT));
-    }
-}
-
-std::vector<Component> componentsOf(ICalComponent* event) {
-    std::vector<Component> alarms;
-    eachAlarm(event, [&alarms](ICalComponent* alarm) { alarms.push_back(share(alarm)); });
-    return alarms;
+std::vector<Component> alarmComponents(ICalComponent* event) {
+    return componentsOf(event, I_CAL_VALARM_COMPONENT);
 }
 
 Ref<ICalProperty> first(ICalComponent* alarm, ICalPropertyKind kind) {
@@ -32,17 +21,14 @@ Ref<ICalProperty> first(ICalComponent* alarm, ICalPropertyKind kind) {
 }
 
 void removeAll(ICalComponent* alarm, ICalPropertyKind kind) {
-    while (const auto property = first(alarm, kind))
+    for (const auto& property : propertiesOf(alarm, kind))
         i_cal_component_remove_property(alarm, property.get());
 }
 
 std::optional<std::string> extensionOf(ICalComponent* alarm, std::string_view name) {
-    auto property = first(alarm, I_CAL_X_PROPERTY);
-    while (property) {
+    for (const auto& property : propertiesOf(alarm, I_CAL_X_PROPERTY))
         if (textOr(i_cal_property_get_x_name(property.get()), "") == name)
             return take(i_cal_property_get_value_as_string(property.get()));
-        property = own(i_cal_component_get_next_property(alarm, I_CAL_X_PROPERTY));
-    }
     return std::nullopt;
 }
 
@@ -100,15 +86,10 @@ bool isAlready(ICalComponent* alarm, const CalendarAlarm& wanted) {
 
 void setDefault(ICalComponent* alarm, bool value) {
     if (isDefault(alarm) == value) return;
-    auto property = first(alarm, I_CAL_X_PROPERTY);
-    while (property) {
+    for (const auto& property : propertiesOf(alarm, I_CAL_X_PROPERTY)) {
         const std::string name = textOr(i_cal_property_get_x_name(property.get()), "");
-        if (name == defaultProperty || name == importedDefaultProperty) {
+        if (name == defaultProperty || name == importedDefaultProperty)
             i_cal_component_remove_property(alarm, property.get());
-            property = first(alarm, I_CAL_X_PROPERTY);
-        } else {
-            property = own(i_cal_component_get_next_property(alarm, I_CAL_X_PROPERTY));
-        }
     }
     if (!value) return;
     ICalProperty* const made = i_cal_property_new_x("1");
@@ -149,17 +130,16 @@ void change(ICalComponent* alarm, const CalendarAlarm& wanted, ICalComponent* ev
 
 std::vector<CalendarAlarm> alarmsOf(ICalComponent* event, std::time_t start, std::time_t end) {
     std::vector<CalendarAlarm> alarms;
-    eachAlarm(event, [&](ICalComponent* alarm) {
+    for (const Component& alarm : alarmComponents(event))
         alarms.push_back({.id = std::to_string(alarms.size()),
-                          .offset = whenOf(alarm, start, end).offset,
-                          .sound = soundOf(alarm),
-                          .isDefault = isDefault(alarm)});
-    });
+                          .offset = whenOf(alarm.get(), start, end).offset,
+                          .sound = soundOf(alarm.get()),
+                          .isDefault = isDefault(alarm.get())});
     return alarms;
 }
 
 bool hasAlarms(ICalComponent* event, const std::vector<CalendarAlarm>& wanted) {
-    const auto present = componentsOf(event);
+    const auto present = alarmComponents(event);
     if (present.size() != wanted.size()) return false;
     for (std::size_t index = 0; index < present.size(); ++index)
         if (wanted[index].id != std::to_string(index) ||
@@ -169,7 +149,7 @@ bool hasAlarms(ICalComponent* event, const std::vector<CalendarAlarm>& wanted) {
 }
 
 void setAlarms(ICalComponent* event, const std::vector<CalendarAlarm>& wanted) {
-    const auto present = componentsOf(event);
+    const auto present = alarmComponents(event);
     for (const Component& alarm : present)
         i_cal_component_remove_component(event, alarm.get());
     for (const CalendarAlarm& alarm : wanted) {
@@ -183,7 +163,8 @@ void setAlarms(ICalComponent* event, const std::vector<CalendarAlarm>& wanted) {
 
 std::string alarmsText(ICalComponent* event) {
     std::string text;
-    eachAlarm(event, [&text](ICalComponent* alarm) { text += textOf(alarm); });
+    for (const Component& alarm : alarmComponents(event))
+        text += textOf(alarm.get());
     return text;
 }
 

@@ -2,7 +2,6 @@
 
 #include "platform/Calendar.h"
 
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>

@@ -3,9 +3,18 @@
 #include "platform/Calendar.h"
 #include "platform/calendar/Occurrences.h"
 
+#include <functional>
+
 // Between the library's events and the service's.
 
 namespace platform::calendar {
+
+using Now = std::function<std::time_t()>;
+
+// Why an event is not saved.
+constexpr const char* changedMeanwhile = "the event was changed meanwhile";
+constexpr const char* noSuchEvent = "there is no such event";
+constexpr const char* cannotBeCut = "the event cannot be cut in two";
 
 /// `now` is what the event's start is counted from.
 CalendarEvent eventOf(const Occurrence& occurrence, const std::string& where, std::time_t now);

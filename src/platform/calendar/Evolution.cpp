@@ -11,8 +11,7 @@ namespace platform::calendar {
 
 namespace {
 
-constexpr const char* changedMeanwhile = "the event was changed meanwhile";
-constexpr const char* noSuchEvent = "there is no such event";
+constexpr const char* noServer = "the desktop's calendars cannot be reached: ";
 constexpr auto doNotWaitForTheAccount = static_cast<guint32>(-1); // any other number is seconds
 
 // Whoever is invited need not hear of an alarm.
@@ -97,12 +96,11 @@ Opened Evolution::open() {
     g_cancellable_reset(stop.get());
     turn();
     Failure failure;
-    if (!openRegistry(failure))
-        return {Refusal::noServer, "the desktop's calendars cannot be reached: " + failure.text()};
+    if (!openRegistry(failure)) return {Refusal::noServer, noServer + failure.text()};
     if (!hasServer(registry.get())) {
         registry.reset();
-        return {Refusal::noServer, "the desktop's calendars cannot be reached: the session's bus "
-                                   "cannot start the calendar server"};
+        return {Refusal::noServer,
+                std::string(noServer) + "the session's bus cannot start the calendar server"};
     }
     if (enabledCalendars(registry.get()).empty())
         return {Refusal::noCalendar, "the desktop has no calendar that is switched on"};
@@ -175,7 +173,7 @@ Found Evolution::find(double seconds) {
     Found found;
     Failure failure;
     if (!openRegistry(failure)) {
-        found.remarks.push_back("the desktop's calendars cannot be reached: " + failure.text());
+        found.remarks.push_back(noServer + failure.text());
         return found;
     }
     local = localZone();
@@ -217,51 +215,38 @@ std::vector<SaveResult> Evolution::save(const std::vector<CalendarEvent>& events
     std::vector<SaveResult> results(events.size());
     Batch batch;
     for (std::size_t index = 0; index < events.size(); ++index)
-        saveOne(events[index], batch, results[index]);
+        results[index] = saveOne(events[index], batch, results[index]);
     send(batch);
     return results;
 }
 
-void Evolution::saveOne(const CalendarEvent& event, Batch& batch, SaveResult& result) {
+SaveResult Evolution::saveOne(const CalendarEvent& event, Batch& batch, SaveResult& later) {
     const auto known = places.find(event.calendar);
-    if (known == places.end()) {
-        result = noSuchEvent;
-        return;
-    }
+    if (known == places.end()) return noSuchEvent;
     Place& place = known->second;
     if (batch.place != &place) send(batch);
-    if (!place.client) {
-        result = lostDuringPass(place.name);
-        return;
-    }
+    if (!place.client) return lostDuringPass(place.name);
     const auto entry = place.series.find(event.id);
-    if (entry == place.series.end()) {
-        result = noSuchEvent;
-        return;
-    }
+    if (entry == place.series.end()) return noSuchEvent;
     Series& series = entry->second;
-    if (isCovered(series, event, from)) return;
+    if (isCovered(series, event, from)) return std::nullopt;
     const auto all = occurrencesBetween(series, zonesOf(place), from, to);
     const auto found = std::ranges::find(all, event.occurrence, &Occurrence::id);
-    if (found == all.end()) {
-        result = noSuchEvent;
-        return;
-    }
-    if (hasAlarms(found->component, event.alarms)) return;
-    result = checkUnchanged(place, event, series);
-    if (result) return;
-    const bool whole = found->detached || !isRecurring(found->component) ||
-                       isFirst(found->component, *found, zonesOf(place));
-    if (whole) {
+    if (found == all.end()) return noSuchEvent;
+    if (hasAlarms(found->component, event.alarms)) return std::nullopt;
+    if (auto error = checkUnchanged(place, event, series)) return error;
+    if (isWhole(*found, zonesOf(place))) {
         Component changed = copyOf(found->component);
         setAlarms(changed.get(), event.alarms);
         batch.place = &place;
-        batch.items.push_back({std::move(changed), found->detached ? nullptr : &series, &result});
+        batch.items.push_back({std::move(changed), found->detached ? nullptr : &series, &later});
     } else {
         send(batch);
-        result = place.client ? saveHalf(place, series, *found, event) : lostDuringPass(place.name);
+        if (!place.client) return lostDuringPass(place.name);
+        if (auto error = saveHalf(place, series, *found, event)) return error;
     }
-    if (!result && !found->detached) series.savedFrom = found->start;
+    if (!found->detached) series.savedFrom = found->start;
+    return std::nullopt;
 }
 
 SaveResult Evolution::checkUnchanged(Place& place, const CalendarEvent& event,
@@ -316,7 +301,7 @@ SaveResult Evolution::saveHalf(Place& place, const Series& series, const Occurre
                                const CalendarEvent& wanted) {
     ECalClient* const client = place.client.get();
     const Halves halves = cutAt(series, occurrence, zonesOf(place));
-    if (!halves.after) return "the event cannot be cut in two";
+    if (!halves.after) return cannotBeCut;
     setAlarms(halves.after.get(), wanted.alarms);
     Failure failure;
     if (e_cal_client_create_object_sync(client, halves.after.get(), quietly, nullptr, stop.get(),

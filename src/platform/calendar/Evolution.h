@@ -1,10 +1,8 @@
 #pragma once
 
 #include "platform/calendar/Backend.h"
-#include "platform/calendar/Occurrences.h"
+#include "platform/calendar/Events.h"
 
-#include <atomic>
-#include <functional>
 #include <map>
 
 namespace platform::calendar {
@@ -14,8 +12,6 @@ namespace platform::calendar {
 /// gone.
 class Evolution final : public Backend {
   public:
-    using Now = std::function<std::time_t()>;
-
     explicit Evolution(Now now);
     ~Evolution() override;
     Evolution(const Evolution&) = delete;
@@ -49,7 +45,8 @@ class Evolution final : public Backend {
         std::vector<Item> items;
     };
 
-    void saveOne(const CalendarEvent& event, Batch& batch, SaveResult& result);
+    /// What goes with the batch is told `later`, where the server refuses it.
+    SaveResult saveOne(const CalendarEvent& event, Batch& batch, SaveResult& later);
     SaveResult checkUnchanged(Place& place, const CalendarEvent& event, const Series& series);
     void send(Batch& batch);
     bool modify(Place& place, ICalComponent* event, Failure& failure);

@@ -14,9 +14,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* changedMeanwhile = "the event was changed meanwhile";
-constexpr const char* noSuchEvent = "there is no such event";
-
 // What tells which days an event recurs on.
 const std::vector<std::string_view> ruleNames = {"RRULE", "RDATE", "EXDATE", "EXRULE"};
 const std::vector<ICalPropertyKind> rules = {I_CAL_RRULE_PROPERTY, I_CAL_RDATE_PROPERTY,
@@ -41,32 +38,22 @@ std::vector<std::string> fileNames(const std::string& folder, std::error_code& e
 
 /// Properties of a name that the parser does not know are no harm: they stay as they are.
 bool hasBadValue(ICalComponent* component) {
-    auto error = own(i_cal_component_get_first_property(component, I_CAL_XLICERROR_PROPERTY));
-    while (error) {
+    for (const auto& error : propertiesOf(component, I_CAL_XLICERROR_PROPERTY)) {
         const auto type =
             own(i_cal_property_get_first_parameter(error.get(), I_CAL_XLICERRORTYPE_PARAMETER));
         if (!type ||
             i_cal_parameter_get_xlicerrortype(type.get()) != I_CAL_XLICERRORTYPE_PROPERTYPARSEERROR)
             return true;
-        error = own(i_cal_component_get_next_property(component, I_CAL_XLICERROR_PROPERTY));
     }
-    auto part = own(i_cal_component_get_first_component(component, I_CAL_ANY_COMPONENT));
-    while (part) {
-        if (hasBadValue(part.get())) return true;
-        part = own(i_cal_component_get_next_component(component, I_CAL_ANY_COMPONENT));
-    }
-    return false;
+    return std::ranges::any_of(componentsOf(component, I_CAL_ANY_COMPONENT),
+                               [](const Component& part) { return hasBadValue(part.get()); });
 }
 
 std::string propertyText(ICalComponent* event, const std::vector<ICalPropertyKind>& kinds) {
     std::string text;
-    for (const ICalPropertyKind kind : kinds) {
-        auto property = own(i_cal_component_get_first_property(event, kind));
-        while (property) {
+    for (const ICalPropertyKind kind : kinds)
+        for (const auto& property : propertiesOf(event, kind))
             text += take(i_cal_property_as_ical_string(property.get()));
-            property = own(i_cal_component_get_next_property(event, kind));
-        }
-    }
     return text;
 }
 
@@ -94,9 +81,8 @@ void Folder::read(File& file, std::string text) {
     file.zones.reset(e_cal_client_tzlookup_icalcomp_data_new(file.calendar.get()));
     if (hasBadValue(file.calendar.get())) file.problem = "it has a value that cannot be understood";
     std::set<std::string> ids;
-    auto event =
-        own(i_cal_component_get_first_component(file.calendar.get(), I_CAL_VEVENT_COMPONENT));
-    while (event) {
+    file.events = componentsOf(file.calendar.get(), I_CAL_VEVENT_COMPONENT);
+    for (const Component& event : file.events) {
         const auto start = own(i_cal_component_get_dtstart(event.get()));
         if (uidOf(event.get()).empty()) file.problem = "it has an event without a UID";
         if (!start || i_cal_time_is_null_time(start.get()))
@@ -108,9 +94,6 @@ void Folder::read(File& file, std::string text) {
             file.problem = "it holds more than one event";
         else
             file.series.master = share(event.get());
-        file.events.push_back(std::move(event));
-        event =
-            own(i_cal_component_get_next_component(file.calendar.get(), I_CAL_VEVENT_COMPONENT));
     }
     if (ids.size() > 1) file.problem = "it holds more than one event";
     if (file.events.size() != file.text->events().size() && file.problem.empty())
@@ -193,10 +176,9 @@ SaveResult Folder::saveOne(const CalendarEvent& event) {
     if (found == all.end()) return noSuchEvent;
     if (hasAlarms(found->component, event.alarms)) return std::nullopt;
     if (linux::identityOf(path + "/" + event.calendar) != file.identity) return changedMeanwhile;
-    const bool whole = found->detached || !isRecurring(found->component) ||
-                       isFirst(found->component, *found, zonesOf(file));
-    auto error = whole ? saveAll(event.calendar, file, found->component, event)
-                       : saveHalf(event.calendar, file, *found, event);
+    auto error = isWhole(*found, zonesOf(file))
+                     ? saveAll(event.calendar, file, found->component, event)
+                     : saveHalf(event.calendar, file, *found, event);
     if (error) return error;
     const std::time_t start = found->start;
     const bool recurring = !found->detached;
@@ -224,7 +206,7 @@ SaveResult Folder::saveAll(const std::string& name, const File& file, ICalCompon
 SaveResult Folder::saveHalf(const std::string& name, const File& file, const Occurrence& occurrence,
                             const CalendarEvent& wanted) {
     const Halves halves = cutAt(file.series, occurrence, zonesOf(file));
-    if (!halves.after) return "the event cannot be cut in two";
+    if (!halves.after) return cannotBeCut;
     setAlarms(halves.after.get(), wanted.alarms);
     const std::string uid = propertyText(halves.after.get(), {I_CAL_UID_PROPERTY});
 

@@ -1,16 +1,13 @@
 #pragma once
 
 #include "platform/calendar/Backend.h"
+#include "platform/calendar/Events.h"
 #include "platform/calendar/IcsText.h"
-#include "platform/calendar/Occurrences.h"
 #include "platform/linux/files/AtomicFile.h"
 
-#include <functional>
 #include <map>
 
 namespace platform::calendar {
-
-using Now = std::function<std::time_t()>;
 
 /// A folder with one event a file. A file is only read again when it has changed, and is replaced
 /// as a whole. One that makes no sense is left as it is and named in the remarks.

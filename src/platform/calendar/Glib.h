@@ -9,6 +9,8 @@
 
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 // Owners for what GLib hands out.
 
@@ -33,6 +35,22 @@ Ref<T> share(T* object) {
 }
 inline Component copyOf(ICalComponent* component) {
     return own(i_cal_component_clone(component));
+}
+
+/// As they are now: each may be taken out while the list is walked.
+inline std::vector<Component> componentsOf(ICalComponent* whole, ICalComponentKind kind) {
+    std::vector<Component> parts;
+    for (auto part = own(i_cal_component_get_first_component(whole, kind)); part;
+         part = own(i_cal_component_get_next_component(whole, kind)))
+        parts.push_back(std::move(part));
+    return parts;
+}
+inline std::vector<Ref<ICalProperty>> propertiesOf(ICalComponent* whole, ICalPropertyKind kind) {
+    std::vector<Ref<ICalProperty>> properties;
+    for (auto one = own(i_cal_component_get_first_property(whole, kind)); one;
+         one = own(i_cal_component_get_next_property(whole, kind)))
+        properties.push_back(std::move(one));
+    return properties;
 }
 
 /// Frees the text.

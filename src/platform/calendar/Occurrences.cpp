@@ -25,6 +25,12 @@ std::time_t secondsOf(ICalTime* time, ICalTimezone* zone) {
     return i_cal_time_as_timet_with_zone(time, zone);
 }
 
+/// Of an instance that the library has generated.
+std::time_t instanceSeconds(ICalTime* time, const Zones& zones) {
+    ICalTimezone* const zone = i_cal_time_get_timezone(time);
+    return secondsOf(time, zone == nullptr ? zones.local : zone);
+}
+
 /// The time of a property that the event has once, and what was read of it.
 struct Moment {
     Ref<ICalTime> time;
@@ -64,14 +70,10 @@ struct Collector {
 gboolean collect(ICalComponent*, ICalTime* start, ICalTime* end, gpointer data, GCancellable*,
                  GError**) {
     auto& into = *static_cast<Collector*>(data);
-    const auto secondsFrom = [&into](ICalTime* time) {
-        ICalTimezone* const zone = i_cal_time_get_timezone(time);
-        return secondsOf(time, zone == nullptr ? into.zones.local : zone);
-    };
     Occurrence made{.component = into.component,
-                    .start = secondsFrom(start),
-                    .end = std::max(secondsFrom(start), secondsFrom(end)),
+                    .start = instanceSeconds(start, into.zones),
                     .when = own(i_cal_time_clone(start))};
+    made.end = std::max(made.start, instanceSeconds(end, into.zones));
     if (!lies(made.start, made.end, into.from, into.to) || into.replaced.contains(made.start))
         return TRUE;
     if (isRecurring(into.component)) made.id = take(i_cal_time_as_ical_string(start));
@@ -153,7 +155,9 @@ std::vector<Occurrence> occurrencesBetween(const Series& series, const Zones& zo
     return found;
 }
 
-bool isFirst(ICalComponent* master, const Occurrence& occurrence, const Zones& zones) {
+bool isWhole(const Occurrence& occurrence, const Zones& zones) {
+    ICalComponent* const master = occurrence.component;
+    if (occurrence.detached || !isRecurring(master)) return true;
     const auto start = startOf(master, zones);
     if (!start.time || occurrence.start <= start.seconds) return true;
     struct Earlier {
@@ -164,8 +168,7 @@ bool isFirst(ICalComponent* master, const Occurrence& occurrence, const Zones& z
     const auto look = [](ICalComponent*, ICalTime* begin, ICalTime*, gpointer data, GCancellable*,
                          GError**) -> gboolean {
         auto& into = *static_cast<Earlier*>(data);
-        ICalTimezone* const zone = i_cal_time_get_timezone(begin);
-        into.found = secondsOf(begin, zone == nullptr ? into.zones.local : zone) < into.limit;
+        into.found = instanceSeconds(begin, into.zones) < into.limit;
         return FALSE;
     };
     const auto begin = utc(start.seconds - 1);

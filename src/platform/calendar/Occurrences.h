@@ -45,8 +45,8 @@ bool isDetached(ICalComponent* event);
 std::vector<Occurrence> occurrencesBetween(const Series& series, const Zones& zones,
                                            std::time_t from, std::time_t to);
 
-/// Whether nothing of the series comes before.
-bool isFirst(ICalComponent* master, const Occurrence& occurrence, const Zones& zones);
+/// Whether to change it and what follows is to change its whole component: nothing comes before.
+bool isWhole(const Occurrence& occurrence, const Zones& zones);
 
 struct Halves {
     Component before; ///< what ends ahead of the occurrence, under the old UID

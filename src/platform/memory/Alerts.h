@@ -22,7 +22,7 @@ class Alerts final : public platform::Alerts {
     void setWhileOpen(std::function<void(const Alert&)> happens) { whileOpen = std::move(happens); }
 
     int runModal(const Alert& alert) override {
-        const int code = answers.empty() ? 1 : answers.front();
+        const int code = answers.empty() ? defaultButton : answers.front();
         if (!answers.empty()) answers.pop_front();
         effects.emit("alert", Member{"message", alert.message},
                      Member{"informative", alert.informative}, Member{"buttons", alert.buttons},

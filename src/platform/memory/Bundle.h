@@ -16,7 +16,7 @@ class Bundle final : public platform::Bundle {
 
     int integer(std::string_view key) const override;
     std::string_view string(std::string_view key) const override;
-    std::string path() const override { return "/memory/" + std::string(string(nameKey)) + ".app"; }
+    std::string path() const override { return "/memory/" + displayName() + ".app"; }
     std::string localizedString(std::string_view key) const override;
 
     void set(std::string_view key, Value value);
@@ -27,8 +27,6 @@ class Bundle final : public platform::Bundle {
     void setStrings(LookUp newLookUp) { lookUp = std::move(newLookUp); }
 
   private:
-    static constexpr std::string_view nameKey = "CFBundleDisplayName";
-
     const Value* object(std::string_view key) const;
 
     Dictionary info;

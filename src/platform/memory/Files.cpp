@@ -15,7 +15,7 @@ std::string folderOf(const std::string& path) {
 bool Files::exists(const std::string& path) const {
     if (files.contains(path) || folders.contains(path)) return true;
     if (!folder || !settings.isSaved()) return false;
-    return path == *folder + "/" + std::string(bundle.string("CFBundleIdentifier")) + ".plist";
+    return path == *folder + "/" + bundle.identifier() + ".plist";
 }
 
 bool Files::makeFolder(const std::string& path) {

@@ -1,6 +1,7 @@
 // Starts one product when the user logs in. The desktop runs it from the user's autostart entry. It
 // goes when the product tells it to, or when there is no product that could.
 
+#include "app/LoginHelper.h"
 #include "platform/linux/files/Installation.h"
 #include "platform/linux/files/ProductBundle.h"
 #include "platform/linux/system/SystemLog.h"
@@ -51,13 +52,14 @@ bool listen(Session& session, const std::string& mainIdentifier, SystemLog& log)
     session.applications.onSessionEnd([] { QCoreApplication::exit(0); });
     return session.notifications.listen(
         [mainIdentifier](const std::string& name, const std::string& object) {
-            if (name == "TERMINATEHELPER" && object == mainIdentifier) QCoreApplication::exit(0);
+            if (name == palisor::loginHelper::terminate && object == mainIdentifier)
+                QCoreApplication::exit(0);
         });
 }
 
 int run(const ProductBundle& bundle, SystemLog& log) {
     const std::string mainIdentifier(bundle.string("CFBundleIdentifier"));
-    Session session(mainIdentifier + "Helper", log);
+    Session session(mainIdentifier + std::string(palisor::loginHelper::identifierEnding), log);
     if (!session.instance.claim()) return 0;
     // Started a second time the product would show its menu, which nobody asked for at login.
     if (std::ranges::count(session.applications.others(), mainIdentifier) > 0) return 0;

@@ -69,7 +69,8 @@ Keys literalsIn(const std::string& source) {
 /// The literals in the argument that names the text, one or two where a condition chooses.
 Keys askedFor(const std::string& source) {
     Keys found;
-    const std::regex call(R"re(\b(?:localizedString|localizedItem)\(([^,;]*?"[^,;]*?)[,;)])re");
+    const std::regex call(
+        R"re(\b(?:localizedString|localizedItem|switchItem)\(([^,;]*?"[^,;]*?)[,;)])re");
     for (std::sregex_iterator at(source.begin(), source.end(), call), end; at != end; ++at)
         found.merge(literalsIn((*at)[1]));
     return found;

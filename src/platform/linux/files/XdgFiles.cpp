@@ -3,6 +3,7 @@
 #include "platform/linux/files/AtomicFile.h"
 #include "platform/linux/files/FileHandle.h"
 
+#include <QFileInfo>
 #include <QStandardPaths>
 #include <cerrno>
 #include <cstdlib>
@@ -16,8 +17,7 @@ namespace {
 
 /// As the user's file of folders has it, or by its usual name.
 std::optional<std::string> userFolder(QStandardPaths::StandardLocation which) {
-    const char* home = std::getenv("HOME");
-    if (home == nullptr || home[0] == '\0') return std::nullopt;
+    if (qEnvironmentVariableIsEmpty("HOME")) return std::nullopt;
     return QStandardPaths::writableLocation(which).toStdString();
 }
 
@@ -26,9 +26,8 @@ std::optional<std::string> userFolder(QStandardPaths::StandardLocation which) {
 std::optional<std::string> configurationFolder() {
     const char* folder = std::getenv("XDG_CONFIG_HOME");
     if (folder != nullptr && folder[0] == '/') return folder;
-    const char* home = std::getenv("HOME");
-    if (home == nullptr || home[0] == '\0') return std::nullopt;
-    return std::string(home) + "/.config";
+    if (qEnvironmentVariableIsEmpty("HOME")) return std::nullopt;
+    return qgetenv("HOME").toStdString() + "/.config";
 }
 
 std::optional<std::string> XdgFiles::preferencesFolder() const {
@@ -36,8 +35,7 @@ std::optional<std::string> XdgFiles::preferencesFolder() const {
 }
 
 bool XdgFiles::exists(const std::string& path) const {
-    struct stat status {};
-    return ::stat(path.c_str(), &status) == 0;
+    return QFileInfo::exists(QString::fromStdString(path));
 }
 
 std::optional<std::string> XdgFiles::documentsFolder() const {
@@ -53,8 +51,7 @@ std::optional<std::string> XdgFiles::desktopFolder() const {
 }
 
 bool XdgFiles::makeFolder(const std::string& path) {
-    struct stat status {};
-    return makeFolders(path) == 0 && ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+    return makeFolders(path) == 0 && QFileInfo(QString::fromStdString(path)).isDir();
 }
 
 bool XdgFiles::write(const std::string& path, std::string_view bytes) {

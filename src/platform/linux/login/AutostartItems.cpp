@@ -2,12 +2,11 @@
 
 #include "platform/linux/files/AtomicFile.h"
 
+#include <QStandardPaths>
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <string_view>
@@ -57,26 +56,11 @@ std::string checksum(const DesktopEntry& entry) {
     for (const std::string& line : lines)
         for (const char letter : line + '\n')
             sum = (sum ^ static_cast<unsigned char>(letter)) * 0x100000001b3;
-    std::array<char, 17> digits{};
-    (void)std::snprintf(digits.data(), digits.size(), "%016llx",
-                        static_cast<unsigned long long>(sum));
-    return digits.data();
+    return QString("%1").arg(qulonglong{sum}, 16, 16, QChar('0')).toStdString();
 }
 
 bool isAsWritten(const DesktopEntry& entry) {
     return entry.raw(checksumKey) == checksum(entry);
-}
-
-std::optional<std::string> inSearchPath(const std::string& command) {
-    const char* variable = std::getenv("PATH");
-    std::string_view rest = variable == nullptr ? "" : variable;
-    while (!rest.empty()) {
-        const auto end = rest.find(':');
-        const std::string path = std::string(rest.substr(0, end)) + "/" + command;
-        if (path.starts_with('/') && ::access(path.c_str(), X_OK) == 0) return path;
-        rest = end == std::string_view::npos ? std::string_view{} : rest.substr(end + 1);
-    }
-    return std::nullopt;
 }
 
 // GLib looks for the program before it makes one % of two, so a path with one is found only by
@@ -99,7 +83,8 @@ std::optional<std::string> executableOf(const DesktopEntry& entry) {
     const std::string& first = *program;
     if (first.starts_with('/')) return first;
     if (first.find('/') != std::string::npos) return std::nullopt;
-    return inSearchPath(first);
+    const QString found = QStandardPaths::findExecutable(QString::fromStdString(first));
+    return found.isEmpty() ? std::nullopt : std::optional(found.toStdString());
 }
 
 bool isInSessionList(const DesktopEntry& entry) {
@@ -222,16 +207,10 @@ void AutostartItems::disable(const std::string& file) {
 /// An empty text for a file that is not there; false, and logged, for one that cannot be read.
 bool AutostartItems::read(const std::string& file, std::string& text) const {
     FileRead found = readFile(pathOf(file));
-    switch (found.state) {
-    case FileRead::State::failed:
-        report(file, "reading", found.error);
+    const bool isForeign = found.state == FileRead::State::foreign;
+    if (isForeign || found.state == FileRead::State::failed) {
+        report(file, "reading", isForeign ? EINVAL : found.error);
         return false;
-    case FileRead::State::foreign:
-        report(file, "reading", EINVAL);
-        return false;
-    case FileRead::State::absent:
-    case FileRead::State::read:
-        break;
     }
     text = std::move(found.text);
     return true;

@@ -1,5 +1,7 @@
 #include "platform/linux/login/DesktopEntry.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace platform::linux {
@@ -30,29 +32,19 @@ bool isGroup(std::string_view line) {
     return line.starts_with('[');
 }
 
+// A letter, and what stands for it behind a backslash.
+constexpr std::pair<char, char> escapes[] = {
+    {'\\', '\\'}, {'\n', 'n'}, {'\t', 't'}, {'\r', 'r'}, {' ', 's'}};
+
 // A reader trims a blank at either end, so the first one is escaped; the last one cannot be kept.
 std::string escaped(std::string_view value) {
     std::string result;
     for (const char letter : value) {
-        switch (letter) {
-        case '\\':
-            result += "\\\\";
-            break;
-        case '\n':
-            result += "\\n";
-            break;
-        case '\t':
-            result += "\\t";
-            break;
-        case '\r':
-            result += "\\r";
-            break;
-        case ' ':
-            result += result.empty() ? "\\s" : " ";
-            break;
-        default:
+        const auto* escape = std::ranges::find(escapes, letter, &std::pair<char, char>::first);
+        if (escape == std::end(escapes) || (letter == ' ' && !result.empty()))
             result += letter;
-        }
+        else
+            result += {'\\', escape->second};
     }
     return result;
 }
@@ -64,25 +56,12 @@ std::string unescaped(std::string_view value) {
             result += value[index];
             continue;
         }
-        switch (const char letter = value[++index]) {
-        case 's':
-            result += ' ';
-            break;
-        case 'n':
-            result += '\n';
-            break;
-        case 't':
-            result += '\t';
-            break;
-        case 'r':
-            result += '\r';
-            break;
-        case '\\':
-            result += '\\';
-            break;
-        default:
+        const char letter = value[++index];
+        const auto* escape = std::ranges::find(escapes, letter, &std::pair<char, char>::second);
+        if (escape == std::end(escapes))
             result += {'\\', letter};
-        }
+        else
+            result += escape->first;
     }
     return result;
 }
@@ -98,11 +77,6 @@ std::string quoted(std::string_view argument) {
         result += letter;
     }
     return plain ? result : '"' + result + '"';
-}
-
-/// "%%" stands for one; other codes are for files and icons, which nothing is started with here.
-void appendCode(std::string& argument, char code) {
-    if (code == '%') argument += '%';
 }
 
 } // namespace
@@ -221,7 +195,9 @@ std::optional<std::vector<std::string>> execArguments(std::string_view value) {
             argument += value[++index];
             open = true;
         } else if (letter == '%' && !isLast) {
-            appendCode(argument, value[++index]);
+            // "%%" stands for one; other codes are for files and icons, which nothing is started
+            // with here.
+            if (value[++index] == '%') argument += '%';
             open = open || !argument.empty();
         } else {
             argument += letter;

@@ -1,10 +1,9 @@
 #include "platform/linux/system/CanberraSounds.h"
 
+#include <QByteArray>
 #include <algorithm>
-#include <array>
 #include <canberra.h>
 #include <cmath>
-#include <cstdio>
 #include <filesystem>
 
 namespace platform::linux {
@@ -14,12 +13,8 @@ namespace {
 std::string decibels(double volume) {
     // The library counts in decibels; -100 cannot be heard.
     const double level = volume <= 0 ? -100 : 20 * std::log10(std::min(volume, 1.0));
-    std::array<char, 32> text{};
-    const int tenths = static_cast<int>(std::lround(std::max(level, -100.0) * 10));
     // Written without the locale's decimal comma.
-    std::snprintf(text.data(), text.size(), "%s%d.%d", tenths < 0 ? "-" : "", std::abs(tenths) / 10,
-                  std::abs(tenths) % 10);
-    return text.data();
+    return QByteArray::number(std::max(level, -100.0), 'f', 1).toStdString();
 }
 
 } // namespace

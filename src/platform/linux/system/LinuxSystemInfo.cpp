@@ -4,8 +4,8 @@
 #include "platform/linux/system/MachineIdentity.h"
 #include "platform/linux/system/SessionLanguage.h"
 
-#include <array>
-#include <charconv>
+#include <QVersionNumber>
+#include <algorithm>
 #include <ctime>
 #include <string_view>
 #include <sys/utsname.h>
@@ -26,21 +26,10 @@ std::string firstLine(std::string text) {
 } // namespace
 
 std::optional<Version> leadingVersion(std::string_view text) {
-    std::array<int, 3> parts{};
-    const char* at = text.data();
-    const char* const end = at + text.size();
-    for (std::size_t part = 0; part < parts.size(); ++part) {
-        int number = 0;
-        const auto [next, error] = std::from_chars(at, end, number);
-        if (error != std::errc{} || number < 0) {
-            if (part == 0) return std::nullopt;
-            break;
-        }
-        parts[part] = number;
-        if (next == end || *next != '.') break;
-        at = next + 1;
-    }
-    return Version{parts[0], parts[1], parts[2]};
+    const auto version = QVersionNumber::fromString(
+        QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size())));
+    if (version.isNull()) return std::nullopt;
+    return Version{version.majorVersion(), version.minorVersion(), version.microVersion()};
 }
 
 LinuxSystemInfo::LinuxSystemInfo(std::string applicationIdentifier, std::string rootFolder)

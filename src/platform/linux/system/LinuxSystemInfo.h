@@ -11,8 +11,8 @@ class LinuxSystemInfo final : public SystemInfo {
     /// before the paths of the system's files, for tests.
     explicit LinuxSystemInfo(std::string applicationIdentifier, std::string root = {});
 
-    /// The generation that has the global event monitor; there is no older mechanism here.
-    Version servicesVersion() const override { return {10, 14, 0}; }
+    /// There is no older mechanism here.
+    Version servicesVersion() const override { return firstWithGlobalMonitor; }
 
     /// The kernel's: every distribution has one, and numbers it in three parts.
     std::optional<Version> systemVersion() const override;

@@ -1,5 +1,6 @@
 #include "platform/linux/system/SessionLanguage.h"
 
+#include <QByteArrayList>
 #include <cstdlib>
 #include <initializer_list>
 #include <utility>
@@ -29,12 +30,9 @@ std::vector<std::string> sessionLanguages() {
     const auto own = bareCode(firstSet({"LC_ALL", "LC_MESSAGES", "LANG"}));
     if (own == "C" || own == "POSIX" || own.empty()) return {"en"};
     std::vector<std::string> languages;
-    for (auto list = variable("LANGUAGE"); !list.empty();) {
-        const auto code = bareCode(list.substr(0, list.find(':')));
-        if (!code.empty()) languages.emplace_back(code);
-        const auto next = list.find(':');
-        list = next == std::string_view::npos ? std::string_view{} : list.substr(next + 1);
-    }
+    for (const QByteArray& each : qgetenv("LANGUAGE").split(':'))
+        if (const auto code = bareCode(each.constData()); !code.empty())
+            languages.emplace_back(code);
     languages.emplace_back(own);
     return languages;
 }

@@ -2,6 +2,7 @@
 
 #include "platform/Alerts.h"
 #include "platform/qt/loop/QtRunLoop.h"
+#include "platform/qt/pictures/Pictures.h"
 
 #include <functional>
 #include <string>
@@ -17,14 +18,14 @@ class QtAlerts final : public Alerts {
     /// Makes the control that an alert names, as a child of the parent; null for an unknown one.
     using MakeAccessory = std::function<QWidget*(const std::string& name, QWidget* parent)>;
 
-    /// `windowTitle` is that of every alert. `iconFile` is read at each one and need not exist.
-    /// Without `accessories` no alert has a control.
-    QtAlerts(QtRunLoop& loop, QtApplication& session, std::string windowTitle, std::string iconFile,
-             MakeAccessory accessories = {})
+    /// Every alert has that window title, and the picture named `icon`.
+    QtAlerts(QtRunLoop& loop, QtApplication& session, std::string windowTitle,
+             const Pictures& shown, std::string icon, MakeAccessory accessories)
         : runLoop(loop),
           application(session),
           title(std::move(windowTitle)),
-          iconPath(std::move(iconFile)),
+          pictures(shown),
+          iconName(std::move(icon)),
           makeAccessory(std::move(accessories)) {}
 
     int runModal(const Alert& alert) override;
@@ -33,7 +34,8 @@ class QtAlerts final : public Alerts {
     QtRunLoop& runLoop;
     QtApplication& application;
     std::string title;
-    std::string iconPath;
+    const Pictures& pictures;
+    std::string iconName;
     MakeAccessory makeAccessory;
 };
 

@@ -4,8 +4,8 @@
 
 #include <QApplication>
 #include <QLabel>
-#include <QMouseEvent>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -22,9 +22,7 @@ constexpr std::array<std::uint16_t, 20> functionKeys = {
     122, 120, 99, 118, 96, 97, 98, 100, 101, 109, 103, 111, 105, 107, 113, 106, 64, 79, 80, 90};
 
 bool isFunctionKey(std::uint16_t keyCode) {
-    for (const std::uint16_t key : functionKeys)
-        if (key == keyCode) return true;
-    return false;
+    return std::ranges::find(functionKeys, keyCode) != functionKeys.end();
 }
 
 } // namespace

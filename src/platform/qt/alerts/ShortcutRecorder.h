@@ -4,6 +4,7 @@
 #include "platform/Settings.h"
 
 #include <QWidget>
+#include <functional>
 #include <optional>
 #include <string>
 

@@ -7,9 +7,6 @@
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QCursor>
-#include <QFile>
-#include <QFontMetrics>
-#include <QIcon>
 #include <QKeyEvent>
 #include <QPushButton>
 #include <QScreen>
@@ -55,10 +52,10 @@ void fitInto(QAbstractButton& button, int width) {
 
 } // namespace
 
-InfoPanel::InfoPanel(std::string imagesFolder, const std::string& icon, Heard hearer)
-    : folder(std::move(imagesFolder)), heard(std::move(hearer)) {
+InfoPanel::InfoPanel(const Pictures& shown, const QIcon& icon, Heard hearer)
+    : pictures(shown), heard(std::move(hearer)) {
     setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint);
-    if (const QString file = text(icon); QFile::exists(file)) setWindowIcon(QIcon(file));
+    setWindowIcon(icon);
     setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setFocusPolicy(Qt::NoFocus);
@@ -82,20 +79,18 @@ void InfoPanel::setViews(const std::vector<InfoView>& views, QSize size) {
 }
 
 QWidget* InfoPanel::make(const InfoButton& view) {
-    if (!view.image.empty()) return makePicture(view);
-    auto* button = new QPushButton(text(view.title), widget());
-    button->setAutoDefault(true); // Enter presses the one that has the focus
-    button->setDefault(view.closes);
-    if (view.closes) closing = button;
-    connect(button, &QPushButton::clicked, this, [this, view] { heard.pressed(view); });
-    return button;
-}
-
-QWidget* InfoPanel::makePicture(const InfoButton& view) {
-    auto* button =
-        new PictureButton(text(folder + "/" + view.image + ".svg"), text(view.image), widget());
-    connect(button, &PictureButton::clicked, this, [this, view] { heard.pressed(view); });
-    return button;
+    QAbstractButton* made = nullptr;
+    if (view.image.empty()) {
+        auto* button = new QPushButton(text(view.title), widget());
+        button->setAutoDefault(true); // Enter presses the one that has the focus
+        button->setDefault(view.closes);
+        if (view.closes) closing = button;
+        made = button;
+    } else {
+        made = new PictureButton(pictures, view.image, widget());
+    }
+    connect(made, &QAbstractButton::clicked, this, [this, view] { heard.pressed(view); });
+    return made;
 }
 
 QWidget* InfoPanel::make(const InfoCheckBox& view) {

@@ -11,6 +11,8 @@ class QAbstractButton;
 
 namespace platform::qt {
 
+class Pictures;
+
 /// The window itself, an ordinary one of the desktop. Its contents are as high as they were laid
 /// out; where the screen is lower it scrolls.
 class InfoPanel final : public QScrollArea {
@@ -22,8 +24,8 @@ class InfoPanel final : public QScrollArea {
         std::function<void(const InfoText&, const std::string& link)> link;
     };
 
-    /// Images are "<name>.svg" in the folder. `icon` need not exist.
-    InfoPanel(std::string imagesFolder, const std::string& icon, Heard heard);
+    /// The pictures must outlive the object; `icon` is that of the title bar.
+    InfoPanel(const Pictures& pictures, const QIcon& icon, Heard heard);
 
     void setViews(const std::vector<InfoView>& views, QSize size);
 
@@ -42,9 +44,8 @@ class InfoPanel final : public QScrollArea {
     QWidget* make(const InfoButton& view);
     QWidget* make(const InfoCheckBox& view);
     QWidget* make(const InfoText& view);
-    QWidget* makePicture(const InfoButton& view);
 
-    std::string folder;
+    const Pictures& pictures;
     Heard heard;
     QSize contents;
     QAbstractButton* closing = nullptr;

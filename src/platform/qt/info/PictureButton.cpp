@@ -1,6 +1,5 @@
 #include "platform/qt/info/PictureButton.h"
 
-#include <QFileInfo>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QStyle>
@@ -14,11 +13,9 @@ constexpr double pressedOpacity = 0.7;
 
 } // namespace
 
-PictureButton::PictureButton(const QString& file, const QString& name, QWidget* parent)
-    : QAbstractButton(parent) {
-    // The renderer would write about a missing file itself.
-    if (QFileInfo::exists(file)) renderer.load(file);
-    setAccessibleName(name);
+PictureButton::PictureButton(const Pictures& shown, std::string called, QWidget* parent)
+    : QAbstractButton(parent), pictures(shown), name(std::move(called)) {
+    setAccessibleName(QString::fromStdString(name));
     setFocusPolicy(Qt::TabFocus);
     setCursor(Qt::PointingHandCursor);
 }
@@ -26,7 +23,7 @@ PictureButton::PictureButton(const QString& file, const QString& name, QWidget* 
 void PictureButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setOpacity(isDown() ? pressedOpacity : 1);
-    if (renderer.isValid()) renderer.render(&painter, QRectF(rect()));
+    pictures.paint(painter, name, rect());
     if (!hasFocus()) return;
     QStyleOptionFocusRect option;
     option.initFrom(this);

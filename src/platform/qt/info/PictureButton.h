@@ -1,24 +1,26 @@
 #pragma once
 
+#include "platform/qt/pictures/Pictures.h"
+
 #include <QAbstractButton>
-#include <QSvgRenderer>
 
 namespace platform::qt {
 
 /// A picture that can be clicked, sharp at every scale, without a frame.
 class PictureButton final : public QAbstractButton {
   public:
-    /// `file` is an SVG; without a valid one nothing is drawn.
-    PictureButton(const QString& file, const QString& name, QWidget* parent);
+    /// The pictures must outlive the object.
+    PictureButton(const Pictures& pictures, std::string name, QWidget* parent);
 
-    QSize sizeHint() const override { return renderer.defaultSize(); }
+    QSize sizeHint() const override { return pictures.naturalSize(name); }
 
   protected:
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
   private:
-    QSvgRenderer renderer;
+    const Pictures& pictures;
+    std::string name;
 };
 
 } // namespace platform::qt

@@ -3,10 +3,8 @@
 #include "platform/qt/info/InfoPanel.h"
 #include "platform/qt/info/LinkLabel.h"
 
-#include <QFileInfo>
 #include <QGuiApplication>
 #include <QScreen>
-#include <QSvgRenderer>
 #include <cmath>
 #include <utility>
 
@@ -87,17 +85,10 @@ class QtInfoWindow final : public InfoWindow {
 
 } // namespace
 
-QtInfoWindows::QtInfoWindows(std::string imagesFolder, std::string iconFile,
-                             std::function<void(const std::string& url)> opener, Log& writer)
-    : folder(std::move(imagesFolder)),
-      icon(std::move(iconFile)),
-      openURL(std::move(opener)),
-      log(writer) {}
-
 std::unique_ptr<InfoWindow> QtInfoWindows::create(InfoTarget& target) {
     return std::make_unique<QtInfoWindow>([this, &target] {
         return std::make_unique<InfoPanel>(
-            folder, icon,
+            pictures, pictures.windowIcon(iconName),
             InfoPanel::Heard{
                 .pressed = [&target](const InfoButton& button) { target.pressed(button); },
                 .clicked = [&target](CheckBox& box) { target.clicked(box); },
@@ -114,15 +105,8 @@ double QtInfoWindows::textHeight(const std::string& text, double width, double f
 }
 
 Size QtInfoWindows::imageSize(const std::string& name) const {
-    const std::string path = folder + "/" + name + ".svg";
-    // The renderer would write about a missing file itself.
-    if (const QString file = QString::fromStdString(path); QFileInfo::exists(file)) {
-        const QSvgRenderer renderer(file);
-        const QSizeF size = renderer.defaultSize();
-        if (renderer.isValid()) return {size.width(), size.height()};
-    }
-    if (told.insert(name).second) log.write("cannot read the image " + path);
-    return {};
+    const QSizeF size = pictures.naturalSize(name);
+    return {size.width(), size.height()};
 }
 
 } // namespace platform::qt

@@ -5,7 +5,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPainter>
-#include <QStyleOptionFocusRect>
+#include <QStyle>
 
 namespace platform::qt {
 

@@ -3,7 +3,7 @@
 #include "platform/qt/menu/BoundsPanel.h"
 #include "platform/qt/menu/MenuStyle.h"
 #include "platform/qt/menu/SliderPanel.h"
-#include "platform/qt/pictures/MenuIcons.h"
+#include "platform/qt/pictures/Pictures.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -65,7 +65,7 @@ void MenuPopup::addEntry(const MenuItem& item, const std::vector<std::size_t>& p
     action.setEnabled(!item.greyed());
     if (!item.toolTip.empty()) action.setToolTip(QString::fromStdString(item.toolTip));
     if (!item.image.empty() && listener->icons != nullptr) {
-        action.setIcon(listener->icons->icon(item.image, item.imageIsTemplate));
+        action.setIcon(listener->icons->menuIcon(item.image, item.imageIsTemplate));
         action.setIconVisibleInMenu(true);
     }
     if (!item.action.empty()) listenTo(action, identify(item, path));

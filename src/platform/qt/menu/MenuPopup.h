@@ -11,7 +11,7 @@
 
 namespace platform::qt {
 
-class MenuIcons;
+class Pictures;
 class MenuPanel;
 class SliderPanel;
 
@@ -23,7 +23,7 @@ class MenuPopup final : public QMenu {
   public:
     /// Hears from inside `run`.
     struct Listener {
-        MenuIcons* icons = nullptr; ///< the pictures of entries; null for none
+        const Pictures* icons = nullptr; ///< the pictures of entries; null for none
         std::function<void(const MenuEntryId& entry, double value, EventType how)> moved;
         std::function<void(CheckBox& box)> clicked;
     };

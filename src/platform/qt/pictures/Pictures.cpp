@@ -1,52 +1,134 @@
 #include "platform/qt/pictures/Pictures.h"
 
-#include <QFileInfo>
-#include <QImage>
+#include <QApplication>
 #include <QPainter>
+#include <QPalette>
 #include <QSvgRenderer>
 #include <algorithm>
+#include <filesystem>
 
 namespace platform::qt {
 
 namespace {
 
-class SvgPicture final : public Picture {
-  public:
-    SvgPicture(const QString& path, int widthWanted, int heightWanted)
-        : renderer(path), width(widthWanted), height(heightWanted) {
-        renderer.setAspectRatioMode(Qt::IgnoreAspectRatio);
-    }
+constexpr int windowIconSizes[] = {16, 32, 64, 128};
+constexpr int menuIconSizes[] = {16, 24, 32, 48}; // the toolkit enlarges none at up to three times
 
-    bool isValid() const { return renderer.isValid() && width > 0 && height > 0; }
+class Stretched final : public Picture {
+  public:
+    Stretched(const Pictures& owner, std::string called, QSize pixels)
+        : pictures(owner), name(std::move(called)), size(pixels) {}
 
     void draw(int firstRow, std::span<std::uint32_t> pixels) override {
-        std::fill(pixels.begin(), pixels.end(), 0u);
+        std::ranges::fill(pixels, 0u);
+        const int width = size.width();
         const int rows = static_cast<int>(pixels.size()) / width;
         QImage strip(reinterpret_cast<uchar*>(pixels.data()), width, rows, qsizetype{4} * width,
                      QImage::Format_ARGB32_Premultiplied);
         QPainter painter(&strip);
-        renderer.render(&painter, QRectF(0, -firstRow, width, height));
+        pictures.paint(painter, name, QRectF(QPointF(0, -firstRow), size));
     }
 
   private:
-    QSvgRenderer renderer;
-    int width, height;
+    const Pictures& pictures;
+    std::string name;
+    QSize size;
 };
 
 } // namespace
 
-Pictures::Pictures(std::string imageFolder, Log& writer)
-    : folder(std::move(imageFolder)), log(writer) {}
-
-std::unique_ptr<Picture> Pictures::picture(const std::string& name, int width, int height) {
-    const std::string path = folder + "/" + name + ".svg";
-    // The renderer would write about a missing file itself.
-    if (const QString file = QString::fromStdString(path); QFileInfo::exists(file)) {
-        auto made = std::make_unique<SvgPicture>(file, width, height);
-        if (made->isValid()) return made;
+Pictures::Pictures(const std::vector<std::string>& folders, Log& writer) : log(writer) {
+    for (const std::string& folder : folders) {
+        std::error_code none;
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(folder, none))
+            if (entry.path().extension() == ".svg")
+                paths.emplace(entry.path().stem().string(), entry.path().string());
     }
-    if (told.insert(name).second) log.write("cannot read the image " + path);
-    return nullptr;
+}
+
+Pictures::~Pictures() = default;
+
+QSvgRenderer* Pictures::renderer(std::string_view name) const {
+    if (const auto known = renderers.find(name); known != renderers.end())
+        return known->second.get();
+    auto& made = renderers.emplace(name, nullptr).first->second;
+    // The renderer would write about a missing file itself.
+    if (const auto path = paths.find(name); path != paths.end())
+        made = std::make_unique<QSvgRenderer>(QString::fromStdString(path->second));
+    if (made && !made->isValid()) made.reset();
+    if (!made && !name.empty()) log.write("cannot read the image " + std::string(name));
+    return made.get();
+}
+
+void Pictures::render(QPainter& painter, std::string_view name, const QRectF& area,
+                      Qt::AspectRatioMode mode) const {
+    QSvgRenderer* const svg = renderer(name);
+    if (svg == nullptr) return;
+    svg->setAspectRatioMode(mode);
+    svg->render(&painter, area);
+}
+
+QImage Pictures::drawn(std::string_view name, int size) const {
+    if (size <= 0 || renderer(name) == nullptr) return {};
+    QImage image(size, size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    render(painter, name, image.rect(), Qt::KeepAspectRatio);
+    return image;
+}
+
+QImage Pictures::tinted(std::string_view name, int size, const QColor& colour) const {
+    QImage image = drawn(name, size);
+    if (image.isNull()) return image;
+    QPainter painter(&image);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(image.rect(), colour);
+    return image;
+}
+
+void Pictures::paint(QPainter& painter, std::string_view name, const QRectF& area) const {
+    render(painter, name, area, Qt::IgnoreAspectRatio);
+}
+
+std::unique_ptr<Picture> Pictures::picture(const std::string& name, int width, int height) const {
+    const QSize size(width, height);
+    if (size.isEmpty() || renderer(name) == nullptr) return nullptr;
+    return std::make_unique<Stretched>(*this, name, size);
+}
+
+QSize Pictures::naturalSize(std::string_view name) const {
+    const QSvgRenderer* const svg = renderer(name);
+    return svg == nullptr ? QSize(0, 0) : svg->defaultSize();
+}
+
+QIcon Pictures::windowIcon(std::string_view name) const {
+    QIcon icon;
+    for (const int size : windowIconSizes)
+        icon.addPixmap(QPixmap::fromImage(drawn(name, size)));
+    return icon;
+}
+
+QIcon Pictures::menuIcon(const std::string& name, bool isTemplate) const {
+    const QPalette palette = QApplication::palette("QMenu");
+    if (palette.cacheKey() != paletteOfMenuIcons) menuIcons.clear();
+    paletteOfMenuIcons = palette.cacheKey();
+    const auto [place, isNew] = menuIcons.try_emplace({name, isTemplate});
+    QIcon& icon = place->second;
+    if (!isNew) return icon;
+    for (const int size : menuIconSizes) {
+        const auto add = [&](QIcon::Mode mode, QPalette::ColorGroup group, auto role) {
+            const QImage image = tinted(name, size, palette.color(group, role));
+            icon.addPixmap(QPixmap::fromImage(image), mode);
+        };
+        if (!isTemplate) {
+            icon.addPixmap(QPixmap::fromImage(drawn(name, size)));
+            continue;
+        }
+        add(QIcon::Normal, QPalette::Active, QPalette::Text);
+        add(QIcon::Active, QPalette::Active, QPalette::HighlightedText);
+        add(QIcon::Disabled, QPalette::Disabled, QPalette::Text);
+    }
+    return icon;
 }
 
 } // namespace platform::qt

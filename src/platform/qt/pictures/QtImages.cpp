@@ -28,8 +28,7 @@ QImage noLargerThan(const QImage& image, const QRectF& frame) {
     return image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
-} // namespace
-
+/// A copy.
 Image imageFrom(const QImage& image) {
     if (image.isNull()) return {};
     const QImage converted = image.convertToFormat(pixelFormat);
@@ -37,6 +36,8 @@ Image imageFrom(const QImage& image) {
     std::memcpy(copy.pixels.data(), converted.constBits(), copy.pixels.size() * 4);
     return copy;
 }
+
+} // namespace
 
 Image QtImages::load(const std::string& path) {
     QImageReader reader(QString::fromStdString(path));

@@ -2,8 +2,6 @@
 
 #include "platform/Images.h"
 
-class QImage;
-
 namespace platform::qt {
 
 /// The formats that the toolkit and its plugins read. No application object is needed.
@@ -12,8 +10,5 @@ class QtImages final : public Images {
     Image load(const std::string& path) override;
     Image drawn(const Image& source, const Drawing& drawing) override;
 };
-
-/// A copy of the toolkit's image.
-Image imageFrom(const QImage& image);
 
 } // namespace platform::qt

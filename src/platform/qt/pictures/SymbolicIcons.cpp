@@ -15,7 +15,7 @@ constexpr const char* ending = "-symbolic";
 } // namespace
 
 // All at once: hosts list the folder when they first see it, and maybe never again.
-SymbolicIcons::SymbolicIcons(const TemplateImages& images, const std::string& id) {
+SymbolicIcons::SymbolicIcons(const Pictures& images, const std::string& id) {
     const QString runtime = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
     if (runtime.isEmpty()) return;
     const fs::path folder = fs::path(runtime.toStdString()) / id / "icons";

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/qt/pictures/TemplateImages.h"
+#include "platform/qt/pictures/Pictures.h"
 
 #include <QList>
 #include <QString>
@@ -14,7 +14,7 @@ namespace platform::qt {
 class SymbolicIcons {
   public:
     /// `id` names the folder. One that cannot be made is empty.
-    SymbolicIcons(const TemplateImages& images, const std::string& id);
+    SymbolicIcons(const Pictures& images, const std::string& id);
 
     const QString& folder() const { return path; }
 

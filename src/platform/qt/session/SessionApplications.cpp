@@ -2,8 +2,6 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDBusReply>
-#include <QStringList>
 
 namespace platform::qt {
 
@@ -13,16 +11,19 @@ constexpr int answerMilliseconds = 1000;
 
 } // namespace
 
+QDBusReply<QStringList> namesOnBus(int milliseconds) {
+    return QDBusConnection::sessionBus().call(
+        QDBusMessage::createMethodCall("org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                       "org.freedesktop.DBus", "ListNames"),
+        QDBus::Block, milliseconds);
+}
+
 SessionApplications::SessionApplications(std::string name, Log& logger)
     : ownName(std::move(name)), log(logger) {}
 
 std::vector<std::string> SessionApplications::others() const {
-    const QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected()) return {};
-    const QDBusReply<QStringList> reply =
-        bus.call(QDBusMessage::createMethodCall("org.freedesktop.DBus", "/org/freedesktop/DBus",
-                                                "org.freedesktop.DBus", "ListNames"),
-                 QDBus::Block, answerMilliseconds);
+    if (!QDBusConnection::sessionBus().isConnected()) return {};
+    const auto reply = namesOnBus(answerMilliseconds);
     if (!reply.isValid()) {
         log.write("the session bus does not tell which programs run: " +
                   reply.error().message().toStdString());

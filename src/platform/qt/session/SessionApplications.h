@@ -2,13 +2,18 @@
 
 #include "platform/Log.h"
 
+#include <QDBusReply>
 #include <QDBusServiceWatcher>
 #include <QObject>
+#include <QStringList>
 #include <functional>
 #include <string>
 #include <vector>
 
 namespace platform::qt {
+
+/// Every name on the session's bus, which is given that time; an error where it does not tell.
+QDBusReply<QStringList> namesOnBus(int milliseconds);
 
 /// The programs of the session that have a name on its bus: an application's is its identifier.
 class SessionApplications final : public QObject {

@@ -1,5 +1,7 @@
 #include "platform/qt/session/SessionInhibitor.h"
 
+#include "platform/qt/session/SessionApplications.h"
+
 #include <QDBusConnection>
 #include <QDBusError>
 #include <QDBusPendingCallWatcher>
@@ -85,10 +87,10 @@ bool SessionInhibitor::keep(AssertionId id, const std::string& reason) {
         for (const Service& service : services)
             watcher.addWatchedService(service.name);
     }
-    const auto running = runningServices();
+    const QStringList running = namesOnBus(waitMilliseconds);
     bool any = false;
     for (const Service& service : services) {
-        if (!running.contains(service.name)) continue;
+        if (!running.contains(QLatin1String(service.name))) continue;
         ask(service, id);
         any = true;
     }
@@ -102,18 +104,6 @@ void SessionInhibitor::release(std::uint32_t id) {
         QDBusConnection::sessionBus().send(undoing(*service, cookie));
     held.erase(one);
     if (held.empty()) watcher.setWatchedServices({});
-}
-
-std::set<std::string> SessionInhibitor::runningServices() const {
-    const auto list =
-        call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "ListNames");
-    const QDBusMessage reply =
-        QDBusConnection::sessionBus().call(list, QDBus::Block, waitMilliseconds);
-    std::set<std::string> names;
-    if (reply.type() == QDBusMessage::ReplyMessage && !reply.arguments().isEmpty())
-        for (const QString& name : reply.arguments().constFirst().toStringList())
-            names.insert(name.toStdString());
-    return names;
 }
 
 void SessionInhibitor::ask(const Service& service, std::uint32_t id, int attempt) {

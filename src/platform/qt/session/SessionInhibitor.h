@@ -8,7 +8,6 @@
 #include <QObject>
 #include <cstdint>
 #include <map>
-#include <set>
 #include <string>
 
 namespace platform::qt {
@@ -40,7 +39,6 @@ class SessionInhibitor final : public QObject, public WakeLock {
     };
     static const Service services[];
 
-    std::set<std::string> runningServices() const;
     void ask(const Service& service, std::uint32_t id, int attempt = 1);
     void answered(const Service& service, std::uint32_t id, int attempt, const QDBusMessage& reply);
     void ownerChanged(const QString& name, const QString& newOwner);

@@ -34,7 +34,7 @@ EventType pressOf(int buttonNumber) {
 
 } // namespace
 
-QtStatusItem::QtStatusItem(QtRunLoop& loop, QtApplication& app, MenuIcons* icons,
+QtStatusItem::QtStatusItem(QtRunLoop& loop, QtApplication& app, const Pictures* icons,
                            TrayIcon* trayIcon)
     : runLoop(loop), application(app), tray(trayIcon) {
     listener.icons = icons;

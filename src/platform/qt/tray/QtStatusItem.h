@@ -15,7 +15,7 @@ class QtStatusItem final : public StatusItem {
   public:
     /// `icons` has the pictures of entries; without it they have none. What is lent must outlive
     /// the last call from the run loop.
-    QtStatusItem(QtRunLoop& runLoop, QtApplication& application, MenuIcons* icons = nullptr,
+    QtStatusItem(QtRunLoop& runLoop, QtApplication& application, const Pictures* icons = nullptr,
                  TrayIcon* tray = nullptr);
     ~QtStatusItem() override;
 

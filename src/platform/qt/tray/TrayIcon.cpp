@@ -25,7 +25,7 @@ QColor textColour() {
 
 } // namespace
 
-TrayIcon::TrayIcon(TrayWindow* ofTheWindowSystem, const TemplateImages& pictures, Identity whose,
+TrayIcon::TrayIcon(TrayWindow* ofTheWindowSystem, const Pictures& pictures, Identity whose,
                    Log& logger)
     : window(ofTheWindowSystem), images(pictures), identity(std::move(whose)), log(logger) {}
 

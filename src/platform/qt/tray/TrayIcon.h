@@ -2,8 +2,8 @@
 
 #include "platform/Log.h"
 #include "platform/TrayWindow.h"
+#include "platform/qt/pictures/Pictures.h"
 #include "platform/qt/pictures/SymbolicIcons.h"
-#include "platform/qt/pictures/TemplateImages.h"
 #include "platform/qt/tray/StatusNotifierItem.h"
 
 #include <QColor>
@@ -35,7 +35,7 @@ class TrayIcon final : public QObject {
 
     /// Needs a QApplication. `window` is null where the window system has no tray; it has the
     /// icon's handlers from `show` on. What is lent must outlive the object.
-    TrayIcon(TrayWindow* window, const TemplateImages& images, Identity identity, Log& log);
+    TrayIcon(TrayWindow* window, const Pictures& images, Identity identity, Log& log);
     ~TrayIcon() override;
 
     /// Comes into the tray. `clicked` is told of a button (0 left, 1 right, 2 middle) that was
@@ -60,7 +60,7 @@ class TrayIcon final : public QObject {
     void showImage();
 
     TrayWindow* window;
-    const TemplateImages& images;
+    const Pictures& images;
     Identity identity;
     Log& log;
     struct ItemFace {

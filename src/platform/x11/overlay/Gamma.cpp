@@ -35,7 +35,7 @@ void Gamma::apply() {
         restored.push_back(crtc);
     }
     for (const auto& [crtc, darkness] : wanted) {
-        if (!originals.contains(crtc) && (darkness == 0 || !record(crtc))) continue;
+        if (!originals.contains(crtc) && (darkness == 0 || !remember(crtc))) continue;
         Ramp ramp = originals[crtc];
         for (std::uint16_t& value : ramp)
             value = static_cast<std::uint16_t>(std::lround(value * (1 - darkness)));
@@ -53,7 +53,7 @@ void Gamma::apply() {
     }
 }
 
-bool Gamma::record(xcb_randr_crtc_t crtc) {
+bool Gamma::remember(xcb_randr_crtc_t crtc) {
     const auto reply = connection.wait(xcb_randr_get_crtc_gamma(connection.xcb(), crtc),
                                        xcb_randr_get_crtc_gamma_reply);
     if (!reply || reply->size == 0) return false;

@@ -29,7 +29,7 @@ class Gamma {
     using Ramp = std::vector<std::uint16_t>; ///< red, green, blue, one after another
 
     void apply();
-    bool record(xcb_randr_crtc_t crtc);
+    bool remember(xcb_randr_crtc_t crtc);
     void set(xcb_randr_crtc_t crtc, const Ramp& ramp);
 
     Connection& connection;

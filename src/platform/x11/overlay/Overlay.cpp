@@ -155,14 +155,13 @@ void Overlay::unmake() {
 void Overlay::setHints() {
     const Connection& x = owner.connection;
     auto atom = [&](AtomName name) { return x.atom(name); };
-    const std::string classes = owner.name + '\0' + owner.name + '\0';
-    xcb_change_property(xcb(), XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
-                        static_cast<std::uint32_t>(classes.size()), classes.data());
-    xcb_change_property(xcb(), XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8,
-                        static_cast<std::uint32_t>(owner.name.size()), owner.name.data());
-    xcb_change_property(xcb(), XCB_PROP_MODE_REPLACE, window, atom(AtomName::netWmName),
-                        atom(AtomName::utf8String), 8,
-                        static_cast<std::uint32_t>(owner.name.size()), owner.name.data());
+    const auto setText = [&](xcb_atom_t property, xcb_atom_t type, const std::string& text) {
+        xcb_change_property(xcb(), XCB_PROP_MODE_REPLACE, window, property, type, 8,
+                            static_cast<std::uint32_t>(text.size()), text.data());
+    };
+    setText(XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, owner.name + '\0' + owner.name + '\0');
+    setText(XCB_ATOM_WM_NAME, XCB_ATOM_STRING, owner.name);
+    setText(atom(AtomName::netWmName), atom(AtomName::utf8String), owner.name);
     // Input false, so that a manager that looks at it gives no focus.
     setProperty<9>(xcb(), window, XCB_ATOM_WM_HINTS, XCB_ATOM_WM_HINTS, {1, 0});
     setProperty<1>(xcb(), window, atom(AtomName::netWmWindowType), XCB_ATOM_ATOM,
@@ -243,21 +242,22 @@ void Overlay::setIgnoresMouseEvents(bool ignores) {
 
 void Overlay::makeKeyAndOrderFront() {
     if (window == XCB_NONE) make();
-    raise();
-    if (!visible) {
+    if (visible) {
+        putOnTop(owner.connection, window);
+    } else {
         if (number == 0) number = ++owner.lastId;
         visible = true;
         owner.visibilityChanged();
-        xcb_map_window(xcb(), window);
-        showPicture();
-        updateGamma();
+        map();
     }
     owner.connection.flush();
 }
 
-void Overlay::raise() {
-    const std::uint32_t above = XCB_STACK_MODE_ABOVE;
-    xcb_configure_window(xcb(), window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+void Overlay::map() {
+    putOnTop(owner.connection, window);
+    xcb_map_window(xcb(), window);
+    showPicture();
+    updateGamma();
 }
 
 void Overlay::orderOut() {
@@ -274,11 +274,7 @@ void Overlay::changeOver() {
     if (window == XCB_NONE || wantedForm() == form) return;
     unmake();
     make();
-    if (!visible) return;
-    raise();
-    xcb_map_window(xcb(), window);
-    showPicture();
-    updateGamma();
+    if (visible) map();
 }
 
 } // namespace platform::x11

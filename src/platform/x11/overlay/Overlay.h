@@ -43,7 +43,7 @@ class Overlay final : public platform::Window {
     void showPicture();
     void setOpacity();
     void updateGamma();
-    void raise();
+    void map();
     xcb_connection_t* xcb() const { return owner.connection.xcb(); }
 
     Windows& owner;

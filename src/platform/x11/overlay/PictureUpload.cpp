@@ -111,12 +111,6 @@ Pixmap::~Pixmap() {
 Pixmap::Pixmap(Pixmap&& other) noexcept
     : c(other.c), pixmap(std::exchange(other.pixmap, XCB_NONE)) {}
 
-Pixmap& Pixmap::operator=(Pixmap&& other) noexcept {
-    std::swap(c, other.c);
-    std::swap(pixmap, other.pixmap);
-    return *this;
-}
-
 bool takesPictures(const Connection& x, std::uint8_t depth, std::uint16_t width) {
     constexpr auto order = std::endian::native == std::endian::little ? XCB_IMAGE_ORDER_LSB_FIRST
                                                                       : XCB_IMAGE_ORDER_MSB_FIRST;

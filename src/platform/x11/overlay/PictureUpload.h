@@ -5,20 +5,18 @@
 
 namespace platform::x11 {
 
-/// A pixmap of the server; none until it is made.
+/// A pixmap of the server.
 class Pixmap {
   public:
-    Pixmap() = default;
     Pixmap(Connection& connection, std::uint8_t depth, std::uint16_t width, std::uint16_t height);
     ~Pixmap();
     Pixmap(Pixmap&& other) noexcept;
-    Pixmap& operator=(Pixmap&& other) noexcept;
 
     xcb_pixmap_t id() const { return pixmap; }
 
   private:
-    xcb_connection_t* c = nullptr;
-    xcb_pixmap_t pixmap = XCB_NONE;
+    xcb_connection_t* c;
+    xcb_pixmap_t pixmap;
 };
 
 /// Whether pictures can be sent for windows of this depth (24 or 32): the server takes 32 bits a

@@ -1,5 +1,7 @@
 #include "platform/x11/overlay/ShapedPicture.h"
 
+#include "platform/x11/overlay/Stacking.h"
+
 #include <xcb/shape.h>
 
 namespace platform::x11 {
@@ -30,8 +32,7 @@ void ShapedPicture::show(bool wanted) {
         xcb_unmap_window(connection.xcb(), window);
         return;
     }
-    const std::uint32_t above = XCB_STACK_MODE_ABOVE;
-    xcb_configure_window(connection.xcb(), window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+    putOnTop(connection, window);
     xcb_map_window(connection.xcb(), window);
 }
 

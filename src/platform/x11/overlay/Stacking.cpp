@@ -4,6 +4,11 @@
 
 namespace platform::x11 {
 
+void putOnTop(Connection& connection, xcb_window_t window) {
+    const std::uint32_t above = XCB_STACK_MODE_ABOVE;
+    xcb_configure_window(connection.xcb(), window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+}
+
 Stacking::Stacking(Connection& x, std::function<void(std::vector<xcb_window_t>&)> overlays)
     : connection(x), shown(std::move(overlays)) {
     connection.listen(*this, {XCB_MAP_NOTIFY, XCB_CONFIGURE_NOTIFY});

@@ -8,6 +8,9 @@
 
 namespace platform::x11 {
 
+/// Raises the window above all others.
+void putOnTop(Connection& connection, xcb_window_t window);
+
 /// Keeps the overlays above the windows that the window manager manages. Some managers (xfwm4) put
 /// a window that is mapped or raised on top of everything. What they do not manage, menus and tool
 /// tips, may stand above the overlays and is left there, so that nobody fights for the top.
