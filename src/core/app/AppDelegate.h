@@ -66,15 +66,23 @@ class AppDelegate : private platform::MenuTarget, private platform::InfoTarget {
     void noSleep();
     void readyToSleep();
 
-    // ---- screens/ ---------------------------------------------------------------------------
+    // LoginItem.cpp
+    void setHelperAppBundleIdentifier();
+    void autoLogin(bool on);
+    void enableLoginItem();
+    void disableLoginItem();
+    void killHelperIfActive();
+    void pressAvviaAlLogin();
+    void recommendAutologinOnAtFirstCloseInfo();
+    void alertDidEnd2(int returnCode);
+
+    // ---- engine/ ----------------------------------------------------------------------------
 
     // Screens.cpp
     void updateScreensSize();
     void detectCurrentScreen();
     void noSecondaryMonitor();
     void applicationDidChangeScreenParameters();
-
-    // ---- engine/ ----------------------------------------------------------------------------
 
     // Intake.cpp
     void createMouseEvent();
@@ -166,24 +174,12 @@ class AppDelegate : private platform::MenuTarget, private platform::InfoTarget {
     std::unique_ptr<platform::Window> initwindowCursor2(const platform::Screen& screen);
     void initwindowCursor(platform::Window& window);
 
-    // ---- info/ ------------------------------------------------------------------------------
-
     // Shortcut.cpp
     void initGlobalShortCutForEnableDisable();
     void observeValueForKeyPath(std::string_view keyPath);
     void setCustomShortcutEnabled(bool enabled);
     void setHardcodedShortcutEnabled(bool enabled);
     void showShortcutPopup();
-
-    // LoginItem.cpp
-    void setHelperAppBundleIdentifier();
-    void autoLogin(bool on);
-    void enableLoginItem();
-    void disableLoginItem();
-    void killHelperIfActive();
-    void pressAvviaAlLogin();
-    void recommendAutologinOnAtFirstCloseInfo();
-    void alertDidEnd2(int returnCode);
 
     // InfoWindow.cpp
     void createViewInfo();
