@@ -1,4 +1,5 @@
 #include "Session.h"
+#include "platform/HotKeys.h"
 #include "platform/x11/connection/Ewmh.h"
 #include "testing/desktop/PrivateDesktop.h"
 #include "testing/desktop/TestWindow.h"
