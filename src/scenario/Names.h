@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/Keys.h"
 #include "platform/InputEvents.h"
 #include "platform/Menu.h"
 
@@ -71,7 +72,7 @@ inline constexpr std::array<std::string_view, 8> buttons{"butlato1",   "butlato2
 /// What tells the sliders of the menu apart is what they do and how far they go.
 inline std::string_view nameOf(const platform::Slider& slider) {
     if (slider.action == "velocitySliderDidMove:") return sliders[2];
-    return sliders[slider.tickMarks == 21 ? 0 : 1];
+    return sliders[slider.tickMarks == palisor::keys::darkestLevel + 1 ? 0 : 1];
 }
 
 /// A check box of the bounds panel. Its tag counts the corners from 1 and the sides from 11.

@@ -131,7 +131,7 @@ class AppDelegate : private platform::MenuTarget, private platform::InfoTarget {
 
     // StatusMenu.cpp
     void createBarStatusItem();
-    /// Empties the menu and builds it again from the settings; the only way in which it changes.
+    /// Empties the menu and builds it again from the settings, the ticks included.
     void updateMenuItems();
 
     // MenuOpening.cpp

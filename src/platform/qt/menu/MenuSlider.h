@@ -21,7 +21,7 @@ class MenuSlider final : public QSlider {
     /// Moves by that many steps.
     void step(int steps);
     void stepToEnd(bool maximum);
-    /// A tenth of the range or so.
+    /// A twentieth of the range or so.
     int pageSteps() const;
 
     void showActive(bool active);

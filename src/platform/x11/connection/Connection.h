@@ -33,9 +33,8 @@ class Listener {
     ~Listener() = default;
 };
 
-/// The program's connection to the X server: the stream of events and replies, the atoms and the
-/// numbers of the extensions. All services of this folder share one, which must outlive them.
-/// Main thread.
+/// A connection to the X server: the stream of events and replies, the atoms and the numbers of the
+/// extensions. Its services share it, and it must outlive them. Main thread.
 class Connection {
   public:
     struct Opened {

@@ -47,7 +47,7 @@ class CursorTrack {
 class PushSource {
   public:
     struct Push {
-        Point held;   ///< where the cursor was held, inside the screen
+        Point held;   ///< where the push began, inside the screen: held, or put back, there
         Point beyond; ///< where it would be now: held, plus the push of one frame; outside
     };
 

@@ -13,7 +13,7 @@ namespace platform::x11 {
 /// lies in the frame, so that the sum tells the speed of the hand and nothing of the mouse.
 class PushMeter {
   public:
-    static constexpr double frame = 1.0 / 60; ///< seconds
+    static constexpr double frame = 1.0 / 60; ///< seconds; summed up are the last 16 ms of it
 
     PushMeter();
 

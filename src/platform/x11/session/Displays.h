@@ -20,7 +20,7 @@ class Displays final : public platform::Displays, private Listener {
     ScreenId mainScreen() const override;
     void onChange(std::function<void()> changed) override { changedHandler = std::move(changed); }
 
-    /// For the services of this folder: called before the program's own handler, and also when only
+    /// For the other services of X11: called before the program's own handler, and also when only
     /// the wiring of monitors to CRTCs has changed. One handler an owner; an empty one ends it.
     void onLayout(const void* owner, std::function<void()> changed);
 
