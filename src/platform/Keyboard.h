@@ -4,8 +4,6 @@
 
 namespace platform {
 
-constexpr std::uint32_t controlFlag = 0x40000;
-
 /// Synthetic keystrokes. Main thread.
 class Keyboard {
   public:

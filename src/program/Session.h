@@ -7,7 +7,6 @@
 #include "platform/TrayWindow.h"
 #include "platform/WakeLock.h"
 #include "program/Options.h"
-#include "program/Product.h"
 
 #include <functional>
 #include <memory>
@@ -16,6 +15,13 @@
 namespace platform::qt {
 class QtApplication;
 }
+
+/// What the desktop knows the product by.
+struct Product {
+    std::string identifier; ///< also its name on the session bus, and that of its files
+    std::string name;       ///< for people
+    std::string icon;       ///< the name of a picture in its folder
+};
 
 /// One kind of desktop: what its window system does for the program. It is joined before the
 /// toolkit starts. Main thread.

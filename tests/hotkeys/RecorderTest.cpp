@@ -32,6 +32,7 @@ class Keyboard final : public platform::RecordableHotKeys {
     std::string keyCodeString(const Shortcut& shortcut) const override {
         return " and " + std::to_string(shortcut.keyCode);
     }
+    void onLabelsChange(std::function<void()>) override {}
     bool isTaken(const Shortcut& shortcut) const override { return shortcut == taken; }
     bool startRecording(std::function<void(const Stroke&)> taker,
                         std::function<void()> leave) override {

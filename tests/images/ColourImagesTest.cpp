@@ -20,7 +20,7 @@ constexpr const char* storeIds[] = {"1200000417", "1200000418", "1200000419", "1
                                     "611203457",  "611203458",  "611203459",  "611203460"};
 
 QSize naturalSize(const std::string& name) {
-    Log log;
+    KeptLog log;
     return platform::qt::Pictures({IMAGES}, log).naturalSize(name);
 }
 
@@ -92,7 +92,7 @@ TEST(ColourImages, AreSeenOnLightAndOnDark) {
 // The toolkit does not look at the namespace; the tools of panels and packagers do.
 TEST(Images, AreSvgForEveryReader) {
     int count = 0;
-    Log log;
+    KeptLog log;
     const platform::qt::Pictures pictures({IMAGES}, log);
     for (const auto& [name, path] : pictures.files()) {
         std::ifstream file(path);

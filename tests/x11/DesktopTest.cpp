@@ -1,4 +1,5 @@
 #include "Session.h"
+#include "platform/HotKeys.h"
 #include "platform/x11/connection/Ewmh.h"
 #include "testing/desktop/PrivateDesktop.h"
 #include "testing/desktop/TestWindow.h"
@@ -27,8 +28,8 @@ TEST(X11Keyboard, SwitchesToTheNeighbouringDesktopAndNotPastTheEnds) {
     ASSERT_GE(last, 1u);
     ASSERT_EQ(rootCardinal(session, "_NET_CURRENT_DESKTOP"), 0u);
     auto step = [&](std::uint16_t key) {
-        session.keyboard.postKey(key, true, platform::controlFlag);
-        session.keyboard.postKey(key, false, platform::controlFlag);
+        session.keyboard.postKey(key, true, platform::Shortcut::control);
+        session.keyboard.postKey(key, false, platform::Shortcut::control);
     };
     auto waitForDesktop = [&](std::uint32_t wanted) {
         return session.loop.runUntil(
@@ -50,7 +51,7 @@ TEST(X11Keyboard, SaysOnceWhatItCannotPost) {
     support::PrivateDesktop desktop;
     Session session(desktop.display(), GAMMA_GUARD);
     for (int i = 0; i < 2; ++i) {
-        session.keyboard.postKey(rightArrow, true, platform::controlFlag);
+        session.keyboard.postKey(rightArrow, true, platform::Shortcut::control);
         session.keyboard.postKey(letterA, true, 0);
     }
     EXPECT_EQ(session.log.lines,

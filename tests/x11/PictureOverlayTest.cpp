@@ -116,12 +116,12 @@ struct NotedPicture final : platform::Picture {
 };
 
 struct NotedPictures final : platform::PictureSource {
-    std::unique_ptr<platform::Picture> picture(const std::string&, int width, int) override {
+    std::unique_ptr<platform::Picture> picture(const std::string&, int width, int) const override {
         return std::make_unique<NotedPicture>(width, timesAsked, largest);
     }
 
-    std::vector<int> timesAsked = std::vector<int>(2160);
-    std::size_t largest = 0;
+    mutable std::vector<int> timesAsked = std::vector<int>(2160);
+    mutable std::size_t largest = 0;
 };
 
 } // namespace

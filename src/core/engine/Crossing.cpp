@@ -56,8 +56,8 @@ void AppDelegate::runForRightLeft(int direction) {
 }
 
 void AppDelegate::postArrowKeystroke(std::uint16_t keyCode) {
-    services.keyboard.postKey(keyCode, true, platform::controlFlag);
-    services.keyboard.postKey(keyCode, false, platform::controlFlag);
+    services.keyboard.postKey(keyCode, true, platform::Shortcut::control);
+    services.keyboard.postKey(keyCode, false, platform::Shortcut::control);
 }
 
 void AppDelegate::runForUpDown(int direction) {

@@ -12,10 +12,6 @@ constexpr double noSuppression = 0.0;
 constexpr double pauseAfterWrap = 0.15;
 constexpr double lastingSuppression = 0.25;
 
-double single(double value) {
-    return static_cast<float>(value);
-}
-
 } // namespace
 
 void AppDelegate::forceMouseToPoint(Point P) {
@@ -31,7 +27,7 @@ void AppDelegate::forceMouseInCalculatedPoint() {
     const Rect frame = frameOf(switchedScreen);
     const bool wentRight = cordmouse.x > lastCoord.x;
     const double x = wentRight ? frame.x + frame.width - 1 : frame.x + 1;
-    forceMouseToPoint({single(x), single(cordmouse.y)});
+    forceMouseToPoint({static_cast<float>(x), static_cast<float>(cordmouse.y)});
 }
 
 Rect AppDelegate::restrictRect_aboutPixel(Rect rect, float pixels) const {

@@ -9,18 +9,13 @@ namespace platform::linux {
 
 namespace {
 
-std::string_view variable(const char* name) {
-    const char* value = std::getenv(name);
-    return value == nullptr ? std::string_view{} : value;
-}
-
 std::string_view bareCode(std::string_view locale) {
     return locale.substr(0, locale.find_first_of("_.@-"));
 }
 
 std::string_view firstSet(std::initializer_list<const char*> names) {
     for (const char* name : names)
-        if (const auto value = variable(name); !value.empty()) return value;
+        if (const char* value = std::getenv(name); value != nullptr && *value != 0) return value;
     return "C";
 }
 

@@ -17,16 +17,9 @@ QByteArray toBytes(std::string_view text) {
 }
 
 const char* nameOf(TextEncoding encoding) {
-    switch (encoding) {
-    case TextEncoding::ascii:
-        return "US-ASCII";
-    case TextEncoding::latin1:
-        return "ISO-8859-1";
-    case TextEncoding::macRoman:
-        return "macintosh";
-    default:
-        return "UTF-8";
-    }
+    if (encoding == TextEncoding::ascii) return "US-ASCII";
+    if (encoding == TextEncoding::latin1) return "ISO-8859-1";
+    return encoding == TextEncoding::macRoman ? "macintosh" : "UTF-8";
 }
 
 // What does not fit shows at the end, as a difference, with every converter of the toolkit.

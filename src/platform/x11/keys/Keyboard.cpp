@@ -1,5 +1,6 @@
 #include "platform/x11/keys/Keyboard.h"
 
+#include "platform/HotKeys.h"
 #include "platform/InputEvents.h"
 #include "platform/x11/connection/Ewmh.h"
 
@@ -8,7 +9,7 @@ namespace platform::x11 {
 void Keyboard::postKey(std::uint16_t virtualKeyCode, bool down, std::uint32_t flags) {
     const bool arrow =
         virtualKeyCode == keyCodes::leftArrow || virtualKeyCode == keyCodes::rightArrow;
-    if (arrow && (flags & controlFlag)) {
+    if (arrow && (flags & Shortcut::control)) {
         if (down) switchDesktop(virtualKeyCode == keyCodes::leftArrow ? -1 : 1);
         return;
     }
