@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdlib>
 #include <fstream>
+#include <sstream>
 
 namespace traytests {
 
@@ -66,6 +67,13 @@ int brightness(const Colour& colour) {
     return (colour.red + colour.green + colour.blue) / 3;
 }
 
+bool isInstalled(const std::string& program) {
+    std::istringstream folders(std::getenv("PATH"));
+    for (std::string folder; std::getline(folders, folder, ':');)
+        if (std::filesystem::exists(std::filesystem::path(folder) / program)) return true;
+    return false;
+}
+
 void write(const std::filesystem::path& path, const std::string& text) {
     std::filesystem::create_directories(path.parent_path());
     std::ofstream(path) << text;
@@ -86,26 +94,34 @@ void TrayDesktop::configureXfce(bool dark) const {
     write(desktop.configFolder() / "xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml", text);
 }
 
-void TrayDesktop::startHost(Host host, const std::vector<std::string>& arguments) {
-    std::vector<std::string> all;
-    std::string command;
+std::unique_ptr<support::ChildProcess> TrayDesktop::startPlainTray(Look look) {
+    const std::string height = std::to_string(look.height);
+    if (!isInstalled("trayer"))
+        return desktop.spawn("stalonetray", {"--config", "/dev/null", "--geometry", "1x1+0+0",
+                                             "--slot-size", height, "--icon-size", height,
+                                             "--background", look.black ? "#000000" : "#d0d0d0"});
+    std::vector<std::string> arguments{"--edge",      "top",     "--align",  "left",
+                                       "--widthtype", "request", "--height", height};
+    if (look.black)
+        arguments.insert(arguments.end(),
+                         {"--transparent", "true", "--alpha", "0", "--tint", "0x000000"});
+    return desktop.spawn("trayer", arguments);
+}
+
+void TrayDesktop::startHost(Host host, Look look) {
     switch (host) {
-    case Host::trayer:
-        command = "trayer";
-        all = {"--edge", "top", "--align", "left", "--widthtype", "request", "--height", "24"};
+    case Host::plainTray:
+        hostProcess = startPlainTray(look);
         break;
     case Host::xfcePanel:
     case Host::darkXfcePanel:
         configureXfce(host == Host::darkXfcePanel);
-        command = "xfce4-panel";
-        all = {"--disable-wm-check"};
+        hostProcess = desktop.spawn("xfce4-panel", {"--disable-wm-check"});
         break;
     case Host::lxqtPanel:
-        command = "lxqt-panel";
+        hostProcess = desktop.spawn("lxqt-panel");
         break;
     }
-    all.insert(all.end(), arguments.begin(), arguments.end());
-    hostProcess = desktop.spawn(command, all);
 }
 
 void TrayDesktop::killHost() {

@@ -12,15 +12,23 @@
 namespace traytests {
 
 /// A tray host of the desktops of this kind; the settings are written before it starts.
-enum class Host { trayer, xfcePanel, darkXfcePanel, lxqtPanel };
+/// `plainTray` is a tray and nothing else: trayer, or stalonetray where a release has no trayer.
+enum class Host { plainTray, xfcePanel, darkXfcePanel, lxqtPanel };
+
+/// Of the plain tray.
+struct Look {
+    int height = 24; ///< pixels
+    bool black = false;
+};
 
 /// A desktop on which hosts and the program come and go.
 class TrayDesktop {
   public:
     TrayDesktop();
 
-    /// `arguments` are further ones of the host's.
-    void startHost(Host host, const std::vector<std::string>& arguments = {});
+    void startHost(Host host, Look look = {});
+    /// A plain tray beside the host, at the top of the screen.
+    std::unique_ptr<support::ChildProcess> startPlainTray(Look look = {});
     /// Kills it, as a crash would.
     void killHost();
     void startProgram();

@@ -13,29 +13,29 @@ constexpr int left = 0, right = 1, middle = 2;
 
 } // namespace
 
-TEST(TrayIcon, IsInTrayerWithAllItsClicks) {
+TEST(TrayIcon, IsInAPlainTrayWithAllItsClicks) {
     TrayDesktop tray;
-    tray.startHost(Host::trayer);
+    tray.startHost(Host::plainTray);
     tray.startProgram();
     const auto icon = tray.waitForPicture();
     ASSERT_TRUE(icon) << tray.program().output();
-    tray.keepPicture("trayer-picture");
+    tray.keepPicture("plain-picture");
     EXPECT_TRUE(tray.clickArrives(*icon, leftOfX, left));
     EXPECT_TRUE(tray.clickArrives(*icon, rightOfX, right));
     EXPECT_TRUE(tray.clickArrives(*icon, middleOfX, middle));
     EXPECT_TRUE(tray.waitForTemplate(*icon));
-    tray.keepPicture("trayer-template");
+    tray.keepPicture("plain-template");
 }
 
 TEST(TrayIcon, IsReadableOnABlackTray) {
     TrayDesktop tray;
-    tray.startHost(Host::trayer, {"--transparent", "true", "--alpha", "0", "--tint", "0x000000"});
+    tray.startHost(Host::plainTray, {.black = true});
     tray.startProgram();
     const auto icon = tray.waitForPicture();
     ASSERT_TRUE(icon) << tray.program().output();
     ASSERT_TRUE(tray.clickArrives(*icon, middleOfX, middle));
     EXPECT_TRUE(tray.waitForTemplate(*icon));
-    tray.keepPicture("trayer-black");
+    tray.keepPicture("plain-black");
 }
 
 TEST(TrayIcon, IsInThePanelOfXfceWithAllItsClicks) {
@@ -120,14 +120,14 @@ TEST(TrayIcon, SaysOnceThatThereIsNoTrayAndComesWithTheFirst) {
     ASSERT_TRUE(tray.waitForPicture());
     tray.killHost();
     ASSERT_TRUE(tray.waitForNoPicture());
-    tray.startHost(Host::trayer);
+    tray.startHost(Host::plainTray);
     ASSERT_TRUE(tray.waitForPicture());
     const std::string output = tray.program().output();
     EXPECT_EQ(output.find("no tray"), output.rfind("no tray")) << output;
 }
 
 TEST(TrayIcon, IsBlendedInACompositedPanel) {
-    for (const Host host : {Host::xfcePanel, Host::trayer}) {
+    for (const Host host : {Host::xfcePanel, Host::plainTray}) {
         TrayDesktop tray;
         tray.desktop.startCompositor();
         tray.startHost(host);
@@ -136,7 +136,7 @@ TEST(TrayIcon, IsBlendedInACompositedPanel) {
         ASSERT_TRUE(icon) << tray.program().output();
         ASSERT_TRUE(tray.clickArrives(*icon, middleOfX, middle));
         EXPECT_TRUE(tray.waitForTemplate(*icon));
-        tray.keepPicture(host == Host::trayer ? "trayer-composited" : "xfce-composited");
+        tray.keepPicture(host == Host::plainTray ? "plain-composited" : "xfce-composited");
         EXPECT_EQ(tray.program().output().find("X11 error"), std::string::npos)
             << tray.program().output();
     }
@@ -144,13 +144,13 @@ TEST(TrayIcon, IsBlendedInACompositedPanel) {
 
 TEST(TrayIcon, FillsAPanelOfTwiceTheSize) {
     TrayDesktop tray;
-    tray.startHost(Host::trayer, {"--height", "48"});
+    tray.startHost(Host::plainTray, {.height = 48});
     tray.startProgram();
     EXPECT_TRUE(tray.waitUntilSeen([&] {
         const auto icon = tray.pictureArea();
         return icon && icon->width >= 44;
     }));
-    tray.keepPicture("trayer-twice");
+    tray.keepPicture("plain-twice");
 }
 
 TEST(TrayIcon, FillsAPanelThatIsScaledTwice) {
@@ -184,7 +184,7 @@ TEST_P(RestartedHost, HasTheIconBack) {
 }
 
 INSTANTIATE_TEST_SUITE_P(TrayIcon, RestartedHost,
-                         testing::Values(Host::trayer, Host::xfcePanel, Host::lxqtPanel));
+                         testing::Values(Host::plainTray, Host::xfcePanel, Host::lxqtPanel));
 
 TEST(TrayIcon, MovesBetweenTheTwoKindsOfTray) {
     TrayDesktop tray;
@@ -192,8 +192,8 @@ TEST(TrayIcon, MovesBetweenTheTwoKindsOfTray) {
     tray.startProgram();
     const auto asItem = tray.waitForPicture();
     ASSERT_TRUE(asItem);
-    // Trayer is at the top, the panel at the bottom; there is one icon at a time.
-    const auto trayer = tray.desktop.spawn("trayer", {"--edge", "top"});
+    // The plain tray is at the top, the panel at the bottom; there is one icon at a time.
+    const auto plain = tray.startPlainTray();
     const auto isAtTheTop = [&](bool top) {
         return tray.waitUntilSeen([&] {
             const auto area = tray.pictureArea();
@@ -201,6 +201,6 @@ TEST(TrayIcon, MovesBetweenTheTwoKindsOfTray) {
         });
     };
     EXPECT_TRUE(isAtTheTop(true));
-    trayer->end();
+    plain->end();
     EXPECT_TRUE(isAtTheTop(false));
 }
