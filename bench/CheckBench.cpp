@@ -31,11 +31,12 @@ void shippedCheck(benchmark::State& state) {
         platform::linux::CurlHttp http(p.log);
         platform::json::Parser json;
         palisor::AppDelegate app(platform::Platform{
-            p.log,     loop,         p.application, p.bundle,     p.settings,    p.files,
-            system,    p.displays,   p.pointer,     p.cursor,     p.input,       p.keyboard,
-            p.hotKeys, p.windows,    p.workspace,   p.statusItem, p.alerts,      p.notifications,
-            p.sounds,  p.loginItems, p.power,       p.textCodec,  p.infoWindows, http,
-            json,      p.images,     p.web,         p.calendar});
+            p.log,        loop,         p.application, p.bundle,        p.settings,
+            p.files,      system,       p.displays,    p.pointer,       p.cursor,
+            p.input,      p.keyboard,   p.hotKeys,     p.windows,       p.focus,
+            p.workspace,  p.statusItem, p.alerts,      p.notifications, p.sounds,
+            p.loginItems, p.power,      p.textCodec,   p.infoWindows,   http,
+            json,         p.images,     p.web,         p.calendar});
         std::optional<std::chrono::duration<double>> took;
         const auto begun = std::chrono::steady_clock::now();
         p.effects.setSink([&](const platform::memory::Effect&) {
