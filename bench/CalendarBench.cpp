@@ -81,6 +81,7 @@ void measure(const char* what, const std::string& folder) {
                                                 rest.keyboard,
                                                 rest.hotKeys,
                                                 rest.windows,
+                                                rest.focus,
                                                 rest.workspace,
                                                 rest.statusItem,
                                                 rest.alerts,
