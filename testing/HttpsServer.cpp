@@ -29,9 +29,20 @@ TestAuthority::TestAuthority(const Options& options) {
                                      this->key(), "-out",  folder.path("request.pem")};
     request.insert(request.end(), key.begin(), key.end());
     openssl(request);
-    openssl({"x509", "-req", "-in", folder.path("request.pem"), "-CA", file(), "-CAkey",
-             folder.path("authority.key"), "-CAcreateserial", "-extfile", folder.path("extensions"),
-             "-days", std::to_string(options.days), "-out", certificate()});
+    sign(options.hasExpired ? "20010101000000Z" : "20490101000000Z");
+}
+
+// By the one command that every release lets choose an end in the past.
+void TestAuthority::sign(const std::string& until) const {
+    folder.write("authority.conf", "[ca]\ndefault_ca = own\n[own]\ndatabase = " +
+                                       folder.path("index") + "\nnew_certs_dir = " + folder.path() +
+                                       "\nrand_serial = yes\ndefault_md = sha256\n"
+                                       "policy = any\n[any]\ncommonName = supplied\n");
+    folder.write("index", "");
+    openssl({"ca", "-batch", "-notext", "-config", folder.path("authority.conf"), "-in",
+             folder.path("request.pem"), "-cert", file(), "-keyfile", folder.path("authority.key"),
+             "-extfile", folder.path("extensions"), "-startdate", "20000101000000Z", "-enddate",
+             until, "-out", certificate()});
 }
 
 void TestAuthority::openssl(const std::vector<std::string>& arguments) const {

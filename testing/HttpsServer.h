@@ -14,7 +14,7 @@ class TestAuthority {
   public:
     struct Options {
         std::string name = "localhost"; ///< the host that the certificate is for
-        int days = 2;                   ///< that it is valid for; below zero it has expired
+        bool hasExpired = false;
     };
 
     TestAuthority() : TestAuthority(Options{}) {}
@@ -27,6 +27,7 @@ class TestAuthority {
     std::string key() const { return folder.path("server.key"); }
 
   private:
+    void sign(const std::string& until) const;
     void openssl(const std::vector<std::string>& arguments) const;
 
     testing_support::TempFolder folder;

@@ -121,7 +121,7 @@ TEST(ActionServer, WhoseCertificateIsNotToBeTrustedLeavesAPlainStart) {
         expectPlainStart(exchange);
     }
     const std::pair<const char*, TestAuthority::Options> rows[] = {
-        {"for another host", {.name = "elsewhere.invalid"}}, {"expired", {.days = -1}}};
+        {"for another host", {.name = "elsewhere.invalid"}}, {"expired", {.hasExpired = true}}};
     for (const auto& [what, options] : rows) {
         SCOPED_TRACE(what);
         const TestAuthority own(options);
