@@ -19,6 +19,9 @@ struct Program {
         platform.bundle.set("IDApp", platform::Value{std::int64_t{variant}});
         platform.displays.replace(screensFromLayout("1920x1080+0+0,1280x1024+1920+56"));
         platform.pointer.place({960, 500});
+        // Without one the popup would ask for it, and nobody answers.
+        platform.settings.edit(keys::customShortcut,
+                               platform::Shortcut{40, platform::Shortcut::control}.toValue());
         app.applicationDidFinishLaunching();
     }
 
