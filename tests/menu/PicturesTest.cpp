@@ -19,7 +19,12 @@ namespace {
 constexpr const char* products[] = {"Skelder - Browser", "Vellumor",       "Orbisant",
                                     "Thrumbleton",       "KORVADIN (iOS)", "Ostrelle"};
 
-class MenuPictures : public MenuTest {
+struct Icons {
+    testing_support::KeptLog log;
+    platform::qt::Pictures pictures{{IMAGES}, log};
+};
+
+class MenuPictures : Icons, public MenuTest {
   protected:
     MenuPictures() : MenuTest(&pictures), usual(QApplication::palette()) {
         program.platform.bundle.setStrings(strings::lookUp);
@@ -52,8 +57,6 @@ class MenuPictures : public MenuTest {
             eye.screenshot(std::string(folder) + "/" + name + ".png");
     }
 
-    testing_support::KeptLog log;
-    platform::qt::Pictures pictures{{IMAGES}, log};
     palisor::Program program{palisor::variants::barrier};
     QPalette usual;
 };
