@@ -42,6 +42,8 @@ std::string printed(xkb_keysym_t keysym) {
     // Keysyms that are older than Unicode have not all of them an upper case.
     constexpr xkb_keysym_t unicode = 0x01000000, lastLatin1 = 0xff;
     const xkb_keysym_t plain = character > lastLatin1 ? unicode + character : character;
+    // Its capital is in newer libraries only, and on no keyboard.
+    if (plain == XKB_KEY_ssharp) return utf8(plain);
     const std::string upper = utf8(xkb_keysym_to_upper(plain));
     return upper.empty() ? utf8(plain) : upper;
 }
