@@ -118,9 +118,10 @@ void Program::undoAtExit() {
         sessionInhibitor.releaseAll();
         notifications.flush();
     });
-    // The settings are a matter of the disk alone. After that nobody is worth more of the user's
-    // time: what is left undone then is undone as after a kill.
+    // The settings get all the time that the disk takes. After that nobody is worth more of the
+    // user's: what is left undone then is undone as after a kill.
     application.atExit([this] {
+        lnx::endAfter(lnx::never);
         settings.flush();
         lnx::endAfter(4);
     });

@@ -9,6 +9,8 @@
 
 namespace platform::linux {
 
+inline constexpr unsigned never = 0;
+
 /// The process ends after so many seconds as if it were killed, whatever it waits for then. The
 /// last call counts. May be called in a signal handler.
 void endAfter(unsigned seconds);
@@ -19,7 +21,7 @@ void endAfter(unsigned seconds);
 /// object a process.
 class QuitSignals {
   public:
-    QuitSignals(Descriptors& descriptors, std::function<void()> quit, unsigned seconds = 5);
+    QuitSignals(Descriptors& descriptors, std::function<void()> quit, unsigned seconds = 3);
     ~QuitSignals();
     QuitSignals(const QuitSignals&) = delete;
     QuitSignals& operator=(const QuitSignals&) = delete;
