@@ -248,6 +248,37 @@ Announced startServer(const std::vector<std::string>& command, const Environment
                              process->errors());
 }
 
+std::vector<pid_t> childrenOf(pid_t parent, std::string_view name) {
+    const std::string id = std::to_string(parent);
+    std::ifstream list("/proc/" + id + "/task/" + id + "/children");
+    std::vector<pid_t> found;
+    for (pid_t child = 0; list >> child;) {
+        std::string itsName;
+        std::getline(std::ifstream("/proc/" + std::to_string(child) + "/comm"), itsName);
+        if (itsName == name) found.push_back(child);
+    }
+    return found;
+}
+
+Stopped::Stopped(pid_t wanted) : process(wanted), handle(pidfd_open(wanted, 0)) {
+    if (handle.get() < 0) throw std::runtime_error("no process " + std::to_string(process));
+    pidfd_send_signal(handle.get(), SIGSTOP, nullptr, 0);
+    if (!waitUntil([this] { return stillIs(); }))
+        throw std::runtime_error("process " + std::to_string(process) + " does not stop");
+}
+
+Stopped::~Stopped() {
+    pidfd_send_signal(handle.get(), SIGCONT, nullptr, 0);
+}
+
+bool Stopped::stillIs() const {
+    std::string status;
+    std::getline(std::ifstream("/proc/" + std::to_string(process) + "/stat"), status);
+    // The state comes behind the name, which is in parentheses and may hold any letter.
+    const auto name = status.rfind(") ");
+    return name != std::string::npos && status[name + 2] == 'T';
+}
+
 ProcessSweep::ProcessSweep(const std::string& entry, pid_t except) {
     for (const auto& folder : std::filesystem::directory_iterator("/proc")) {
         const std::string name = folder.path().filename();

@@ -101,6 +101,27 @@ class ChildProcess {
     std::thread collector;
 };
 
+/// The children of a process whose executable has that name. The kernel names a new one a moment
+/// after its parent goes on.
+std::vector<pid_t> childrenOf(pid_t parent, std::string_view name);
+
+/// Stops a process, which may be anybody's, for as long as the object lives.
+class Stopped {
+  public:
+    /// Returns when it has stopped. Throws std::runtime_error when there is no such process.
+    explicit Stopped(pid_t process);
+    ~Stopped();
+    Stopped(const Stopped&) = delete;
+    Stopped& operator=(const Stopped&) = delete;
+
+    /// False where it has been killed all the same.
+    bool stillIs() const;
+
+  private:
+    pid_t process;
+    Descriptor handle;
+};
+
 /// A server that told where it is reached.
 struct Announced {
     std::unique_ptr<ChildProcess> process;

@@ -13,6 +13,7 @@ class SessionBus {
 
     /// The value of DBUS_SESSION_BUS_ADDRESS for what is to use it.
     const std::string& address() const { return server.line; }
+    pid_t pid() const { return server.process->pid(); }
 
   private:
     Announced server;

@@ -105,17 +105,26 @@ platform::Platform Program::services(platform::Displays& displays, platform::Inp
 // The last one runs first: saving needs nothing of the rest.
 void Program::undoAtExit() {
     application.atExit([this] {
+        session.aboutToEnd();
         delegate.reset();
         recording.reset();
         web.close();
         tray.reset();
         session.end();
     });
+    // The time that both take together is a second at most, since what was delivered last has its
+    // own to be answered.
     application.atExit([this] {
-        notifications.flush();
         sessionInhibitor.releaseAll();
+        notifications.flush();
     });
-    application.atExit([this] { settings.flush(); });
+    // The settings get all the time that the disk takes. After that nobody is worth more of the
+    // user's: what is left undone then is undone as after a kill.
+    application.atExit([this] {
+        lnx::endAfter(lnx::never);
+        settings.flush();
+        lnx::endAfter(4);
+    });
 }
 
 Program::Recording::Recording(const std::string& path, Program& program)

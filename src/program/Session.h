@@ -72,6 +72,10 @@ class Session {
     /// Brings the services up. Needs a QApplication. Once.
     virtual Services start(const Surroundings& surroundings) = 0;
 
+    /// The program ends: from now on nothing waits for the window system for longer than a second
+    /// in all. What it has not done by then is left to whoever undoes it after a kill.
+    virtual void aboutToEnd() = 0;
+
     /// Ends the services, upon which all that they did to the desktop is undone, and has sent what
     /// that takes when it returns: the process leaves without disconnecting.
     virtual void end() = 0;

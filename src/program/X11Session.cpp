@@ -1,6 +1,7 @@
 #include "program/X11Session.h"
 
 #include "platform/linux/files/Installation.h"
+#include "platform/linux/files/XdgFiles.h"
 #include "platform/qt/loop/QtApplication.h"
 
 #include <unistd.h>
@@ -41,7 +42,10 @@ X11Session::Parts::Parts(X11Session& own, const Surroundings& given)
                   application.afterEvent(std::move(operation));
               }),
       windows(*own.general, *own.screens, own.log, given.product.name,
-              platform::linux::helperPath("gamma-guard"), &given.pictures),
+              {.guard = platform::linux::helperPath("gamma-guard"),
+               .folder = platform::linux::runtimeFolder().value_or(""),
+               .descriptors = own.descriptors},
+              &given.pictures),
       focus(*own.general, static_cast<std::uint32_t>(::getpid())),
       screenSaver(*own.general),
       tray(*own.general, given.product.identifier, given.product.name) {}
@@ -54,6 +58,12 @@ Session::Services X11Session::start(const Surroundings& surroundings) {
     });
     return {*screens,       parts->pointer, parts->cursor, parts->input,       parts->keyboard,
             parts->hotKeys, parts->windows, parts->focus,  parts->screenSaver, &parts->tray};
+}
+
+void X11Session::aboutToEnd() {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(1);
+    general->giveUpAt(deadline);
+    input->giveUpAt(deadline);
 }
 
 void X11Session::end() {

@@ -24,6 +24,7 @@ class X11Session final : public Session {
     const char* toolkitPlatform() const override { return "xcb"; }
     const platform::Displays& displays() const override { return *screens; }
     Services start(const Surroundings& surroundings) override;
+    void aboutToEnd() override;
     void end() override;
 
   private:

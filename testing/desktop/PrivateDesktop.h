@@ -34,6 +34,7 @@ class PrivateDesktop {
 
     const std::string& display() const { return server.display; }
     ServerKind kind() const { return server.kind; }
+    pid_t serverProcess() const { return server.process->pid(); }
     std::string kindName() const;
 
     /// Whether gamma ramps can be set and read back, and whether monitors are real outputs.
@@ -68,6 +69,7 @@ class PrivateDesktop {
     /// A new session bus in the place of the one before: what is started from now on uses it.
     void startBus();
     void stopBus() { bus.reset(); }
+    pid_t busProcess() const { return bus->pid(); }
     /// What dbus-send prints of the reply to a call on the session bus, which it is given
     /// ("--dest=...", object, method, arguments); empty where it fails.
     std::string call(const std::vector<std::string>& message) const;

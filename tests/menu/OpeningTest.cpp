@@ -159,7 +159,7 @@ TEST_F(MenuOpening, StandsAboveTheDarkWindowsAlsoWhenTheyAreRaisedAgain) {
         ASSERT_NE(opened.connection, nullptr) << opened.error;
         platform::x11::Displays displays(*opened.connection);
         platform::x11::Windows windows(*opened.connection, displays, log, "menu-tests",
-                                       GAMMA_GUARD);
+                                       {GAMMA_GUARD, desktop().runtimeFolder(), descriptors});
         support::TestWindow below(desktop().display(), rightMonitor, white);
         const auto dark = windows.create({.frame = {1280, 16, 1024, 768},
                                           .background = platform::WindowColour::black,

@@ -148,6 +148,17 @@ TEST(Awake, IsTakenBackAtTheEnd) {
     EXPECT_TRUE(service->waitForText("UnInhibit uint:41"));
 }
 
+TEST(Awake, DoesNotKeepTheProgramWhereTheBusIsStoppedAtTheEnd) {
+    Product product;
+    const auto service = startService(product, screenSaverName, screenSaverPath);
+    product.start(keepAwake);
+    ASSERT_TRUE(service->waitForText("Inhibit"));
+    const support::Stopped bus(product.desktop.busProcess());
+    product.program->signal(SIGTERM);
+    EXPECT_EQ(product.program->wait(), 0);
+    EXPECT_TRUE(bus.stillIs());
+}
+
 TEST(Awake, HoldsTheScreenSaverOffWithoutASessionBus) {
     Product product(without({}, false));
     ScreenSaverWatch saver(product.desktop.display());

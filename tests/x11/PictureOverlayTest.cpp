@@ -95,8 +95,8 @@ struct X11PictureOverlay : testing::Test {
     platform::x11::Connection& connection = checked(opened);
     platform::x11::Displays displays{connection};
     CountedPictures pictures{log};
-    platform::x11::Windows windows{connection,      displays,    log,
-                                   "picture-tests", GAMMA_GUARD, &pictures};
+    platform::x11::GammaMeans means{GAMMA_GUARD, desktop.runtimeFolder(), loop};
+    platform::x11::Windows windows{connection, displays, log, "picture-tests", means, &pictures};
     std::unique_ptr<platform::Window> window;
 };
 
@@ -240,7 +240,7 @@ TEST_F(X11PictureOverlay, IsNeverHeldAsAWhole) {
         SCOPED_TRACE(composited);
         if (composited) desktop.startCompositor();
         NotedPictures source;
-        platform::x11::Windows noted(connection, displays, log, "noted", GAMMA_GUARD, &source);
+        platform::x11::Windows noted(connection, displays, log, "noted", means, &source);
         const auto wide = noted.create({.frame = {0, 0, 3840, 2160}, .image = "any"});
         wide->makeKeyAndOrderFront();
         connection.sync();

@@ -7,6 +7,7 @@
 #include "platform/x11/pointer/Cursor.h"
 #include "platform/x11/session/Focus.h"
 #include "testing/KeptLog.h"
+#include "testing/TempFolder.h"
 
 #include <stdexcept>
 #include <unistd.h>
@@ -15,8 +16,9 @@ namespace x11tests {
 
 /// The services as a program has them.
 struct Session {
+    /// Gamma ramps are kept in `sharedFolder`, or in one of its own.
     explicit Session(const std::string& display, const std::string& gammaGuard,
-                     bool serverHolds = true)
+                     bool serverHolds = true, const std::string& sharedFolder = {})
         : opened(platform::x11::Connection::open(display, loop, log, [this] { lost = true; })),
           connection(checked(opened)),
           openedInput(platform::x11::Connection::open(display, loop, log, [] {})),
@@ -27,7 +29,8 @@ struct Session {
           cursor(connection),
           keyboard(connection, log),
           input(inputConnection, loop, displays, pointer, hold, [this] { return ownWindowActive; }),
-          windows(connection, displays, log, "overlay-tests", gammaGuard),
+          windows(connection, displays, log, "overlay-tests",
+                  {gammaGuard, sharedFolder.empty() ? ownFolder.path() : sharedFolder, loop}),
           focus(connection, static_cast<std::uint32_t>(getpid())) {}
 
     static platform::x11::Connection& checked(platform::x11::Connection::Opened& opened) {
@@ -44,6 +47,7 @@ struct Session {
     bool lost = false;
     bool ownWindowActive = false;
     testing_support::KeptLog log;
+    testing_support::TempFolder ownFolder;
     TestLoop loop;
     platform::x11::Connection::Opened opened;
     platform::x11::Connection& connection;

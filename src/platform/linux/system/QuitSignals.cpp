@@ -9,9 +9,11 @@ namespace platform::linux {
 namespace {
 
 std::atomic<int> wakeDescriptor{-1};
+std::atomic<unsigned> patience{0};
 
 void wake(int) {
     const int before = errno;
+    endAfter(patience);
     const char byte = 1;
     // A full pipe wakes the loop just as well.
     if (::write(wakeDescriptor, &byte, 1) < 0) errno = 0;
@@ -20,8 +22,17 @@ void wake(int) {
 
 } // namespace
 
-QuitSignals::QuitSignals(Descriptors& descriptorService, std::function<void()> quit)
+void endAfter(unsigned seconds) {
+    struct sigaction action {};
+    action.sa_handler = SIG_DFL; // which ends the process
+    ::sigaction(SIGALRM, &action, nullptr);
+    ::alarm(seconds);
+}
+
+QuitSignals::QuitSignals(Descriptors& descriptorService, std::function<void()> quit,
+                         unsigned seconds)
     : descriptors(descriptorService) {
+    patience = seconds;
     int ends[2] = {-1, -1};
     if (::pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0) return; // the signals keep their default
     readEnd = FileHandle(ends[0]);

@@ -9,12 +9,19 @@
 
 namespace platform::linux {
 
+inline constexpr unsigned never = 0;
+
+/// The process ends after so many seconds as if it were killed, whatever it waits for then. The
+/// last call counts. May be called in a signal handler.
+void endAfter(unsigned seconds);
+
 /// Turns SIGTERM, SIGINT and SIGHUP into a call from the run loop, also while a modal alert runs.
-/// The second signal of a kind ends the process at once, for a loop that no longer turns. A
-/// SIGHUP that the parent has switched off (nohup) stays off. One object a process.
+/// The second signal of a kind ends the process at once, and the first one after a while, for a
+/// loop that no longer turns. A SIGHUP that the parent has switched off (nohup) stays off. One
+/// object a process.
 class QuitSignals {
   public:
-    QuitSignals(Descriptors& descriptors, std::function<void()> quit);
+    QuitSignals(Descriptors& descriptors, std::function<void()> quit, unsigned seconds = 3);
     ~QuitSignals();
     QuitSignals(const QuitSignals&) = delete;
     QuitSignals& operator=(const QuitSignals&) = delete;

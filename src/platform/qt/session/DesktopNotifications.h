@@ -22,8 +22,8 @@ class DesktopNotifications final : public QObject, public Notifications {
 
     void deliver(const Notification& notification) override;
 
-    /// Waits until the service has what was delivered, for a second at most. For the end of the
-    /// process: the toolkit sends from a thread of its own, which would end with the message
+    /// Waits until the service has what was delivered, for a second at most after that. For the end
+    /// of the process: the toolkit sends from a thread of its own, which would end with the message
     /// unsent.
     void flush();
 

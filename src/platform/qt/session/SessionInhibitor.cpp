@@ -7,6 +7,7 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QTimer>
+#include <vector>
 
 // Desktops do not agree on one interface, and where several run each has a part of its own: on Xfce
 // the power manager switches the displays off and a screen saver of the user's choice locks them.
@@ -70,10 +71,13 @@ SessionInhibitor::~SessionInhibitor() {
 }
 
 void SessionInhibitor::releaseAll() {
+    std::vector<QDBusPendingCall> undone;
     for (const auto& [id, one] : held)
         for (const auto& [service, cookie] : one.cookies)
-            QDBusConnection::sessionBus().call(undoing(*service, cookie), QDBus::Block,
-                                               waitMilliseconds);
+            undone.push_back(QDBusConnection::sessionBus().asyncCall(undoing(*service, cookie),
+                                                                     waitMilliseconds));
+    for (QDBusPendingCall& call : undone)
+        call.waitForFinished();
     held.clear();
     watcher.setWatchedServices({});
 }

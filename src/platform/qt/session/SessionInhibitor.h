@@ -27,7 +27,7 @@ class SessionInhibitor final : public QObject, public WakeLock {
     void release(AssertionId id) override;
     std::string_view missing() const override;
 
-    /// Releases everything and waits, half a second for each at most, until the services know: the
+    /// Releases everything and waits, half a second in all at most, until the services know: the
     /// toolkit sends from a thread of its own, which would end with the process.
     void releaseAll();
 

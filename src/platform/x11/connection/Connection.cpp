@@ -216,6 +216,25 @@ void Connection::sync() {
     wait(xcb_get_input_focus(connection.get()), xcb_get_input_focus_reply);
 }
 
+// Events that come meanwhile stay in XCB's queue.
+void* Connection::waitInTime(unsigned sequence) {
+    if (late) return nullptr;
+    xcb_flush(connection.get());
+    for (;;) {
+        void* reply = nullptr;
+        xcb_generic_error_t* error = nullptr;
+        if (xcb_poll_for_reply(connection.get(), sequence, &reply, &error) != 0) {
+            const Reply<xcb_generic_error_t> owned(error);
+            wakeIfNeeded();
+            return reply;
+        }
+        if (!waitForArrival(*patience)) break;
+    }
+    late = true;
+    xcb_discard_reply(connection.get(), sequence);
+    return nullptr;
+}
+
 void Connection::readBy(std::function<void()> readable) {
     reader = std::move(readable);
 }
@@ -238,11 +257,12 @@ void Connection::watch(bool on) {
 }
 
 bool Connection::waitForArrival(std::chrono::steady_clock::time_point deadline) {
-    using std::chrono::nanoseconds;
-    const auto left = deadline - std::chrono::steady_clock::now();
+    using namespace std::chrono;
+    const nanoseconds left = deadline - steady_clock::now();
     if (gone || left <= nanoseconds::zero()) return false;
     pollfd arrival{xcb_get_file_descriptor(connection.get()), POLLIN, 0};
-    const timespec limit{0, static_cast<long>(nanoseconds(left).count())};
+    const auto whole = floor<seconds>(left);
+    const timespec limit{whole.count(), static_cast<long>((left - whole).count())};
     return ppoll(&arrival, 1, &limit, nullptr) == 1;
 }
 

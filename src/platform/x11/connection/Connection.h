@@ -11,6 +11,7 @@
 #include <functional>
 #include <initializer_list>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -80,6 +81,7 @@ class Connection {
     /// Waits for a reply. Null on failure, which is not logged.
     template <class Cookie, class T>
     Reply<T> wait(Cookie cookie, T* (*take)(xcb_connection_t*, Cookie, xcb_generic_error_t**)) {
+        if (patience) return Reply<T>(static_cast<T*>(waitInTime(cookie.sequence)));
         xcb_generic_error_t* error = nullptr;
         Reply<T> reply(take(connection.get(), cookie, &error));
         Reply<xcb_generic_error_t> owned(error);
@@ -92,6 +94,12 @@ class Connection {
 
     /// Waits until the server has done everything requested so far.
     void sync();
+
+    /// For the end of the program: no wait goes beyond the deadline, and then the request counts as
+    /// failed. A server that is stopped would have its clients wait for ever.
+    void giveUpAt(std::chrono::steady_clock::time_point deadline) { patience = deadline; }
+    /// False once the server has gone, or has not answered in time.
+    bool isAnswering() const { return !late && xcb_connection_has_error(connection.get()) == 0; }
 
     /// For the one who reads this connection at a pace of his own. `readable` is called from the
     /// run loop, instead of `drain`, when something has arrived while the connection is watched.
@@ -121,6 +129,7 @@ class Connection {
     std::string refuseXwayland();
     void internAtoms();
 
+    void* waitInTime(unsigned sequence);
     Reply<xcb_generic_event_t> nextEvent();
     void dispatch(const xcb_generic_event_t& event);
     bool dispatchReplies();
@@ -145,6 +154,9 @@ class Connection {
     std::vector<Awaited> awaited;
     std::vector<Reply<xcb_generic_event_t>> heldEvents;
     std::function<void()> reader;
+    std::optional<std::chrono::steady_clock::time_point>
+        patience; ///< of waits; none but at the end
+    bool late = false;
     bool watching = false;
     bool gone = false;
 };

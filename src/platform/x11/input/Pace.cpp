@@ -7,9 +7,10 @@
 
 namespace platform::x11 {
 
-Pace::Pace(Descriptors& watcher, std::function<void()> tick)
+Pace::Pace(Descriptors& watcher, std::function<void()> tick, std::chrono::nanoseconds wanted)
     : descriptors(watcher),
       handler(std::move(tick)),
+      ownPeriod(wanted),
       descriptor(timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC)) {
     if (descriptor < 0) return;
     descriptors.watchReadable(descriptor, [this] {
@@ -25,7 +26,7 @@ Pace::~Pace() {
 }
 
 void Pace::start() {
-    if (!running && descriptor >= 0) set(period);
+    if (!running && descriptor >= 0) set(ownPeriod);
 }
 
 void Pace::stop() {
@@ -34,7 +35,8 @@ void Pace::stop() {
 
 void Pace::set(std::chrono::nanoseconds interval) {
     running = interval.count() != 0;
-    const timespec span{0, static_cast<long>(interval.count())};
+    const auto whole = std::chrono::floor<std::chrono::seconds>(interval);
+    const timespec span{whole.count(), static_cast<long>((interval - whole).count())};
     const itimerspec times{span, span};
     timerfd_settime(descriptor, 0, &times, nullptr);
 }

@@ -7,8 +7,8 @@
 
 namespace platform::x11 {
 
-/// A clock that ticks at the pace of a display, on a fixed grid, also while an alert or a
-/// menu is open. Stopped it costs nothing. Main thread.
+/// A clock that ticks at the pace of a display, or at another one, on a fixed grid, also while an
+/// alert or a menu is open. Stopped it costs nothing. Main thread.
 class Pace {
   public:
     using Clock = std::chrono::steady_clock;
@@ -16,7 +16,8 @@ class Pace {
 
     /// Ticks that were missed are made up for by one. Where the system refuses a clock, `start`
     /// does nothing and `isRunning` stays false.
-    Pace(Descriptors& descriptors, std::function<void()> tick);
+    Pace(Descriptors& descriptors, std::function<void()> tick,
+         std::chrono::nanoseconds period = Pace::period);
     ~Pace();
     Pace(const Pace&) = delete;
     Pace& operator=(const Pace&) = delete;
@@ -31,6 +32,7 @@ class Pace {
 
     Descriptors& descriptors;
     std::function<void()> handler;
+    std::chrono::nanoseconds ownPeriod;
     int descriptor;
     bool running = false;
 };

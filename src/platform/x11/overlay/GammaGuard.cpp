@@ -1,97 +1,156 @@
 #include "platform/x11/overlay/GammaGuard.h"
 
-#include "platform/x11/overlay/gammaguard/Message.h"
-
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <fcntl.h>
+#include <poll.h>
 #include <spawn.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <utility>
+
+// glibc 2.36 declares these without C linkage.
+extern "C" {
+#include <sys/pidfd.h>
+}
 
 extern char** environ;
 
 namespace platform::x11 {
 
-using gammaguard::Header;
-using gammaguard::Order;
+namespace {
 
-GammaGuard::GammaGuard(std::string helper, std::string display, Log& writer)
-    : executable(std::move(helper)), displayName(std::move(display)), log(writer) {}
+using namespace std::chrono_literals;
+
+// One that answers does so in a fraction of a millisecond, and one that is started in ten.
+constexpr auto timeToAnswer = 200ms;
+constexpr auto timeToStart = 800ms;
+constexpr auto timeToEnd = 500ms;
+constexpr auto timeToRest = 30s;
+
+bool isReadable(int descriptor, std::chrono::steady_clock::time_point deadline) {
+    for (;;) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(
+            deadline - std::chrono::steady_clock::now());
+        pollfd polled{descriptor, POLLIN, 0};
+        const int ready = ::poll(&polled, 1, std::max<int>(0, static_cast<int>(left.count())));
+        if (ready >= 0 || errno != EINTR) return ready > 0;
+    }
+}
+
+} // namespace
+
+GammaGuard::GammaGuard(std::string helper, Log& writer)
+    : executable(std::move(helper)), log(writer) {}
 
 GammaGuard::~GammaGuard() {
-    if (socket >= 0) close(socket);
-    if (child > 0)
-        while (waitpid(child, nullptr, 0) < 0 && errno == EINTR) {
-        }
+    letGo(false);
+}
+
+bool GammaGuard::answers(const std::vector<std::string>& arguments) {
+    if (child > 0 && echoes(Clock::now() + timeToAnswer)) return true;
+    kill();
+    if (Clock::now() < nextStart) return false;
+    start(arguments);
+    if (child == 0) return false;
+    if (echoes(Clock::now() + timeToStart)) return true;
+    tell("does not answer");
+    if (!hasEnded()) nextStart = Clock::now() + timeToRest;
+    kill();
+    return false;
 }
 
 // A session of its own, and requests to end blocked before it can ignore them, so that what ends
 // the program's process group does not end the helper. A socket instead of a pipe, because writing
-// to it when the helper has gone need not raise SIGPIPE.
-void GammaGuard::start() {
+// to it when the helper has gone need not raise SIGPIPE. It may outlive the program, so it does
+// not keep open where that wrote to.
+void GammaGuard::start(const std::vector<std::string>& arguments) {
     int ends[2] = {-1, -1};
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) {
-        log.write(std::string("the gamma guard has no socket: ") + std::strerror(errno));
-        failed = true;
+        tell(std::string("has no socket: ") + std::strerror(errno));
         return;
     }
     posix_spawn_file_actions_t actions;
     posix_spawnattr_t attributes;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, ends[1], STDIN_FILENO);
+    for (const int output : {STDOUT_FILENO, STDERR_FILENO})
+        posix_spawn_file_actions_addopen(&actions, output, "/dev/null", O_WRONLY, 0);
     posix_spawnattr_init(&attributes);
     posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK);
     sigset_t requests;
     sigemptyset(&requests);
-    for (int signal : {SIGINT, SIGTERM, SIGHUP})
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP})
         sigaddset(&requests, signal);
     posix_spawnattr_setsigmask(&attributes, &requests);
-    char* arguments[] = {executable.data(), displayName.data(), nullptr};
+    std::vector<std::string> words{executable};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    std::vector<char*> list;
+    for (std::string& word : words)
+        list.push_back(word.data());
+    list.push_back(nullptr);
     const int error =
-        posix_spawn(&child, executable.c_str(), &actions, &attributes, arguments, environ);
+        posix_spawn(&child, executable.c_str(), &actions, &attributes, list.data(), environ);
     posix_spawnattr_destroy(&attributes);
     posix_spawn_file_actions_destroy(&actions);
     close(ends[1]);
-    if (error != 0) {
-        child = 0;
-        close(ends[0]);
-        log.write("the gamma guard '" + executable +
-                  "' cannot be started: " + std::strerror(error));
-        failed = true;
-        return;
-    }
     socket = ends[0];
+    if (error == 0) return;
+    child = 0;
+    closeSocket();
+    tell("'" + executable + "' cannot be started: " + std::strerror(error));
 }
 
-bool GammaGuard::send(const void* data, std::size_t bytes) {
-    const auto* at = static_cast<const char*>(data);
-    while (bytes > 0 && socket >= 0) {
-        const ssize_t sent = ::send(socket, at, bytes, MSG_NOSIGNAL);
-        if (sent < 0 && errno == EINTR) continue;
-        if (sent <= 0) {
-            log.write("the gamma guard has ended early");
-            close(socket);
-            socket = -1;
-            failed = true;
-            return false;
-        }
-        at += sent;
-        bytes -= static_cast<std::size_t>(sent);
+bool GammaGuard::echoes(Clock::time_point deadline) {
+    char byte = 0;
+    return ::send(socket, &byte, 1, MSG_NOSIGNAL | MSG_DONTWAIT) == 1 &&
+           isReadable(socket, deadline) && ::recv(socket, &byte, 1, MSG_DONTWAIT) == 1;
+}
+
+bool GammaGuard::hasEnded() const {
+    char byte = 0;
+    return child > 0 && ::recv(socket, &byte, 1, MSG_PEEK | MSG_DONTWAIT) == 0;
+}
+
+/// Reaps it.
+bool GammaGuard::endsBy(Clock::time_point deadline) {
+    const int handle = pidfd_open(child, 0);
+    if (handle >= 0) {
+        (void)isReadable(handle, deadline);
+        close(handle);
     }
-    return bytes == 0;
+    if (waitpid(child, nullptr, WNOHANG) == 0) return false;
+    child = 0;
+    return true;
 }
 
-void GammaGuard::keep(std::uint32_t crtc, const std::vector<std::uint16_t>& ramp) {
-    if (socket < 0 && !failed) start();
-    const Header header{Order::keep, crtc, static_cast<std::uint32_t>(ramp.size() / 3)};
-    if (send(&header, sizeof header)) send(ramp.data(), ramp.size() * sizeof ramp[0]);
+// A stopped process heeds this too.
+void GammaGuard::kill() {
+    closeSocket();
+    if (child == 0) return;
+    ::kill(child, SIGKILL);
+    endsBy(Clock::now() + timeToEnd);
+    child = 0;
 }
 
-void GammaGuard::forget(std::uint32_t crtc) {
-    const Header header{Order::forget, crtc, 0};
-    send(&header, sizeof header);
+void GammaGuard::letGo(bool isNeeded) {
+    closeSocket();
+    if (child > 0 && !isNeeded && !endsBy(Clock::now() + timeToEnd)) kill();
+    child = 0;
+}
+
+void GammaGuard::closeSocket() {
+    if (socket >= 0) close(std::exchange(socket, -1));
+}
+
+void GammaGuard::tell(const std::string& failure) {
+    if (std::exchange(told, true)) return;
+    log.write("the gamma guard " + failure +
+              "; without it monitors stay bright, but with a "
+              "compositor such as picom they would be dark");
 }
 
 } // namespace platform::x11

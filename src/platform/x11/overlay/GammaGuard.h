@@ -2,38 +2,52 @@
 
 #include "platform/Log.h"
 
-#include <cstdint>
+#include <chrono>
 #include <string>
 #include <sys/types.h>
 #include <vector>
 
 namespace platform::x11 {
 
-/// The process that puts the gamma ramps back when this one is killed. It is started at the first
-/// ramp it has to keep; when it cannot be, that is logged once and nothing is guarded.
+/// The process that puts the gamma ramps back when this one is killed. It is started when it is
+/// first asked, and anew where it has ended or does not answer. Nothing here waits for longer than
+/// a second.
 class GammaGuard {
   public:
-    GammaGuard(std::string executable, std::string displayName, Log& log);
-    /// Lets the helper go and waits for its end; it puts back what it still keeps.
+    GammaGuard(std::string executable, Log& log);
+    /// As letGo(false).
     ~GammaGuard();
     GammaGuard(const GammaGuard&) = delete;
     GammaGuard& operator=(const GammaGuard&) = delete;
 
-    /// To be called before the CRTC is first changed. `ramp` is red, green, blue, one after
-    /// another.
-    void keep(std::uint32_t crtc, const std::vector<std::uint16_t>& ramp);
-    void forget(std::uint32_t crtc);
+    /// Whether there is a helper that answers now. `arguments` are for one that has to be started;
+    /// one that cannot be is logged once. After one that was silent from the start no other is
+    /// tried for a while, since each takes its time.
+    bool answers(const std::vector<std::string>& arguments);
+
+    /// Whether there was one and it has gone. Does not wait.
+    bool hasEnded() const;
+
+    /// The helper looks what there is left to do, and ends. One that has nothing to do is waited
+    /// for and, where it does not end, made to; one that is still needed is left to itself.
+    void letGo(bool isNeeded);
 
   private:
-    void start();
-    bool send(const void* data, std::size_t bytes);
+    using Clock = std::chrono::steady_clock;
+
+    void start(const std::vector<std::string>& arguments);
+    bool echoes(Clock::time_point deadline);
+    bool endsBy(Clock::time_point deadline);
+    void kill();
+    void closeSocket();
+    void tell(const std::string& failure);
 
     std::string executable;
-    std::string displayName;
     Log& log;
     pid_t child = 0;
     int socket = -1;
-    bool failed = false;
+    Clock::time_point nextStart{};
+    bool told = false;
 };
 
 } // namespace platform::x11

@@ -186,10 +186,15 @@ void Overlay::setInputShape() {
 }
 
 void Overlay::updateGamma() {
-    if (visible && form == Form::gammaAndCatcher)
-        owner.gamma.darken(this, owner.displays.crtcsUnder(style.frame), style.alpha);
-    else
+    if (!visible || form != Form::gammaAndCatcher) {
         owner.gamma.release(this);
+        return;
+    }
+    auto crtcs = owner.outputs.litAlone(style.frame);
+    if (crtcs.empty() && style.alpha > 0)
+        owner.gamma.tell("a monitor has no output to itself and stays bright, though no click goes "
+                         "through; with a compositor such as picom it would be dark");
+    owner.gamma.darken(this, std::move(crtcs), style.alpha);
 }
 
 void Overlay::setFrame(Rect frame) {

@@ -7,14 +7,15 @@
 namespace platform::x11 {
 
 Windows::Windows(Connection& x, Displays& screens, Log& writer, std::string applicationName,
-                 std::string gammaGuard, PictureSource* source)
+                 GammaMeans gammaMeans, PictureSource* source)
     : connection(x),
       displays(screens),
       log(writer),
       name(std::move(applicationName)),
       pictures(source),
       compositor(x),
-      gamma(x, std::move(gammaGuard), writer),
+      outputs(x, screens),
+      gamma(x, std::move(gammaMeans), writer),
       stacking(x, [this](std::vector<xcb_window_t>& shown) {
           for (const Overlay* overlay : overlays)
               if (overlay->isVisible()) overlay->addHandles(shown);
@@ -26,6 +27,7 @@ Windows::Windows(Connection& x, Displays& screens, Log& writer, std::string appl
         connection.flush();
     });
     displays.onLayout(this, [this] {
+        outputs.layoutChanged();
         for (Overlay* overlay : overlays)
             overlay->place();
     });

@@ -5,6 +5,7 @@
 #include "platform/Windows.h"
 #include "platform/x11/overlay/Compositor.h"
 #include "platform/x11/overlay/Gamma.h"
+#include "platform/x11/overlay/GammaOutputs.h"
 #include "platform/x11/overlay/Stacking.h"
 
 namespace platform::x11 {
@@ -13,15 +14,15 @@ class Overlay;
 
 /// Overlays without a toolkit: the server paints their background, a picture too, so the program
 /// holds no pixels. Where a compositor runs they are translucent; where none does, dark ones darken
-/// the monitor through its gamma, pictures are cut out to where they are at least half opaque, and
-/// an invisible window catches the clicks. They change over by themselves when a compositor comes
-/// or goes. Must outlive the windows it makes.
+/// the monitor through its gamma, if its output shows nothing else, pictures are cut out to where
+/// they are at least half opaque, and an invisible window catches the clicks. They change over by
+/// themselves when a compositor comes or goes. Must outlive the windows it makes.
 class Windows final : public platform::Windows {
   public:
-    /// `applicationName` is the windows' class; `gammaGuard` the path of the helper executable.
-    /// Without a source of pictures, which must outlive it, the overlays show none.
+    /// `applicationName` is the windows' class. Without a source of pictures, which must outlive
+    /// it, the overlays show none.
     Windows(Connection& connection, Displays& displays, Log& log, std::string applicationName,
-            std::string gammaGuard, PictureSource* pictures = nullptr);
+            GammaMeans gammaMeans, PictureSource* pictures = nullptr);
     ~Windows() override;
     Windows(const Windows&) = delete;
     Windows& operator=(const Windows&) = delete;
@@ -51,6 +52,7 @@ class Windows final : public platform::Windows {
     std::string name;
     PictureSource* pictures;
     Compositor compositor;
+    GammaOutputs outputs;
     Gamma gamma;
     Stacking stacking;
     Visual translucent;

@@ -1,48 +1,49 @@
-// Gamma outlives the client that set it. This process keeps the ramps that were there before, and
-// writes them back when the other end of its standard input has gone, however that ended.
+// Gamma outlives the client that set it. This process answers whoever started it for as long as
+// that lives, and puts the ramps back when the other end of its standard input has gone, however
+// that ended. What is to be put back lies in a file; the end of the input is only the occasion to
+// look.
+//
+// usage: gamma-guard DISPLAY FOLDER SERVER OWNER
 
-#include "platform/x11/connection/Reply.h"
-#include "platform/x11/overlay/gammaguard/Message.h"
+#include "platform/x11/overlay/gammaguard/Rescue.h"
 
 #include <cerrno>
 #include <csignal>
-#include <map>
+#include <poll.h>
 #include <unistd.h>
-#include <vector>
-#include <xcb/randr.h>
-#include <xcb/xcb.h>
 
 namespace {
 
-using platform::x11::Reply;
-using platform::x11::gammaguard::Header;
-using platform::x11::gammaguard::Order;
+using namespace platform::x11::gammaguard;
 
-bool readAll(void* to, std::size_t bytes) {
-    auto* at = static_cast<char*>(to);
-    while (bytes > 0) {
-        const ssize_t got = read(STDIN_FILENO, at, bytes);
+/// Gives each byte back until there are no more.
+void answer() {
+    char byte = 0;
+    for (;;) {
+        const ssize_t got = read(STDIN_FILENO, &byte, 1);
         if (got < 0 && errno == EINTR) continue;
-        if (got <= 0) return false;
-        at += got;
-        bytes -= static_cast<std::size_t>(got);
+        if (got <= 0) return;
+        (void)!write(STDIN_FILENO, &byte, 1);
     }
-    return true;
 }
 
-void restore(const char* display, const std::map<std::uint32_t, std::vector<std::uint16_t>>& kept) {
-    xcb_connection_t* c = xcb_connect(display, nullptr);
-    if (!xcb_connection_has_error(c)) {
-        for (const auto& [crtc, ramp] : kept) {
-            const std::size_t size = ramp.size() / 3;
-            xcb_randr_set_crtc_gamma(c, crtc, static_cast<std::uint16_t>(size), ramp.data(),
-                                     ramp.data() + size, ramp.data() + 2 * size);
-        }
-        // Disconnecting drops what the server has not read yet, so wait for it.
-        const Reply<xcb_get_input_focus_reply_t> done(
-            xcb_get_input_focus_reply(c, xcb_get_input_focus(c), nullptr));
+/// A process that ends lets its lock go a moment after its end of the socket. False where the ramps
+/// are no affair of this process any more.
+bool lockOwn(RampFile& file, const std::string& owner) {
+    constexpr int shortTime = 10; // milliseconds
+    for (;;) {
+        const auto kept = file.read();
+        if (!kept || kept->owner != owner) return false;
+        if (file.lock() == 0) return true;
+        poll(nullptr, 0, shortTime);
     }
-    xcb_disconnect(c);
+}
+
+xcb_window_t rootOf(xcb_connection_t* c, int screen) {
+    auto screens = xcb_setup_roots_iterator(xcb_get_setup(c));
+    while (screen-- > 0 && screens.rem > 1)
+        xcb_screen_next(&screens);
+    return screens.data->root;
 }
 
 } // namespace
@@ -50,20 +51,19 @@ void restore(const char* display, const std::map<std::uint32_t, std::vector<std:
 int main(int argc, char** argv) {
     for (int signal : {SIGINT, SIGTERM, SIGHUP, SIGPIPE})
         std::signal(signal, SIG_IGN);
+    if (argc < 5) return 2;
+    answer();
 
-    constexpr std::uint32_t largestRamp = 1 << 16;
-    std::map<std::uint32_t, std::vector<std::uint16_t>> kept;
-    Header header{};
-    while (readAll(&header, sizeof header)) {
-        if (header.order == Order::forget) {
-            kept.erase(header.crtc);
-        } else {
-            if (header.size == 0 || header.size >= largestRamp) break;
-            std::vector<std::uint16_t> ramp(3 * std::size_t{header.size});
-            if (!readAll(ramp.data(), ramp.size() * sizeof ramp[0])) break;
-            kept[header.crtc] = std::move(ramp);
-        }
-    }
-    if (!kept.empty()) restore(argc > 1 ? argv[1] : nullptr, kept);
+    RampFile file(argv[2], argv[3]);
+    const std::string owner = argv[4];
+    if (!lockOwn(file, owner)) return 0;
+    int screen = 0;
+    xcb_connection_t* const c = xcb_connect(argv[1], &screen);
+    // What was written before the lock was there counts no more.
+    const auto kept = file.read();
+    if (!xcb_connection_has_error(c) && kept && kept->owner == owner &&
+        serverName(c, rootOf(c, screen)) == argv[3] && putBack(c, kept->ramps))
+        file.remove();
+    xcb_disconnect(c);
     return 0;
 }

@@ -1,13 +1,13 @@
 // usage: x11_darkener GAMMA-GUARD ALPHA; covers every monitor, says "shown" and waits to be killed.
 
-#include "Session.h"
+#include "x11/Session.h"
 
 #include <cstdio>
 #include <cstdlib>
 
 int main(int argc, char** argv) {
     if (argc < 3) return 2;
-    x11tests::Session session("", argv[1]);
+    x11tests::Session session("", argv[1], true, std::getenv("XDG_RUNTIME_DIR"));
     std::vector<std::unique_ptr<platform::Window>> windows;
     for (const platform::Screen& screen : session.displays.screens()) {
         platform::WindowStyle style;
