@@ -182,3 +182,46 @@ TEST_F(UserFolders, AreMadeAndWrittenInto) {
 }
 
 } // namespace
+
+struct RuntimeFolder : testing::Test {
+    RuntimeFolder() {
+        ::setenv("XDG_RUNTIME_DIR", folder.path("run").c_str(), 1);
+        ::setenv("TMPDIR", folder.path("temporary").c_str(), 1);
+        std::filesystem::create_directory(folder.path("run"));
+        std::filesystem::create_directory(folder.path("temporary"));
+    }
+    ~RuntimeFolder() override { ::unsetenv("TMPDIR"); }
+
+    std::string amongTheTemporary() const {
+        return folder.path("temporary/palisor-" + std::to_string(::geteuid()));
+    }
+    static std::filesystem::perms modeOf(const std::string& path) {
+        return std::filesystem::status(path).permissions();
+    }
+
+    TempFolder folder;
+};
+
+TEST_F(RuntimeFolder, IsMadeInTheSessionsForTheUserAlone) {
+    for (int time = 0; time < 2; ++time)
+        EXPECT_EQ(platform::linux::runtimeFolder(), folder.path("run/palisor"));
+    EXPECT_EQ(modeOf(folder.path("run/palisor")), std::filesystem::perms::owner_all);
+}
+
+TEST_F(RuntimeFolder, IsAmongTheTemporaryFilesWhereTheSessionHasNone) {
+    for (const char* none : {"", "run", "/nowhere/at/all"}) {
+        ::setenv("XDG_RUNTIME_DIR", none, 1);
+        EXPECT_EQ(platform::linux::runtimeFolder(), amongTheTemporary());
+    }
+    EXPECT_EQ(modeOf(amongTheTemporary()), std::filesystem::perms::owner_all);
+}
+
+TEST_F(RuntimeFolder, IsNoneThatOthersCanWriteToOrHaveLaid) {
+    ::setenv("XDG_RUNTIME_DIR", "", 1);
+    std::filesystem::create_directory_symlink(folder.path("run"), amongTheTemporary());
+    EXPECT_EQ(platform::linux::runtimeFolder(), std::nullopt);
+    std::filesystem::remove(amongTheTemporary());
+    std::filesystem::create_directory(amongTheTemporary());
+    std::filesystem::permissions(amongTheTemporary(), std::filesystem::perms::all);
+    EXPECT_EQ(platform::linux::runtimeFolder(), std::nullopt);
+}

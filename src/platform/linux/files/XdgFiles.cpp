@@ -9,7 +9,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <filesystem>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace platform::linux {
 
@@ -21,6 +23,15 @@ std::optional<std::string> userFolder(QStandardPaths::StandardLocation which) {
     return QStandardPaths::writableLocation(which).toStdString();
 }
 
+/// Anybody can make names among the temporary files, so what is there already must be the user's
+/// own folder, and closed to others.
+bool isForTheUserAlone(const std::string& folder) {
+    if (::mkdir(folder.c_str(), S_IRWXU) != 0 && errno != EEXIST) return false;
+    struct stat status {};
+    return ::lstat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode) &&
+           status.st_uid == ::geteuid() && (status.st_mode & (S_IRWXG | S_IRWXO)) == 0;
+}
+
 } // namespace
 
 std::optional<std::string> configurationFolder() {
@@ -28,6 +39,20 @@ std::optional<std::string> configurationFolder() {
     if (folder != nullptr && folder[0] == '/') return folder;
     if (qEnvironmentVariableIsEmpty("HOME")) return std::nullopt;
     return qgetenv("HOME").toStdString() + "/.config";
+}
+
+std::optional<std::string> runtimeFolder() {
+    const char* session = std::getenv("XDG_RUNTIME_DIR");
+    if (session != nullptr && session[0] == '/') {
+        const std::string folder = std::string(session) + "/" PROGRAM_FOLDER;
+        if (isForTheUserAlone(folder)) return folder;
+    }
+    std::error_code error;
+    const auto temporary = std::filesystem::temp_directory_path(error);
+    if (error) return std::nullopt;
+    const std::string folder =
+        (temporary / (PROGRAM_FOLDER "-" + std::to_string(::geteuid()))).string();
+    return isForTheUserAlone(folder) ? std::optional(folder) : std::nullopt;
 }
 
 std::optional<std::string> XdgFiles::preferencesFolder() const {

@@ -9,6 +9,11 @@ namespace platform::linux {
 /// $XDG_CONFIG_HOME does not count.
 std::optional<std::string> configurationFolder();
 
+/// The program's folder for what lasts no longer than the user's session, such as locks: in
+/// $XDG_RUNTIME_DIR, or, where there is none, one for the user alone among the temporary files. It
+/// is made when it is missing; nothing where it cannot be made, or is not the user's alone.
+std::optional<std::string> runtimeFolder();
+
 class XdgFiles final : public Files {
   public:
     explicit XdgFiles(Log& logger) : log(logger) {}
