@@ -28,11 +28,16 @@ class SettingsFileTest : public testing::Test {
     TempFolder folder;
     KeptLog log;
     int saveRequests = 0;
+    int looks = 0;
 
     std::string path() const { return folder.path("a.plist"); }
     SettingsFile open() { return SettingsFile(path(), log, nullptr); }
     SettingsFile openDeferred() {
         return SettingsFile(path(), log, [this] { ++saveRequests; });
+    }
+    SettingsFile openPatient() {
+        return SettingsFile(
+            path(), log, [this] { ++saveRequests; }, [this] { ++looks; });
     }
     void save(SettingsFile& settings, const std::string& key, const std::string& text) {
         settings.set(key, Value{text});
@@ -116,12 +121,37 @@ TEST_F(SettingsFileTest, ALinkStaysALinkAndWhatItLeadsToIsReplaced) {
     EXPECT_NE(folder.read("real").find("<key>a</key>"), std::string::npos);
 }
 
-TEST_F(SettingsFileTest, WithoutAFolderTheSettingsLiveInMemoryAndThatIsToldOnce) {
-    SettingsFile settings("", log, nullptr);
+TEST_F(SettingsFileTest, ALinkToAFileThatIsNotThereYetStaysALink) {
+    std::filesystem::create_symlink("not/yet", path());
+    auto settings = open();
     save(settings, "a", "1");
-    save(settings, "a", "2");
+    EXPECT_TRUE(std::filesystem::is_symlink(path()));
+    EXPECT_NE(folder.read("not/yet").find("<key>a</key>"), std::string::npos);
+}
+
+TEST_F(SettingsFileTest, AFileThatBecomesALinkStaysOneAndWhatItLeadsToCounts) {
+    auto settings = open();
+    save(settings, "a", "1");
+    folder.write("real", listOf("<key>a</key><string>2</string>"));
+    std::filesystem::remove(path());
+    std::filesystem::create_symlink("real", path());
+    settings.fileChanged();
     EXPECT_EQ(settings.stringForKey("a"), "2");
-    EXPECT_EQ(log.lines.size(), 1u);
+    save(settings, "b", "1");
+    EXPECT_TRUE(std::filesystem::is_symlink(path()));
+    EXPECT_NE(folder.read("real").find("<key>b</key>"), std::string::npos);
+}
+
+TEST_F(SettingsFileTest, WithoutAFolderTheSettingsLiveInMemoryAndWhereTheyWouldBeIsToldOnce) {
+    SettingsFile settings("$HOME/.config/a.plist", log, nullptr);
+    save(settings, "a", "1");
+    settings.fileChanged();
+    save(settings, "a", "2");
+    settings.flush();
+    EXPECT_EQ(settings.stringForKey("a"), "2");
+    ASSERT_EQ(log.lines.size(), 1u);
+    EXPECT_NE(log.lines[0].find("$HOME/.config/a.plist"), std::string::npos) << log.lines[0];
+    EXPECT_FALSE(std::filesystem::exists("$HOME"));
 }
 
 TEST_F(SettingsFileTest, ValuesOfOtherTypesSurviveASaveAndReadAsAbsent) {
@@ -242,15 +272,105 @@ TEST_F(SettingsFileTest, ADamagingEditIsSetAsideAndTheSettingsInMemoryAreSavedAg
     EXPECT_EQ(folder.read("a.plist.damaged"), "<plist>");
 }
 
-TEST_F(SettingsFileTest, ADeletedFileComesBackWholeWithTheNextChange) {
+TEST_F(SettingsFileTest, AFileThatBecomesBlankIsSetAsideAndTheSettingsInMemoryAreSavedAgain) {
+    for (const std::string blank : {"", " \n", "\xEF\xBB\xBF"}) {
+        auto settings = openDeferred();
+        save(settings, "a", "1");
+        settings.savePending();
+        folder.write("a.plist", blank);
+        settings.fileChanged();
+        EXPECT_EQ(settings.stringForKey("a"), "1");
+        settings.savePending();
+        EXPECT_EQ(open().stringForKey("a"), "1");
+        EXPECT_EQ(folder.read("a.plist.damaged"), blank);
+        std::filesystem::remove(folder.path("a.plist.damaged"));
+    }
+}
+
+TEST_F(SettingsFileTest, AnEmptyListIsAnEditThatCounts) {
+    auto settings = open();
+    save(settings, "a", "1");
+    folder.write("a.plist", listOf(""));
+    settings.fileChanged();
+    EXPECT_EQ(settings.object("a"), nullptr);
+    EXPECT_EQ(folder.names(), Names{"a.plist"});
+}
+
+TEST_F(SettingsFileTest, AnEmptyFileWhereThereWasNoneIsNoDamage) {
+    auto settings = open();
+    folder.write("a.plist", "");
+    settings.fileChanged();
+    save(settings, "a", "1");
+    EXPECT_EQ(folder.names(), Names{"a.plist"});
+    EXPECT_EQ(log.lines, Names{});
+}
+
+TEST_F(SettingsFileTest, AnEndDoesNotLeaveABlankFileBehind) {
+    auto settings = openPatient();
+    save(settings, "a", "1");
+    settings.savePending();
+    folder.write("a.plist", "");
+    settings.fileChanged();
+    settings.flush();
+    EXPECT_EQ(open().stringForKey("a"), "1");
+}
+
+TEST_F(SettingsFileTest, ADeletedFileIsWrittenAgainWhole) {
     auto settings = open();
     save(settings, "a", "1");
     std::filesystem::remove(path());
     settings.fileChanged();
-    settings.synchronize();
-    EXPECT_EQ(folder.names(), Names{});
-    save(settings, "b", "2");
     EXPECT_EQ(open().stringForKey("a"), "1");
+    EXPECT_EQ(folder.names(), Names{"a.plist"});
+}
+
+TEST_F(SettingsFileTest, AFolderThatWasMovedAwayIsNotMadeAgainUntilThereIsSomethingToSave) {
+    SettingsFile settings(folder.path("config/a.plist"), log, nullptr);
+    save(settings, "a", "1");
+    std::filesystem::rename(folder.path("config"), folder.path("away"));
+    settings.fileChanged();
+    EXPECT_EQ(folder.names(), Names{"away"});
+    save(settings, "b", "2");
+    const SettingsFile again(folder.path("config/a.plist"), log, nullptr);
+    EXPECT_EQ(again.stringForKey("a"), "1");
+}
+
+TEST_F(SettingsFileTest, AnEditorThatMovesTheFileAwayOrEmptiesItFirstIsGivenTime) {
+    auto settings = openPatient();
+    save(settings, "a", "1");
+    settings.savePending();
+    const auto edit = [&](const std::string& value) {
+        settings.fileChanged();
+        save(settings, "own", value); // also a save in between does not replace it
+        settings.savePending();
+        folder.write("a.plist", listOf("<key>a</key><string>" + value + "</string>"));
+        settings.lookAgain();
+        EXPECT_EQ(settings.stringForKey("a"), value);
+        EXPECT_EQ(open().stringForKey("own"), value);
+    };
+    std::filesystem::rename(path(), folder.path("backup"));
+    edit("moved");
+    folder.write("a.plist", "");
+    edit("emptied");
+    folder.write("a.plist", "<plist><dict><key>");
+    edit("half written");
+    EXPECT_EQ(folder.names(), (Names{"a.plist", "backup"}));
+    EXPECT_EQ(log.lines, Names{});
+}
+
+TEST_F(SettingsFileTest, WhatIsNotWholeAtTheNextLookEitherIsReplacedThen) {
+    auto settings = openPatient();
+    save(settings, "a", "1");
+    settings.savePending();
+    folder.write("a.plist", "");
+    settings.fileChanged();
+    EXPECT_EQ(looks, 1);
+    EXPECT_EQ(folder.names(), Names{"a.plist"});
+    settings.lookAgain();
+    settings.savePending();
+    EXPECT_EQ(open().stringForKey("a"), "1");
+    EXPECT_EQ(folder.names(), (Names{"a.plist", "a.plist.damaged"}));
+    EXPECT_EQ(looks, 1);
 }
 
 TEST_F(SettingsFileTest, RereadingAnEmptyFileForgetsWhatWasThere) {
@@ -274,6 +394,26 @@ TEST_F(SettingsFileTest, TellsAnObserverOfAnotherProgramsEditAndNotOfTheRest) {
     EXPECT_EQ(told, 1);
     settings.fileChanged();
     EXPECT_EQ(told, 1);
+}
+
+TEST_F(SettingsFileTest, TellsOnceWhichKeysReadOtherwiseAfterAnOutsideEdit) {
+    folder.write("a.plist", listOf("<key>a</key><string>1</string><key>gone</key><true/>"
+                                   "<key>same</key><true/>"));
+    auto settings = open();
+    settings.registerDefault("default", Value{true});
+    std::vector<SettingsFile::Keys> told;
+    settings.onOutsideEdit([&](const auto& keys) { told.push_back(keys); });
+    folder.write("a.plist", listOf("<key>a</key><string>22</string><key>new</key><true/>"
+                                   "<key>same</key><true/><key>default</key><true/>"));
+    settings.fileChanged();
+    settings.fileChanged();
+    EXPECT_EQ(told, (std::vector<SettingsFile::Keys>{{"a", "gone", "new"}}));
+    told.clear();
+    save(settings, "a", "own");
+    settings.fileChanged();
+    folder.write("a.plist", folder.read("a.plist") + "\n");
+    settings.fileChanged();
+    EXPECT_TRUE(told.empty()) << "its own, and an edit that changes nothing";
 }
 
 TEST_F(SettingsFileTest, TellsAnObserverOfAnEditThatASaveFinds) {
