@@ -89,6 +89,9 @@ Program::Program(const Product& product, lnx::ProductBundle& productBundle, Sess
         delegate.emplace(services(desk.displays, desk.input, statusItem));
     for (const auto key : {palisor::keys::customShortcut, palisor::keys::customShortcutEnabled})
         settings.observe(key, platform::qt::ShortcutRecorder::refreshAll);
+    settings.onOutsideEdit([this](const auto& keys) {
+        if (delegate) delegate->settingsEdited(keys);
+    });
     desk.hotKeys.onLabelsChange([this] {
         platform::qt::ShortcutRecorder::refreshAll();
         // By a timer, since those wait for the end of an open menu.
@@ -122,7 +125,10 @@ void Program::undoAtExit() {
         notifications.flush();
         sessionInhibitor.releaseAll();
     });
-    application.atExit([this] { settings.flush(); });
+    application.atExit([this] {
+        settings.onOutsideEdit(nullptr); // what it tells now would only be undone
+        settings.flush();
+    });
 }
 
 Program::Recording::Recording(const std::string& path, Program& program)
