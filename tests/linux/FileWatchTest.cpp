@@ -1,32 +1,16 @@
 #include "platform/linux/settings/FileWatch.h"
 #include "testing/KeptLog.h"
+#include "testing/PolledDescriptors.h"
 #include "testing/TempFolder.h"
 
 #include <gtest/gtest.h>
-#include <map>
-#include <poll.h>
 
 namespace {
 
 using platform::linux::FileWatch;
 using testing_support::KeptLog;
+using testing_support::PolledDescriptors;
 using testing_support::TempFolder;
-
-/// Descriptors without a loop: the kernel has queued a folder's events when the call that made them
-/// returns.
-class PolledDescriptors final : public platform::Descriptors {
-  public:
-    void watchReadable(int fd, std::function<void()> ready) override { watches[fd] = ready; }
-    void unwatch(int fd) override { watches.erase(fd); }
-
-    void poll() {
-        for (const auto& [fd, ready] : std::map(watches)) {
-            pollfd ask{fd, POLLIN, 0};
-            if (::poll(&ask, 1, 0) == 1) ready();
-        }
-    }
-    std::map<int, std::function<void()>> watches;
-};
 
 class FileWatchTest : public testing::Test {
   protected:
