@@ -1,16 +1,19 @@
 #include "platform/qt/session/BusLink.h"
 
-#include <QDeadlineTimer>
+#include <QByteArray>
 #include <cerrno>
+#include <chrono>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <optional>
 #include <poll.h>
 #include <string_view>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
+#include <utility>
 
 namespace platform::qt {
 
@@ -66,15 +69,12 @@ Bus lookAt(const std::string& address, int milliseconds) {
     (void)std::snprintf(uid, sizeof uid, "%u", static_cast<unsigned>(::geteuid()));
     const QByteArray greeting =
         QByteArray("\0AUTH EXTERNAL ", 15) + QByteArray(uid).toHex() + "\r\n";
+    const auto length = static_cast<std::size_t>(greeting.size());
     Bus found = Bus::isAbsent;
     if (::connect(fd, reinterpret_cast<const sockaddr*>(&place->first), place->second) == 0) {
         pollfd answer{fd, POLLIN, 0};
-        const QDeadlineTimer deadline(milliseconds);
-        found = ::send(fd, greeting.data(), static_cast<std::size_t>(greeting.size()),
-                       MSG_NOSIGNAL) < 0 ||
-                        ::poll(&answer, 1, static_cast<int>(deadline.remainingTime())) != 1
-                    ? Bus::isSilent
-                    : Bus::answers;
+        const bool said = ::send(fd, greeting.data(), length, MSG_NOSIGNAL) >= 0;
+        found = said && ::poll(&answer, 1, milliseconds) == 1 ? Bus::answers : Bus::isSilent;
     } else if (errno == EAGAIN) { // as many as can are waiting there already
         found = Bus::isSilent;
     }
