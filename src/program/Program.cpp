@@ -13,6 +13,11 @@ namespace lnx = platform::linux;
 
 constexpr int failure = 1;
 
+/// Where the user has no folder for it, where it would be: no absolute path.
+std::string settingsPath(const std::string& name) {
+    return lnx::configurationFolder().value_or("$HOME/.config") + "/" + name;
+}
+
 /// Empty where the user has no folder for it.
 std::string inConfigurationFolder(const std::string& name) {
     const auto folder = lnx::configurationFolder();
@@ -48,8 +53,10 @@ Program::Program(const Product& product, lnx::ProductBundle& productBundle, Sess
     : log(logger),
       bundle(productBundle),
       session(joined),
-      settings(inConfigurationFolder(product.identifier + ".plist"), log,
-               [this] { application.afterEvent([this] { settings.savePending(); }); }),
+      settings(
+          settingsPath(product.identifier + ".plist"), log,
+          [this] { application.afterEvent([this] { settings.savePending(); }); },
+          [this] { application.afterMoment([this] { settings.lookAgain(); }); }),
       settingsWatch(settings.path(), descriptors, log, [this] { settings.fileChanged(); }),
       files(log),
       system(product.identifier),
@@ -82,6 +89,9 @@ Program::Program(const Product& product, lnx::ProductBundle& productBundle, Sess
         delegate.emplace(services(desk.displays, desk.input, statusItem));
     for (const auto key : {palisor::keys::customShortcut, palisor::keys::customShortcutEnabled})
         settings.observe(key, platform::qt::ShortcutRecorder::refreshAll);
+    settings.onOutsideEdit([this](const auto& keys) {
+        if (delegate) delegate->settingsEdited(keys);
+    });
     desk.hotKeys.onLabelsChange([this] {
         platform::qt::ShortcutRecorder::refreshAll();
         // By a timer, since those wait for the end of an open menu.
@@ -122,6 +132,7 @@ void Program::undoAtExit() {
     // user's: what is left undone then is undone as after a kill.
     application.atExit([this] {
         lnx::endAfter(lnx::never);
+        settings.onOutsideEdit(nullptr); // what it tells now would only be undone
         settings.flush();
         lnx::endAfter(4);
     });

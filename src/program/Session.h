@@ -66,6 +66,9 @@ class Session {
     /// The toolkit's platform plugin that goes with this session.
     virtual const char* toolkitPlatform() const = 0;
 
+    /// What tells this display from the user's others.
+    virtual std::string displayName() const = 0;
+
     /// The monitors, also before `start`.
     virtual const platform::Displays& displays() const = 0;
 

@@ -22,6 +22,7 @@ class X11Session final : public Session {
                        platform::Log& log);
 
     const char* toolkitPlatform() const override { return "xcb"; }
+    std::string displayName() const override;
     const platform::Displays& displays() const override { return *screens; }
     Services start(const Surroundings& surroundings) override;
     void aboutToEnd() override;

@@ -2,7 +2,7 @@
 #include "platform/linux/system/SessionLanguage.h"
 #include "platform/linux/system/SystemLog.h"
 #include "platform/qt/loop/QtDescriptors.h"
-#include "platform/qt/session/SingleInstance.h"
+#include "program/OneInstance.h"
 #include "program/Options.h"
 #include "program/Program.h"
 #include "strings/Strings.h"
@@ -50,6 +50,7 @@ void prepareToolkit(const Session& session) {
 int run(char* command, Session& session, ProductBundle& bundle, const Product& product,
         platform::qt::QtDescriptors& descriptors, SystemLog& log, const Options& options) {
     prepareToolkit(session);
+    OneInstance instance(product.identifier, session.displayName(), descriptors, log);
     char* arguments[] = {command, nullptr};
     int count = 1;
     const QApplication toolkit(count, arguments);
@@ -59,7 +60,6 @@ int run(char* command, Session& session, ProductBundle& bundle, const Product& p
     // No display name: the toolkit would append it to the titles of windows that begin with it.
     QGuiApplication::setDesktopFileName(identifier);
 
-    platform::qt::SingleInstance instance{product.identifier, log};
     if (!instance.claim()) {
         (void)std::fprintf(stderr, "%s is running already\n", product.name.c_str());
         return 0;

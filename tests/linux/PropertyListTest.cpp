@@ -107,6 +107,37 @@ TEST(PropertyList, RefusesWhatIsNoTextInXml) {
             EXPECT_EQ(wholenessOf(text), Wholeness::damaged) << text;
 }
 
+TEST(PropertyList, RefusesControlCharactersInKeys) {
+    for (const auto& bytes : {"\n"s, "\t"s, "&#13;"s, "\x7F"s, "\xC2\x80"s, "\xC2\x9F"s}) {
+        EXPECT_EQ(wholenessOf(listOf("<key>a" + bytes + "</key><true/>")), Wholeness::damaged);
+        EXPECT_EQ(wholenessOf(listOf("<key>a</key><dict><key>" + bytes + "b</key><true/></dict>")),
+                  Wholeness::damaged);
+        EXPECT_EQ(wholenessOf(listOf("<key>a</key><string>" + bytes + "</string>")),
+                  Wholeness::whole);
+    }
+}
+
+TEST(PropertyList, KeepsEveryOtherKeyAndMarksInOneWhatItWouldRefuse) {
+    const std::string mark = "\xEF\xBF\xBD";
+    const std::pair<std::string, std::string> keys[] = {
+        {"a &\xC3\xA9", "a &\xC3\xA9"},
+        {"\xEF\xBB\xBF\xF0\x9F\x98\x80", "\xEF\xBB\xBF\xF0\x9F\x98\x80"},
+        {"\na\r\x7F", mark + "a" + mark + mark},
+        {"a\x1B\0b"s, "a" + mark + mark + "b"}};
+    for (const auto& [key, expected] : keys) {
+        const PropertyList list{{key, ListEntry{Value{true}, {}}}};
+        const auto read = readPropertyList(writePropertyList(list));
+        ASSERT_EQ(read.wholeness, Wholeness::whole) << key;
+        EXPECT_EQ(read.list.begin()->first, expected);
+    }
+}
+
+TEST(PropertyList, TellsABlankTextFromAnEmptyList) {
+    for (const char* text : {"", " ", "\xEF\xBB\xBF", "\n\t\r "})
+        EXPECT_EQ(wholenessOf(text), Wholeness::blank) << text;
+    EXPECT_EQ(wholenessOf(listOf("")), Wholeness::whole);
+}
+
 TEST(PropertyList, RefusesForeignDocuments) {
     for (const std::string text :
          {"<plist><array/></plist>", "<html><dict/></html>", "bplist00", "{}", "<plist/>",
@@ -247,10 +278,10 @@ TEST(PropertyList, KeepsEveryTextThatXmlCanHoldAndMarksWhatItCannot) {
         {"\xEF\xBF\xBF", "\xEF\xBF\xBD"}};
     for (const auto& [text, expected] : texts) {
         PropertyList list;
-        list.emplace(text, ListEntry{Value{text}, {}});
+        list.emplace("key", ListEntry{Value{text}, {}});
         const auto read = readPropertyList(writePropertyList(list));
         ASSERT_EQ(read.wholeness, Wholeness::whole) << text;
-        EXPECT_EQ(read.list.at(expected).value, Value{expected});
+        EXPECT_EQ(read.list.at("key").value, Value{expected});
     }
 }
 

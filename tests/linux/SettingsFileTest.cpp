@@ -1,44 +1,8 @@
-#include "platform/linux/settings/SettingsFile.h"
-#include "testing/KeptLog.h"
-#include "testing/TempFolder.h"
+#include "linux/SettingsStage.h"
 
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
-namespace {
-
-using platform::Value;
-using platform::linux::SettingsFile;
-using testing_support::KeptLog;
-using testing_support::TempFolder;
-using namespace std::string_literals;
-using Names = std::vector<std::string>;
-
-const std::string head =
-    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-    "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
-    "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n<plist version=\"1.0\">\n";
-
-std::string listOf(const std::string& items) {
-    return head + "<dict>" + items + "</dict>\n</plist>\n";
-}
-
-class SettingsFileTest : public testing::Test {
-  protected:
-    TempFolder folder;
-    KeptLog log;
-    int saveRequests = 0;
-
-    std::string path() const { return folder.path("a.plist"); }
-    SettingsFile open() { return SettingsFile(path(), log, nullptr); }
-    SettingsFile openDeferred() {
-        return SettingsFile(path(), log, [this] { ++saveRequests; });
-    }
-    void save(SettingsFile& settings, const std::string& key, const std::string& text) {
-        settings.set(key, Value{text});
-        settings.synchronize();
-    }
-};
+namespace settings_stage {
 
 TEST_F(SettingsFileTest, AnAbsentFileIsAnEmptyStoreAndIsNotMade) {
     open();
@@ -116,12 +80,24 @@ TEST_F(SettingsFileTest, ALinkStaysALinkAndWhatItLeadsToIsReplaced) {
     EXPECT_NE(folder.read("real").find("<key>a</key>"), std::string::npos);
 }
 
-TEST_F(SettingsFileTest, WithoutAFolderTheSettingsLiveInMemoryAndThatIsToldOnce) {
-    SettingsFile settings("", log, nullptr);
+TEST_F(SettingsFileTest, ALinkToAFileThatIsNotThereYetStaysALink) {
+    std::filesystem::create_symlink("not/yet", path());
+    auto settings = open();
     save(settings, "a", "1");
+    EXPECT_TRUE(std::filesystem::is_symlink(path()));
+    EXPECT_NE(folder.read("not/yet").find("<key>a</key>"), std::string::npos);
+}
+
+TEST_F(SettingsFileTest, WithoutAFolderTheSettingsLiveInMemoryAndWhereTheyWouldBeIsToldOnce) {
+    SettingsFile settings("$HOME/.config/a.plist", log, nullptr);
+    save(settings, "a", "1");
+    settings.fileChanged();
     save(settings, "a", "2");
+    settings.flush();
     EXPECT_EQ(settings.stringForKey("a"), "2");
-    EXPECT_EQ(log.lines.size(), 1u);
+    ASSERT_EQ(log.lines.size(), 1u);
+    EXPECT_NE(log.lines[0].find("$HOME/.config/a.plist"), std::string::npos) << log.lines[0];
+    EXPECT_FALSE(std::filesystem::exists("$HOME"));
 }
 
 TEST_F(SettingsFileTest, ValuesOfOtherTypesSurviveASaveAndReadAsAbsent) {
@@ -191,99 +167,4 @@ TEST_F(SettingsFileTest, OfARepeatedKeyTheLastValueCountsAndACopyOfTheFileIsKept
     EXPECT_EQ(folder.read("a.plist"), text);
 }
 
-TEST_F(SettingsFileTest, AnOutsideEditIsTakenOverExceptForKeysStillToBeSaved) {
-    auto settings = openDeferred();
-    save(settings, "edited", "old");
-    save(settings, "both", "old");
-    save(settings, "removed outside", "old");
-    save(settings, "removed here", "old");
-    settings.savePending();
-    save(settings, "both", "own");
-    save(settings, "new", "own");
-    settings.remove("removed here");
-    folder.write("a.plist", listOf("<key>edited</key><string>outside</string>"
-                                   "<key>both</key><string>outside</string>"
-                                   "<key>removed here</key><string>old</string>"
-                                   "<key>added</key><string>outside</string>"));
-    settings.fileChanged();
-    const auto check = [](const SettingsFile& store) {
-        EXPECT_EQ(store.stringForKey("edited"), "outside");
-        EXPECT_EQ(store.stringForKey("added"), "outside");
-        EXPECT_EQ(store.stringForKey("both"), "own");
-        EXPECT_EQ(store.stringForKey("new"), "own");
-        EXPECT_EQ(store.object("removed outside"), nullptr);
-        EXPECT_EQ(store.object("removed here"), nullptr);
-    };
-    check(settings);
-    settings.savePending();
-    check(open());
-}
-
-TEST_F(SettingsFileTest, ASaveTakesOverAnEditThatNobodyHasNoticed) {
-    auto settings = open();
-    save(settings, "a", "1");
-    folder.write("a.plist", listOf("<key>a</key><string>1</string>"
-                                   "<key>outside</key><string>x</string>"));
-    save(settings, "b", "2");
-    const auto again = open();
-    EXPECT_EQ(again.stringForKey("outside"), "x");
-    EXPECT_EQ(again.stringForKey("b"), "2");
-}
-
-TEST_F(SettingsFileTest, ADamagingEditIsSetAsideAndTheSettingsInMemoryAreSavedAgain) {
-    auto settings = openDeferred();
-    save(settings, "a", "1");
-    settings.savePending();
-    folder.write("a.plist", "<plist>");
-    settings.fileChanged();
-    EXPECT_EQ(settings.stringForKey("a"), "1");
-    settings.savePending();
-    EXPECT_EQ(open().stringForKey("a"), "1");
-    EXPECT_EQ(folder.read("a.plist.damaged"), "<plist>");
-}
-
-TEST_F(SettingsFileTest, ADeletedFileComesBackWholeWithTheNextChange) {
-    auto settings = open();
-    save(settings, "a", "1");
-    std::filesystem::remove(path());
-    settings.fileChanged();
-    settings.synchronize();
-    EXPECT_EQ(folder.names(), Names{});
-    save(settings, "b", "2");
-    EXPECT_EQ(open().stringForKey("a"), "1");
-}
-
-TEST_F(SettingsFileTest, RereadingAnEmptyFileForgetsWhatWasThere) {
-    auto settings = open();
-    save(settings, "a", "1");
-    folder.write("a.plist", "");
-    settings.resetStandardUserDefaults();
-    EXPECT_EQ(settings.object("a"), nullptr);
-}
-
-TEST_F(SettingsFileTest, TellsAnObserverOfAnotherProgramsEditAndNotOfTheRest) {
-    folder.write("a.plist", listOf("<key>a</key><string>1</string>"));
-    auto settings = open();
-    int told = 0;
-    settings.observe("a", [&] { ++told; });
-    folder.write("a.plist", listOf("<key>a</key><string>1</string><key>b</key><true/>"));
-    settings.fileChanged();
-    EXPECT_EQ(told, 0);
-    folder.write("a.plist", listOf("<key>a</key><string>22</string>"));
-    settings.fileChanged();
-    EXPECT_EQ(told, 1);
-    settings.fileChanged();
-    EXPECT_EQ(told, 1);
-}
-
-TEST_F(SettingsFileTest, TellsAnObserverOfAnEditThatASaveFinds) {
-    folder.write("a.plist", listOf("<key>a</key><string>1</string>"));
-    auto settings = open();
-    std::string seen;
-    settings.observe("a", [&] { seen = settings.stringForKey("a").value_or("none"); });
-    folder.write("a.plist", listOf("<key>a</key><string>22</string>"));
-    save(settings, "b", "1");
-    EXPECT_EQ(seen, "22");
-}
-
-} // namespace
+} // namespace settings_stage

@@ -1,15 +1,32 @@
+#include "platform/linux/files/FileHandle.h"
 #include "platform/linux/settings/SettingsFile.h"
 #include "testing/KeptLog.h"
 #include "testing/TempFolder.h"
 
 #include <csignal>
+#include <fcntl.h>
+#include <functional>
 #include <gtest/gtest.h>
 #include <random>
+#include <sys/file.h>
 #include <sys/resource.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-// Kills and full disks.
+// Kills, full disks, and other programs in the midst of a save.
+
+namespace {
+
+/// Done once, when a file is synced next: then what is saved has been written, and is not in place.
+std::function<void()> duringTheSync;
+
+} // namespace
+
+extern "C" int fsync(int fd) {
+    if (const auto deed = std::exchange(duringTheSync, nullptr)) deed();
+    return static_cast<int>(::syscall(SYS_fsync, fd));
+}
 
 namespace {
 
@@ -83,6 +100,78 @@ TEST(SettingsFile, AFolderThatCannotBeMadeIsToldOnce) {
     EXPECT_TRUE(settings.boolForKey("a"));
     EXPECT_LE(afterStart, 1u);
     EXPECT_EQ(log.lines.size(), afterStart + 1);
+}
+
+TEST(SettingsFile, KeepsAnEditThatIsMadeDuringASave) {
+    const TempFolder folder;
+    KeptLog log;
+    SettingsFile settings(folder.path("a.plist"), log, nullptr);
+    settings.set("a", Value{std::string("old")});
+    settings.synchronize();
+    duringTheSync = [&] {
+        folder.write("edit", "<plist><dict><key>a</key><string>edited</string></dict></plist>");
+        std::filesystem::rename(folder.path("edit"), folder.path("a.plist"));
+    };
+    settings.set("own", Value{true});
+    settings.synchronize();
+    EXPECT_EQ(settings.stringForKey("a"), "edited");
+    const SettingsFile again(folder.path("a.plist"), log, nullptr);
+    EXPECT_EQ(again.stringForKey("a"), "edited");
+    EXPECT_TRUE(again.boolForKey("own"));
+    EXPECT_EQ(folder.names(), Names{"a.plist"});
+}
+
+/// Holds what a save of the settings locks.
+class Locked {
+  public:
+    explicit Locked(const TempFolder& folder)
+        : file(::open(folder.path("a.plist.new").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600)) {
+        EXPECT_EQ(::flock(file.get(), LOCK_EX | LOCK_NB), 0);
+    }
+
+  private:
+    platform::linux::FileHandle file;
+};
+
+TEST(SettingsFile, WaitsForALockOutsideTheMainLoopAndSavesWhenItIsFree) {
+    const TempFolder folder;
+    KeptLog log;
+    int looks = 0;
+    SettingsFile settings(
+        folder.path("a.plist"), log, [] {}, [&] { ++looks; });
+    {
+        const Locked elsewhere(folder);
+        settings.set("a", Value{true});
+        settings.synchronize();
+        settings.savePending();
+        for (int round = 1; round <= 3; ++round) {
+            EXPECT_EQ(looks, round);
+            settings.lookAgain();
+        }
+        EXPECT_EQ(log.lines, Names{});
+    }
+    settings.lookAgain();
+    const SettingsFile again(folder.path("a.plist"), log, nullptr);
+    EXPECT_TRUE(again.boolForKey("a"));
+    EXPECT_EQ(looks, 4);
+}
+
+TEST(SettingsFile, ALockThatIsNeverFreedIsToldOnceAndTheEndWaitsForItASecond) {
+    const TempFolder folder;
+    KeptLog log;
+    SettingsFile settings(
+        folder.path("a.plist"), log, [] {}, [] {});
+    const Locked elsewhere(folder);
+    settings.set("a", Value{true});
+    settings.synchronize();
+    settings.savePending();
+    for (int look = 0; look < 30; ++look)
+        settings.lookAgain();
+    EXPECT_EQ(log.lines.size(), 1u);
+    const auto before = std::chrono::steady_clock::now();
+    settings.flush();
+    EXPECT_GE(std::chrono::steady_clock::now() - before, std::chrono::seconds(1));
+    EXPECT_TRUE(settings.boolForKey("a"));
 }
 
 /// Saves growing and shrinking settings without end, one byte into the pipe a save.

@@ -8,6 +8,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -61,6 +62,11 @@ class AppDelegate : private platform::MenuTarget, private platform::InfoTarget {
     void enableDisable();
     void quit();
     void killapp();
+
+    // OutsideEdit.cpp
+    /// Another program has changed what these settings read as: the screen follows, the menu once
+    /// it is closed. Before the start nothing, since that reads them all.
+    void settingsEdited(const std::set<std::string, std::less<>>& edited);
 
     // DisplaySleep.cpp
     void noSleep();
@@ -316,6 +322,9 @@ class AppDelegate : private platform::MenuTarget, private platform::InfoTarget {
     }
     void invalidate(TimerId timer) { services.runLoop.invalidate(timer); }
 
+    void keepAwakeWhileActive();
+    void lookAfterCalendarWhileActive();
+    void resetCursor();
     void setUpHotBorderButtons(int variant);
     void takeFirstActions();
     void installEventIntake();

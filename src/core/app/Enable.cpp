@@ -19,25 +19,36 @@ void AppDelegate::enableDisable() {
         else
             noSecondaryMonitor();
     } else if (IDApp() == variants::keepAwake) {
-        if (isActive())
-            noSleep();
-        else
-            readyToSleep();
+        keepAwakeWhileActive();
     }
 
     updateMenuItems();
 
     const int variant = IDApp();
-    if (variant == variants::crossHair || variant == variants::cursorHider) killTimer();
-    if (variant == variants::cursorHider && services.settings.boolForKey(keys::STAY_HIDDEN) &&
+    if (variant == variants::crossHair || variant == variants::cursorHider) resetCursor();
+    if (variant == variants::calendarAlerts) lookAfterCalendarWhileActive();
+}
+
+void AppDelegate::keepAwakeWhileActive() {
+    if (isActive())
+        noSleep();
+    else
+        readyToSleep();
+}
+
+/// Forgets a pending hide, and shows the cursor unless it stays hidden.
+void AppDelegate::resetCursor() {
+    killTimer();
+    if (IDApp() == variants::cursorHider && services.settings.boolForKey(keys::STAY_HIDDEN) &&
         isActive())
         hidecursor();
-    if (variant == variants::calendarAlerts) {
-        if (isActive())
-            turnOnCustomDefaultAlert();
-        else
-            turnOffCustomDefaultAlert();
-    }
+}
+
+void AppDelegate::lookAfterCalendarWhileActive() {
+    if (isActive())
+        turnOnCustomDefaultAlert();
+    else
+        turnOffCustomDefaultAlert();
 }
 
 void AppDelegate::quit() {

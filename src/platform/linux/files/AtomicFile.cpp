@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <fcntl.h>
 #include <filesystem>
+#include <functional>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -17,6 +18,7 @@ namespace {
 constexpr mode_t onlyTheUser = S_IRUSR | S_IWUSR;
 constexpr off_t longest = off_t{16} * 1024 * 1024;
 constexpr int mostAside = 10000;
+constexpr std::size_t mostLinks = 40; // as the kernel has it
 
 FileIdentity identityFrom(const struct stat& status) {
     return {status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec,
@@ -47,7 +49,8 @@ std::optional<int> readAll(int fd, std::string& text) {
 
 /// The file to write into. A kill may have left one behind, so the name is taken over; the lock
 /// keeps a second process of the same user from writing into it at the same time.
-FileHandle openTemporary(const std::string& path, std::optional<FileFailure>& failure) {
+FileHandle openTemporary(const std::string& path, FileReplaced& result) {
+    std::optional<FileFailure>& failure = result.failure;
     FileHandle file(::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK,
                            onlyTheUser));
     struct stat opened {};
@@ -58,8 +61,10 @@ FileHandle openTemporary(const std::string& path, std::optional<FileFailure>& fa
         failure = {"making the new file", EEXIST};
     } else if (::flock(file.get(), LOCK_EX | LOCK_NB) != 0) {
         failure = {"locking the new file", errno};
+        result.isLocked = errno == EWOULDBLOCK;
     } else if (::stat(path.c_str(), &named) != 0 || named.st_ino != opened.st_ino) {
         failure = {"locking the new file", EAGAIN}; // the other process has just renamed it
+        result.isLocked = true;
     } else if (::ftruncate(file.get(), 0) != 0 || ::fchmod(file.get(), onlyTheUser) != 0) {
         failure = {"making the new file", errno};
     }
@@ -92,6 +97,18 @@ std::optional<FileIdentity> identityOf(const std::string& path) {
     return identityFrom(status);
 }
 
+std::vector<std::string> linksFollowed(const std::string& path) {
+    std::vector<std::string> places{path};
+    std::error_code isNoLink;
+    while (places.size() <= mostLinks) {
+        const std::filesystem::path place(places.back());
+        const auto target = std::filesystem::read_symlink(place, isNoLink);
+        if (isNoLink) break;
+        places.push_back((place.parent_path() / target).string());
+    }
+    return places;
+}
+
 FileRead readFile(const std::string& path) {
     FileRead result;
     const auto failed = [&result](int error) {
@@ -113,16 +130,21 @@ FileRead readFile(const std::string& path) {
     return result;
 }
 
-FileReplaced replaceFile(const std::string& path, std::string_view text) {
+namespace {
+
+FileReplaced replaceWhere(const std::string& path, std::string_view text,
+                          const std::function<bool()>& isAsExpected) {
     FileReplaced result;
     const std::string temporary = path + ".new";
-    const FileHandle file = openTemporary(temporary, result.failure);
+    const FileHandle file = openTemporary(temporary, result);
     if (result.failure) return result;
     struct stat status {};
     if (const int error = writeAll(file.get(), text))
         result.failure = {"writing", error};
     else if (::fsync(file.get()) != 0 || ::fstat(file.get(), &status) != 0)
         result.failure = {"syncing", errno};
+    else if (result.isEdited = !isAsExpected(); result.isEdited)
+        result.failure = {"replacing the old file", EBUSY};
     else if (::rename(temporary.c_str(), path.c_str()) != 0)
         result.failure = {"replacing the old file", errno};
     if (result.failure) {
@@ -132,6 +154,17 @@ FileReplaced replaceFile(const std::string& path, std::string_view text) {
     result.identity = identityFrom(status);
     syncFolderOf(path);
     return result;
+}
+
+} // namespace
+
+FileReplaced replaceFile(const std::string& path, std::string_view text) {
+    return replaceWhere(path, text, [] { return true; });
+}
+
+FileReplaced replaceFile(const std::string& path, std::string_view text,
+                         const std::optional<FileIdentity>& before) {
+    return replaceWhere(path, text, [&] { return identityOf(path) == before; });
 }
 
 int makeFolders(const std::string& folder) {

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 #include <sys/types.h>
+#include <vector>
 
 // Reading and replacing small files so that nothing is ever lost half-way. Errors are errno
 // numbers.
@@ -25,6 +26,10 @@ struct FileIdentity {
 /// Nothing when there is no such file.
 std::optional<FileIdentity> identityOf(const std::string& path);
 
+/// The path, and where each link in turn leads to. The last one is the file, whether or not it is
+/// there.
+std::vector<std::string> linksFollowed(const std::string& path);
+
 struct FileRead {
     enum class State { absent, read, foreign, failed };
     State state = State::absent; ///< foreign: not a regular file, or far too long for one of ours
@@ -43,12 +48,19 @@ struct FileFailure {
 
 struct FileReplaced {
     std::optional<FileFailure> failure; ///< then the file is what it was
+    bool isLocked = false;              ///< with a failure: another process is writing a new file
+    bool isEdited = false;              ///< with a failure: the file is not the one expected
     FileIdentity identity;              ///< of the new file
 };
 
 /// Writes "<path>.new" beside the file, syncs it and renames it over the file; mode 0600. Whatever
 /// instant the process is killed at, the file is whole: the old one or the new one.
 FileReplaced replaceFile(const std::string& path, std::string_view text);
+
+/// The same if the file is still what it was `before`, absent for nothing. That is looked at last,
+/// so that only an edit in the instant of the rename itself is overwritten.
+FileReplaced replaceFile(const std::string& path, std::string_view text,
+                         const std::optional<FileIdentity>& before);
 
 /// Makes the folder and those above it, for the user only. Returns 0 or an error.
 int makeFolders(const std::string& folder);

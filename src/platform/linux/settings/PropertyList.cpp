@@ -35,6 +35,10 @@ std::string block(int depth, const std::string& name, const std::string& lines) 
     return line(depth, '<' + name + '>') + lines + line(depth, "</" + name + '>');
 }
 
+bool isControl(QChar c) {
+    return c.category() == QChar::Other_Control;
+}
+
 std::string escaped(std::string_view text) {
     QString result = fromUtf8(text);
     const auto isImpossible = [](QChar c) {
@@ -45,6 +49,12 @@ std::string escaped(std::string_view text) {
     // A bare carriage return would be read as a line feed.
     result.replace(u'>', QLatin1String("&gt;")).replace(u'\r', QLatin1String("&#13;"));
     return result.toStdString();
+}
+
+std::string keyElement(int depth, std::string_view key) {
+    QString text = fromUtf8(key);
+    std::replace_if(text.begin(), text.end(), isControl, QChar::ReplacementCharacter);
+    return element(depth, "key", escaped(text.toStdString()));
 }
 
 std::string dataLines(int depth, const Data& data) {
@@ -69,7 +79,7 @@ template <class List>
 std::string dictionaryLines(int depth, const List& list) {
     std::string lines;
     for (const auto& [key, value] : list)
-        lines += element(depth + 1, "key", escaped(key)) + linesOf(depth + 1, value);
+        lines += keyElement(depth + 1, key) + linesOf(depth + 1, value);
     return block(depth, "dict", lines);
 }
 
@@ -139,9 +149,11 @@ class Reader {
         PropertyList list;
         while (nextElement()) {
             if (xml.qualifiedName() != u"key") refuse();
-            const std::string key = content().toStdString();
+            const QString key = content();
+            // Nobody's doing: such a key is what an accident has left.
+            if (std::any_of(key.begin(), key.end(), isControl)) refuse();
             if (!nextElement()) refuse();
-            if (!list.insert_or_assign(key, entry(depth)).second) repeated = true;
+            if (!list.insert_or_assign(key.toStdString(), entry(depth)).second) repeated = true;
         }
         return list;
     }
@@ -211,7 +223,7 @@ class Reader {
 ReadPropertyList readPropertyList(std::string_view text) {
     if (constexpr std::string_view mark = "\xEF\xBB\xBF"; text.starts_with(mark))
         text.remove_prefix(mark.size());
-    if (isBlank(text)) return {Wholeness::whole, {}};
+    if (isBlank(text)) return {Wholeness::blank, {}};
     text.remove_prefix(text.find_first_not_of(blanks));
     const QString decoded = fromUtf8(text);
     return decoded.toStdString() == text ? Reader(decoded).document() : ReadPropertyList{};

@@ -22,20 +22,22 @@ using PropertyList = std::map<std::string, ListEntry, std::less<>>;
 enum class Wholeness {
     whole,
     repeatsKeys, ///< readable, but only the last of the values under one key can be kept
+    blank,       ///< a text of nothing but blanks: an empty list, or all that is left of one
     damaged,
 };
 
 struct ReadPropertyList {
     Wholeness wholeness = Wholeness::damaged;
-    PropertyList list; ///< empty when damaged
+    PropertyList list; ///< empty when blank or damaged
 };
 
 /// Reads an XML property list in UTF-8 with a dictionary as its root. One that cannot be read
-/// without losing something is damaged as a whole. A text of nothing but blanks is an empty list.
+/// without losing something is damaged as a whole, and so is one with a control character in a key,
+/// line breaks included.
 ReadPropertyList readPropertyList(std::string_view text);
 
 /// The list as XML. What XML cannot hold in a text (control characters, bytes that are no UTF-8)
-/// becomes U+FFFD.
+/// and what `readPropertyList` refuses in a key becomes U+FFFD.
 std::string writePropertyList(const PropertyList& list);
 
 } // namespace platform::linux

@@ -2,13 +2,21 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <QTimer>
 #include <QWidget>
 #include <QWindow>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <utility>
 
 namespace platform::qt {
+
+namespace {
+
+constexpr std::chrono::milliseconds moment{250};
+
+} // namespace
 
 QtApplication::QtApplication() {
     QCoreApplication::instance()->installEventFilter(this);
@@ -46,6 +54,10 @@ void QtApplication::exit(int status) {
 
 void QtApplication::afterEvent(std::function<void()> operation) {
     QMetaObject::invokeMethod(this, std::move(operation), Qt::QueuedConnection);
+}
+
+void QtApplication::afterMoment(std::function<void()> operation) {
+    QTimer::singleShot(moment, this, std::move(operation));
 }
 
 bool QtApplication::hasActiveWindow() {

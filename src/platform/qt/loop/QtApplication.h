@@ -51,6 +51,10 @@ class QtApplication final : public QObject, public Application {
     /// Calls `operation` when the current event has been handled, also while a modal alert runs.
     void afterEvent(std::function<void()> operation);
 
+    /// The same a quarter of a second later, which is as long as another program is given for what
+    /// it is doing with a file.
+    void afterMoment(std::function<void()> operation);
+
     /// Whether one of the program's own toolkit windows has the keyboard, an open menu included,
     /// which takes it without being an active window. No round trip.
     static bool hasActiveWindow();

@@ -1,8 +1,8 @@
 #include "platform/qt/session/SingleInstance.h"
 
 #include <QDBusConnection>
-#include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QDBusReply>
 #include <QDBusVirtualObject>
 
 namespace platform::qt {
@@ -10,7 +10,10 @@ namespace platform::qt {
 namespace {
 
 constexpr const char* interfaceName = "org.freedesktop.Application";
-constexpr int answerMilliseconds = 2000;
+constexpr const char* otherDisplay = "local.Error.OtherDisplay";
+constexpr const char* displayKey = "display"; // in what a call to activate says of its surroundings
+constexpr int answerMilliseconds = 1000;
+constexpr unsigned doNotQueue = 4; // of RequestName
 
 QString objectPath(const std::string& name) {
     return '/' + QString::fromStdString(name).replace('.', '/').replace('-', '_');
@@ -20,6 +23,8 @@ QString objectPath(const std::string& name) {
 
 class SingleInstance::Object final : public QDBusVirtualObject {
   public:
+    explicit Object(std::string ownDisplay) : display(std::move(ownDisplay)) {}
+
     QString introspect(const QString&) const override {
         return "<interface name=\"org.freedesktop.Application\">"
                "<method name=\"Activate\"><arg type=\"a{sv}\" direction=\"in\"/></method>"
@@ -36,16 +41,36 @@ class SingleInstance::Object final : public QDBusVirtualObject {
         const auto& member = message.member();
         // There are no files to open and no actions, so each of them just activates.
         if (member != "Activate" && member != "Open" && member != "ActivateAction") return false;
+        if (isForAnotherDisplay(message)) {
+            bus.send(message.createErrorReply(otherDisplay, QString::fromStdString(display)));
+            return true;
+        }
         bus.send(message.createReply());
         if (activated) activated();
         return true;
     }
 
     std::function<void()> activated;
+
+  private:
+    bool isForAnotherDisplay(const QDBusMessage& message) const {
+        if (message.member() != "Activate" || message.arguments().isEmpty()) return false;
+        const auto surroundings = qdbus_cast<QVariantMap>(message.arguments().constFirst());
+        const std::string asked = surroundings.value(displayKey).toString().toStdString();
+        return !asked.empty() && !display.empty() && asked != display;
+    }
+
+    std::string display;
 };
 
-SingleInstance::SingleInstance(std::string busName, Log& logger)
-    : name(std::move(busName)), log(logger), object(std::make_unique<Object>()) {}
+SingleInstance::SingleInstance(std::string busName, Log& logger, std::string ownDisplay)
+    : name(std::move(busName)),
+      display(std::move(ownDisplay)),
+      log(logger),
+      link(log),
+      object(std::make_unique<Object>(display)) {
+    link.onReturn([this] { claimAgain(); });
+}
 
 SingleInstance::~SingleInstance() = default;
 
@@ -54,29 +79,50 @@ void SingleInstance::onActivate(std::function<void()> handler) {
 }
 
 bool SingleInstance::claim() {
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected()) {
-        log.write("no session bus: a second start cannot be noticed");
+    if (!link.connection().isConnected()) {
+        log.write("no session bus: the program is not reached over it");
         return true;
     }
-    const QString service = QString::fromStdString(name);
-    const QString path = objectPath(name);
+    switch (requestName(doNotQueue)) {
+    case Claim::taken:
+        if (activateOwner()) return false;
+        (void)requestName(0); // it gets the name when the other one ends
+        return true;
+    case Claim::unanswered:
+        log.write("the session bus refuses the name " + name);
+        return true;
+    default:
+        return true;
+    }
+}
+
+void SingleInstance::claimAgain() {
+    (void)requestName(0);
+    log.write("the session bus is back");
+}
+
+SingleInstance::Claim SingleInstance::requestName(unsigned flags) {
+    QDBusConnection bus = link.connection();
     // The object comes first: whoever sees the name may call it.
-    bus.registerVirtualObject(path, object.get());
-    const auto reply =
-        bus.interface()->registerService(service, QDBusConnectionInterface::DontQueueService,
-                                         QDBusConnectionInterface::DontAllowReplacement);
-    if (reply.isValid() && reply.value() == QDBusConnectionInterface::ServiceRegistered)
-        return true;
-    if (!reply.isValid()) {
-        log.write("the session bus refuses the name " + name + ": " +
-                  reply.error().message().toStdString());
-        return true;
-    }
-    auto activate = QDBusMessage::createMethodCall(service, path, interfaceName, "Activate");
-    activate << QVariantMap{};
-    bus.call(activate, QDBus::Block, answerMilliseconds);
-    return false;
+    bus.registerVirtualObject(objectPath(name), object.get());
+    auto request = QDBusMessage::createMethodCall("org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                                  "org.freedesktop.DBus", "RequestName");
+    request << QString::fromStdString(name) << flags;
+    const QDBusReply<unsigned> reply = bus.call(request, QDBus::Block, answerMilliseconds);
+    if (!reply.isValid()) return Claim::unanswered;
+    constexpr Claim claims[] = {Claim::granted, Claim::queued, Claim::taken, Claim::granted};
+    return reply.value() < 1 || reply.value() > 4 ? Claim::unanswered : claims[reply.value() - 1];
+}
+
+/// False when the owner of the name is none of this display.
+bool SingleInstance::activateOwner() {
+    auto activate = QDBusMessage::createMethodCall(QString::fromStdString(name), objectPath(name),
+                                                   interfaceName, "Activate");
+    QVariantMap surroundings;
+    if (!display.empty()) surroundings[displayKey] = QString::fromStdString(display);
+    activate << surroundings;
+    const auto reply = link.connection().call(activate, QDBus::Block, answerMilliseconds);
+    return reply.errorName() != otherDisplay;
 }
 
 } // namespace platform::qt

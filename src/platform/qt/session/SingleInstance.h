@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Log.h"
+#include "platform/qt/session/BusLink.h"
 
 #include <functional>
 #include <memory>
@@ -8,12 +9,14 @@
 
 namespace platform::qt {
 
-/// One running program a session: the name on the session bus tells. The object there is an
-/// org.freedesktop.Application, so a launcher can call it too.
+/// The program's name on the session bus, and the object there: an org.freedesktop.Application, so
+/// a launcher can call it too. The name is claimed again when a bus comes back.
 class SingleInstance {
   public:
-    /// `name` is a bus name such as "org.example.program"; the object's path is made from it.
-    SingleInstance(std::string name, Log& log);
+    /// `name` is a bus name such as "org.example.program"; the object's path is made from it. Of
+    /// two programs that both have a `display`, and not the same one, each is single. To be made
+    /// when a `BusLink` may be.
+    SingleInstance(std::string name, Log& log, std::string display = {});
     ~SingleInstance();
     SingleInstance(const SingleInstance&) = delete;
     SingleInstance& operator=(const SingleInstance&) = delete;
@@ -27,9 +30,16 @@ class SingleInstance {
 
   private:
     class Object;
+    enum class Claim { granted, queued, taken, unanswered };
+
+    Claim requestName(unsigned flags);
+    bool activateOwner();
+    void claimAgain();
 
     std::string name;
+    std::string display;
     Log& log;
+    BusLink link;
     std::unique_ptr<Object> object;
 };
 

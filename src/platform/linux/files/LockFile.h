@@ -1,0 +1,30 @@
+#pragma once
+
+#include "platform/linux/files/FileHandle.h"
+
+#include <string>
+
+namespace platform::linux {
+
+/// A lock between processes, held as long as the object lives, however the process ends. The file
+/// stays. Who does not get the lock can knock; the holder notices that with a `FileWatch`.
+class LockFile {
+  public:
+    enum class State { held, isElsewhere, impossible };
+
+    /// Tries once. The file is made, for the user alone, in a folder that must be there.
+    explicit LockFile(std::string path);
+
+    State state() const { return found; }
+    const std::string& path() const { return filePath; }
+
+    /// Closes the file as one that has been written.
+    void knock() const;
+
+  private:
+    std::string filePath;
+    FileHandle file;
+    State found = State::impossible;
+};
+
+} // namespace platform::linux

@@ -1,0 +1,47 @@
+#include "program/OneInstance.h"
+
+#include "platform/linux/files/AtomicFile.h"
+#include "platform/linux/files/XdgFiles.h"
+
+#include <algorithm>
+
+namespace {
+
+namespace lnx = platform::linux;
+using State = lnx::LockFile::State;
+
+std::optional<lnx::LockFile> lockFor(const std::string& name, std::string display) {
+    const auto folder = lnx::runtimeFolder();
+    if (!folder) return std::nullopt;
+    std::ranges::replace(display, '/', '_');
+    return lnx::LockFile(*folder + "/" + name + display + ".lock");
+}
+
+} // namespace
+
+OneInstance::OneInstance(const std::string& name, const std::string& display,
+                         platform::Descriptors& descriptorService, platform::Log& logger)
+    : descriptors(descriptorService),
+      log(logger),
+      lock(lockFor(name, display)),
+      onBus(name, log, display) {}
+
+bool OneInstance::claim() {
+    if (lock && lock->state() == State::isElsewhere) {
+        lock->knock();
+        return false;
+    }
+    if (!lock || lock->state() == State::impossible)
+        log.write("no lock can be had in a runtime folder: without a session bus a second start "
+                  "is not noticed");
+    return onBus.claim();
+}
+
+void OneInstance::onActivate(const std::function<void()>& handler) {
+    onBus.onActivate(handler);
+    if (!lock || lock->state() != State::held) return;
+    // Should the file be taken away, nobody has knocked.
+    knocks.emplace(lock->path(), descriptors, log, [this, handler] {
+        if (lnx::identityOf(lock->path())) handler();
+    });
+}

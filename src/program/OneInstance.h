@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/linux/files/LockFile.h"
+#include "platform/linux/settings/FileWatch.h"
+#include "platform/qt/session/SingleInstance.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+
+/// One program a product, user and display. A lock in the runtime folder tells, whether or not
+/// there is a session bus; where there is no such folder the name on the bus does. A further start
+/// has the menu shown and ends. Main thread.
+class OneInstance {
+  public:
+    /// `name` is the product's on the bus; `display` tells the user's displays apart. To be made
+    /// before the application object, for the sake of a bus that does not answer. What is lent must
+    /// outlive the object.
+    OneInstance(const std::string& name, const std::string& display,
+                platform::Descriptors& descriptors, platform::Log& log);
+
+    /// False when this is a further start, and the first one has been asked for its menu.
+    bool claim();
+
+    /// Called from the run loop for a further start, and for launchers.
+    void onActivate(const std::function<void()>& handler);
+
+  private:
+    platform::Descriptors& descriptors;
+    platform::Log& log;
+    std::optional<platform::linux::LockFile> lock; ///< nothing without a folder for it
+    platform::qt::SingleInstance onBus;
+    std::optional<platform::linux::FileWatch> knocks;
+};
