@@ -29,6 +29,7 @@ void AppDelegate::enableDisable() {
 
     const int variant = IDApp();
     if (variant == variants::crossHair || variant == variants::cursorHider) killTimer();
+    if (variant == variants::crossHair) letMarkersReplaceCursor();
     if (variant == variants::cursorHider && services.settings.boolForKey(keys::STAY_HIDDEN) &&
         isActive())
         hidecursor();
