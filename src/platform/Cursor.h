@@ -13,8 +13,12 @@ class Cursor {
     virtual void hide() = 0;
     virtual void show() = 0;
 
-    /// Answered from memory.
+    /// Whether every `hide` has had its `show`. Answered from memory.
     virtual bool isVisible() const = 0;
+
+    /// Whether requests to hide have an effect, as they do at first. Those that are made meanwhile
+    /// count all the same, and have it again with the rest.
+    virtual void setHidingInForce(bool inForce) = 0;
 
     /// Sets a property of the program's connection to the window server, such as the leave to hide
     /// the cursor while another application is active. Unknown names are ignored.

@@ -12,10 +12,14 @@ class Pointer {
     virtual ~Pointer() = default;
 
     /// Where the cursor is. While an event is being handled this is the place that belongs to it,
-    /// or where the program has put the cursor since, and costs no round trip.
+    /// or where the program has put the cursor since, and costs no round trip. Otherwise it is a
+    /// place on a screen: a desktop that lets the cursor float between screens puts it onto the
+    /// nearest one first.
     virtual Point location() = 0;
 
-    /// Puts the cursor there. It makes no event; the move may be done only after the call returns.
+    /// Puts the cursor there; a point beside all screens stands for the nearest one on the screen
+    /// that is held, or else on any. It makes no event; the move may be done only after the call
+    /// returns.
     virtual void warp(Point to) = 0;
 
     /// For how many seconds the hand does not move the cursor after a warp. The interval in force

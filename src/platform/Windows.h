@@ -24,6 +24,8 @@ struct WindowStyle {
     WindowColour background = WindowColour::clear;
     bool opaque = false;
     std::string image{}; ///< bundle image stretched over the window; empty for none
+    /// Shown from the upper to the lower edge of the desktop, whatever the frame's y and height.
+    bool fullHeight = false;
 };
 
 /// A borderless window over a screen. Destroying it takes it off the screen. Main thread.
@@ -56,6 +58,10 @@ class Windows {
     /// The new window is not on screen yet. Never null; on a desktop that cannot show it the window
     /// stays invisible and that is logged once.
     virtual std::unique_ptr<Window> create(const WindowStyle& style) = 0;
+
+    /// Whether markers that are on screen are seen, as they are at first. Nothing else about them
+    /// changes, and no `isVisible`.
+    virtual void letMarkersBeSeen(bool seen) = 0;
 };
 
 } // namespace platform

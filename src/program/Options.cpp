@@ -57,6 +57,8 @@ ParsedOptions parseOptions(int argc, char** argv) {
             options.version = true;
         } else if (word == "--list-monitors") {
             options.listMonitors = true;
+        } else if (word == atLoginOption) {
+            options.atLogin = true;
         } else if (const auto product = valueOf("--product", argc, argv, index)) {
             if (!product->isThere) return fail("--product needs one of " + productNames());
             options.product = product->text;
@@ -80,7 +82,7 @@ ParsedOptions parseOptions(int argc, char** argv) {
 
 std::string usage() {
     return "Usage: palisor [--product NAME] [--hold on|off] [--record FILE] [--calendar DIR]\n"
-           "               [--list-monitors] [--help] [--version]\n"
+           "               [--at-login] [--list-monitors] [--help] [--version]\n"
            "\n"
            "  --product NAME   the product to run instead of the one that the command is named\n"
            "                   after: " +
@@ -93,6 +95,8 @@ std::string usage() {
            "                   the modifiers of what is typed\n"
            "  --calendar DIR   a folder with one .ics file an event, which calendar-alerts takes\n"
            "                   instead of the desktop's own calendars\n"
+           "  --at-login       for the desktop's autostart: with fewer than two monitors, wait\n"
+           "                   for the session to set them up, ten seconds at most\n"
            "  --list-monitors  print one line a monitor and end\n"
            "  --help           print this and end\n"
            "  --version        print the product and its version and end\n";

@@ -2,6 +2,10 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
+
+/// What a start by the session is told from one by the user.
+inline constexpr std::string_view atLoginOption = "--at-login";
 
 /// What the command line asks for.
 struct Options {
@@ -9,6 +13,7 @@ struct Options {
     bool help = false;
     bool version = false;
     bool listMonitors = false;
+    bool atLogin = false;       ///< the session starts the program, and not the user
     std::string record;         ///< the scenario file to write; empty for none
     bool hold = true;           ///< the X server holds the cursor; otherwise it is only warped back
     std::string calendarFolder; ///< of .ics files; empty where none was named

@@ -31,7 +31,8 @@ lnx::AutostartItems::Product autostartProduct(const Product& product,
         .name = product.name,
         .comment = bundle.localizedString("AVVIA_AL_LOGIN"),
         .icon = bundle.folder() + "/" + product.icon + ".svg",
-        .helper = {lnx::executablePath(palisor::loginHelper::command), "--product", bundle.name()}};
+        .helper = {lnx::executablePath(palisor::loginHelper::command), "--product", bundle.name()},
+        .options = {std::string(atLoginOption)}};
 }
 
 /// The folder of .ics files that is used, empty for the desktop's own calendars.
@@ -81,6 +82,8 @@ Program::Program(const Product& product, lnx::ProductBundle& productBundle, Sess
       calendar({.module = lnx::modulePath("calendar.so"),
                 .folder = calendarFolder(bundle, options.calendarFolder)},
                runLoop, log, [this](auto why) { tellWhyNoCalendar(why); }),
+      atLogin(options.atLogin),
+      loginWait(runLoop, desk.displays),
       quitSignals(descriptors, [this] { quit(); }) {
     if (!options.record.empty()) startRecording(options.record);
     if (recording)
@@ -175,9 +178,16 @@ void Program::tellWhyNoCalendar(platform::calendar::Refusal why) {
 
 void Program::launch() {
     application.afterEvent([this] {
-        if (recording) recording->writer.begin(bundle, settings.persistentDomain(), desk.displays);
-        delegate->applicationDidFinishLaunching();
+        if (atLogin)
+            loginWait.start([this] { begin(); });
+        else
+            begin();
     });
+}
+
+void Program::begin() {
+    if (recording) recording->writer.begin(bundle, settings.persistentDomain(), desk.displays);
+    delegate->applicationDidFinishLaunching();
 }
 
 void Program::activate() {

@@ -27,6 +27,7 @@
 #include "platform/qt/tray/QtStatusItem.h"
 #include "platform/qt/tray/TrayIcon.h"
 #include "platform/qt/web/WebModule.h"
+#include "program/LoginWait.h"
 #include "program/Session.h"
 #include "scenario/record/Recorded.h"
 
@@ -41,7 +42,7 @@ class Program {
             platform::Descriptors& descriptors, platform::Log& log, const Options& options);
 
     /// The application object starts, from inside the run loop, which an alert or a request to quit
-    /// at the start relies on.
+    /// at the start relies on. At login the monitors are waited for first.
     void launch();
 
     /// The program was started again: its menu comes up.
@@ -68,6 +69,7 @@ class Program {
     /// The control that an alert names; null for an unknown one.
     QWidget* accessory(const std::string& name, QWidget* parent);
     void undoAtExit();
+    void begin();
     void tellWhyNoCalendar(platform::calendar::Refusal why);
     void quit();
 
@@ -99,6 +101,8 @@ class Program {
     platform::qt::QtImages imageOperations;
     platform::qt::WebModule web;
     platform::linux::ModuleCalendar calendar;
+    bool atLogin;
+    LoginWait loginWait;
     std::optional<Recording> recording;
     std::optional<palisor::AppDelegate> delegate;
     platform::linux::QuitSignals quitSignals;

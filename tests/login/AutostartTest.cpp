@@ -24,7 +24,8 @@ struct Autostart : testing::Test {
                  .name = "Example",
                  .comment = "Start at Login",
                  .icon = bin + "/icon.svg",
-                 .helper = {bin + "/example-helper", "--product", "example"}},
+                 .helper = {bin + "/example-helper", "--product", "example"},
+                 .options = {"--early"}},
                 log};
     }
     AutostartItems items() { return itemsOf("/opt/example/bin"); }
@@ -265,6 +266,13 @@ TEST_F(Autostart, RemovesEachDuplicateAndNothingElse) {
     all.remove({77, "/opt/other"});
     all.remove({0, "/opt/other"});
     EXPECT_EQ(list().size(), 1u);
+}
+
+TEST_F(Autostart, AnItemOfTheListIsToldThatTheSessionStartsIt) {
+    items().insertLast("/opt/with space/app");
+    const platform::linux::DesktopEntry entry(folder.read("autostart/org.example.app.desktop"));
+    EXPECT_EQ(entry.string("Exec"), "\"/opt/with space/app\" --early");
+    EXPECT_EQ(list(), (Paths{"/opt/with space/app"}));
 }
 
 TEST_F(Autostart, AnItemThatTheUserWroteIsHiddenInsteadOfDeleted) {

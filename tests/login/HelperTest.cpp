@@ -72,6 +72,8 @@ TEST_F(Helper, RunFromItsEntryStartsTheProductAndGoesWhenTold) {
     ASSERT_TRUE(launched->waitForText("pid ")) << launched->errors();
     EXPECT_NE(launched->errors().find(std::string("beside ") + helperName), std::string::npos)
         << launched->errors();
+    EXPECT_NE(launched->errors().find("told --at-login\n"), std::string::npos)
+        << launched->errors();
     EXPECT_TRUE(desktop.isOnTheBusSoon(helperName, false));
     EXPECT_TRUE(desktop.isOnTheBus(mainName)) << "the product must outlive its helper";
 }

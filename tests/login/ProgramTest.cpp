@@ -1,6 +1,8 @@
 #include "testing/desktop/Product.h"
 
+#include <fstream>
 #include <gtest/gtest.h>
+#include <iterator>
 
 // Starting at login as a user has it: switched on in the menu, then a new session.
 
@@ -82,6 +84,9 @@ TEST_F(LoginOfTheProgram, TheDesktopSwitcherIsInTheSessionsListBesides) {
     toggleStartAtLogin();
     ASSERT_TRUE(isThereSoon(item(helperSuffix), true));
     expectValid(item(".desktop"));
+    std::ifstream entry(item(".desktop"));
+    const std::string text{std::istreambuf_iterator<char>(entry), {}};
+    EXPECT_NE(text.find("/quenlow --at-login\n"), std::string::npos) << text;
     // As when it was switched on twice.
     fs::copy_file(item(".desktop"), item("-2.desktop"));
     toggleStartAtLogin();

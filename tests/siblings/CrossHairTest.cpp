@@ -16,8 +16,8 @@ bool isHalfRed(const Colour& colour) {
     return colour.red == 255 && isHalf(colour.green) && isHalf(colour.blue);
 }
 
-struct CrossHair : testing::TestWithParam<const char*> {
-    CrossHair() : product(GetParam()) {}
+struct Lines {
+    explicit Lines(const char* layout) : product(layout) {}
 
     void start() {
         product.start({.product = "crosshair"});
@@ -28,7 +28,7 @@ struct CrossHair : testing::TestWithParam<const char*> {
         })) << product.program->errors();
     }
 
-    /// A line through the cursor across each monitor, and one from top to bottom.
+    /// A line through the cursor across each monitor, and one over the whole height of the desktop.
     bool linesAreAtTheCursor() const {
         const Spot at = product.eye.cursor();
         const auto windows = product.eye.windows();
@@ -39,9 +39,11 @@ struct CrossHair : testing::TestWithParam<const char*> {
         };
         for (const auto& monitor : product.layout)
             if (!isShown({monitor.area.x, at.y - 1, monitor.area.width, 2})) return false;
+        const int height = support::boundsOf(product.layout).height;
         return std::ranges::any_of(windows, [&](const support::SeenWindow& window) {
-            return window.mapped && window.overrideRedirect && window.area.x == at.x - 1 &&
-                   window.area.width == 2 && window.area.height > product.monitor(0).height;
+            const Area& area = window.area;
+            return window.mapped && window.overrideRedirect && area.x == at.x - 1 &&
+                   area.width == 2 && area.y <= 0 && area.y + area.height >= height;
         });
     }
     bool linesFollow() const {
@@ -49,6 +51,10 @@ struct CrossHair : testing::TestWithParam<const char*> {
     }
 
     Product product;
+};
+
+struct CrossHair : Lines, testing::TestWithParam<const char*> {
+    CrossHair() : Lines(GetParam()) {}
 };
 
 TEST_P(CrossHair, IsAtTheCursorOnEveryMonitorAfterFastMotion) {
@@ -133,6 +139,32 @@ INSTANTIATE_TEST_SUITE_P(Layouts, CrossHair,
                          [](const auto& layout) {
                              return layout.index == 0 ? "TwoMonitors" : "ThreeMonitors";
                          });
+
+TEST(UprightLine, ReachesOverMonitorsAboveAndBelowOfAnyHeight) {
+    for (const char* layout :
+         {"1280x1024+0+1080*,1920x1080+0+0", "1280x720+0+200*,1920x1600+1280+0",
+          "1024x768+0+0,1280x1600+0+768"}) {
+        Lines lines(layout);
+        lines.start();
+        lines.product.hand.push(3, 2, 40, mouseRate);
+        EXPECT_TRUE(lines.linesFollow()) << layout;
+    }
+}
+
+TEST(UprightLine, GrowsWithTheDesktop) {
+    Lines lines("1280x1024+0+0,1280x1024+1280+0");
+    lines.start();
+    lines.product.hand.push(3, 2, 40, mouseRate);
+    ASSERT_TRUE(lines.linesFollow());
+    lines.product.desktop.setLayout("1280x1024+0+0,1280x2400+1280+0");
+    EXPECT_TRUE(waitUntil([&] {
+        const auto windows = lines.product.eye.windows();
+        return std::ranges::any_of(windows, [](const support::SeenWindow& window) {
+            return window.mapped && window.area.width == 2 && window.area.y <= 0 &&
+                   window.area.y + window.area.height >= 2400;
+        });
+    }));
+}
 
 } // namespace
 } // namespace desktop

@@ -78,25 +78,58 @@ TEST_F(HiddenCursor, ComesBackHoweverTheProgramEnds) {
     }
 }
 
-TEST_F(HiddenCursor, IsReplacedByTheCrossHairForGood) {
-    product.start({.product = "crosshair"});
-    product.hand.push(3, 1, 50, 1000);
-    // The lines go through the place of the cursor; around them there is paper alone.
-    const auto onlyLines = [&] {
+struct ReplacedCursor : CursorStage, testing::Test {
+    static constexpr Colour red{255, 0, 0};
+
+    /// The lines go through the place of the cursor; around them there is paper alone.
+    bool onlyLines() const {
         const Spot at = product.eye.cursor();
         const auto seen = framebuffer.picture({at.x - 24, at.y - 24, 48, 48});
         for (int y = at.y - 24; y < at.y + 24; ++y)
             for (int x = at.x - 24; x < at.x + 24; ++x) {
                 const bool onLine = x == at.x || x == at.x - 1 || y == at.y || y == at.y - 1;
-                const Colour expected = onLine ? Colour{255, 0, 0} : white;
-                if (!(seen.at(x, y) == expected)) return false;
+                if (!(seen.at(x, y) == (onLine ? red : white))) return false;
             }
         return true;
-    };
-    EXPECT_TRUE(waitUntil(onlyLines));
+    }
+    /// The cursor is drawn, and nothing is red on either monitor.
+    bool onlyTheCursor() const {
+        return isDrawn() &&
+               std::ranges::count(framebuffer.picture({0, 0, 1600, 600}).pixels, red) == 0;
+    }
+};
+
+TEST_F(ReplacedCursor, IsNotSeenWhileTheLinesFollowItAndComesBackAfterAKill) {
+    product.start({.product = "crosshair"});
+    product.hand.push(3, 1, 50, 1000);
+    EXPECT_TRUE(waitUntil([this] { return onlyLines(); }));
     product.program->signal(SIGKILL);
     product.program->wait();
-    EXPECT_TRUE(isDrawnSoon());
+    EXPECT_TRUE(waitUntil([this] { return onlyTheCursor(); }));
+}
+
+TEST_F(ReplacedCursor, IsBackWithoutLinesWhileTheCrossHairIsSwitchedOff) {
+    product.start({.product = "crosshair"});
+    product.hand.push(3, 1, 20, 1000);
+    ASSERT_TRUE(waitUntil([this] { return onlyLines(); }));
+    for (int time = 0; time < 2; ++time) {
+        product.switchOver();
+        EXPECT_TRUE(waitUntil([this] { return onlyTheCursor(); })) << time;
+        product.hand.push(3, 1, 20, 1000);
+        EXPECT_TRUE(waitUntil([this] { return onlyTheCursor(); })) << time << ", moved";
+        product.switchOver();
+        product.hand.push(-3, -1, 20, 1000);
+        EXPECT_TRUE(waitUntil([this] { return onlyLines(); })) << time << ", on again";
+    }
+}
+
+TEST_F(ReplacedCursor, IsSeenWithoutLinesWhereTheCrossHairIsStartedSwitchedOff) {
+    product.start({.product = "crosshair", .active = false});
+    product.hand.push(3, 1, 20, 1000);
+    EXPECT_TRUE(waitUntil([this] { return onlyTheCursor(); }));
+    product.switchOver();
+    product.hand.push(3, 1, 20, 1000);
+    EXPECT_TRUE(waitUntil([this] { return onlyLines(); }));
 }
 
 } // namespace

@@ -7,6 +7,7 @@ namespace {
 
 constexpr int displayRate = 125;
 constexpr int mouseRate = 1000;
+constexpr const char* two = "1920x1080+0+0,1280x1024+1920+56";
 
 Setting wrapping(bool pause) {
     return {.product = "orbisant",
@@ -72,7 +73,20 @@ TEST_P(Wrap, StaysThereForAMomentWithThePause) {
     })) << "let go";
 }
 
-constexpr const char* two = "1920x1080+0+0,1280x1024+1920+56";
+// The opposite edge begins lower than the one that was left.
+TEST(WrapBesideEveryMonitor, ComesOutAtTheNearestPointOfTheOuterMonitor) {
+    for (const bool pause : {false, true}) {
+        Product product("1920x1080+0+0,1280x600+1920+480");
+        product.start(wrapping(pause));
+        product.hand.moveTo(49, 400);
+        product.hand.push(-7, 0, 7, displayRate);
+        EXPECT_TRUE(waitUntil([&] {
+            return product.eye.cursor() == Spot{3199, 480};
+        })) << product.eye.cursor().x
+            << ", " << product.eye.cursor().y;
+    }
+}
+
 constexpr const char* three = "1280x1024+1280+0*,1280x800+0+100,1024x768+2560+256";
 
 INSTANTIATE_TEST_SUITE_P(Edges, Wrap,

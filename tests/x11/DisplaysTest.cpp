@@ -87,3 +87,42 @@ TEST_F(X11Displays, StaySilentAboutAnEventThatChangesNothing) {
     EXPECT_EQ(changes, 1);
     EXPECT_EQ(frames(), (std::vector<Rect>{{0, 0, 1280, 1024}, {-1920, 0, 1920, 1080}}));
 }
+
+TEST_F(X11Displays, ListAMirrorOnceWithTheWiringOfAllItsMonitors) {
+    start("1920x1080+0+0,1280x1024+1920+56,1280x1024+3200+56");
+    const auto first = session->displays.screens()[0].id;
+    const auto crtcs = [this](std::size_t index) {
+        return session->displays.crtcsUnder(session->displays.screens()[index].frame);
+    };
+    const auto apart = crtcs(2);
+    ASSERT_EQ(apart.size(), 1u);
+    desktop->setLayout("1920x1080+0+0,1280x1024+1920+56,1280x1024+1920+56");
+    ASSERT_TRUE(session->loop.runUntil([&] { return frames().size() == 2; }));
+    EXPECT_EQ(frames(), (std::vector<Rect>{{0, 0, 1920, 1080}, {1920, 0, 1280, 1024}}));
+    EXPECT_EQ(session->displays.mainScreen(), first);
+    EXPECT_EQ(crtcs(0).size(), 1u);
+    ASSERT_EQ(crtcs(1).size(), 2u);
+    EXPECT_EQ(crtcs(1)[1], apart[0]);
+    EXPECT_TRUE(session->displays.isActive(apart[0]));
+
+    desktop->setLayout("1920x1080+0+0,1280x1024+1920+56,1280x1024+3200+56");
+    ASSERT_TRUE(session->loop.runUntil([&] { return frames().size() == 3; }));
+    EXPECT_EQ(crtcs(2), apart);
+}
+
+TEST_F(X11Displays, CallAMirrorByItsLargerMonitorAndPutThePrimarysFirst) {
+    start("1280x1024+0+0,1920x1080+1280+0,1024x768+3200+0*");
+    const auto large = session->displays.screens()[2].id;
+    desktop->setLayout("1280x1024+0+0,1920x1080+1280+0,1024x768+1280+0*");
+    ASSERT_TRUE(session->loop.runUntil([&] { return frames().size() == 2; }));
+    EXPECT_EQ(session->displays.mainScreen(), large);
+    EXPECT_EQ(frames(), (std::vector<Rect>{{0, 0, 1920, 1080}, {-1280, 56, 1280, 1024}}));
+}
+
+TEST_F(X11Displays, ListMonitorsThatOverlapInPartAsOneScreenAroundThem) {
+    start("1920x1080+0+0,1280x1024+1800+200");
+    EXPECT_EQ(frames(), (std::vector<Rect>{{0, 0, 3080, 1224}}));
+    support::Hand hand(desktop->display());
+    hand.moveTo(2000, 300);
+    EXPECT_EQ(session->pointer.location(), (Point{2000, 300}));
+}

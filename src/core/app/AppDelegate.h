@@ -343,6 +343,7 @@ class AppDelegate : private platform::MenuTarget, private platform::InfoTarget {
 
     std::unique_ptr<platform::Window> coveringWindow(const platform::Screen& screen, int variant);
     void createMarkers();
+    void letMarkersReplaceCursor();
 
     void chosen(MenuItem& item) override;
     void moved(Slider& slider) override;

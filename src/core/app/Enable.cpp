@@ -36,9 +36,10 @@ void AppDelegate::keepAwakeWhileActive() {
         readyToSleep();
 }
 
-/// Forgets a pending hide, and shows the cursor unless it stays hidden.
+/// Forgets a pending hide, and shows the cursor unless it stays hidden or markers replace it.
 void AppDelegate::resetCursor() {
     killTimer();
+    if (IDApp() == variants::crossHair) letMarkersReplaceCursor();
     if (IDApp() == variants::cursorHider && services.settings.boolForKey(keys::STAY_HIDDEN) &&
         isActive())
         hidecursor();

@@ -35,10 +35,21 @@ void AppDelegate::createMarkers() {
     aWindowCursorX.emplace();
     for (const platform::Screen& screen : services.displays.screens())
         aWindowCursorX->push_back(initwindowCursor2(screen));
-    windowCursorY = services.windows.create(markerStyle(smallMarker));
+    // The height of its frame is that of two first screens, and others may be above or be taller.
+    platform::WindowStyle upright = markerStyle(smallMarker);
+    upright.fullHeight = true;
+    windowCursorY = services.windows.create(upright);
     windowCursorX = services.windows.create(markerStyle(smallMarker));
     initwindowCursor(*windowCursorY);
     initwindowCursor(*windowCursorX);
+    letMarkersReplaceCursor();
+}
+
+/// Switched off, the product leaves the desktop as it would be without it. The markers stay on
+/// screen and the requests to hide the cursor are as many as before; they are not in force.
+void AppDelegate::letMarkersReplaceCursor() {
+    services.cursor.setHidingInForce(isActive());
+    services.windows.letMarkersBeSeen(isActive());
 }
 
 } // namespace palisor

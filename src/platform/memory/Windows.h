@@ -27,6 +27,10 @@ class Windows final : public platform::Windows {
 
     std::unique_ptr<Window> create(const WindowStyle& style) override;
 
+    /// Only remembered: scenarios tell of what is on screen.
+    void letMarkersBeSeen(bool seen) override { markersSeen = seen; }
+    bool areMarkersSeen() const { return markersSeen; }
+
     /// The windows on screen in the order of their ids, each as an object.
     std::vector<json::Raw> shown() const;
 
@@ -42,6 +46,7 @@ class Windows final : public platform::Windows {
     Effects& effects;
     WindowId lastId = 0;
     std::vector<const WindowState*> visible;
+    bool markersSeen = true;
 };
 
 } // namespace platform::memory

@@ -17,10 +17,9 @@ StartedProgram::~StartedProgram() {
     if (process) descriptors.unwatch(process.get());
 }
 
-int StartedProgram::start(const std::string& path,
+int StartedProgram::start(std::string path, std::string argument,
                           std::function<void(const std::string& how)> ended) {
-    std::string command = path;
-    char* arguments[] = {command.data(), nullptr};
+    char* arguments[] = {path.data(), argument.data(), nullptr};
     pid_t pid = 0;
     if (const int error = ::posix_spawn(&pid, path.c_str(), nullptr, nullptr, arguments, environ))
         return error;

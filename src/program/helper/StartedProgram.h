@@ -17,9 +17,10 @@ class StartedProgram {
     StartedProgram(const StartedProgram&) = delete;
     StartedProgram& operator=(const StartedProgram&) = delete;
 
-    /// Starts an executable without arguments, in the same environment. `ended` is called from the
+    /// Starts an executable with one argument, in the same environment. `ended` is called from the
     /// run loop with a sentence such as "ended with status 1". Returns 0 or an errno number. Once.
-    int start(const std::string& path, std::function<void(const std::string& how)> ended);
+    int start(std::string path, std::string argument,
+              std::function<void(const std::string& how)> ended);
 
   private:
     void reap();

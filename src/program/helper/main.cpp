@@ -66,10 +66,11 @@ int run(const ProductBundle& bundle, SystemLog& log) {
 
     const bool canBeTold = listen(session, mainIdentifier, log);
     const std::string path = bundle.path();
-    const int error = session.program.start(path, [&](const std::string& how) {
+    const auto ended = [&](const std::string& how) {
         log.write(path + (session.isUp ? " " : " did not come up: it ") + how);
         QCoreApplication::exit(session.isUp ? 0 : failure);
-    });
+    };
+    const int error = session.program.start(path, std::string(atLoginOption), ended);
     if (error != 0) {
         log.write(path + " cannot be started: " + std::strerror(error));
         return failure;

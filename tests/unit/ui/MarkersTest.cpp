@@ -48,6 +48,21 @@ TEST(Markers, AreOnlyMadeByTheCrossHair) {
     }
 }
 
+TEST(Markers, ReplaceTheCursorOnlyWhileTheProductIsSwitchedOn) {
+    for (const bool active : {true, false}) {
+        Program program(variants::crossHair);
+        program.setting(keys::ATTIVO, platform::Value{active});
+        program.launched();
+        for (const bool on : {active, !active, active}) {
+            EXPECT_EQ(program.platform.windows.areMarkersSeen(), on);
+            EXPECT_EQ(program.platform.cursor.isHidingInForce(), on);
+            program.app.enableDisable();
+        }
+        EXPECT_THAT(program.effects({"windowOut", "windowFrame", "showCursor"}),
+                    testing::IsEmpty());
+    }
+}
+
 TEST(Markers, FollowAScreenThatCameLaterOnlyAsFarAsTheyWereMade) {
     Program program(variants::crossHair, oneMonitor);
     program.launched();

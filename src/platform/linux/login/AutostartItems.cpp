@@ -145,7 +145,9 @@ void AutostartItems::insertLast(const std::string& path) {
         }
         file = product.identifier + "-" + std::to_string(number) + std::string(ending);
     }
-    DesktopEntry entry = entryFor({path});
+    std::vector<std::string> command{path};
+    command.insert(command.end(), product.options.begin(), product.options.end());
+    DesktopEntry entry = entryFor(command);
     entry.setRaw(checksumKey, checksum(entry));
     enable(file, entry);
 }

@@ -26,6 +26,8 @@ class AutostartItems final : public LoginItems {
         std::string comment;             ///< likewise
         std::string icon;                ///< the name of a theme's icon, or the path of a file
         std::vector<std::string> helper; ///< its command: an absolute path, then arguments
+        /// What follows the path in an entry of the session's own list.
+        std::vector<std::string> options{};
     };
 
     /// `folder` is made when it is needed. An empty one is no folder: then nothing can be kept.

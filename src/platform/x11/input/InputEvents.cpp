@@ -97,7 +97,7 @@ void InputEvents::receiveMotion(InputEvent event) {
 void InputEvents::deliver(const InputEvent& event, bool isHeldBack) {
     const EventMask bit = maskOf(event.type);
     const bool isPointers = (bit & keyTypes) == 0;
-    const Pointer::Handling handling(pointer, event.location, isHeldBack);
+    const Pointer::Handling handling(pointer, event.location, isHeldBack, isPointers);
     for (std::size_t i = 0; i < consumers.size(); ++i) {
         if (!(consumers[i].mask & bit)) continue;
         const bool withheld = isPointers && !consumers[i].isTap && ownWindowActive();

@@ -1,5 +1,7 @@
 #include "platform/x11/overlay/Overlay.h"
 
+#include "platform/x11/session/ScreenGeometry.h"
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -36,6 +38,15 @@ Overlay::Form Overlay::wantedForm() const {
     return style.kind == WindowKind::dark ? Form::gammaAndCatcher : Form::solid;
 }
 
+xcb_rectangle_t Overlay::wantedArea() const {
+    xcb_rectangle_t wanted = owner.displays.toRoot(style.frame);
+    if (!style.fullHeight || owner.displays.areas().empty()) return wanted;
+    const xcb_rectangle_t desktop = around(owner.displays.areas());
+    wanted.y = desktop.y;
+    wanted.height = desktop.height;
+    return wanted;
+}
+
 // Premultiplied, as compositors take it.
 std::uint32_t Overlay::backgroundPixel() const {
     if (form == Form::solid)
@@ -51,7 +62,7 @@ std::uint32_t Overlay::backgroundPixel() const {
 void Overlay::make() {
     form = wantedForm();
     window = xcb_generate_id(xcb());
-    area = owner.displays.toRoot(style.frame);
+    area = wantedArea();
     const bool inputOnly = form == Form::gammaAndCatcher || form == Form::catcher;
     const std::uint32_t events = XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE;
     const std::uint32_t kept = events | XCB_EVENT_MASK_POINTER_MOTION |
@@ -205,7 +216,7 @@ void Overlay::setFrame(Rect frame) {
 
 void Overlay::place() {
     if (window == XCB_NONE) return;
-    const xcb_rectangle_t before = std::exchange(area, owner.displays.toRoot(style.frame));
+    const xcb_rectangle_t before = std::exchange(area, wantedArea());
     const std::uint32_t values[] = {static_cast<std::uint32_t>(area.x),
                                     static_cast<std::uint32_t>(area.y), area.width, area.height};
     xcb_configure_window(xcb(), window,
@@ -258,7 +269,20 @@ void Overlay::makeKeyAndOrderFront() {
     owner.connection.flush();
 }
 
+bool Overlay::isSeen() const {
+    return visible && (style.kind != WindowKind::marker || owner.markersSeen);
+}
+
+void Overlay::markersChanged() {
+    if (style.kind != WindowKind::marker || !visible) return;
+    if (owner.markersSeen)
+        map();
+    else
+        xcb_unmap_window(xcb(), window);
+}
+
 void Overlay::map() {
+    if (!isSeen()) return;
     putOnTop(owner.connection, window);
     xcb_map_window(xcb(), window);
     showPicture();

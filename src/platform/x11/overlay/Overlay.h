@@ -23,6 +23,9 @@ class Overlay final : public platform::Window {
     void makeKeyAndOrderFront() override;
     void orderOut() override;
 
+    /// Whether it is on screen, and not a marker while none is to be seen.
+    bool isSeen() const;
+    void markersChanged();
     /// A compositor has come or gone.
     void changeOver();
     /// The monitors have moved.
@@ -33,6 +36,7 @@ class Overlay final : public platform::Window {
     enum class Form { translucent, gammaAndCatcher, catcher, solid };
 
     Form wantedForm() const;
+    xcb_rectangle_t wantedArea() const;
     void make();
     void unmake();
     void setHints();

@@ -18,7 +18,7 @@ Windows::Windows(Connection& x, Displays& screens, Log& writer, std::string appl
       gamma(x, std::move(gammaMeans), writer),
       stacking(x, [this](std::vector<xcb_window_t>& shown) {
           for (const Overlay* overlay : overlays)
-              if (overlay->isVisible()) overlay->addHandles(shown);
+              if (overlay->isSeen()) overlay->addHandles(shown);
       }) {
     findTranslucentVisual();
     compositor.onChange([this] {
@@ -55,7 +55,7 @@ void Windows::findTranslucentVisual() {
 
 void Windows::visibilityChanged() {
     stacking.setActive(std::any_of(overlays.begin(), overlays.end(),
-                                   [](const Overlay* overlay) { return overlay->isVisible(); }));
+                                   [](const Overlay* overlay) { return overlay->isSeen(); }));
 }
 
 std::unique_ptr<Picture> Windows::openPicture(const std::string& image, std::uint8_t depth,
@@ -65,6 +65,15 @@ std::unique_ptr<Picture> Windows::openPicture(const std::string& image, std::uin
     if (!toldNoImages) log.write("overlays show no pictures here; '" + image + "' is left out");
     toldNoImages = true;
     return nullptr;
+}
+
+void Windows::letMarkersBeSeen(bool seen) {
+    if (markersSeen == seen) return;
+    markersSeen = seen;
+    visibilityChanged();
+    for (Overlay* overlay : overlays)
+        overlay->markersChanged();
+    connection.flush();
 }
 
 std::unique_ptr<platform::Window> Windows::create(const WindowStyle& style) {

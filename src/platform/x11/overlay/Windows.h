@@ -28,6 +28,7 @@ class Windows final : public platform::Windows {
     Windows& operator=(const Windows&) = delete;
 
     std::unique_ptr<platform::Window> create(const WindowStyle& style) override;
+    void letMarkersBeSeen(bool seen) override;
 
   private:
     friend class Overlay;
@@ -59,6 +60,7 @@ class Windows final : public platform::Windows {
     std::vector<Overlay*> overlays;
     WindowId lastId = 0;
     bool toldNoImages = false;
+    bool markersSeen = true;
 };
 
 } // namespace platform::x11

@@ -17,12 +17,17 @@ class Cursor final : public platform::Cursor {
     /// Without a hide before it this does nothing.
     void show() override;
     bool isVisible() const override { return hidden == 0; }
+    void setHidingInForce(bool on) override;
     /// Hiding is never bound to the active application here, so there is nothing to set.
     void setConnectionProperty(std::string_view, bool) override {}
 
   private:
+    void update();
+
     Connection& connection;
     long hidden = 0;
+    bool inForce = true;
+    bool isHidden = false; ///< by the server
 };
 
 } // namespace platform::x11

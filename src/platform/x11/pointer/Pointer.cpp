@@ -1,5 +1,7 @@
 #include "platform/x11/pointer/Pointer.h"
 
+#include "platform/x11/session/ScreenGeometry.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -13,9 +15,11 @@ Pointer::~Pointer() {
     connection.flush();
 }
 
-Pointer::Handling::Handling(Pointer& pointer, Point place, bool isHeldBack)
+Pointer::Handling::Handling(Pointer& pointer, Point place, bool isHeldBack, bool isPointers)
     : owner(pointer),
-      knownBefore(std::exchange(pointer.known, place)),
+      knownBefore(std::exchange(pointer.known, isPointers || !pointer.isBesideAll(place)
+                                                   ? std::optional(place)
+                                                   : std::nullopt)),
       goalBefore(std::exchange(pointer.goal, isHeldBack ? std::optional(place) : std::nullopt)),
       warpsBefore(pointer.warpCount) {}
 
@@ -25,25 +29,56 @@ Pointer::Handling::~Handling() {
     owner.known = knownBefore;
 }
 
+// Between monitors that do not touch the server lets the cursor float. Whoever asks where it is
+// wants to know on which screen: one beside all of them would be on none.
 Point Pointer::location() {
     if (known) return *known;
     const auto reply = connection.wait(xcb_query_pointer(connection.xcb(), connection.root()),
                                        xcb_query_pointer_reply);
-    return reply ? displays.toTopLeft(reply->root_x, reply->root_y) : Point{};
+    if (!reply) return {};
+    const xcb_point_t at{reply->root_x, reply->root_y};
+    const auto shown = nearestTo(at, displays.areas());
+    if (!shown) return displays.toTopLeft(at.x, at.y);
+    const Point place = displays.toTopLeft(shown->x, shown->y);
+    move(place, *shown);
+    connection.flush();
+    return place;
 }
 
 // The barriers stand before the cursor comes, or the hand would move it on in between.
 void Pointer::warp(Point to) {
     release();
-    const xcb_point_t place = displays.toRoot(to);
-    const bool isOnMonitor = onMonitor(place);
-    if (interval > 0 && isOnMonitor) pause(place);
+    xcb_point_t place = displays.toRoot(to);
+    if (const auto shown = nearestForWarp(place)) {
+        place = *shown;
+        to = displays.toTopLeft(place.x, place.y);
+    }
+    if (interval > 0) pause(place);
     move(to, place);
-    if (interval > 0 && !isOnMonitor) pause(placeInForce(place));
     connection.flush();
 }
 
+// The server would keep the cursor on the monitor that it comes from. Where one is held, what lies
+// beside all of them is meant to be inside that one, though another may be nearer.
+std::optional<xcb_point_t> Pointer::nearestForWarp(xcb_point_t place) const {
+    const auto areas = displays.areas();
+    const auto shown = nearestTo(place, areas);
+    if (!shown || !held) return shown;
+    const xcb_point_t corner = displays.toRoot(Point{held->x, held->y});
+    const auto isHeld = [&](const xcb_rectangle_t& area) {
+        return area.x == corner.x && area.y == corner.y && area.width == held->width &&
+               area.height == held->height;
+    };
+    const auto screen = std::ranges::find_if(areas, isHeld);
+    return screen == areas.end() ? shown : nearestTo(place, {&*screen, 1});
+}
+
+bool Pointer::isBesideAll(Point place) const {
+    return nearestTo(displays.toRoot(place), displays.areas()).has_value();
+}
+
 void Pointer::holdInside(std::optional<Rect> screen) {
+    held = screen;
     hold.inside(screen);
     if (goal && !hold.isBeyond(*goal)) letThrough();
 }
@@ -56,15 +91,6 @@ void Pointer::letThrough() {
     connection.flush();
 }
 
-bool Pointer::onMonitor(xcb_point_t place) const {
-    const auto screens = displays.screens();
-    return std::any_of(screens.begin(), screens.end(), [&](const Screen& screen) {
-        const xcb_rectangle_t area = displays.toRoot(screen.frame);
-        return place.x >= area.x && place.x < area.x + area.width && place.y >= area.y &&
-               place.y < area.y + area.height;
-    });
-}
-
 void Pointer::move(Point to, xcb_point_t place) {
     lastSequence = xcb_warp_pointer(connection.xcb(), XCB_NONE, connection.root(), 0, 0, 0, 0,
                                     place.x, place.y)
@@ -73,14 +99,6 @@ void Pointer::move(Point to, xcb_point_t place) {
     lastPlace = to;
     if (known) known = to;
     hold.put({static_cast<double>(place.x), static_cast<double>(place.y)});
-}
-
-// A cursor that is put beside every monitor stays on the one it comes from, at the pixel next to
-// the place. This waits for the server, for such a place alone.
-xcb_point_t Pointer::placeInForce(xcb_point_t wanted) {
-    const auto reply = connection.wait(xcb_query_pointer(connection.xcb(), connection.root()),
-                                       xcb_query_pointer_reply);
-    return reply ? xcb_point_t{reply->root_x, reply->root_y} : wanted;
 }
 
 // A vertical barrier at x stands between the pixels x - 1 and x, a horizontal one likewise. The

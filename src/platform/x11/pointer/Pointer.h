@@ -35,9 +35,11 @@ class Pointer final : public platform::Pointer {
     /// While one of these lives, an event that happened at `place` is being handled. Where the hold
     /// has kept the cursor from there, it goes there as soon as the hold ends or goes over to that
     /// place, before what else the handler has to do, and at the end where no warp has answered.
+    /// The hand may be on its way between two monitors that do not touch; an event that is not
+    /// `isPointers` says nothing of that, and then `location` puts the cursor onto a monitor.
     class Handling {
       public:
-        Handling(Pointer& pointer, Point place, bool isHeldBack);
+        Handling(Pointer& pointer, Point place, bool isHeldBack, bool isPointers = true);
         ~Handling();
         Handling(const Handling&) = delete;
         Handling& operator=(const Handling&) = delete;
@@ -55,10 +57,10 @@ class Pointer final : public platform::Pointer {
   private:
     using Clock = std::chrono::steady_clock;
 
-    bool onMonitor(xcb_point_t place) const;
+    bool isBesideAll(Point place) const;
+    std::optional<xcb_point_t> nearestForWarp(xcb_point_t place) const;
     void letThrough();
     void move(Point to, xcb_point_t place);
-    xcb_point_t placeInForce(xcb_point_t wanted);
     void pause(xcb_point_t place);
     void release();
 
@@ -66,6 +68,7 @@ class Pointer final : public platform::Pointer {
     const Displays& displays;
     RunLoop& runLoop;
     Confinement& hold;
+    std::optional<Rect> held; ///< the screen that is to be held, top-left
     std::optional<Point> known;
     std::optional<Point> goal; ///< of an event that the cursor was held back from
     Point lastPlace;

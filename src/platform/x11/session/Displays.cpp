@@ -1,18 +1,16 @@
 #include "platform/x11/session/Displays.h"
 
+#include "platform/x11/session/ScreenGeometry.h"
+
 #include <algorithm>
 #include <cmath>
 
 namespace platform::x11 {
 
-namespace {
-
-struct Monitor {
+struct Displays::Monitor {
     xcb_randr_monitor_info_t info;
     std::vector<xcb_randr_get_output_info_cookie_t> asked;
 };
-
-} // namespace
 
 Displays::Displays(Connection& x) : connection(x) {
     const std::uint8_t first = connection.randrEvents();
@@ -84,24 +82,33 @@ void Displays::fetch() {
     }
     std::stable_partition(monitors.begin(), monitors.end(),
                           [](const Monitor& m) { return m.info.primary != 0; });
+    describe(monitors);
+}
 
+void Displays::describe(const std::vector<Monitor>& monitors) {
     list.clear();
     wiring.clear();
-    if (!monitors.empty()) {
-        originX = monitors.front().info.x;
-        originY = monitors.front().info.y;
-        originHeight = monitors.front().info.height;
-    }
-    for (const Monitor& m : monitors) {
-        const double bottom = originY + originHeight - (m.info.y + m.info.height);
-        list.push_back({static_cast<ScreenId>(m.info.name),
-                        {static_cast<double>(m.info.x - originX), bottom,
-                         static_cast<double>(m.info.width), static_cast<double>(m.info.height)}});
-        Wiring wires;
-        for (const auto& cookie : m.asked) {
-            const auto output = connection.wait(cookie, xcb_randr_get_output_info_reply);
-            if (output && output->crtc != XCB_NONE) wires.crtcs.push_back(output->crtc);
+    rootAreas.clear();
+    std::vector<xcb_rectangle_t> shown;
+    for (const Monitor& m : monitors)
+        shown.push_back({m.info.x, m.info.y, m.info.width, m.info.height});
+    for (const auto& [area, members] : screensOf(shown)) {
+        if (list.empty()) {
+            originX = area.x;
+            originY = area.y;
+            originHeight = area.height;
         }
+        const double bottom = originY + originHeight - (area.y + area.height);
+        list.push_back({static_cast<ScreenId>(monitors[members.front()].info.name),
+                        {static_cast<double>(area.x - originX), bottom,
+                         static_cast<double>(area.width), static_cast<double>(area.height)}});
+        rootAreas.push_back(area);
+        Wiring wires;
+        for (const std::size_t member : members)
+            for (const auto& cookie : monitors[member].asked) {
+                const auto output = connection.wait(cookie, xcb_randr_get_output_info_reply);
+                if (output && output->crtc != XCB_NONE) wires.crtcs.push_back(output->crtc);
+            }
         wiring.push_back(std::move(wires));
     }
 }

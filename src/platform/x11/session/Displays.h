@@ -9,8 +9,9 @@
 
 namespace platform::x11 {
 
-/// The RandR monitors. Also the place where the root window's coordinates, whose origin is the top
-/// left of everything, are turned into the program's, whose origin is the primary monitor.
+/// The RandR monitors, those that are mirrored or overlap as one screen. Also the place where the
+/// root window's coordinates, whose origin is the top left of everything, are turned into the
+/// program's, whose origin is the primary monitor.
 class Displays final : public platform::Displays, private Listener {
   public:
     explicit Displays(Connection& connection);
@@ -30,11 +31,15 @@ class Displays final : public platform::Displays, private Listener {
     /// A bottom-left rectangle in the root's coordinates, at least one pixel large.
     xcb_rectangle_t toRoot(Rect bottomLeft) const;
 
+    /// The places of the screens in their order, root coordinates. Valid until the run loop turns.
+    std::span<const xcb_rectangle_t> areas() const { return rootAreas; }
+
     /// The CRTCs of the monitors whose middle lies in a bottom-left rectangle.
     std::vector<xcb_randr_crtc_t> crtcsUnder(Rect bottomLeft) const;
     bool isActive(xcb_randr_crtc_t crtc) const;
 
   private:
+    struct Monitor;
     struct Wiring {
         std::vector<xcb_randr_crtc_t> crtcs;
         bool operator==(const Wiring&) const = default;
@@ -43,11 +48,13 @@ class Displays final : public platform::Displays, private Listener {
     void handle(const xcb_generic_event_t& event) override;
     void batchEnded() override;
     void fetch();
+    void describe(const std::vector<Monitor>& monitors);
 
     Connection& connection;
     std::vector<Screen> list;
-    std::vector<Wiring> wiring; ///< of each screen of `list`
-    int originX = 0;            ///< of the first screen, root coordinates
+    std::vector<Wiring> wiring; ///< of each screen of `list`, of all its monitors
+    std::vector<xcb_rectangle_t> rootAreas;
+    int originX = 0; ///< of the first screen, root coordinates
     int originY = 0;
     int originHeight = 0;
     bool stale = false;
