@@ -11,7 +11,7 @@ constexpr const char* onlySource = "calendar";
 } // namespace
 
 void Calendar::requestAccess(std::function<void(bool granted)> completion) {
-    completion(granted);
+    reply([completion = std::move(completion), answer = granted] { completion(answer); });
 }
 
 void Calendar::findEvents(double seconds, std::function<void(CalendarAnswer)> found) {
@@ -21,7 +21,9 @@ void Calendar::findEvents(double seconds, std::function<void(CalendarAnswer)> fo
         answer.events.push_back(event);
         answer.events.back().start -= now();
     }
-    found(std::move(answer));
+    reply([found = std::move(found), answer = std::move(answer)]() mutable {
+        found(std::move(answer));
+    });
 }
 
 void Calendar::save(const CalendarEvent& event, Span span, Saved saved) {
@@ -35,14 +37,14 @@ void Calendar::save(const CalendarEvent& event, Span span, Saved saved) {
                  Member{"offset", offset}, Member{"sound", sound});
     const auto failure = std::ranges::find(failures, event.id, &Failure::id);
     if (failure != failures.end()) {
-        saved(failure->error);
+        reply([saved = std::move(saved), error = failure->error] { saved(error); });
         return;
     }
     const auto stored = std::ranges::find_if(kept, [&event](const CalendarEvent& known) {
         return known.id == event.id && known.occurrence == event.occurrence;
     });
     if (stored == kept.end()) {
-        saved("there is no such event");
+        reply([saved = std::move(saved)] { saved("there is no such event"); });
         return;
     }
     const bool futureToo = stored->recurring && !stored->detached;
@@ -51,7 +53,20 @@ void Calendar::save(const CalendarEvent& event, Span span, Saved saved) {
             futureToo && known.id == event.id && !known.detached && known.start > stored->start;
         if (&known == &*stored || later) known.alarms = event.alarms;
     }
-    saved(std::nullopt);
+    reply([saved = std::move(saved)] { saved(std::nullopt); });
+}
+
+void Calendar::reply(std::function<void()> give) {
+    if (late)
+        waiting.push_back(std::move(give));
+    else
+        give();
+}
+
+void Calendar::answer() {
+    const auto give = std::move(waiting.at(0));
+    waiting.pop_front();
+    give();
 }
 
 void Calendar::add(CalendarEvent event) {

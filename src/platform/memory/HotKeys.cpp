@@ -61,6 +61,13 @@ std::string HotKeys::keyCodeString(const Shortcut& shortcut) const {
     return {};
 }
 
+std::vector<Shortcut> HotKeys::claimed() const {
+    std::vector<Shortcut> shortcuts;
+    for (const Registered& known : registered)
+        shortcuts.push_back(known.shortcut);
+    return shortcuts;
+}
+
 void HotKeys::press(const Shortcut& shortcut) {
     // Copies: an action may change what is claimed.
     for (const Registered& known : registered)

@@ -20,6 +20,9 @@ class HotKeys final : public platform::HotKeys {
     std::string modifierFlagsString(const Shortcut& shortcut) const override;
     std::string keyCodeString(const Shortcut& shortcut) const override;
 
+    /// The combinations that are claimed, bound ones apart, in the order of their claiming.
+    std::vector<Shortcut> claimed() const;
+
     /// Runs the action of a combination that is claimed or bound, of one at most.
     void press(const Shortcut& shortcut);
 

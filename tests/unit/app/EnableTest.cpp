@@ -57,6 +57,17 @@ TEST(EnableDisable, HidesAtOnceOnlyWhenTheCursorHiderStaysHiddenAndIsNowOn) {
     EXPECT_TRUE(program.platform.cursor.isVisible());
 }
 
+TEST(EnableDisable, HidesNothingInAnotherProductThatWasToldToStayHidden) {
+    for (const int variant : {0, 2, 3, 5, 7, 8, 9}) {
+        Program program(variant);
+        program.setting(keys::STAY_HIDDEN, Value{true});
+        program.launched();
+        program.app.enableDisable();
+        program.app.enableDisable();
+        EXPECT_THAT(program.effects({"hideCursor", "showCursor"}), testing::IsEmpty()) << variant;
+    }
+}
+
 TEST(EnableDisable, ForgetsThePendingHideOfTheHidingProducts) {
     for (const int variant : {variants::cursorHider, variants::crossHair}) {
         Program program(variant);
@@ -65,6 +76,52 @@ TEST(EnableDisable, ForgetsThePendingHideOfTheHidingProducts) {
         ASSERT_TRUE(program.platform.runLoop.isRunning(program.app.timerSchedule)) << variant;
         program.app.enableDisable();
         EXPECT_FALSE(program.platform.runLoop.isRunning(program.app.timerSchedule)) << variant;
+    }
+}
+
+TEST(EnableDisable, DoesItsThingsInOrder) {
+    struct {
+        int variant;
+        Lines off, on; ///< between the write of the state and the menu
+        Lines built;   ///< what building the menu tells
+        Lines thenOff, thenOn;
+    } const cases[] = {
+        {8,
+         {"windowOut"},
+         {"window", "frontmostActivated"},
+         {"statusImage", "label", "write", "synchronize", "label"},
+         {},
+         {}},
+        {3,
+         {"log", "assertionRelease", "log"},
+         {"log", "assertionCreate", "log"},
+         {"statusImage"},
+         {},
+         {}},
+        {1,
+         {},
+         {},
+         {"statusImage", "write", "synchronize", "label"},
+         {"showCursor"},
+         {"timer", "hideCursor"}},
+        {7, {}, {}, {"statusImage"}, {}, {}},
+        {0, {}, {}, {"statusImage"}, {}, {}},
+        {2, {}, {}, {"statusImage", "write", "synchronize", "label"}, {}, {}},
+    };
+    for (const auto& [variant, off, on, built, thenOff, thenOn] : cases) {
+        Program program(variant);
+        program.setting(keys::STAY_HIDDEN, Value{variant == variants::cursorHider});
+        program.launched();
+        for (const bool switchedOn : {false, true}) {
+            program.app.enableDisable();
+            Lines expected = {"write", "synchronize"};
+            for (const Lines& part : {switchedOn ? on : off, built, switchedOn ? thenOn : thenOff})
+                expected.insert(expected.end(), part.begin(), part.end());
+            Lines names = program.effects();
+            for (std::string& line : names)
+                line.resize(line.find(' '));
+            EXPECT_EQ(names, expected) << variant << (switchedOn ? " on" : " off");
+        }
     }
 }
 

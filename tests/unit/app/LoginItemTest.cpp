@@ -1,4 +1,4 @@
-#include "unit/Program.h"
+#include "unit/MenuEntries.h"
 
 #include <gmock/gmock.h>
 
@@ -81,6 +81,29 @@ TEST(StartAtLogin, WithoutASessionListStillSwitchesTheHelper) {
     EXPECT_THAT(program.effects(), ElementsAre(helperOn, helperOff));
 }
 
+TEST(StartAtLogin, IsReadAsABooleanWhateverIsStored) {
+    struct {
+        std::optional<Value> stored;
+        bool on;
+    } const cases[] = {
+        {Value{"1"}, true},    {Value{"0"}, false},
+        {Value{"2"}, true},    {Value{"YES"}, true},
+        {Value{"no"}, false},  {Value{true}, true},
+        {Value{false}, false}, {Value{std::int64_t{2}}, true},
+        {std::nullopt, false},
+    };
+    for (const auto& [stored, on] : cases) {
+        Program program(variants::barrier);
+        program.launched();
+        program.platform.settings.edit(keys::CHECK_1, stored);
+        program.app.updateMenuItems();
+        EXPECT_EQ(entry(program, "AVVIA_AL_LOGIN").state, on ? 1 : 0);
+        choose(program, "AVVIA_AL_LOGIN");
+        EXPECT_EQ(program.platform.settings.stringForKey(keys::CHECK_1), on ? "0" : "1");
+        EXPECT_THAT(program.effects({"loginItem"}), ElementsAre(on ? helperOff : helperOn));
+    }
+}
+
 struct Recommendation : Program {
     explicit Recommendation(const char* startAtLogin) : Program(variants::barrier) {
         launched();
@@ -109,6 +132,19 @@ TEST(LoginRecommendation, AcceptedSwitchesStartAtLoginOn) {
                 ElementsAre(testing::HasSubstr("RECOMMEND_STARTATLOGIN"), helperOn));
     EXPECT_EQ(program.platform.settings.stringForKey(keys::CHECK_1), "1");
     EXPECT_TRUE(program.isShown());
+    EXPECT_EQ(program.app.butautologin.state, 1);
+    EXPECT_EQ(entry(program, "AVVIA_AL_LOGIN").state, 1) << "the menu is built anew";
+}
+
+TEST(LoginRecommendation, IsMadeOnlyWhileStartAtLoginIsTheTextNought) {
+    for (const auto& stored : {std::optional(Value{"2"}), std::optional(Value{"YES"}),
+                               std::optional(Value{false}), std::optional(Value{std::int64_t{0}}),
+                               std::optional(Value{""}), std::optional<Value>()}) {
+        Recommendation program("0");
+        program.platform.settings.edit(keys::CHECK_1, stored);
+        EXPECT_THAT(program.close(1), IsEmpty());
+        EXPECT_FALSE(program.isShown());
+    }
 }
 
 TEST(LoginRecommendation, IsPendingWhileStartAtLoginIsOn) {

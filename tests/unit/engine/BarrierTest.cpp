@@ -84,6 +84,32 @@ TEST(Barrier, IsCrossedByAFastSidewaysStepAndThenHoldsOnTheOtherSide) {
     EXPECT_EQ(barrier.platform.pointer.location(), (Point{1921, 500}));
 }
 
+TEST(Barrier, MeasuresAPushFromThePreviousPlaceAndNotFromTheLastOneInsideTheScreen) {
+    // Right after a crossing the two are on different monitors.
+    struct {
+        Point back;
+        std::size_t screen;
+        Point ends;
+    } const cases[] = {
+        {{1902, 500}, 1, {1921, 500}}, // 2 points from (1900, 500), 38 from (1940, 500)
+        {{1897, 500}, 1, {1921, 500}},
+        {{1896.9, 500}, 0, {1896.9, 500}},
+        {{1903.1, 500}, 0, {1903.1, 500}},
+        {{1890, 501}, 1, {1921, 501}}, // too steep for 10 points, not for 50
+    };
+    for (const auto& [back, screen, ends] : cases) {
+        Barrier barrier;
+        barrier.setting(keys::VELOCITY_OPTION, Value{true});
+        barrier.setting(keys::VELOCITY, Value{std::int64_t{10}}); // more than 3 points
+        barrier.pointer({1940, 500});
+        ASSERT_EQ(barrier.app.oldcordmouse, (Point{1900, 500}));
+        ASSERT_EQ(barrier.app.lastCoord, (Point{1940, 500}));
+        barrier.pointer(back);
+        EXPECT_EQ(barrier.app.switchedScreen, barrier.screen(screen)) << back.x;
+        EXPECT_EQ(barrier.platform.pointer.location(), ends) << back.x;
+    }
+}
+
 TEST(Barrier, HoldsAgainstStepsThatAreTooSlowOrTooSteep) {
     for (const Point outside : {Point{1921, 500}, Point{1940, 504}, Point{1940, 600}}) {
         Barrier barrier;

@@ -40,6 +40,27 @@ TEST(HeldScreen, IsTheOtherOneAfterACrossing) {
     EXPECT_EQ(program.platform.pointer.heldInside(), right);
 }
 
+TEST(HeldScreen, IsAskedForBeforeTheWindowsChange) {
+    Program program(variants::barrier);
+    program.setting(keys::VELOCITY_OPTION, Value{true});
+    program.launched();
+    program.pointer({1900, 500});
+    std::vector<std::optional<Rect>> held; // at each change of a window
+    program.platform.effects.setSink([&](const platform::memory::Effect& effect) {
+        if (effect.name.starts_with("window"))
+            held.push_back(program.platform.pointer.heldInside());
+    });
+    const auto heldMeanwhile = [&held] { return std::exchange(held, {}); };
+    program.app.enableDisable();
+    EXPECT_THAT(heldMeanwhile(), testing::ElementsAre(std::nullopt)) << "lightened";
+    program.app.enableDisable();
+    EXPECT_THAT(heldMeanwhile(), testing::ElementsAre(left)) << "darkened";
+    program.pointer({2100, 500});
+    EXPECT_THAT(heldMeanwhile(), testing::ElementsAre(std::nullopt, right)) << "crossed";
+    program.platform.displays.change(screensFromLayout(oneMonitor));
+    EXPECT_THAT(heldMeanwhile(), testing::ElementsAre(std::nullopt)) << "one monitor";
+}
+
 TEST(HeldScreen, FollowsAChangeOfTheLayoutAndIsNoneOnOneMonitor) {
     Program program(variants::barrier);
     program.launched();

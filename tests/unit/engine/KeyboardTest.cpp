@@ -109,6 +109,40 @@ TEST(Combination, HeldWhileTheBarrierIsOffSwitchesItOnWhenReleased) {
     EXPECT_THAT(keys.writesOf(keys::ATTIVO), ElementsAre(on));
 }
 
+TEST(Combination, HeldAndReleasedActsOnWhetherTheProductIsOnAtThatMoment) {
+    struct {
+        std::vector<int> products;
+        bool before, byHand; ///< whether the user switches it while the keys are held
+        bool held, after;
+        Lines releaseWrites;
+    } const cases[] = {
+        {{8}, true, false, false, true, {on}},     {{8}, false, false, false, true, {on}},
+        {{8}, true, true, true, true, {}},         {{8}, false, true, true, true, {}},
+        {{2, 5}, true, false, true, false, {off}}, {{2, 5}, false, false, true, false, {off}},
+        {{2, 5}, true, true, false, false, {}},    {{2, 5}, false, true, false, false, {}},
+        {{1}, true, false, true, true, {}},        {{1}, false, false, false, true, {on}},
+        {{1}, true, true, false, true, {on}},      {{1}, false, true, true, true, {}},
+        {{0, 3, 7}, true, true, false, false, {}},
+    };
+    for (const auto& [products, before, byHand, held, after, releaseWrites] : cases) {
+        for (const int variant : products) {
+            const auto row = std::to_string(variant) + (before ? " on" : " off") +
+                             (byHand ? ", switched by hand" : "");
+            Keys keys(variant);
+            keys.setting(keys::ATTIVO, Value{before});
+            const auto isOn = [&] { return keys.platform.settings.boolForKey(keys::ATTIVO); };
+            keys.hold();
+            if (byHand) keys.platform.hotKeys.press(Program::shortcut);
+            EXPECT_EQ(isOn(), held) << row;
+            keys.effects();
+            keys.modifier(option);
+            EXPECT_EQ(isOn(), after) << row;
+            EXPECT_EQ(keys.writesOf(keys::ATTIVO), releaseWrites) << row;
+            EXPECT_EQ(keys.platform.cursor.isVisible(), variant != variants::cursorHider) << row;
+        }
+    }
+}
+
 TEST(Combination, SwitchesTheEdgeProductsOnWhileHeld) {
     for (const int variant : {variants::desktopSwitcher, variants::wrapAround}) {
         Keys keys(variant);

@@ -65,6 +65,8 @@ TEST(CentreOfAScreen, IsInTheScreenListsOwnCoordinates) {
     EXPECT_EQ(program.app.getCenterPointOfScreen(ScreenId::none), (Point{0, 0}));
     program.app.moveCursorOnScreen(program.screen(0));
     EXPECT_EQ(program.platform.pointer.location(), (Point{960, 540}));
+    program.platform.displays.replace(screensFromLayout("1920x1080+0+0,1280x1024+-1280+-200"));
+    EXPECT_EQ(program.app.getCenterPointOfScreen(program.screen(1)), (Point{-640, 768}));
 }
 
 TEST(ParkedCursor, GoesToTheMainScreenAndBack) {

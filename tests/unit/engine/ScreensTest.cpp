@@ -146,6 +146,17 @@ TEST(ScreenChange, ToOneMonitorLightensAndGoesOn) {
     EXPECT_TRUE(program.app.AWindowsDark->empty());
 }
 
+TEST(ScreenChange, ToOneMonitorFindsTheScreenOfTheCursorAgain) {
+    Program program(variants::barrier);
+    program.launched();
+    program.platform.pointer.place({2000, 1200});
+    program.platform.displays.change(screensFromLayout("2560x1440+0+0"));
+    EXPECT_EQ(program.app.switchedScreen, program.screen(0));
+    EXPECT_EQ(program.app.switchedScreenRect, (Rect{0, 0, 2560, 1440}));
+    EXPECT_EQ(program.app.cordmouse, (Point{2000, 1200}));
+    EXPECT_EQ(program.app.lastCoord, (Point{2000, 1200}));
+}
+
 TEST(ScreenChange, DoesNothingInTheOtherProducts) {
     for (const int variant : {0, 1, 2, 3, 5, 7, 9}) {
         Program program(variant);

@@ -32,6 +32,11 @@ struct CalendarProgram : Program {
     const std::vector<CalendarAlarm>& alarmsOf(std::size_t index) {
         return platform.calendar.events().at(index).alarms;
     }
+    /// All that waits, and what is asked meanwhile.
+    void answerAll() {
+        while (platform.calendar.unanswered() > 0)
+            platform.calendar.answer();
+    }
     Lines passes() {
         Lines texts = effects({"log"});
         std::erase_if(texts,
@@ -83,7 +88,7 @@ TEST(CalendarAlarms, TheLastOneThatIsNotADefaultIsUsedAgain) {
 TEST(CalendarAlarms, AnEventFurtherAwayThanAnHourIsLeftAloneUntilItComesWithinTheHour) {
     CalendarProgram program;
     program.add({.id = "near", .start = 3600});
-    program.add({.id = "far", .start = 3609, .alarms = {alarm(-60), alarm(-120)}});
+    program.add({.id = "far", .start = 3601, .alarms = {alarm(-60), alarm(-120)}});
     program.running();
     EXPECT_THAT(program.alarmsOf(0), SizeIs(1));
     EXPECT_THAT(program.alarmsOf(1), SizeIs(2));
@@ -184,6 +189,128 @@ TEST(CalendarAlarms, APassLogsWhatItSeesAndDoes) {
             R"-(calendarSave {"id":"f","span":1,"offset":0,"sound":"Pop"})-",
             R"-(log {"text":"Edited ID: f"})-",
             R"-(timer {"selector":"ReplaceDefaultEvents","interval":10,"repeats":true})-"));
+}
+
+TEST(CalendarAlarms, OfTwoThatAreNotDefaultsBothAreLoggedWithTheirOwnSounds) {
+    CalendarProgram program;
+    program.add({.id = "e", .start = 60, .alarms = {alarm(-90, "Basso"), alarm(-30.5)}});
+    program.launched().platform.runLoop.performPending();
+    Lines lines = program.effects({"log"});
+    std::erase_if(lines, [](const auto& line) { return line.find("scripting") == line.npos; });
+    EXPECT_THAT(
+        lines,
+        ElementsAre(
+            R"-(log {"text":"a.scriptingProperties): {Default = 0; relativeOffset = -90; soundName = Basso} "})-",
+            R"-(log {"text":"a.scriptingProperties): {Default = 0; relativeOffset = -30.5; soundName = (null)} "})-"));
+    ASSERT_THAT(program.alarmsOf(0), SizeIs(1));
+    EXPECT_EQ(program.alarmsOf(0)[0].id, alarm(-30.5).id);
+    EXPECT_EQ(program.alarmsOf(0)[0].sound, "Pop");
+}
+
+// ---- a calendar that answers late
+// -----------------------------------------------------------------
+
+/// Running, with every answer from now on given by the test.
+struct LateCalendar : CalendarProgram {
+    explicit LateCalendar(int events) {
+        for (int i = 0; i < events; ++i)
+            add({.id = "e" + std::to_string(i), .start = 600});
+        running();
+        platform.calendar.setLate(true);
+    }
+    std::size_t saves() { return effects({"calendarSave"}).size(); }
+};
+
+TEST(LateCalendar, IsAskedForOnePassAtATime) {
+    LateCalendar program(2);
+    program.platform.advance(35);
+    EXPECT_THAT(program.passes(), SizeIs(1)) << "while the events are awaited";
+    program.platform.calendar.answer();
+    EXPECT_EQ(program.saves(), 2U);
+    program.platform.advance(10);
+    program.platform.calendar.answer();
+    program.platform.advance(10);
+    EXPECT_THAT(program.passes(), IsEmpty()) << "while the second save is awaited";
+    program.platform.calendar.answer();
+    program.platform.advance(10);
+    EXPECT_THAT(program.passes(), SizeIs(1));
+}
+
+TEST(LateCalendar, HasNoMoreThan32SavesToAnswerAndGetsTheNextForEachAnswer) {
+    LateCalendar program(40);
+    program.platform.advance(10);
+    program.platform.calendar.answer();
+    EXPECT_EQ(program.saves(), 32U);
+    for (int i = 0; i < 8; ++i) {
+        program.platform.calendar.answer();
+        EXPECT_EQ(program.saves(), 1U);
+        EXPECT_EQ(program.platform.calendar.unanswered(), 32U);
+    }
+    program.answerAll();
+    EXPECT_THAT(program.effects({"log"}), SizeIs(32)) << "and nothing more is saved";
+    program.platform.advance(10);
+    EXPECT_THAT(program.passes(), SizeIs(1));
+}
+
+TEST(LateCalendar, SwitchedOffMeanwhileIsAskedAndToldNothingMore) {
+    for (const bool eventsKnown : {false, true}) {
+        LateCalendar program(40);
+        program.platform.advance(10);
+        if (eventsKnown) program.platform.calendar.answer();
+        program.app.enableDisable();
+        program.effects();
+        program.answerAll();
+        program.platform.advance(60);
+        EXPECT_THAT(program.effects({"log", "calendarSave"}), IsEmpty());
+    }
+}
+
+TEST(LateCalendar, SwitchedOffAndOnAgainBeginsAPassOfItsOwnWithOneTimer) {
+    LateCalendar program(2);
+    program.platform.advance(10);
+    program.platform.calendar.answer();
+    program.app.enableDisable();
+    program.app.enableDisable();
+    program.effects();
+    while (program.platform.calendar.unanswered() > 0) {
+        program.platform.calendar.answer();
+        program.platform.runLoop.performPending();
+    }
+    EXPECT_THAT(program.effects({"calendarSave"}), SizeIs(2)) << "those of the new pass";
+    const auto timers = [&] {
+        return std::ranges::count_if(program.platform.runLoop.timers(), [](const auto* timer) {
+            return timer->selector == "ReplaceDefaultEvents";
+        });
+    };
+    EXPECT_EQ(timers(), 1);
+    program.app.enableDisable();
+    EXPECT_EQ(timers(), 0);
+}
+
+TEST(LateCalendar, ThatGrantsAccessTwiceGetsOneTimer) {
+    CalendarProgram program;
+    program.platform.calendar.setLate(true);
+    program.launched();
+    for (int toggle = 0; toggle < 2; ++toggle)
+        program.app.enableDisable();
+    ASSERT_EQ(program.platform.calendar.unanswered(), 2U);
+    program.platform.calendar.setLate(false);
+    program.answerAll();
+    program.platform.runLoop.performPending();
+    EXPECT_THAT(program.effects({"timer"}),
+                Contains(testing::HasSubstr("ReplaceDefault")).Times(1));
+    program.platform.advance(10);
+    EXPECT_THAT(program.passes(), SizeIs(1));
+}
+
+TEST(CalendarAlarms, GrantedAgainWhileRunningHaveOneTimer) {
+    CalendarProgram program;
+    program.running();
+    program.app.turnOnCustomDefaultAlert();
+    program.platform.runLoop.performPending();
+    program.effects();
+    program.platform.advance(10);
+    EXPECT_THAT(program.passes(), SizeIs(1));
 }
 
 TEST(CalendarAlarms, AFailedSaveMarksTheRestOfThePassButNotTheNext) {

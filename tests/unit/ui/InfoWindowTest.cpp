@@ -173,12 +173,25 @@ TEST(InfoWindow, HasTheTitlesOfItsButtonsInTheSessionsLanguage) {
     EXPECT_EQ(program.box().title, "NON_MOSTRARE_FINESTRA");
 }
 
-TEST(InfoWindow, HasItsBoxCheckedUnlessTheSettingSaysZero) {
-    for (const auto& [stored, state] : {std::pair{"0", 0}, {"1", 1}, {"", 1}, {"no", 1}}) {
+TEST(InfoWindow, HasItsBoxCheckedUnlessTheSettingSaysZeroAndIsShownUnlessItSaysOne) {
+    struct {
+        Value stored;
+        int state;
+        bool shown;
+    } const cases[] = {
+        {Value{"0"}, 0, true},   {Value{"1"}, 1, false},
+        {Value{""}, 1, true},    {Value{"no"}, 1, true},
+        {Value{"2"}, 1, true},   {Value{"YES"}, 1, true},
+        {Value{true}, 1, true},  {Value{std::int64_t{1}}, 1, true},
+        {Value{false}, 1, true},
+    };
+    for (const auto& [stored, state, shown] : cases) {
+        const auto text = platform::stringValue(stored).value_or("no text");
         InfoWindow program;
-        program.setting(keys::CHECK_0, Value{std::string(stored)});
+        program.setting(keys::CHECK_0, stored);
         program.launch();
-        EXPECT_EQ(program.box().box.state, state) << stored;
+        EXPECT_EQ(program.box().box.state, state) << text;
+        EXPECT_EQ(program.app.windowInfo->isVisible(), shown) << text;
     }
     InfoWindow absent;
     absent.platform.settings.edit(keys::CHECK_0, std::nullopt);

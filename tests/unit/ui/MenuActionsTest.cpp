@@ -37,6 +37,9 @@ TEST(RightClick, TogglesAndOpensAnEmptyMenuThatIsFullAgainAfterThreeTenths) {
         program.launched();
         program.platform.advance(1);
         click(program, button);
+        EXPECT_THAT(
+            program.effects({"timer"}),
+            ElementsAre(R"(timer {"selector":"enableMainMenu","interval":0.3,"repeats":false})"));
         EXPECT_FALSE(program.platform.settings.boolForKey(keys::ATTIVO));
         EXPECT_THAT(program.app.mainMenu->items, IsEmpty());
         program.platform.advance(0.29);
@@ -179,6 +182,76 @@ TEST(MenuAction, OfStayHiddenNeedsAWayBackFirst) {
     choose(program, "STAY_HIDDEN");
     EXPECT_FALSE(program.platform.settings.boolForKey(keys::STAY_HIDDEN)) << "off needs none";
     EXPECT_TRUE(program.platform.cursor.isVisible());
+}
+
+TEST(MenuAction, OfStayHiddenHidesAtOnceOnlyWhileTheProductIsOn) {
+    for (const bool active : {true, false}) {
+        Program program(variants::cursorHider);
+        program.setting(keys::ATTIVO, Value{active});
+        program.launched();
+        choose(program, "STAY_HIDDEN");
+        EXPECT_TRUE(program.platform.settings.boolForKey(keys::STAY_HIDDEN));
+        EXPECT_EQ(program.platform.cursor.isVisible(), !active);
+        program.app.hidecursor();
+        choose(program, "STAY_HIDDEN");
+        EXPECT_TRUE(program.platform.cursor.isVisible()) << "off shows it";
+    }
+}
+
+TEST(MenuAction, OfASwitchBuildsTheMenuAnew) {
+    struct {
+        int variant;
+        std::vector<const char*> titles;
+    } const cases[] = {
+        {1, {"TEMPO", "Hot Borders Mode", "STAY_HIDDEN"}},
+        {1, {"CTRLALTCMDTextVellumor", "SHOW_ON_SCROLL", "AVVIA_AL_LOGIN"}},
+        {5, {"VELOCITYText", "BREAK_AFTER_SWITCHText", "CTRLALTCMDText", "AVVIA_AL_LOGIN"}},
+        {8, {"VELOCITYText", "CTRLALTCMDText", "AVVIA_AL_LOGIN"}},
+    };
+    for (const auto& [variant, titles] : cases) {
+        for (const char* title : titles) {
+            Program program(variant);
+            program.launched();
+            const int before = entry(program, title).state;
+            choose(program, title);
+            EXPECT_THAT(program.effects({"statusImage"}), testing::SizeIs(1)) << title;
+            EXPECT_EQ(entry(program, title).state, 1 - before) << title;
+        }
+    }
+}
+
+TEST(HotBordersMode, IsReadAsATextByTheMenuAndAsANumberByItsAction) {
+    struct {
+        Value stored;
+        int marked;
+        const char* pressed;
+        bool flashes; ///< when the menu was opened by itself
+    } const cases[] = {
+        {Value{"1"}, 1, "0", true},
+        {Value{"0"}, 0, "1", false},
+        {Value{"2"}, 0, "0", false},
+        {Value{" 1"}, 0, "0", true},
+        {Value{"YES"}, 0, "1", false},
+        {Value{true}, 0, "0", true},
+        {Value{false}, 0, "1", false},
+        {Value{std::int64_t{1}}, 0, "0", true},
+        {Value{std::int64_t{7}}, 0, "0", false},
+        {Value{std::int64_t{0}}, 0, "1", false},
+    };
+    for (const auto& [stored, marked, pressed, flashes] : cases) {
+        const auto text = platform::stringValue(stored).value_or("no text");
+        Program program(variants::cursorHider);
+        program.setting(keys::HOT_BOUNDS, stored);
+        program.launched();
+        const MenuItem& item = entry(program, "Hot Borders Mode");
+        EXPECT_EQ(item.state, marked) << text;
+        EXPECT_EQ(item.submenu != nullptr, marked == 1) << text;
+        EXPECT_EQ(entry(program, "TEMPO").enabled, marked == 0) << text;
+        program.app.openMenu();
+        EXPECT_THAT(program.effects({"window"}), testing::SizeIs(flashes ? 2 : 0)) << text;
+        program.app.pressHotBorders();
+        EXPECT_EQ(program.platform.settings.stringForKey(keys::HOT_BOUNDS), pressed) << text;
+    }
 }
 
 TEST(CheckBoxes, StoreCornersAndSidesByTheirTags) {

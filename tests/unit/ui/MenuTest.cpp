@@ -145,6 +145,27 @@ const Shown table[] = {
       "STAY_HIDDEN stayHiddenDidChanged:", "(Hot Borders Mode)",
       "([x]TEMPO) > 0..30 at 5, 31 ticks", "([x]CTRLALTCMDTextVellumor)", "([x]SHOW_ON_SCROLL)",
       "---", "help", "---", "AVVIA_AL_LOGIN pressAvviaAlLogin", "QUIT quit"}},
+    {"CursorHiderWithHotBordersOff",
+     1,
+     {{"HOT_BOUNDS", one}, {"ATTIVO", off}},
+     {"ABILITA enableDisable", "SHORTCUT showShortcutPopup", "---",
+      "STAY_HIDDEN stayHiddenDidChanged:", "([x]Hot Borders Mode) > bounds",
+      "([x]TEMPO) > 0..30 at 5, 31 ticks", "([x]CTRLALTCMDTextVellumor)", "([x]SHOW_ON_SCROLL)",
+      "---", "help", "---", "AVVIA_AL_LOGIN pressAvviaAlLogin", "QUIT quit"}},
+    {"CursorHiderThatWouldStayHiddenOff",
+     1,
+     {{"STAY_HIDDEN", on}, {"ATTIVO", off}, {"TIME_MODE", off}, {"SHOW_ON_SCROLL", off}},
+     {"ABILITA enableDisable", "SHORTCUT showShortcutPopup", "---",
+      "[x]STAY_HIDDEN stayHiddenDidChanged:", "(Hot Borders Mode)", "(TEMPO)",
+      "([x]CTRLALTCMDTextVellumor)", "(SHOW_ON_SCROLL)", "---", "help", "---",
+      "AVVIA_AL_LOGIN pressAvviaAlLogin", "QUIT quit"}},
+    {"WrapAroundWithSettingsOfTheCursorHider",
+     5,
+     {{"STAY_HIDDEN", on}, {"HOT_BOUNDS", one}, {"CHECK_1", one}},
+     {"DISABILITA enableDisable", "SHORTCUT showShortcutPopup", "---", "BORDI_ATTIVI > bounds",
+      "VELOCITYText pressVelocity:", "BREAK_AFTER_SWITCHText freezeCursorAfterSwitch:",
+      "[x]CTRLALTCMDText CTRLALTCMDDidChanged:", "---", "help", "---",
+      "[x]AVVIA_AL_LOGIN pressAvviaAlLogin", "QUIT quit"}},
 };
 
 class StatusMenu : public testing::TestWithParam<Shown> {};
@@ -174,6 +195,39 @@ TEST(StatusMenu, OfTheOtherProductsHasTheCommonEntriesOnly) {
                      active ? "[x]CTRLALTCMDText CTRLALTCMDDidChanged:" : "([x]CTRLALTCMDText)",
                      "---", "help", "---", "AVVIA_AL_LOGIN pressAvviaAlLogin", "QUIT quit"}))
                 << variant;
+        }
+    }
+}
+
+TEST(StatusMenu, DisablesWhatFollowsTheStateAndNothingElse) {
+    struct {
+        int variant;
+        std::vector<std::string> followers; ///< enabled while the product is on
+    } const cases[] = {
+        {1, {"Hot Borders Mode", "TEMPO", "CTRLALTCMDTextVellumor"}},
+        {2, {"BORDI_ATTIVI", "VELOCITYText", "CTRLALTCMDText"}},
+        {5, {"BORDI_ATTIVI", "VELOCITYText", "BREAK_AFTER_SWITCHText", "CTRLALTCMDText"}},
+        {8, {"DARK_LEVEL", "VELOCITYText", "CTRLALTCMDText"}},
+        {0, {"CTRLALTCMDText"}},
+    };
+    for (const auto& [variant, followers] : cases) {
+        for (const bool active : {true, false}) {
+            for (const bool hot : {false, true}) {
+                Program program(variant);
+                program.setting(keys::ATTIVO, Value{active});
+                if (hot) program.setting(keys::HOT_BOUNDS, one);
+                program.launched();
+                std::vector<std::string> enabled, expected;
+                for (const auto& item : program.app.mainMenu->items) {
+                    if (item->separator) continue;
+                    const auto& title = item->title;
+                    if (item->enabled) enabled.push_back(title);
+                    const bool follows = std::ranges::count(followers, title) == 1;
+                    const bool excluded = hot && title == "TEMPO";
+                    if (!excluded && (active || !follows)) expected.push_back(title);
+                }
+                EXPECT_EQ(enabled, expected) << variant << (active ? " on" : " off");
+            }
         }
     }
 }

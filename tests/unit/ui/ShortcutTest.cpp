@@ -15,6 +15,8 @@ const Lines hotKeyEffects(Program& program) {
         {"hotKeyRegister", "hotKeyUnregister", "hotKeyBind", "hotKeyUnbind", "timer", "register"});
 }
 
+constexpr Shortcut commandF2{120, 0x100000};
+
 constexpr const char* refresh =
     R"(timer {"selector":"updateMenuItems","interval":0.1,"repeats":false})";
 
@@ -100,9 +102,10 @@ TEST(CustomShortcut, IsShownInTheMenuOnlyWhenItIsUsable) {
 TEST(HardcodedShortcut, IsClaimedAndDoesNothing) {
     Program program(variants::wrapAround);
     program.launched();
+    EXPECT_THAT(program.platform.hotKeys.claimed(), ElementsAre(commandF2));
     program.platform.advance(1);
     program.effects();
-    program.platform.hotKeys.press(Shortcut{120, Shortcut::command});
+    program.platform.hotKeys.press(commandF2);
     EXPECT_THAT(program.effects(), IsEmpty());
 }
 
@@ -111,7 +114,9 @@ TEST(HardcodedShortcut, SwitchedOffAndOnOutsideIsGivenBackAndClaimedAgain) {
     program.launched();
     program.effects();
     program.setting(keys::hardcodedShortcutEnabled, Value{false});
+    EXPECT_THAT(program.platform.hotKeys.claimed(), IsEmpty());
     program.setting(keys::hardcodedShortcutEnabled, Value{true});
+    EXPECT_THAT(program.platform.hotKeys.claimed(), ElementsAre(commandF2));
     EXPECT_THAT(hotKeyEffects(program),
                 ElementsAre("hotKeyUnregister {}", refresh, "hotKeyRegister {}", refresh));
 }

@@ -54,7 +54,9 @@ TEST(DarkLevelSlider, IsNotStoredByBuildingTheMenu) {
 
 TEST(TimeSlider, StoresWholeSecondsAsTextOnEveryCall) {
     for (const auto& [value, stored, text] :
-         {std::tuple{12.7, "12", "N_SECONDI"}, std::tuple{0.0, "0", "0_SECONDI"}}) {
+         {std::tuple{12.7, "12", "N_SECONDI"}, std::tuple{33.9, "33", "N_SECONDI"},
+          std::tuple{1.0, "1", "N_SECONDI"}, std::tuple{0.9, "0", "0_SECONDI"},
+          std::tuple{0.0, "0", "0_SECONDI"}}) {
         Program program(variants::cursorHider);
         program.launched();
         program.app.sliderDidMove(slider(value));
@@ -85,10 +87,46 @@ TEST(VelocitySlider, StoresANumberOnEveryCall) {
             return key == "N_SENSIBILITY" ? "push %d" : key;
         });
         program.launched();
-        program.app.velocitySliderDidMove(slider(33.4));
-        EXPECT_THAT(program.effects(),
-                    ElementsAre(R"(write {"key":"VELOCITY","value":33})", "synchronize {}",
-                                R"(label {"view":"tvVelocity","text":"push 33"})"));
+        for (const double value : {33.0, 33.4, 33.9}) {
+            program.app.velocitySliderDidMove(slider(value));
+            EXPECT_THAT(program.effects(),
+                        ElementsAre(R"(write {"key":"VELOCITY","value":33})", "synchronize {}",
+                                    R"(label {"view":"tvVelocity","text":"push 33"})"))
+                << value;
+        }
+    }
+}
+
+TEST(Sliders, HaveTheirTextsWhenTheMenuHasBeenBuilt) {
+    struct {
+        int variant;
+        const char* key;
+        Value stored;
+        const char *tv, *tvVelocity; ///< null for a label that the menu does not hold
+    } const cases[] = {
+        {8, "OTHERS_DARK", Value{std::int64_t{7}}, "35%", "push 50"},
+        {8, "OTHERS_DARK", Value{std::int64_t{0}}, "0_DARK_LEVEL", "push 50"},
+        {8, "VELOCITY", Value{std::int64_t{34}}, "75%", "push 34"},
+        {2, "VELOCITY", Value{std::int64_t{34}}, "", "push 34"},
+        {5, "VELOCITY", Value{std::int64_t{340}}, "", "push 100"},
+        {1, "SCHEDULE", Value{"1"}, "in 1 s", nullptr},
+        {1, "SCHEDULE", Value{"0"}, "0_SECONDI", nullptr},
+        {0, "SCHEDULE", Value{"1"}, "", nullptr},
+    };
+    for (const auto& [variant, key, stored, tv, tvVelocity] : cases) {
+        Program program(variant);
+        program.platform.bundle.setLanguages({"en"});
+        program.platform.bundle.setStrings([](std::string_view, std::string_view text) {
+            if (text == "N_SENSIBILITY") return std::string_view("push %d");
+            return text == "N_SECONDI" ? std::string_view("in %d s") : text;
+        });
+        program.settled().setting(key, stored);
+        program.app.applicationDidFinishLaunching();
+        EXPECT_EQ(program.app.tv->text, tv) << variant;
+        EXPECT_EQ(program.app.tvVelocity != nullptr, tvVelocity != nullptr) << variant;
+        if (tvVelocity) {
+            EXPECT_EQ(program.app.tvVelocity->text, tvVelocity) << variant;
+        }
     }
 }
 
