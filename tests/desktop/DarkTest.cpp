@@ -40,6 +40,25 @@ TEST(DarkMonitor, IsDarkenedByItsGammaRampWithoutACompositor) {
     EXPECT_EQ(product.eye.gamma("DUMMY0"), untouched);
 }
 
+TEST(DarkMonitor, ThatIsAPartOfAnOutputIsBrightWithoutACompositorAndSaysSo) {
+    Product product("1920x1080+0+0");
+    const auto before = product.eye.gamma("DUMMY0");
+    for (const std::vector<std::string>& half :
+         {std::vector<std::string>{"left", "960/254x1080/286+0+0", "DUMMY0"},
+          {"right", "960/254x1080/286+960+0", "none"}}) {
+        std::vector<std::string> arguments{"--setmonitor"};
+        arguments.insert(arguments.end(), half.begin(), half.end());
+        ASSERT_EQ(product.desktop.spawn("xrandr", arguments)->wait(), 0);
+    }
+    product.layout = support::parseLayout("960x1080+0+0,960x1080+960+0");
+    support::TestWindow beneath(product.desktop.display(), {1100, 200, 600, 400}, white);
+    product.start({.othersDark = level});
+    EXPECT_TRUE(product.program->waitForText("no output to itself")) << product.program->errors();
+    EXPECT_EQ(product.eye.gamma("DUMMY0"), before);
+    product.hand.clickAt(1400, 400);
+    EXPECT_EQ(beneath.presses(), 0);
+}
+
 TEST(DarkMonitor, LetsNoClickReachAnotherWindow) {
     for (const bool compositor : {false, true}) {
         Product product;

@@ -81,6 +81,21 @@ TEST(ChildProcess, EndsOneThatIgnoresTheRequestToEnd) {
     EXPECT_FALSE(exists(pid));
 }
 
+TEST(ChildProcess, DoesNothingForAsLongAsItIsStopped) {
+    ChildProcess child({{"sh", "-c", "echo ready; while :; do read x < /dev/zero; done"}, {}});
+    ASSERT_TRUE(child.waitForText("ready"));
+    const auto own = childrenOf(getpid(), "sh");
+    EXPECT_EQ(std::count(own.begin(), own.end(), child.pid()), 1);
+    {
+        const Stopped stopped(child.pid());
+        child.signal(SIGTERM);
+        EXPECT_TRUE(stopped.stillIs());
+        EXPECT_TRUE(child.running());
+    }
+    EXPECT_EQ(child.wait(), -SIGTERM);
+    EXPECT_THROW(Stopped{child.pid()}, std::runtime_error);
+}
+
 class Servers : public testing::TestWithParam<ServerKind> {};
 
 INSTANTIATE_TEST_SUITE_P(Each, Servers, testing::Values(ServerKind::xorg, ServerKind::xvfb),

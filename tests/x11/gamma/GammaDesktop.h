@@ -73,6 +73,7 @@ struct GammaDesktop : testing::Test {
     }
     /// The desktop made this process the one that inherits orphans.
     static void expectItEnds(pid_t guard) {
+        ASSERT_GT(guard, 0);
         int status = -1;
         ASSERT_EQ(waitpid(guard, &status, 0), guard);
         EXPECT_EQ(status, 0);

@@ -149,6 +149,7 @@ void Gamma::settle(const Darkness& wanted) {
     if (!file || !file->isLocked()) return;
     file->remove();
     file->unlock();
+    written.clear();
 }
 
 bool Gamma::isGuarded() {
@@ -198,8 +199,11 @@ bool Gamma::keep() {
     gammaguard::Kept kept{owner, {}};
     for (const auto& [crtc, one] : dark)
         kept.ramps[crtc] = one.original;
+    if (kept.ramps == written) return true;
     const int error = file->write(kept);
-    if (error != 0)
+    if (error == 0)
+        written = std::move(kept.ramps);
+    else
         tell("gamma ramps cannot be kept in " + means.folder + ": " + std::strerror(error) +
              "; the monitors stay bright");
     return error == 0;

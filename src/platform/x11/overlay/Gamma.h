@@ -77,6 +77,7 @@ class Gamma final : private Listener {
     Pace clock; ///< runs while anything is dark, since a foreign ramp makes no event
     std::string server;
     std::optional<gammaguard::RampFile> file; ///< locked while anything is dark
+    Ramps written; ///< what it has; empty where there is none of this one
     std::map<const void*, Wish> wishes;
     std::map<xcb_randr_crtc_t, Dark> dark;
     std::set<std::string> told;

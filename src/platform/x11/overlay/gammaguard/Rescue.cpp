@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstdlib>
 #include <numeric>
 #include <random>
@@ -106,7 +107,7 @@ bool rescue(xcb_connection_t* c, xcb_window_t root, const std::string& folder) {
     const std::string server = serverName(c, root);
     if (server.empty()) return false;
     RampFile file(folder, server);
-    if (!file.read() || file.lock() != 0) return false;
+    if (!file.read() || file.lock() == EWOULDBLOCK) return false;
     // Who had the lock may have put them back just now.
     const auto kept = file.read();
     if (!kept || !putBack(c, kept->ramps)) return false;

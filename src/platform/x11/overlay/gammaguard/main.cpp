@@ -34,7 +34,8 @@ bool lockOwn(RampFile& file, const std::string& owner) {
     for (;;) {
         const auto kept = file.read();
         if (!kept || kept->owner != owner) return false;
-        if (file.lock() == 0) return true;
+        // Where there can be no lock, the ramps matter more.
+        if (file.lock() != EWOULDBLOCK) return true;
         poll(nullptr, 0, shortTime);
     }
 }
