@@ -60,6 +60,7 @@ TEST(Highlight, IsShownAtTheStartOfACursorHiderWithHotBordersThatIsOnAndNotHidde
         program.settled().setting(keys::HOT_BOUNDS, Value{std::string(hot)});
         program.setting(keys::ATTIVO, Value{active});
         program.setting(keys::STAY_HIDDEN, Value{hidden});
+        program.setting(keys::customShortcutEnabled, Value{false}); // of no concern here
         program.app.applicationDidFinishLaunching();
         EXPECT_THAT(program.effects({"window"}), SizeIs(windows)) << hot << active << hidden;
     }
