@@ -161,8 +161,12 @@ TEST(ScreenChange, DoesNothingInTheOtherProducts) {
     for (const int variant : {0, 1, 2, 3, 5, 7, 9}) {
         Program program(variant);
         program.launched();
-        program.platform.displays.change(screensFromLayout(oneMonitor));
-        EXPECT_THAT(program.effects(), testing::IsEmpty()) << variant;
+        for (const char* layout : {"1280x1024+0+0,1920x1080+1280+0", oneMonitor}) {
+            program.platform.displays.change(screensFromLayout(layout));
+            EXPECT_THAT(program.effects(), testing::IsEmpty()) << variant;
+            EXPECT_EQ(program.app.switchedScreen, ScreenId::none) << variant;
+            EXPECT_EQ(program.platform.pointer.heldInside(), std::nullopt) << variant;
+        }
     }
 }
 

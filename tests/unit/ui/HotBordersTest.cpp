@@ -22,7 +22,11 @@ TEST(Highlight, LaysAFrameOverEveryMonitorForHalfASecond) {
         Program program(variants::cursorHider);
         program.launched();
         program.app.highLightBoders(shown);
-        EXPECT_THAT(program.effects({"window"}), SizeIs(2));
+        EXPECT_THAT(
+            program.effects({"window", "timer"}),
+            ElementsAre(
+                testing::HasSubstr("hotBordersModeOn"), testing::HasSubstr("hotBordersModeOn"),
+                R"(timer {"selector":"otherMonitorsLight","interval":0.5,"repeats":false})"));
         program.platform.advance(0.49);
         EXPECT_THAT(program.effects({"windowOut"}), IsEmpty());
         program.platform.advance(0.01);
@@ -60,6 +64,7 @@ TEST(Highlight, IsShownAtTheStartOfACursorHiderWithHotBordersThatIsOnAndNotHidde
         program.settled().setting(keys::HOT_BOUNDS, Value{std::string(hot)});
         program.setting(keys::ATTIVO, Value{active});
         program.setting(keys::STAY_HIDDEN, Value{hidden});
+        program.setting(keys::customShortcutEnabled, Value{false}); // of no concern here
         program.app.applicationDidFinishLaunching();
         EXPECT_THAT(program.effects({"window"}), SizeIs(windows)) << hot << active << hidden;
     }

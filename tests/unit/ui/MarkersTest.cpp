@@ -63,6 +63,21 @@ TEST(Markers, ReplaceTheCursorOnlyWhileTheProductIsSwitchedOn) {
     }
 }
 
+TEST(Markers, ThatAreNotMadeYetAreNotMoved) {
+    // A tap runs the loop before the first actions.
+    Program program(variants::crossHair);
+    program.platform.system.setVersion({10, 13, 6});
+    bool moved = false;
+    program.platform.runLoop.setWhileRunning([&] {
+        program.pointer({100, 100});
+        moved = true;
+        EXPECT_THAT(program.effects({"window", "windowFrame"}), testing::IsEmpty());
+    });
+    program.settled().app.applicationDidFinishLaunching();
+    EXPECT_TRUE(moved);
+    EXPECT_THAT(program.effects({"window"}), SizeIs(4));
+}
+
 TEST(Markers, FollowAScreenThatCameLaterOnlyAsFarAsTheyWereMade) {
     Program program(variants::crossHair, oneMonitor);
     program.launched();

@@ -271,6 +271,24 @@ TEST(StatusMenu, TakesSillyStoredValuesIntoTheRangesOfItsSliders) {
     }
 }
 
+TEST(BoundsPanel, HasTheEightBoxesUnderTheirNamesAndItsExplanation) {
+    for (const int variant : {1, 2, 5}) {
+        Program program(variant);
+        program.launched();
+        auto& app = program.app;
+        const auto& panel = std::get<platform::BoundsView>(app.boundsSubMenu->items.at(0)->view);
+        EXPECT_THAT(panel.corners, ElementsAre(testing::FieldsAre("butangolo1", &app.butangolo1),
+                                               testing::FieldsAre("butangolo2", &app.butangolo2),
+                                               testing::FieldsAre("butangolo3", &app.butangolo3),
+                                               testing::FieldsAre("butangolo4", &app.butangolo4)));
+        EXPECT_THAT(panel.sides, ElementsAre(testing::FieldsAre("butlato1", &app.butlato1),
+                                             testing::FieldsAre("butlato2", &app.butlato2),
+                                             testing::FieldsAre("butlato3", &app.butlato3),
+                                             testing::FieldsAre("butlato4", &app.butlato4)));
+        EXPECT_EQ(panel.explanation, app.TFBounds);
+    }
+}
+
 TEST(StatusImage, FollowsTheStateAndTheProductAndIsATemplate) {
     for (const auto& [variant, shown, hidden] :
          {std::tuple{8, "icon_statusbar_on8", "icon_statusbar_off8"},

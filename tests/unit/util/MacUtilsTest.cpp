@@ -1,4 +1,5 @@
 #include "util/MacUtils.h"
+#include "platform/memory/Utf8.h"
 #include "unit/Program.h"
 
 #include <gmock/gmock.h>
@@ -57,6 +58,24 @@ TEST(ValidInfo, IsATextThatSaysSomething) {
 TEST(ValidInfo, IsNotAnEmptyTextNorABlankOneNorAWordForNothing) {
     for (const auto* text : {"", " ", "  ", "\t\n\r", "\u00a0\u2029", "NULL", "(null)"})
         EXPECT_FALSE(MacUtils::isValidInfo(text)) << text;
+}
+
+TEST(ValidInfo, SaysNothingInBlanksAndLineEndsOfAnyWritingAndSomethingInTheirNeighbours) {
+    const std::pair<char32_t, char32_t> ranges[] = {
+        {0x9, 0xd},       {0x20, 0x20},     {0x85, 0x85},     {0xa0, 0xa0},
+        {0x1680, 0x1680}, {0x180e, 0x180e}, {0x2000, 0x200b}, {0x2028, 0x2029},
+        {0x202f, 0x202f}, {0x205f, 0x205f}, {0x3000, 0x3000}};
+    const auto isValid = [](char32_t code) {
+        std::string text;
+        platform::memory::appendUtf8(text, code);
+        return MacUtils::isValidInfo(text);
+    };
+    for (const auto& [first, last] : ranges) {
+        EXPECT_TRUE(isValid(first - 1)) << std::uint32_t{first};
+        for (char32_t code = first; code <= last; ++code)
+            EXPECT_FALSE(isValid(code)) << std::uint32_t{code};
+        EXPECT_TRUE(isValid(last + 1)) << std::uint32_t{first};
+    }
 }
 
 TEST(Mail, CarriesBlanksAmpersandsAndAccentsToTheMailProgramEscaped) {

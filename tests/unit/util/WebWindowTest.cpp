@@ -66,12 +66,21 @@ TEST_F(WebWindow, SavesItsFrameWhenTheUserHasMovedIt) {
 
 TEST_F(WebWindow, StaysInTheMiddleWhenItsScreenHasGoneOrTheFrameIsDamaged) {
     const Rect middle{440, 140, 1040, 800};
-    for (const Value& value : {frame(5000, 100, 640, 480), frame(100, 2000, 640, 480),
-                               frame(0, 0, 0, 0), frame(0, 0, -5, 10), Value{"100 200"},
-                               Value{Dictionary{{"x", Value{std::int64_t{1}}}}}}) {
+    for (const Value& value :
+         {frame(5000, 100, 640, 480), frame(100, 2000, 640, 480), frame(0, 0, 0, 0),
+          frame(0, 0, -5, 10), frame(10, 20, 0, 480), frame(10, 20, 640, 0), Value{"100 200"},
+          Value{Dictionary{{"x", Value{std::int64_t{1}}}}}}) {
         program.setting("Window Frame Help", value);
         EXPECT_EQ(make()->frame(), middle);
     }
+}
+
+TEST_F(WebWindow, TakesAPlaceThatIsNotStoredAsTheOrigin) {
+    const auto number = [](std::int64_t length) { return Value{length}; };
+    program.setting(
+        "Window Frame Help",
+        Value{Dictionary{{"y", number(30)}, {"width", number(640)}, {"height", number(480)}}});
+    EXPECT_EQ(make()->frame(), (Rect{0, 30, 640, 480}));
 }
 
 TEST_F(WebWindow, IsNeverSmallerThanItsMinimum) {
