@@ -109,19 +109,6 @@ TEST_F(X11InputEvents, ComeAlsoWhileAnotherProgramGrabs) {
     EXPECT_EQ(types(), (std::vector<EventType>{EventType::leftMouseDown, EventType::leftMouseUp}));
 }
 
-TEST_F(X11InputEvents, KeepPointerEventsFromAMonitorWhileAnOwnWindowIsActive) {
-    monitor();
-    int tapped = 0;
-    session.input.addTap({.mask = monitorMask}, [&](const InputEvent&) { ++tapped; });
-    session.ownWindowActive = true;
-    hand.moveTo(500, 500);
-    hand.click(1);
-    hand.type(support::key::leftAlt);
-    ASSERT_TRUE(session.loop.runUntil([&] { return seen.size() == 2; }));
-    EXPECT_EQ(codes(), (std::vector<int>{58, 58}));
-    EXPECT_EQ(tapped, 5);
-}
-
 TEST_F(X11InputEvents, AnswerTheWarpedPlaceInsideAHandlerAndForWhatComesAfter) {
     std::vector<Point> places;
     session.input.addGlobalMonitor(monitorMask, [&](const InputEvent& e) {

@@ -15,10 +15,13 @@ struct RawEvent {
     enum class Kind : std::uint8_t { motion, buttonDown, buttonUp, keyDown, keyUp };
     Kind kind = Kind::motion;
     unsigned button = 0; ///< 1 left, 2 middle, 3 right, 4 to 7 scrolling
+    xcb_keycode_t keycode = 0;
     Key key{};
     std::uint32_t sequence = 0; ///< its place in the server's stream
     double time = 0;            ///< seconds, the server's clock
     bool stopped = false;       ///< a motion that a barrier ended
+
+    bool isPress() const { return kind == Kind::buttonDown || kind == Kind::keyDown; }
 
     /// Which buttons are down, from those on the other side of the event.
     std::uint16_t buttonsAfter(std::uint16_t before) const;

@@ -202,7 +202,8 @@ void RawInput::addHit(const xcb_input_barrier_hit_event_t& hit) {
 void RawInput::addKey(std::uint32_t keycode, bool pressed, RawEvent event) {
     if (keycode >= down.size() || down[keycode] == pressed) return;
     down[keycode] = pressed;
-    event.key = keyboard.key(static_cast<xcb_keycode_t>(keycode));
+    event.keycode = static_cast<xcb_keycode_t>(keycode);
+    event.key = keyboard.key(event.keycode);
     if (!event.key.modifier && !otherKeys) return;
     event.kind = pressed ? RawEvent::Kind::keyDown : RawEvent::Kind::keyUp;
     add(event);
