@@ -6,7 +6,10 @@
 //
 // At rest the first arrival wakes the program and is read at once. From then on the socket is left
 // alone and a clock has `readFrame` called at the pace of a display, so that a mouse costs one
-// wake-up a frame whatever it sends; a few frames without an event end that. In a frame
+// wake-up a frame whatever it sends; a few frames without an event end that. A device that tells
+// places moves the cursor through barriers: as long as one does, the socket is read at once
+// besides, so that a cursor that has to be put back is seen elsewhere for a fraction of a
+// millisecond. In a frame
 //
 //   1. `readFrame` settles whether the server may hold the cursor, and drains the connection;
 //   2. `RawInput::handle` gets what the devices sent, in the server's order. It tells the hold what
@@ -56,7 +59,10 @@ void InputEvents::readFrame() {
     const auto deadline = Pace::Clock::now() + patience;
     while (source.waitsForAnswer() && connection.waitForArrival(deadline))
         connection.drain();
-    if (pace.isRunning()) source.endFrame();
+    if (pace.isRunning()) {
+        source.endFrame();
+        connection.watch(source.readsAtOnce());
+    }
 }
 
 // An alert or a menu of the program may be on another monitor.
@@ -71,7 +77,7 @@ void InputEvents::receive(const RawEvent& raw, Point place, std::uint16_t button
     const InputEvent event{*type, place, isKey ? raw.key.code : std::uint16_t{0}, raw.time};
     if (isKey)
         deliverKey(event, raw);
-    else if (raw.kind == RawEvent::Kind::motion)
+    else if (raw.isMotion())
         receiveMotion(event);
     else
         deliver(event, false);
@@ -126,7 +132,7 @@ void InputEvents::arrived() {
     anyArrived = true;
     if (pace.isRunning()) return;
     pace.start();
-    if (pace.isRunning()) connection.watch(false);
+    if (pace.isRunning()) connection.watch(source.readsAtOnce());
 }
 
 void InputEvents::tick() {
