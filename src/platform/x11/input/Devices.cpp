@@ -43,7 +43,7 @@ Devices::Device Devices::describe(xcb_input_xi_device_info_t& info) {
          xcb_input_device_class_next(&part)) {
         if (part.data->type == XCB_INPUT_DEVICE_CLASS_TYPE_TOUCH) {
             const auto& touch = reinterpret_cast<const xcb_input_touch_class_t&>(*part.data);
-            device.touchScreen = touch.mode == XCB_INPUT_TOUCH_MODE_DIRECT;
+            device.touchScreen = info.enabled != 0 && touch.mode == XCB_INPUT_TOUCH_MODE_DIRECT;
         }
         if (part.data->type != XCB_INPUT_DEVICE_CLASS_TYPE_VALUATOR) continue;
         const auto& valuator = reinterpret_cast<const xcb_input_valuator_class_t&>(*part.data);

@@ -61,9 +61,8 @@ RawInput::RawInput(Connection& x, const Displays& screens, const Pointer& cursor
       receiver(eventReceiver),
       keyboard(connection, [](bool) {}),
       devices(connection) {
-    constexpr std::size_t burst = 256, hands = 32;
+    constexpr std::size_t burst = 256;
     pending.reserve(burst);
-    fingers.reserve(hands);
     connection.listen(*this, {XCB_GE_GENERIC, XCB_MAPPING_NOTIFY, XCB_CONFIGURE_NOTIFY});
     connection.selectOnRoot(XCB_EVENT_MASK_STRUCTURE_NOTIFY);
 }
@@ -86,6 +85,8 @@ void RawInput::readDevices() {
     devicesStale = false;
     connection.findMasterPointer();
     devices.read();
+    // Of a touch screen that has gone nobody tells that the fingers have been lifted.
+    if (!devices.isTouchScreen(fingers.device())) fingers.forget();
 }
 
 void RawInput::readButtons() {
@@ -221,29 +222,21 @@ void RawInput::addMotion(const xcb_input_raw_motion_event_t& raw, const RawEvent
     add(event);
 }
 
-// The server moves the cursor by the first finger, and by no other before all have been lifted.
 void RawInput::addTouch(const xcb_input_raw_motion_event_t& raw, RawEvent event) {
     if (!devices.isTouchScreen(raw.sourceid)) return;
-    const std::uint32_t finger = raw.detail;
-    if (raw.event_type == XCB_INPUT_RAW_TOUCH_BEGIN) {
-        if (fingers.empty()) pointing = finger;
-        fingers.push_back(finger);
-    } else if (raw.event_type == XCB_INPUT_RAW_TOUCH_END) {
-        std::erase(fingers, finger);
-    }
+    const bool begins = raw.event_type == XCB_INPUT_RAW_TOUCH_BEGIN;
+    const bool ends = raw.event_type == XCB_INPUT_RAW_TOUCH_END;
+    if (begins) fingers.down(raw.detail, raw.sourceid);
+    const bool isPointing = fingers.isPointing(raw.detail);
+    if (ends) fingers.up(raw.detail);
     const auto values = valuesOf(raw);
-    if (pointing != finger || !values) return;
+    if (!isPointing || !values) return;
     event.place = devices.toRoot(raw.sourceid, *values);
     movedByPlaces = true;
-    if (raw.event_type == XCB_INPUT_RAW_TOUCH_UPDATE) {
-        event.kind = RawEvent::Kind::fingerMoved;
-    } else if (raw.event_type == XCB_INPUT_RAW_TOUCH_BEGIN) {
-        add(event);
-        event.kind = RawEvent::Kind::fingerDown;
-    } else {
-        pointing.reset();
-        event.kind = RawEvent::Kind::fingerUp;
-    }
+    if (begins) add(event); // the cursor's way there
+    event.kind = begins ? RawEvent::Kind::fingerDown
+                 : ends ? RawEvent::Kind::fingerUp
+                        : RawEvent::Kind::fingerMoved;
     add(event);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/x11/input/Devices.h"
+#include "platform/x11/input/Fingers.h"
 #include "platform/x11/input/MotionWatch.h"
 #include "platform/x11/input/RawEvent.h"
 #include "platform/x11/pointer/Pointer.h"
@@ -93,8 +94,7 @@ class RawInput final : private Listener {
     unsigned warpsWhenAsked = 0;
     std::optional<std::uint16_t> buttons; ///< the mask as last told, and what has come since
     std::bitset<256> othersDown; ///< buttons that the mask has no bit for, by the logical number
-    std::vector<std::uint32_t> fingers;    ///< on the touch screen, in the order of touching
-    std::optional<std::uint32_t> pointing; ///< the one of them that moves the cursor
+    Fingers fingers;
     bool movedByPlaces = false;
     MotionWatch motion;
     Point lastPlace; ///< where the cursor was when it was last looked at, or was put since

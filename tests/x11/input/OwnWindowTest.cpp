@@ -1,5 +1,5 @@
-#include "SeenEvents.h"
 #include "testing/desktop/PrivateDesktop.h"
+#include "tests/x11/SeenEvents.h"
 
 // What is told while a window of the program is active.
 

@@ -1,6 +1,6 @@
-#include "SeenEvents.h"
 #include "testing/desktop/PrivateDesktop.h"
 #include "testing/eye/Eye.h"
+#include "tests/x11/SeenEvents.h"
 
 #include <xcb/xinput.h>
 

@@ -1,4 +1,4 @@
-#include "testing/desktop/Device.h"
+#include "testing/devices/Device.h"
 
 #include <array>
 #include <cstdint>
