@@ -86,6 +86,46 @@ TEST_F(X11Devices, TellATouchAtItsPlaceThoughTheCursorHasBeenPutBack) {
     EXPECT_EQ(eye.cursor(), (support::Spot{100, 100}));
 }
 
+TEST_F(X11Devices, TouchWhereTheServerPutsTheCursor) {
+    const support::Spot places[] = {{0, 0},      {1, 1},       {1919, 1079}, {1920, 56},
+                                    {3199, 100}, {3199, 1079}, {777, 333}};
+    for (const auto& [x, y] : places) {
+        screen->touch(1, x, y);
+        screen->lift(1, x, y);
+        runPastScroll();
+        const support::Spot at = eye.cursor();
+        EXPECT_EQ(seen.back().location, (Point{at.x + 0.0, at.y + 0.0})) << x << ", " << y;
+    }
+}
+
+TEST(X11Touch, FollowsADesktopThatGrows) {
+    support::PrivateDesktop desktop{X11Devices::withAll()};
+    if (!desktop.hasDevices()) GTEST_SKIP() << "needs Xorg and its driver inputtest";
+    Session session(desktop.display(), GAMMA_GUARD);
+    support::Hand hand(desktop.display());
+    x11tests::SeenEvents events;
+    events.monitor(session);
+    desktop.plug("DUMMY2", "1024x768+3200+0");
+    events.runPastScroll(session, hand);
+    const auto screen = desktop.device(2);
+    screen->touch(1, 3500, 300);
+    screen->lift(1, 3500, 300);
+    events.runPastScroll(session, hand);
+    ASSERT_FALSE(events.seen.empty());
+    EXPECT_EQ(events.seen.back().location, (Point{3500, 300}));
+}
+
+TEST(MotionWatch, ReadsWhatTellsPlacesHoweverFast) {
+    platform::x11::MotionWatch watch;
+    for (int i = 0; i < 130; ++i)
+        watch.place();
+    for (int i = 0; i < 130; ++i)
+        watch.event({1, 0});
+    watch.looked(true);
+    EXPECT_FALSE(watch.frameEnded());
+    EXPECT_TRUE(watch.readsEvents());
+}
+
 TEST_F(X11Devices, CountOfSeveralFingersTheOneThatMovesTheCursor) {
     screen->touch(1, 400, 300);
     screen->touch(2, 900, 300);

@@ -13,7 +13,8 @@ namespace platform::x11 {
 
 /// The session's events, sorted by type and handed to those who asked for them, at the pace of a
 /// display: at most sixty motions a second, and a click within the frame, after the motion before
-/// it. While a handler runs, the pointer service answers the event's own place.
+/// it. Of a device that tells places every motion comes, and at once. While a handler runs, the
+/// pointer service answers the event's own place.
 ///
 /// A motion to a point outside the screen that the pointer holds comes right after one at the point
 /// where the cursor was held, so that the step between the two is the push of one frame.
