@@ -25,6 +25,15 @@ struct Desktops : testing::TestWithParam<const char*> {
         return x.waitUntil([&] { return current() == desktop; });
     }
 
+    bool isWithControl(const xcb_generic_event_t& event, xcb_keysym_t wanted) const {
+        const auto& key = reinterpret_cast<const xcb_key_press_event_t&>(event);
+        if ((event.response_type & 0x7f) != XCB_KEY_PRESS) return false;
+        const auto mapping = support::own(xcb_get_keyboard_mapping_reply(
+            x.get(), xcb_get_keyboard_mapping(x.get(), key.detail, 1), nullptr));
+        return mapping && *xcb_get_keyboard_mapping_keysyms(mapping.get()) == wanted &&
+               (key.state & XCB_MOD_MASK_CONTROL) != 0;
+    }
+
     /// Across all monitors to the left (-1) or right (1) edge, and a little back. The hand is
     /// slower than the program, which looks at the last of the motions that came together.
     void pushAgainst(int direction) {
@@ -83,6 +92,27 @@ TEST_P(Desktops, AreNotSwitchedWhileTheProductIsSwitchedOff) {
     product.switchOver();
     pushAgainst(1);
     EXPECT_TRUE(reaches(1)) << "and not 2";
+}
+
+TEST_P(Desktops, AreAskedForByTheKeystrokeWhereNoWindowManagerRuns) {
+    product.desktop.stopWindowManager();
+    const std::uint32_t mask = XCB_EVENT_MASK_KEY_PRESS;
+    xcb_change_window_attributes(x.get(), x.root(), XCB_CW_EVENT_MASK, &mask);
+    // The one that has ended had the keyboard.
+    xcb_set_input_focus(x.get(), XCB_INPUT_FOCUS_POINTER_ROOT, XCB_INPUT_FOCUS_POINTER_ROOT,
+                        XCB_CURRENT_TIME);
+    x.sync();
+    product.start({.product = "quenlow"});
+    for (const int direction : {1, -1}) {
+        pushAgainst(direction);
+        const xcb_keysym_t wanted = direction > 0 ? support::key::right : support::key::left;
+        bool isTyped = false;
+        EXPECT_TRUE(x.waitUntil(
+            [&] { return isTyped; }, support::generous,
+            [&](const xcb_generic_event_t& event) { isTyped |= isWithControl(event, wanted); }))
+            << "towards " << direction;
+        stepBack(direction);
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Layouts, Desktops,

@@ -66,8 +66,9 @@ bool QtApplication::hasActiveWindow() {
 }
 
 void QtApplication::onActiveWindowChange(std::function<void()> changed) {
+    activeWindowChanged = std::move(changed);
     QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, this,
-                     [operation = std::move(changed)] { operation(); });
+                     [this] { activeWindowChanged(); });
 }
 
 void QtApplication::endSession() {
@@ -78,6 +79,12 @@ void QtApplication::endSession() {
 bool QtApplication::eventFilter(QObject* watched, QEvent* event) {
     // Left to itself the toolkit would close an open alert, which would then look answered.
     if (event->type() == QEvent::Quit && watched == QCoreApplication::instance()) endSession();
+    // Of a menu, which takes the keyboard without being the window that has it. It is told before
+    // the menu is the active one.
+    const bool comesOrGoes = event->type() == QEvent::Show || event->type() == QEvent::Hide;
+    const auto* widget = comesOrGoes ? qobject_cast<QWidget*>(watched) : nullptr;
+    if (widget && widget->windowType() == Qt::Popup && activeWindowChanged)
+        afterEvent(activeWindowChanged);
     return QObject::eventFilter(watched, event);
 }
 

@@ -59,7 +59,7 @@ class QtApplication final : public QObject, public Application {
     /// which takes it without being an active window. No round trip.
     static bool hasActiveWindow();
 
-    /// Calls `changed` whenever the answer of `hasActiveWindow` may have changed.
+    /// Calls `changed` whenever the answer of `hasActiveWindow` may have changed. One handler.
     void onActiveWindowChange(std::function<void()> changed);
 
     /// The session, or the run loop, wants the process to end.
@@ -71,6 +71,7 @@ class QtApplication final : public QObject, public Application {
     CurrentEvent current;
     std::vector<std::function<void()>> undoOperations;
     std::function<void()> quitRequested;
+    std::function<void()> activeWindowChanged;
 };
 
 } // namespace platform::qt

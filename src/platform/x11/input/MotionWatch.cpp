@@ -22,7 +22,7 @@ void MotionWatch::looked(bool moved) {
 }
 
 bool MotionWatch::wish() const {
-    if (anyStop && fractions) return true;
+    if (anyPlace || (anyStop && fractions)) return true;
     if (!reads) return hasLooked && !hasMoved && !anyStop;
     return events <= fewEvents || !(hasMoved || anyStop);
 }
@@ -32,7 +32,7 @@ bool MotionWatch::frameEnded() {
     reads = wish();
     justBegan = reads && !before;
     events = 0;
-    anyStop = hasLooked = hasMoved = false;
+    anyStop = anyPlace = hasLooked = hasMoved = false;
     return reads != before;
 }
 

@@ -18,6 +18,8 @@ class MotionWatch {
     bool looks() const { return !reads || justBegan; }
 
     void event(Point step);
+    /// By a device that tells places: no barrier stops it, so each of them has to be seen.
+    void place() { anyPlace = true; }
     void stopped() { anyStop = true; } ///< by a barrier
     void looked(bool hasMoved);
 
@@ -32,6 +34,7 @@ class MotionWatch {
     bool fractions = false;
     int events = 0;
     bool anyStop = false;
+    bool anyPlace = false;
     bool hasLooked = false;
     bool hasMoved = false;
 };

@@ -25,8 +25,13 @@ void Cursor::setHidingInForce(bool on) {
     update();
 }
 
+void Cursor::reveal(bool on) {
+    revealed = on;
+    update();
+}
+
 void Cursor::update() {
-    const bool wanted = hidden > 0 && inForce;
+    const bool wanted = hidden > 0 && inForce && !revealed;
     if (wanted == isHidden) return;
     isHidden = wanted;
     if (wanted)

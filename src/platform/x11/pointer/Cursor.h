@@ -18,6 +18,8 @@ class Cursor final : public platform::Cursor {
     void show() override;
     bool isVisible() const override { return hidden == 0; }
     void setHidingInForce(bool on) override;
+    /// While it is on the cursor is drawn, whatever is asked for; then it is again as it was asked.
+    void reveal(bool on);
     /// Hiding is never bound to the active application here, so there is nothing to set.
     void setConnectionProperty(std::string_view, bool) override {}
 
@@ -27,6 +29,7 @@ class Cursor final : public platform::Cursor {
     Connection& connection;
     long hidden = 0;
     bool inForce = true;
+    bool revealed = false;
     bool isHidden = false; ///< by the server
 };
 
