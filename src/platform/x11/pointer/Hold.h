@@ -1,8 +1,7 @@
 #pragma once
 
-#include "platform/x11/pointer/HoldGeometry.h"
+#include "platform/x11/pointer/HeldCursor.h"
 #include "platform/x11/pointer/HoldRoles.h"
-#include "platform/x11/pointer/PushMeter.h"
 #include "platform/x11/session/Displays.h"
 
 #include <xcb/xfixes.h>
@@ -22,12 +21,14 @@ class Hold final : public Confinement, public CursorTrack, public PushSource {
 
     void inside(std::optional<Rect> screen) override;
     bool isBeyond(Point topLeft) const override { return wanted && !wanted->contains(topLeft); }
-    void put(Point root) override;
+    void put(Point root) override { cursor.put(root); }
 
-    void moved(Point delta, double time, bool afterQuestion) override;
+    void moved(Point step, double time, bool afterQuestion) override {
+        cursor.moved(step, time, afterQuestion);
+    }
     void hit(const xcb_input_barrier_hit_event_t& event, double time, bool afterQuestion) override;
-    void asked() override;
-    void placed(Point root) override;
+    void asked() override { cursor.asked(); }
+    void placed(Point root) override { cursor.placed(root); }
     std::optional<xcb_point_t> stoppedAt() const override;
 
     void suspend(bool on) override;
@@ -39,12 +40,9 @@ class Hold final : public Confinement, public CursorTrack, public PushSource {
         xcb_xfixes_barrier_t id;
     };
 
-    bool isWherePut() const;
-    void noteLead();
     void rebuild();
     void replaceBarriers(const std::vector<Side>& sides);
     Barrier build(Side side);
-    void settle();
 
     Connection& connection;
     Displays& displays;
@@ -55,24 +53,7 @@ class Hold final : public Confinement, public CursorTrack, public PushSource {
     Box box;                   ///< the screen, while there are barriers
     std::vector<Box> monitors; ///< all of them
     std::vector<Barrier> barriers;
-    PushMeter meter;
-
-    // Where the cursor was before the last motion, and that motion.
-    Point before;
-    bool isKnown = false;
-    std::optional<Point> delta; ///< nothing where raw motion is not read
-    double span = 0;            ///< seconds since the motion before it
-    double lastTime = 0;
-    std::optional<Point> putAt;   ///< by the program, at the last time
-    std::optional<Point> stopped; ///< where a barrier stopped that motion
-    struct {
-        double time;
-        Point told;
-        xcb_xfixes_barrier_t barrier;
-    } lastStop{};
-
-    Point sinceQuestion;
-    bool stoppedSinceQuestion = false;
+    HeldCursor cursor;
 };
 
 } // namespace platform::x11

@@ -1,9 +1,23 @@
 #include "platform/x11/pointer/HoldGeometry.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace platform::x11 {
+
+bool isVertical(Side side) {
+    return side == Side::left || side == Side::right;
+}
+
+int lastPixel(Side side, const Box& box) {
+    const std::array pixels{box.left, box.right - 1, box.top, box.bottom - 1};
+    return pixels[static_cast<std::size_t>(side)];
+}
+
+bool isOutwards(Side side, double way) {
+    return side == Side::right || side == Side::bottom ? way > 0 : way < 0;
+}
 
 std::vector<Side> innerSides(const Box& screen, std::span<const Box> monitors) {
     std::vector<Side> sides;

@@ -21,6 +21,13 @@ struct Box {
 
 enum class Side { left, right, top, bottom };
 
+/// Whether the side is a vertical line.
+bool isVertical(Side side);
+/// The column, or row, of pixels in which the cursor stands when the side stops it.
+int lastPixel(Side side, const Box& box);
+/// Whether a way across the side's line leads out; a way of no length does not.
+bool isOutwards(Side side, double way);
+
 /// The sides of `screen` beyond whose line a part of some other monitor lies: the only ones through
 /// which a straight way leads to another monitor, slanting ones over the corners included.
 std::vector<Side> innerSides(const Box& screen, std::span<const Box> monitors);
