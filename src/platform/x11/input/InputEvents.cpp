@@ -67,6 +67,7 @@ void InputEvents::receive(const RawEvent& raw, Point place, std::uint16_t button
     const std::optional<EventType> type = raw.type(buttonMask);
     if (!type) return;
     const bool isPointers = (maskOf(*type) & keyTypes) == 0;
+    if (isPointers && hold.isOutOfReach(place)) return;
     const InputEvent event{*type, place, isPointers ? std::uint16_t{0} : raw.key.code, raw.time};
     if (raw.kind == RawEvent::Kind::motion)
         receiveMotion(event);

@@ -265,9 +265,9 @@ void RawInput::beginAnswer() {
 
 void RawInput::ask() {
     beginAnswer();
+    track.asked();
     asked = xcb_query_pointer(connection.xcb(), connection.root()).sequence;
     connection.awaitReply(asked, *this);
-    track.asked();
 }
 
 void RawInput::handleReply(unsigned sequence, const void* reply) {
@@ -279,7 +279,10 @@ void RawInput::handleReply(unsigned sequence, const void* reply) {
         covered = head;
         return;
     }
-    track.placed({static_cast<double>(answer->root_x), static_cast<double>(answer->root_y)});
+    if (!track.placed({static_cast<double>(answer->root_x), static_cast<double>(answer->root_y)})) {
+        ask();
+        return;
+    }
     const Point place = displays.toTopLeft(answer->root_x, answer->root_y);
     buttons = answer->mask;
     while (covered < pending.size() && isBefore(pending[covered].sequence, sequence))

@@ -1,6 +1,7 @@
 #include "platform/x11/pointer/HeldCursor.h"
 
 #include <cmath>
+#include <utility>
 
 // For each motion that a barrier stops the server tells the whole of the motion, but not where the
 // cursor was before it. That is followed here: from the last place that the server told, along the
@@ -61,6 +62,7 @@ void HeldCursor::moved(Point step, double time, bool afterQuestion) {
     isKnown &= held;
     if (!held) return;
     delta = step;
+    anyRead = true;
     if (!afterQuestion) return;
     sinceQuestion.x += step.x;
     sinceQuestion.y += step.y;
@@ -71,9 +73,9 @@ void HeldCursor::asked() {
     stoppedSinceQuestion = false;
 }
 
-void HeldCursor::placed(Point root) {
+bool HeldCursor::placed(Point root) {
     isKnown &= held;
-    if (!held || stoppedSinceQuestion) return; // a stop was told later than this
+    if (!held || stoppedSinceQuestion) return true; // a stop was told later than this
     const Point last = delta.value_or(Point{});
     const Point now = stop.value_or(Point{before.x + last.x, before.y + last.y});
     const auto agrees = [](double followed, double told) { return std::floor(followed) == told; };
@@ -81,7 +83,10 @@ void HeldCursor::placed(Point root) {
     const bool isRight = isKnown && agrees(now.x - sinceQuestion.x, root.x) &&
                          agrees(now.y - sinceQuestion.y, root.y);
     if (isRight && sinceQuestion == Point{}) settle();
-    if (isRight) return;
+    anyRead &= !isRight;
+    if (isRight) return true;
+    const bool wasKnown = isKnown;
+    const bool wasRead = std::exchange(anyRead, false);
     stop.reset();
     before = root;
     if (sinceQuestion == Point{})
@@ -90,6 +95,7 @@ void HeldCursor::placed(Point root) {
         before = nearestPlace(
             {root.x + sinceQuestion.x - last.x, root.y + sinceQuestion.y - last.y}, box);
     isKnown = true;
+    return !wasKnown || !wasRead;
 }
 
 void HeldCursor::put(Point root) {

@@ -32,8 +32,9 @@ class HeldCursor {
 
     /// The place is asked for.
     void asked();
-    /// The place where the cursor was at the question.
-    void placed(Point root);
+    /// The place where the cursor was at the question. False where the motion led to another one:
+    /// somebody else has moved the cursor.
+    bool placed(Point root);
     /// The program has put the cursor there.
     void put(Point root);
 
@@ -47,6 +48,7 @@ class HeldCursor {
     /// What was pushed since the last call; `place` is where the cursor is. Nothing when the cursor
     /// would still be on its screen.
     std::optional<Push> takePush(Point place, std::span<const Box> monitors);
+    void forgetPush() { meter.clear(); }
 
   private:
     bool isWherePut() const;
@@ -61,6 +63,7 @@ class HeldCursor {
     Point before;
     bool isKnown = false;
     std::optional<Point> delta; ///< nothing where raw motion is not read
+    bool anyRead = false;       ///< since the place was told
     double span = 0;            ///< seconds since the motion before it
     double lastTime = 0;
     std::optional<Point> putAt; ///< by the program, at the last time

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 // How the server holds the cursor.
 //
@@ -26,10 +27,17 @@ double fromFixed(const xcb_input_fp3232_t& value) {
     return value.integral + value.frac / 4294967296.0;
 }
 
+xcb_point_t pixelAt(Point root) {
+    return {static_cast<std::int16_t>(std::floor(root.x)),
+            static_cast<std::int16_t>(std::floor(root.y))};
+}
+
+constexpr int mostTimesTakenOut = 3;
+
 } // namespace
 
 Hold::Hold(Connection& x, Displays& screens, bool isAllowed)
-    : connection(x), displays(screens), allowed(isAllowed && x.tellsBarrierHits()) {
+    : connection(x), displays(screens), allowed(isAllowed && x.tellsBarrierHits()), reach(x) {
     displays.onLayout(this, [this] { rebuild(); });
 }
 
@@ -71,6 +79,7 @@ void Hold::rebuild() {
     if (same) return;
     if (held) box = *held;
     replaceBarriers(held ? innerSides(box, monitors) : std::vector<Side>{});
+    forgetOthers();
     if (barriers.empty())
         cursor.release();
     else
@@ -111,8 +120,11 @@ void Hold::hit(const xcb_input_barrier_hit_event_t& event, double time, bool aft
     const auto barrier = std::find_if(barriers.begin(), barriers.end(),
                                       [&](const Barrier& one) { return one.id == event.barrier; });
     if (barrier == barriers.end()) return;
+    grabbed = (event.flags & XCB_INPUT_BARRIER_FLAGS_DEVICE_IS_GRABBED) != 0;
+    isTried = !grabbed;
+    lastStop = {barrier->side, {fromFixed(event.root_x), fromFixed(event.root_y)}};
     cursor.stopped({.side = barrier->side,
-                    .at = {fromFixed(event.root_x), fromFixed(event.root_y)},
+                    .at = lastStop.at,
                     .told = {fromFixed(event.dx), fromFixed(event.dy)},
                     .time = time,
                     .afterQuestion = afterQuestion});
@@ -120,18 +132,99 @@ void Hold::hit(const xcb_input_barrier_hit_event_t& event, double time, bool aft
 
 std::optional<xcb_point_t> Hold::stoppedAt() const {
     const auto place = cursor.stoppedAt();
-    if (!place) return std::nullopt;
-    return xcb_point_t{static_cast<std::int16_t>(std::floor(place->x)),
-                       static_cast<std::int16_t>(std::floor(place->y))};
+    if (!place || grabbed || othersMove) return std::nullopt;
+    return pixelAt(*place);
+}
+
+// A warp of the program's own that leads to where the cursor is kept is none that takes it out.
+void Hold::put(Point root) {
+    cursor.put(root);
+    outside.reset();
+    wasInside = !barriers.empty() && box.contains(root);
+}
+
+// A grab alone proves nothing, as menus and drags have one.
+void Hold::asked() {
+    cursor.asked();
+    if (barriers.empty()) return;
+    if (outside && (confined || givenUp))
+        reach.askForGrab();
+    else if (outside)
+        reach.tryIn(box, pixelAt(*outside), pixelAt(nearestPixel(*outside, box)));
+    else if (!isTried)
+        reach.tryOut(box, lastStop.side, pixelAt(lastStop.at),
+                     nearestBeyond(lastStop.side, lastStop.at));
+    else
+        reach.forget();
+    isTried = true;
+}
+
+bool Hold::placed(Point root) {
+    if (barriers.empty() || box.contains(root)) {
+        outside.reset();
+        if (givenUp) timesTakenOut = 0;
+        confined = givenUp = false;
+        wasInside = !barriers.empty();
+        othersMove = !cursor.placed(root);
+        return true;
+    }
+    const bool isNew = !std::exchange(outside, root);
+    if (isNew && !givenUp) return false; // and now it is tried
+    if (reach.answer() != Reach::Answer::none)
+        confined = reach.answer() == Reach::Answer::notReached;
+    noteTakenOut();
+    othersMove = !cursor.placed(root);
+    return true;
+}
+
+// A cursor that was put inside does not come out by itself. Who takes it out again and again, as
+// games do that want it in the middle of their window, would have it thrown to and fro.
+void Hold::noteTakenOut() {
+    if (!std::exchange(wasInside, false)) return;
+    const auto now = Clock::now();
+    if (now - takenOutAt > std::chrono::seconds(1)) timesTakenOut = 0;
+    takenOutAt = now;
+    givenUp |= ++timesTakenOut >= mostTimesTakenOut;
+}
+
+void Hold::forgetOthers() {
+    grabbed = othersMove = confined = wasInside = givenUp = false;
+    isTried = true;
+    outside.reset();
+    timesTakenOut = 0;
+    reach.forget();
+}
+
+/// The pixel of another monitor that is next to a place at a side, beyond the side's line.
+xcb_point_t Hold::nearestBeyond(Side side, Point from) const {
+    std::optional<Point> nearest;
+    const auto distance = [&](Point p) { return std::hypot(p.x - from.x, p.y - from.y); };
+    for (const Box& other : monitors) {
+        const Box part = partBeyond(side, box, other);
+        if (part.left >= part.right || part.top >= part.bottom) continue;
+        const Point pixel = nearestPixel(from, part);
+        if (!nearest || distance(pixel) < distance(*nearest)) nearest = pixel;
+    }
+    return pixelAt(nearest.value_or(from));
+}
+
+/// Whether the cursor is still at the side that stopped it.
+bool Hold::isAtStop(Point root) const {
+    const Point way{root.x - lastStop.at.x, root.y - lastStop.at.y};
+    return std::abs(isVertical(lastStop.side) ? way.x : way.y) < 3;
 }
 
 std::optional<PushSource::Push> Hold::takePush(Point place) {
-    const xcb_point_t at = displays.toRoot(place);
-    const auto push =
-        cursor.takePush({static_cast<double>(at.x), static_cast<double>(at.y)}, monitors);
+    const xcb_point_t root = displays.toRoot(place);
+    const Point at{static_cast<double>(root.x), static_cast<double>(root.y)};
+    if ((grabbed && reach.answer() != Reach::Answer::reached) || (othersMove && !isAtStop(at))) {
+        cursor.forgetPush();
+        return std::nullopt;
+    }
+    const auto push = cursor.takePush(at, monitors);
     if (!push) return std::nullopt;
     const Point origin = displays.toTopLeft(0, 0);
-    const auto topLeft = [&](Point root) { return Point{root.x + origin.x, root.y + origin.y}; };
+    const auto topLeft = [&](Point p) { return Point{p.x + origin.x, p.y + origin.y}; };
     return Push{topLeft(push->held), topLeft(push->beyond)};
 }
 

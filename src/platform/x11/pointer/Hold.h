@@ -2,8 +2,10 @@
 
 #include "platform/x11/pointer/HeldCursor.h"
 #include "platform/x11/pointer/HoldRoles.h"
+#include "platform/x11/pointer/Reach.h"
 #include "platform/x11/session/Displays.h"
 
+#include <chrono>
 #include <xcb/xfixes.h>
 
 namespace platform::x11 {
@@ -21,18 +23,21 @@ class Hold final : public Confinement, public CursorTrack, public PushSource {
 
     void inside(std::optional<Rect> screen) override;
     bool isBeyond(Point topLeft) const override { return wanted && !wanted->contains(topLeft); }
-    void put(Point root) override { cursor.put(root); }
+    void put(Point root) override;
 
     void moved(Point step, double time, bool afterQuestion) override {
         cursor.moved(step, time, afterQuestion);
     }
     void hit(const xcb_input_barrier_hit_event_t& event, double time, bool afterQuestion) override;
-    void asked() override { cursor.asked(); }
-    void placed(Point root) override { cursor.placed(root); }
+    void asked() override;
+    bool placed(Point root) override;
     std::optional<xcb_point_t> stoppedAt() const override;
 
     void suspend(bool on) override;
     std::optional<Push> takePush(Point place) override;
+    bool isOutOfReach(Point topLeft) const override {
+        return (confined || givenUp) && isBeyond(topLeft);
+    }
 
   private:
     struct Barrier {
@@ -41,6 +46,10 @@ class Hold final : public Confinement, public CursorTrack, public PushSource {
     };
 
     void rebuild();
+    void forgetOthers();
+    bool isAtStop(Point root) const;
+    xcb_point_t nearestBeyond(Side side, Point from) const;
+    void noteTakenOut();
     void replaceBarriers(const std::vector<Side>& sides);
     Barrier build(Side side);
 
@@ -54,6 +63,24 @@ class Hold final : public Confinement, public CursorTrack, public PushSource {
     std::vector<Box> monitors; ///< all of them
     std::vector<Barrier> barriers;
     HeldCursor cursor;
+
+    using Clock = std::chrono::steady_clock;
+
+    // What other clients do with the cursor.
+    Reach reach;
+    bool grabbed = false; ///< by somebody, at the last stop
+    struct {
+        Side side;
+        Point at;
+    } lastStop{};
+    bool isTried = true;          ///< whether it can cross the side of that stop
+    bool othersMove = false;      ///< at the last look it was not where it was followed to
+    std::optional<Point> outside; ///< where it was seen there, unless it was put elsewhere since
+    bool confined = false;        ///< and cannot come in
+    bool wasInside = false;       ///< when it was last seen, or put somewhere
+    int timesTakenOut = 0;        ///< by somebody, shortly one after the other
+    Clock::time_point takenOutAt;
+    bool givenUp = false; ///< somebody insists on having it outside
 };
 
 } // namespace platform::x11

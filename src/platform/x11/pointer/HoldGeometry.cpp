@@ -31,6 +31,25 @@ std::vector<Side> innerSides(const Box& screen, std::span<const Box> monitors) {
     return sides;
 }
 
+Box partBeyond(Side side, const Box& screen, const Box& other) {
+    Box part = other;
+    switch (side) {
+    case Side::left:
+        part.right = std::min(part.right, screen.left);
+        break;
+    case Side::right:
+        part.left = std::max(part.left, screen.right);
+        break;
+    case Side::top:
+        part.bottom = std::min(part.bottom, screen.top);
+        break;
+    case Side::bottom:
+        part.top = std::max(part.top, screen.bottom);
+        break;
+    }
+    return part;
+}
+
 Point nearestPixel(Point p, const Box& box) {
     return {std::clamp(p.x, static_cast<double>(box.left), static_cast<double>(box.right - 1)),
             std::clamp(p.y, static_cast<double>(box.top), static_cast<double>(box.bottom - 1))};

@@ -32,6 +32,9 @@ bool isOutwards(Side side, double way);
 /// which a straight way leads to another monitor, slanting ones over the corners included.
 std::vector<Side> innerSides(const Box& screen, std::span<const Box> monitors);
 
+/// What of `other` lies beyond the line of the side; a box without pixels where nothing does.
+Box partBeyond(Side side, const Box& screen, const Box& other);
+
 /// Where the server would keep a cursor that moves from `screen` towards `p`: within the bounds of
 /// the desktop, and on the screen that it comes from where there is no monitor.
 Point onDesktop(Point p, const Box& screen, std::span<const Box> monitors);

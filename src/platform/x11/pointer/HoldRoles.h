@@ -31,12 +31,13 @@ class CursorTrack {
     virtual void moved(Point delta, double time, bool afterQuestion) = 0;
     virtual void hit(const xcb_input_barrier_hit_event_t& event, double time,
                      bool afterQuestion) = 0;
-    /// The place was asked for.
+    /// The place is asked for next.
     virtual void asked() = 0;
-    /// The place where the cursor was at the question, root coordinates.
-    virtual void placed(Point root) = 0;
+    /// The place where the cursor was at the question, root coordinates. False: it is to be asked
+    /// for once more.
+    virtual bool placed(Point root) = 0;
     /// The pixel of the screen at which a barrier ended the last motion, root coordinates; nothing
-    /// after another motion, as far as motion is read.
+    /// after another motion, as far as motion is read, and where somebody else may move the cursor.
     virtual std::optional<xcb_point_t> stoppedAt() const = 0;
 
   protected:
@@ -58,6 +59,9 @@ class PushSource {
     virtual std::optional<Push> takePush(Point place) = 0;
     /// Whether the point, top-left coordinates, is outside the screen that was asked for.
     virtual bool isBeyond(Point topLeft) const = 0;
+    /// Whether the point, top-left coordinates, is outside that screen and the cursor is kept there
+    /// by another program: no answer to what happens there would be carried out.
+    virtual bool isOutOfReach(Point topLeft) const = 0;
 
   protected:
     ~PushSource() = default;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "SeenEvents.h"
+#include "tests/x11/SeenEvents.h"
 #include "testing/desktop/PrivateDesktop.h"
 #include "testing/eye/Eye.h"
 
