@@ -5,7 +5,8 @@
 namespace platform {
 
 /// Whether the cursor is drawn. Requests nest: each `hide` is undone by one `show`. Whatever is
-/// still hidden when the process ends, in any way, is shown again. Main thread.
+/// still hidden when the process ends, in any way, is shown again. While a window of the program is
+/// active a hidden cursor is drawn all the same, or nobody could use that window. Main thread.
 class Cursor {
   public:
     virtual ~Cursor() = default;

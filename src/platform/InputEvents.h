@@ -77,8 +77,8 @@ class InputEvents {
 
     virtual ~InputEvents() = default;
 
-    /// Events of the types in `mask`. Pointer events are left out while a window of this program
-    /// is active.
+    /// Events of the types in `mask`, but what happens while a window of this program is active. A
+    /// key's press and release stay a pair: its release is told where its press was, and then only.
     virtual void addGlobalMonitor(EventMask mask, Handler handler) = 0;
 
     /// The older mechanism: the same events, the program's own windows included.

@@ -50,7 +50,10 @@ Session::Services X11Session::start(const Surroundings& surroundings) {
     lost = surroundings.lost;
     parts.emplace(*this, surroundings);
     surroundings.application.onActiveWindowChange([this] {
-        if (parts) parts->input.ownWindowChanged();
+        if (!parts) return;
+        parts->input.ownWindowChanged();
+        input->sync(); // the barriers stand before the toolkit's own connection is heard
+        parts->cursor.reveal(QtApplication::hasActiveWindow());
     });
     return {*screens,       parts->pointer, parts->cursor, parts->input,       parts->keyboard,
             parts->hotKeys, parts->windows, parts->focus,  parts->screenSaver, &parts->tray};

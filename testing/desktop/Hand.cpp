@@ -44,7 +44,12 @@ void Hand::relative(int dx, int dy) {
 }
 
 double Hand::push(int dx, int dy, int steps, int hz) {
-    return repeat(steps, hz, [&](int) { send(XCB_MOTION_NOTIFY, 1, dx, dy); }).took;
+    const auto pace = repeat(steps, hz, [&](int) {
+        send(XCB_MOTION_NOTIFY, 1, dx, dy);
+        xcb_flush(server.get());
+    });
+    server.sync();
+    return pace.took;
 }
 
 double Hand::pushAt(double speed, double seconds, int hz) {
@@ -52,18 +57,19 @@ double Hand::pushAt(double speed, double seconds, int hz) {
         const auto pixels = [&](int steps) { return static_cast<int>(speed * steps / hz); };
         const int dx = pixels(step + 1) - pixels(step);
         if (dx != 0) send(XCB_MOTION_NOTIFY, 1, dx, 0);
+        xcb_flush(server.get());
     });
+    server.sync();
     return pace.latest;
 }
 
-Hand::Pace Hand::repeat(int steps, int hz, const std::function<void(int)>& act) const {
+Pace repeat(int times, int hz, const std::function<void(int)>& act) {
     timespec next{}, now{};
     clock_gettime(CLOCK_MONOTONIC, &next);
     const auto start = Clock::now();
     Pace pace;
-    for (int step = 0; step < steps; ++step) {
+    for (int step = 0; step < times; ++step) {
         act(step);
-        xcb_flush(server.get());
         next.tv_nsec += nanosecondsInSecond / hz;
         if (next.tv_nsec >= nanosecondsInSecond) {
             next.tv_nsec -= nanosecondsInSecond;
@@ -75,7 +81,6 @@ Hand::Pace Hand::repeat(int steps, int hz, const std::function<void(int)>& act) 
                                                 static_cast<double>(now.tv_nsec - next.tv_nsec) /
                                                     nanosecondsInSecond);
     }
-    server.sync();
     pace.took = std::chrono::duration<double>(Clock::now() - start).count();
     return pace;
 }

@@ -16,6 +16,13 @@ inline constexpr xcb_keysym_t leftControl = 0xffe3, leftAlt = 0xffe9, leftSuper 
                               down = 0xff54;
 } // namespace key
 
+struct Pace {
+    double took = 0, latest = 0; ///< seconds; by how much an act came late at most
+};
+/// Does something at `hz` times a second, on a clock of absolute times: an act that came late does
+/// not delay those after it. It is told how many came before it.
+Pace repeat(int times, int hz, const std::function<void(int)>& act);
+
 /// Moves the cursor and presses keys through XTEST. Every call returns when the server has taken
 /// the input in (push: all of it). One thread at a time.
 class Hand {
@@ -26,8 +33,7 @@ class Hand {
 
     void moveTo(int x, int y);     ///< X root coordinates
     void relative(int dx, int dy); ///< one event, as a mouse sends it
-    /// `steps` events of (dx, dy) at `hz` events a second, on a clock of absolute times: a step
-    /// that came late does not delay those after it. Returns the seconds that it took.
+    /// `steps` events of (dx, dy) at `hz` events a second. Returns the seconds that it took.
     double push(int dx, int dy, int steps, int hz);
     /// The same at `speed` pixels a second to the right, or to the left where it is negative: like
     /// a mouse it sends whole pixels, and nothing where there is none yet. Returns by how many
@@ -47,10 +53,6 @@ class Hand {
 
   private:
     void send(std::uint8_t type, std::uint8_t detail, int x = 0, int y = 0) const;
-    struct Pace {
-        double took = 0, latest = 0; ///< seconds
-    };
-    Pace repeat(int steps, int hz, const std::function<void(int)>& act) const;
     xcb_keycode_t codeFor(xcb_keysym_t keysym) const;
 
     XConnection server;

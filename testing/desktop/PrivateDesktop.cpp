@@ -126,8 +126,9 @@ void PrivateDesktop::startFirstOf(const Options& options, const Layout& layout) 
     std::string failures;
     for (const ServerKind kind : options.servers) {
         try {
-            server = startXServer(kind, folder.path(), variables, layout, options.hostDisplay,
-                                  options.serverArguments);
+            server = startXServer({kind, folder.path(), layout, options.hostDisplay,
+                                   options.devices, options.serverArguments},
+                                  variables);
             return;
         } catch (const std::runtime_error& error) {
             failures += std::string(error.what()) + "\n";
@@ -168,6 +169,15 @@ void PrivateDesktop::makePointerPlain() const {
 void PrivateDesktop::failWithLog(const std::string& what, ChildProcess& child) const {
     child.end();
     throw std::runtime_error(what + ":\n" + child.output() + child.errors());
+}
+
+bool PrivateDesktop::hasDevices() const {
+    return std::filesystem::exists(deviceSocket(folder.path(), 0));
+}
+
+std::unique_ptr<Device> PrivateDesktop::device(std::size_t index) const {
+    return std::make_unique<Device>(deviceSocket(folder.path(), index),
+                                    boundsOf(outputs->layout()));
 }
 
 bool PrivateDesktop::canGamma() const {

@@ -4,6 +4,7 @@
 #include "testing/TempFolder.h"
 #include "testing/desktop/Monitors.h"
 #include "testing/desktop/XServer.h"
+#include "testing/devices/Device.h"
 
 namespace support {
 
@@ -22,6 +23,8 @@ class PrivateDesktop {
         std::string hostDisplay;                    ///< for Xephyr
         std::vector<std::string> serverArguments{}; ///< behind the usual ones
         bool bus = true;
+        /// Kinds of devices of an Xorg's own, driven through `device`; other servers have none.
+        std::vector<std::string> devices{};
     };
 
     PrivateDesktop() : PrivateDesktop(Options{}) {}
@@ -38,6 +41,8 @@ class PrivateDesktop {
 
     /// Whether gamma ramps can be set and read back, and whether monitors are real outputs.
     bool canGamma() const;
+    /// Whether the server has made the devices that were asked for.
+    bool hasDevices() const;
     bool canPlugOutputs() const { return server.kind == ServerKind::xorg; }
 
     /// What programs on this desktop are started with; `setVariable` is for later ones.
@@ -48,6 +53,9 @@ class PrivateDesktop {
     std::filesystem::path dataFolder() const { return home() / ".local/share"; }
     std::filesystem::path cacheFolder() const { return home() / ".cache"; }
     std::filesystem::path runtimeFolder() const { return folder.path("run"); }
+
+    /// That one of the devices asked for. One object at a time.
+    std::unique_ptr<Device> device(std::size_t index) const;
 
     /// The monitors as RandR tells them, primary first.
     Layout monitors() const { return outputs->seen(); }

@@ -1,5 +1,7 @@
 #include "testing/desktop/XServer.h"
 
+#include "testing/devices/Device.h"
+
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
@@ -39,7 +41,6 @@ EndSection
 Section "ServerLayout"
     Identifier "layout"
     Screen "screen"
-EndSection
 )";
 
 std::string contentOf(const std::filesystem::path& path) {
@@ -51,13 +52,29 @@ std::string size(const Area& area) {
     return std::to_string(area.width) + "x" + std::to_string(area.height);
 }
 
-std::vector<std::string> commandFor(ServerKind kind, const std::filesystem::path& folder,
-                                    const Layout& layout) {
-    switch (kind) {
+void writeConfiguration(const std::filesystem::path& path, const ServerStart& start) {
+    std::ofstream file(path);
+    file << xorgConfiguration;
+    for (std::size_t i = 0; i < start.devices.size(); ++i)
+        file << "    InputDevice \"" << Device::nameOf(i) << "\"\n";
+    file << "EndSection\n";
+    for (std::size_t i = 0; i < start.devices.size(); ++i)
+        file << "Section \"InputDevice\"\n"
+             << "    Identifier \"" << Device::nameOf(i) << "\"\n"
+             << "    Driver \"inputtest\"\n"
+             << "    Option \"DeviceType\" \"" << start.devices[i] << "\"\n"
+             << "    Option \"SocketPath\" \"" << deviceSocket(start.folder, i).string() << "\"\n"
+             << "    Option \"PointerButtonCount\" \"12\"\n"
+             << "    Option \"AccelerationScheme\" \"none\"\n"
+             << "EndSection\n";
+}
+
+std::vector<std::string> commandFor(const ServerStart& start) {
+    switch (start.kind) {
     case ServerKind::xorg: {
-        const auto configuration = folder / "xorg.conf";
-        std::ofstream(configuration) << xorgConfiguration;
-        return {"Xorg",     "-config",   configuration, "-logfile",   folder / "xorg.log",
+        const auto configuration = start.folder / "xorg.conf";
+        writeConfiguration(configuration, start);
+        return {"Xorg",     "-config",   configuration, "-logfile",   start.folder / "xorg.log",
                 "-noreset", "-nolisten", "tcp",         "-displayfd", "3"};
     }
     case ServerKind::xvfb:
@@ -67,7 +84,7 @@ std::vector<std::string> commandFor(ServerKind kind, const std::filesystem::path
     case ServerKind::xephyr:
         return {"Xephyr",
                 "-screen",
-                size(boundsOf(layout)),
+                size(boundsOf(start.layout)),
                 "-title",
                 "Palisor demonstration",
                 "-no-host-grab",
@@ -84,18 +101,20 @@ std::vector<std::string> commandFor(ServerKind kind, const std::filesystem::path
 
 } // namespace
 
-XServer startXServer(ServerKind kind, const std::filesystem::path& folder,
-                     const Environment& environment, const Layout& layout,
-                     const std::string& hostDisplay, const std::vector<std::string>& arguments) {
+std::filesystem::path deviceSocket(const std::filesystem::path& folder, std::size_t index) {
+    return folder / ("device-" + std::to_string(index));
+}
+
+XServer startXServer(const ServerStart& start, const Environment& environment) {
     Environment surroundings = environment;
-    if (kind == ServerKind::xephyr) surroundings["DISPLAY"] = hostDisplay;
-    auto command = commandFor(kind, folder, layout);
-    command.insert(command.end(), arguments.begin(), arguments.end());
+    if (start.kind == ServerKind::xephyr) surroundings["DISPLAY"] = start.hostDisplay;
+    auto command = commandFor(start);
+    command.insert(command.end(), start.arguments.begin(), start.arguments.end());
     try {
         auto [process, number] = startServer(command, surroundings);
-        return {kind, ":" + number, std::move(process)};
+        return {start.kind, ":" + number, std::move(process)};
     } catch (const std::runtime_error& error) {
-        throw std::runtime_error(error.what() + contentOf(folder / "xorg.log"));
+        throw std::runtime_error(error.what() + contentOf(start.folder / "xorg.log"));
     }
 }
 

@@ -21,11 +21,20 @@ struct XServer {
     std::unique_ptr<ChildProcess> process;
 };
 
-/// Starts a server and waits until it accepts connections. Its files go into `folder`. Throws
-/// std::runtime_error with the server's log when it does not start.
-XServer startXServer(ServerKind kind, const std::filesystem::path& folder,
-                     const Environment& environment, const Layout& layout,
-                     const std::string& hostDisplay = {},
-                     const std::vector<std::string>& arguments = {});
+struct ServerStart {
+    ServerKind kind;
+    std::filesystem::path folder; ///< for its files
+    Layout layout;
+    std::string hostDisplay{};            ///< for Xephyr
+    std::vector<std::string> devices{};   ///< of Xorg alone: kinds as Device names them
+    std::vector<std::string> arguments{}; ///< behind the usual ones
+};
+
+/// Starts a server and waits until it accepts connections. Throws std::runtime_error with the
+/// server's log when it does not start.
+XServer startXServer(const ServerStart& start, const Environment& environment);
+
+/// Where a server with that folder is told what its device does.
+std::filesystem::path deviceSocket(const std::filesystem::path& folder, std::size_t index);
 
 } // namespace support

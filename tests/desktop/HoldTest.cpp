@@ -175,6 +175,22 @@ TEST(ServerHold, KeepsTheCursorFromLeavingWhileItIsDraggedAndAnotherProgramGrabs
     EXPECT_GE(report.rightmost, product.monitor(0).width - 2) << "it was pushed at all";
 }
 
+TEST(ServerHold, StandsAgainWhenAMenuIsSeenToBeGone) {
+    Product product;
+    product.start();
+    for (int i = 0; i < 5; ++i) {
+        product.moveToMiddle(0);
+        product.openMenu();
+        product.hand.moveTo(1900, 20); // not on the menu
+        product.hand.type(support::key::escape);
+        ASSERT_TRUE(waitUntil([&] { return product.menus().empty(); }));
+        support::Watcher watcher(product.desktop.display(), product.monitor(0));
+        product.hand.relative(200, 0);
+        product.hand.relative(0, 1);
+        EXPECT_EQ(watcher.finish().farthestOutside, 0);
+    }
+}
+
 // A crossing that the server would not carry out would darken the game's monitor.
 TEST(ServerHold, GrantsNoCrossingToACursorThatAGameConfines) {
     Product product;

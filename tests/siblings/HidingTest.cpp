@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <optional>
 
 namespace desktop {
 namespace {
@@ -66,6 +67,77 @@ TEST_F(HiddenCursor, StaysHiddenUntilTheProductIsSwitchedOff) {
     product.switchOver();
     EXPECT_TRUE(isDrawnSoon());
     product.switchOver();
+    EXPECT_TRUE(isGoneSoon());
+}
+
+TEST_F(HiddenCursor, IsSeenWhileTheMenuIsOpenWhereverItMoves) {
+    for (const bool stayHidden : {false, true}) {
+        product.start(hider(true, false, stayHidden));
+        product.moveToMiddle(1);
+        ASSERT_TRUE(isGoneSoon()) << stayHidden;
+        product.openMenu();
+        // The menu is drawn too, and must not be taken for the cursor.
+        const Area menu = product.menus().front();
+        product.hand.moveTo(menu.x < 800 ? 1500 : 100, 300);
+        ASSERT_TRUE(isDrawnSoon()) << stayHidden;
+        product.hand.push(1, 1, 40, 1000);
+        EXPECT_TRUE(isDrawnSoon()) << stayHidden;
+        product.hand.type(support::key::escape);
+        EXPECT_TRUE(product.waitForMenus(0));
+        product.hand.relative(5, 0);
+        EXPECT_TRUE(isGoneSoon()) << "and goes on being hidden, " << stayHidden;
+        product.program->end();
+    }
+}
+
+TEST_F(HiddenCursor, IsSeenWhenTheMenuOpensWithoutAMovementOfTheHand) {
+    product.start(hider(true, true, true));
+    product.moveToMiddle(1);
+    ASSERT_TRUE(isGoneSoon());
+    product.openMenu();
+    // Away from the menu, which is drawn too; no device has moved.
+    const support::XConnection other(product.desktop.display());
+    xcb_warp_pointer(other.get(), XCB_NONE, other.root(), 0, 0, 0, 0, 100, 300);
+    other.sync();
+    EXPECT_TRUE(isDrawnSoon());
+    product.hand.type(support::key::escape);
+    EXPECT_TRUE(product.waitForMenus(0));
+    EXPECT_TRUE(isGoneSoon());
+}
+
+TEST_F(HiddenCursor, IsSeenWhileTheInformationWindowIsActive) {
+    // The paper lies on the other monitor alone, and not on the window.
+    const support::XConnection other(product.desktop.display());
+    const std::uint32_t halfOfIt[] = {800, 0, 800};
+    xcb_configure_window(other.get(), paper.id(),
+                         XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH,
+                         halfOfIt);
+    other.sync();
+    product.desktop.startWindowManager("openbox");
+    Setting setting = hider(true, false, true);
+    setting.more.insert(
+        {{"CHECK_0", text("0")}, {"CHECK_1", text("1")}, {"RECOMMENDAUTOLOGIN", ""}});
+    product.start(setting);
+    const auto frame = [this] {
+        std::optional<Area> found;
+        for (const support::SeenWindow& window : product.eye.windows())
+            if (window.mapped && window.area.width >= 400 && window.area.width < 420 &&
+                window.area.height > 300)
+                found = window.area;
+        return found;
+    };
+    ASSERT_TRUE(product.eye.waitUntilSeen([&] { return frame().has_value(); }));
+    // The keyboard may have gone back to the paper; a click takes it.
+    EXPECT_TRUE(waitUntil([&] {
+        product.hand.clickAt(frame()->x + 10, frame()->y + frame()->height - 10);
+        product.moveToMiddle(1);
+        return isDrawn();
+    }));
+    product.hand.push(7, 3, 40, 1000);
+    EXPECT_TRUE(isDrawnSoon());
+    product.hand.type(support::key::escape);
+    EXPECT_TRUE(waitUntil([&] { return !frame(); }));
+    product.hand.relative(5, 0);
     EXPECT_TRUE(isGoneSoon());
 }
 

@@ -202,3 +202,16 @@ TEST_F(X11HoldAndOthers, DoesNotFightAboutACursorThatAnotherProgramTakesToTheMid
         answer = {};
     }
 }
+
+// A pen is no program that insists.
+TEST_F(X11HoldAndOthers, PutsBackWhatAPenPutsOutsideHoweverOften) {
+    X11Hold::start("1920x1080+0+0,1280x1024+1920+56", {support::Device::pen});
+    if (!desktop->hasDevices()) GTEST_SKIP() << "needs Xorg and its driver inputtest";
+    const auto pen = desktop->device(0);
+    hold();
+    answer = [this](const InputEvent& event) { putBack(event); };
+    for (int i = 1; i <= 12; ++i) {
+        pen->place(2000 + 10 * i, 500);
+        ASSERT_TRUE(session->loop.runUntil([&] { return eye->cursor() == Spot{1918, 500}; })) << i;
+    }
+}

@@ -94,6 +94,7 @@ std::string Connection::setUp() {
     if (std::string error = negotiateExtensions(); !error.empty()) return error;
     if (std::string error = refuseXwayland(); !error.empty()) return error;
     internAtoms();
+    findMasterPointer();
     watch(true);
     return {};
 }
@@ -173,6 +174,14 @@ void Connection::internAtoms() {
                             static_cast<std::uint16_t>(std::strlen(atomTexts[i])), atomTexts[i]);
     for (std::size_t i = 0; i < atomTexts.size(); ++i)
         if (const auto reply = wait(asked[i], xcb_intern_atom_reply)) atoms[i] = reply->atom;
+}
+
+void Connection::findMasterPointer() {
+    xcb_connection_t* c = connection.get();
+    xcb_discard_reply(c, xcb_query_pointer(c, root()).sequence);
+    const auto found =
+        wait(xcb_input_xi_get_client_pointer(c, XCB_NONE), xcb_input_xi_get_client_pointer_reply);
+    if (found && found->set) pointerDevice = found->deviceid;
 }
 
 xcb_atom_t Connection::intern(std::string_view text) {

@@ -66,6 +66,13 @@ class Connection {
     /// Whether the server tells what is pushed against pointer barriers (XInput 2.3).
     bool tellsBarrierHits() const { return barrierHits; }
 
+    /// The master pointer that is the user's: the one that this connection warps and asks about.
+    /// Others are of other people, and nothing of theirs is the program's.
+    std::uint16_t masterPointer() const { return pointerDevice; }
+    /// Asks the server for it, which decides at the first question about the cursor's place and may
+    /// do so again when devices have gone. A round trip.
+    void findMasterPointer();
+
     /// Adds to the event mask of the root window, or takes away from it.
     void selectOnRoot(std::uint32_t eventMask, bool on = true);
 
@@ -139,6 +146,7 @@ class Connection {
     std::uint8_t xfixesFirstEvent = 0;
     std::uint8_t xinputMajorOpcode = 0;
     bool barrierHits = false;
+    std::uint16_t pointerDevice = 0;
     std::uint32_t rootMask = 0;
     std::array<std::vector<Listener*>, 128> listeners;
     std::vector<Listener*> everyone;

@@ -21,6 +21,27 @@ std::optional<std::uint32_t> readCardinal(Connection& connection, xcb_window_t w
     return cardinalOf(reply.get());
 }
 
+std::vector<std::uint32_t> readCardinals(Connection& connection, xcb_window_t window,
+                                         xcb_atom_t property) {
+    constexpr std::uint32_t longest = 1024;
+    const auto reply = connection.wait(
+        xcb_get_property(connection.xcb(), 0, window, property, XCB_ATOM_ANY, 0, longest),
+        xcb_get_property_reply);
+    if (!reply || reply->format != 32) return {};
+    const auto* values = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+    return {values, values + reply->value_len};
+}
+
+// What a window manager that has died leaves behind still names its window, which is gone.
+bool windowManagerSupports(Connection& connection, xcb_atom_t what) {
+    const xcb_atom_t check = connection.atom(AtomName::netSupportingWmCheck);
+    const auto window = readCardinal(connection, connection.root(), check);
+    if (!window || readCardinal(connection, *window, check) != window) return false;
+    const auto supported =
+        readCardinals(connection, connection.root(), connection.atom(AtomName::netSupported));
+    return std::ranges::find(supported, what) != supported.end();
+}
+
 void tellWindowManager(Connection& connection, xcb_window_t window, xcb_atom_t type,
                        const std::array<std::uint32_t, 5>& data) {
     xcb_client_message_event_t message{};

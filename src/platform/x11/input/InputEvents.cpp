@@ -6,7 +6,10 @@
 //
 // At rest the first arrival wakes the program and is read at once. From then on the socket is left
 // alone and a clock has `readFrame` called at the pace of a display, so that a mouse costs one
-// wake-up a frame whatever it sends; a few frames without an event end that. In a frame
+// wake-up a frame whatever it sends; a few frames without an event end that. A device that tells
+// places moves the cursor through barriers: as long as one does, the socket is read at once
+// besides, so that a cursor that has to be put back is seen elsewhere for a fraction of a
+// millisecond. In a frame
 //
 //   1. `readFrame` settles whether the server may hold the cursor, and drains the connection;
 //   2. `RawInput::handle` gets what the devices sent, in the server's order. It tells the hold what
@@ -15,7 +18,8 @@
 //      or asks the server, once. With the place each event goes on to
 //   4. `receive`, which gives it a type, and a motion to
 //   5. `receiveMotion`, which may put another one before it: where the cursor was held, or put;
-//   6. `deliver` calls the handlers, and taps alone while a window of the program is active.
+//   6. `deliver` calls the handlers, and taps alone while a window of the program is active; keys
+//      go to `deliverKey` at once.
 //      `Pointer::Handling` answers the event's place meanwhile, and carries the answer out.
 
 namespace platform::x11 {
@@ -55,7 +59,10 @@ void InputEvents::readFrame() {
     const auto deadline = Pace::Clock::now() + patience;
     while (source.waitsForAnswer() && connection.waitForArrival(deadline))
         connection.drain();
-    if (pace.isRunning()) source.endFrame();
+    if (pace.isRunning()) {
+        source.endFrame();
+        connection.watch(source.readsAtOnce());
+    }
 }
 
 // An alert or a menu of the program may be on another monitor.
@@ -66,10 +73,12 @@ void InputEvents::ownWindowChanged() {
 void InputEvents::receive(const RawEvent& raw, Point place, std::uint16_t buttonMask) {
     const std::optional<EventType> type = raw.type(buttonMask);
     if (!type) return;
-    const bool isPointers = (maskOf(*type) & keyTypes) == 0;
-    if (isPointers && hold.isOutOfReach(place)) return;
-    const InputEvent event{*type, place, isPointers ? std::uint16_t{0} : raw.key.code, raw.time};
-    if (raw.kind == RawEvent::Kind::motion)
+    const bool isKey = (maskOf(*type) & keyTypes) != 0;
+    if (!isKey && hold.isOutOfReach(place)) return;
+    const InputEvent event{*type, place, isKey ? raw.key.code : std::uint16_t{0}, raw.time};
+    if (isKey)
+        deliverKey(event, raw);
+    else if (raw.isMotion())
         receiveMotion(event);
     else
         deliver(event, false);
@@ -97,12 +106,25 @@ void InputEvents::receiveMotion(InputEvent event) {
 
 void InputEvents::deliver(const InputEvent& event, bool isHeldBack) {
     const EventMask bit = maskOf(event.type);
-    const bool isPointers = (bit & keyTypes) == 0;
     const Pointer::Handling handling(pointer, event.location, isHeldBack);
     for (std::size_t i = 0; i < consumers.size(); ++i) {
-        if (!(consumers[i].mask & bit)) continue;
-        const bool withheld = isPointers && !consumers[i].isTap && ownWindowActive();
-        if (!withheld) consumers[i].handler(event);
+        const Consumer& consumer = consumers[i];
+        if (!(consumer.mask & bit)) continue;
+        if (consumer.isTap || !ownWindowActive()) consumer.handler(event);
+    }
+}
+
+// Who is told one half of a pair and not the other takes the key for held from then on.
+void InputEvents::deliverKey(const InputEvent& event, const RawEvent& raw) {
+    const EventMask bit = maskOf(event.type);
+    const Pointer::Handling handling(pointer, event.location, false);
+    for (std::size_t i = 0; i < consumers.size(); ++i) {
+        Consumer& consumer = consumers[i];
+        if (!(consumer.mask & bit)) continue;
+        const bool wasTold = consumer.toldKeys[raw.keycode];
+        const bool isTold = consumer.isTap || (raw.isPress() ? !ownWindowActive() : wasTold);
+        consumer.toldKeys[raw.keycode] = raw.isPress() && isTold;
+        if (isTold) consumer.handler(event);
     }
 }
 
@@ -111,7 +133,7 @@ void InputEvents::arrived() {
     anyArrived = true;
     if (pace.isRunning()) return;
     pace.start();
-    if (pace.isRunning()) connection.watch(false);
+    if (pace.isRunning()) connection.watch(source.readsAtOnce());
 }
 
 void InputEvents::tick() {

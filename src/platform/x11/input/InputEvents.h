@@ -5,6 +5,7 @@
 #include "platform/x11/input/RawInput.h"
 #include "platform/x11/pointer/Hold.h"
 
+#include <bitset>
 #include <deque>
 #include <functional>
 
@@ -18,7 +19,7 @@ namespace platform::x11 {
 /// where the cursor was held, so that the step between the two is the push of one frame.
 class InputEvents final : public platform::InputEvents, private RawInput::Receiver {
   public:
-    /// `ownWindowActive` is asked for each pointer event that a monitor would get.
+    /// `ownWindowActive` is asked for each event that a monitor would get.
     /// The connection is the pointer's and the hold's, and nobody else reads it.
     InputEvents(Connection& connection, Descriptors& descriptors, const Displays& displays,
                 Pointer& pointer, Hold& hold, std::function<bool()> ownWindowActive);
@@ -37,6 +38,7 @@ class InputEvents final : public platform::InputEvents, private RawInput::Receiv
         EventMask mask;
         bool isTap;
         Handler handler;
+        std::bitset<256> toldKeys{}; ///< by key code, those whose press it was told last
     };
 
     void add(Consumer consumer);
@@ -47,6 +49,7 @@ class InputEvents final : public platform::InputEvents, private RawInput::Receiv
     void receive(const RawEvent& raw, Point place, std::uint16_t buttonMask) override;
     void receiveMotion(InputEvent event);
     void deliver(const InputEvent& event, bool isHeldBack);
+    void deliverKey(const InputEvent& event, const RawEvent& raw);
 
     Connection& connection;
     Pointer& pointer;

@@ -1,7 +1,5 @@
 #include "platform/x11/input/RawEvent.h"
 
-#include <xcb/xproto.h>
-
 namespace platform::x11 {
 
 namespace {
@@ -15,7 +13,7 @@ std::uint16_t maskWith(std::uint16_t mask, unsigned button, bool down) {
 EventType motionType(std::uint16_t buttons) {
     if (buttons & XCB_BUTTON_MASK_1) return EventType::leftMouseDragged;
     if (buttons & XCB_BUTTON_MASK_3) return EventType::rightMouseDragged;
-    if (buttons & XCB_BUTTON_MASK_2) return EventType::otherMouseDragged;
+    if (buttons & (XCB_BUTTON_MASK_2 | otherButtons)) return EventType::otherMouseDragged;
     return EventType::mouseMoved;
 }
 
@@ -30,12 +28,17 @@ std::optional<EventType> buttonType(unsigned button, bool down) {
 
 } // namespace
 
+// The server counts the finger that moves the cursor as the first button.
 std::uint16_t RawEvent::buttonsAfter(std::uint16_t before) const {
+    if (kind == Kind::fingerDown || kind == Kind::fingerUp)
+        return maskWith(before, 1, kind == Kind::fingerDown);
     if (kind != Kind::buttonDown && kind != Kind::buttonUp) return before;
     return maskWith(before, button, kind == Kind::buttonDown);
 }
 
 std::uint16_t RawEvent::buttonsBefore(std::uint16_t after) const {
+    if (kind == Kind::fingerDown || kind == Kind::fingerUp)
+        return maskWith(after, 1, kind == Kind::fingerUp);
     if (kind != Kind::buttonDown && kind != Kind::buttonUp) return after;
     return maskWith(after, button, kind == Kind::buttonUp);
 }
@@ -47,6 +50,12 @@ std::optional<EventType> RawEvent::type(std::uint16_t buttons) const {
     case Kind::buttonDown:
     case Kind::buttonUp:
         return buttonType(button, kind == Kind::buttonDown);
+    case Kind::fingerDown:
+        return EventType::leftMouseDown;
+    case Kind::fingerMoved:
+        return EventType::leftMouseDragged;
+    case Kind::fingerUp:
+        return EventType::leftMouseUp;
     case Kind::keyDown:
     case Kind::keyUp:
         break;

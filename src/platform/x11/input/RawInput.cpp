@@ -13,6 +13,9 @@
 // waits for the next frame: a fast mouse sends something new before each answer. So does everything
 // where the program itself has moved the cursor since the question.
 //
+// Fingers on a touch screen tell their places themselves, and have them whatever becomes of the
+// cursor meanwhile.
+//
 // The receiver may warp the cursor, after which the place is no longer true for the events behind,
 // and may run a modal loop, in which further ones are passed on; so `passOn` looks at everything
 // anew for each event.
@@ -21,9 +24,10 @@ namespace platform::x11 {
 
 namespace {
 
-/// How far the device moved the cursor, accelerated; nothing for a wheel in the smooth scrolling
-/// form, which moves only the third valuator and those after it.
-std::optional<Point> stepOf(const xcb_input_raw_motion_event_t& event) {
+/// The first two values: how far the device moved the cursor, accelerated, or where it points.
+/// Nothing for a wheel in the smooth scrolling form, which moves only the third valuator and those
+/// after it; the server adds that up to presses of the buttons that stand for notches.
+std::optional<Point> valuesOf(const xcb_input_raw_motion_event_t& event) {
     if (event.valuators_len == 0) return std::nullopt;
     const std::uint32_t mask = xcb_input_raw_button_press_valuator_mask(&event)[0];
     if ((mask & 0x3) == 0) return std::nullopt;
@@ -55,10 +59,12 @@ RawInput::RawInput(Connection& x, const Displays& screens, const Pointer& cursor
       pointer(cursor),
       track(cursorTrack),
       receiver(eventReceiver),
-      keyboard(connection, [](bool) {}) {
+      keyboard(connection, [](bool) {}),
+      devices(connection) {
     constexpr std::size_t burst = 256;
     pending.reserve(burst);
-    connection.listen(*this, {XCB_GE_GENERIC, XCB_MAPPING_NOTIFY});
+    connection.listen(*this, {XCB_GE_GENERIC, XCB_MAPPING_NOTIFY, XCB_CONFIGURE_NOTIFY});
+    connection.selectOnRoot(XCB_EVENT_MASK_STRUCTURE_NOTIFY);
 }
 
 RawInput::~RawInput() {
@@ -68,22 +74,19 @@ RawInput::~RawInput() {
 void RawInput::select(EventMask types) {
     otherKeys |= (types & otherKeyTypes) != 0;
     keysSelected |= (types & keyTypes) != 0;
-    if (types & ~keyTypes) {
-        pointerSelected = true;
-        findClientPointer();
-    }
+    pointerSelected |= (types & ~keyTypes) != 0;
+    if (devicesStale) readDevices();
     sendSelection();
     if (buttonsStale) readButtons();
     connection.flush();
 }
 
-// The server decides which one it is at the first question about the place.
-void RawInput::findClientPointer() {
-    xcb_connection_t* c = connection.xcb();
-    xcb_discard_reply(c, xcb_query_pointer(c, connection.root()).sequence);
-    const auto found = connection.wait(xcb_input_xi_get_client_pointer(c, XCB_NONE),
-                                       xcb_input_xi_get_client_pointer_reply);
-    if (found && found->set) clientPointer = found->deviceid;
+void RawInput::readDevices() {
+    devicesStale = false;
+    connection.findMasterPointer();
+    devices.read();
+    // Of a touch screen that has gone nobody tells that the fingers have been lifted.
+    if (!devices.isTouchScreen(fingers.device())) fingers.forget();
 }
 
 void RawInput::readButtons() {
@@ -102,21 +105,32 @@ unsigned RawInput::logicalButton(std::uint32_t physical) const {
     return known ? buttonMap[physical] : physical;
 }
 
+// Devices come and go at all of them; the rest is of the user's own two masters.
 void RawInput::sendSelection() {
-    struct {
+    selectOn(XCB_INPUT_DEVICE_ALL, XCB_INPUT_XI_EVENT_MASK_HIERARCHY);
+    const std::uint16_t keys = devices.keyboardOf(connection.masterPointer());
+    if (keysSelected && keys != 0)
+        selectOn(keys,
+                 XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE);
+    selectPointer();
+}
+
+void RawInput::selectPointer() {
+    if (!pointerSelected) return;
+    std::uint32_t mask =
+        XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE |
+        XCB_INPUT_XI_EVENT_MASK_RAW_TOUCH_BEGIN | XCB_INPUT_XI_EVENT_MASK_RAW_TOUCH_UPDATE |
+        XCB_INPUT_XI_EVENT_MASK_RAW_TOUCH_END;
+    if (motion.readsEvents()) mask |= XCB_INPUT_XI_EVENT_MASK_RAW_MOTION;
+    if (connection.tellsBarrierHits()) mask |= XCB_INPUT_XI_EVENT_MASK_BARRIER_HIT;
+    selectOn(connection.masterPointer(), mask);
+}
+
+void RawInput::selectOn(std::uint16_t device, std::uint32_t mask) {
+    const struct {
         xcb_input_event_mask_t head;
         std::uint32_t mask;
-    } selection{{XCB_INPUT_DEVICE_ALL_MASTER, 1}, 0};
-    if (pointerSelected)
-        selection.mask |=
-            XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE;
-    if (pointerSelected && motion.readsEvents())
-        selection.mask |= XCB_INPUT_XI_EVENT_MASK_RAW_MOTION;
-    if (pointerSelected && connection.tellsBarrierHits())
-        selection.mask |= XCB_INPUT_XI_EVENT_MASK_BARRIER_HIT;
-    if (keysSelected)
-        selection.mask |=
-            XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE;
+    } selection{{device, 1}, mask};
     xcb_input_xi_select_events(connection.xcb(), connection.root(), 1, &selection.head);
 }
 
@@ -130,7 +144,7 @@ void RawInput::beginFrame() {
 
 void RawInput::endFrame() {
     if (!pointerSelected || !motion.frameEnded()) return;
-    sendSelection();
+    selectPointer();
     connection.flush();
 }
 
@@ -138,6 +152,12 @@ void RawInput::handle(const xcb_generic_event_t& generic) {
     if ((generic.response_type & 0x7f) == XCB_MAPPING_NOTIFY) {
         buttonsStale |= reinterpret_cast<const xcb_mapping_notify_event_t&>(generic).request ==
                         XCB_MAPPING_POINTER;
+        return;
+    }
+    if ((generic.response_type & 0x7f) == XCB_CONFIGURE_NOTIFY) {
+        const auto& configured = reinterpret_cast<const xcb_configure_notify_event_t&>(generic);
+        if (configured.window == connection.root())
+            devices.setRoot(configured.width, configured.height);
         return;
     }
     const auto& raw = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(generic);
@@ -157,6 +177,14 @@ void RawInput::handle(const xcb_generic_event_t& generic) {
                                                                   : RawEvent::Kind::buttonUp;
         event.button = logicalButton(raw.detail);
         add(event);
+        break;
+    case XCB_INPUT_RAW_TOUCH_BEGIN:
+    case XCB_INPUT_RAW_TOUCH_UPDATE:
+    case XCB_INPUT_RAW_TOUCH_END:
+        addTouch(raw, event);
+        break;
+    case XCB_INPUT_HIERARCHY:
+        devicesStale = true;
         break;
     case XCB_INPUT_RAW_KEY_PRESS:
     case XCB_INPUT_RAW_KEY_RELEASE:
@@ -180,19 +208,47 @@ bool RawInput::isAfterQuestion(std::uint32_t sequence) const {
 }
 
 void RawInput::addMotion(const xcb_input_raw_motion_event_t& raw, const RawEvent& event) {
-    const auto step = stepOf(raw);
-    if (!step) return;
-    motion.event(*step);
-    track.moved(*step, event.time, isAfterQuestion(event.sequence));
+    const auto values = valuesOf(raw);
+    if (!values) return;
+    const bool isPlace = devices.tellsPlaces(raw.sourceid);
+    const bool afterQuestion = isAfterQuestion(event.sequence);
+    movedByPlaces = isPlace || devices.seemsToTellPlaces(raw.sourceid);
+    if (movedByPlaces) motion.place();
+    if (isPlace) {
+        track.jumped(afterQuestion);
+    } else {
+        motion.event(*values, raw.sourceid);
+        track.moved(*values, event.time, afterQuestion);
+        devices.moved({raw.sourceid, *values, event.sequence}, afterQuestion);
+    }
+    add(event);
+}
+
+void RawInput::addTouch(const xcb_input_raw_motion_event_t& raw, RawEvent event) {
+    if (!devices.isTouchScreen(raw.sourceid)) return;
+    const bool begins = raw.event_type == XCB_INPUT_RAW_TOUCH_BEGIN;
+    const bool ends = raw.event_type == XCB_INPUT_RAW_TOUCH_END;
+    if (begins) fingers.down(raw.detail, raw.sourceid);
+    const bool isPointing = fingers.isPointing(raw.detail);
+    if (ends) fingers.up(raw.detail);
+    const auto values = valuesOf(raw);
+    if (!isPointing || !values) return;
+    event.place = devices.toRoot(raw.sourceid, *values);
+    track.jumped(isAfterQuestion(event.sequence));
+    movedByPlaces = true;
+    if (begins) add(event); // the cursor's way there
+    event.kind = begins ? RawEvent::Kind::fingerDown
+                 : ends ? RawEvent::Kind::fingerUp
+                        : RawEvent::Kind::fingerMoved;
     add(event);
 }
 
 // What a barrier stops is a motion too, though its own raw event may have gone on already.
 void RawInput::addHit(const xcb_input_barrier_hit_event_t& hit) {
-    const RawEvent event{.sequence = hit.full_sequence,
-                         .time = seconds(hit.time),
-                         .stopped = hit.deviceid == clientPointer};
-    motion.stopped();
+    const RawEvent event{.sequence = hit.full_sequence, .time = seconds(hit.time), .stopped = true};
+    motion.stopped(hit.sourceid);
+    devices.stopped();
+    movedByPlaces = false;
     track.hit(hit, event.time, isAfterQuestion(event.sequence));
     add(event);
 }
@@ -202,7 +258,8 @@ void RawInput::addHit(const xcb_input_barrier_hit_event_t& hit) {
 void RawInput::addKey(std::uint32_t keycode, bool pressed, RawEvent event) {
     if (keycode >= down.size() || down[keycode] == pressed) return;
     down[keycode] = pressed;
-    event.key = keyboard.key(static_cast<xcb_keycode_t>(keycode));
+    event.keycode = static_cast<xcb_keycode_t>(keycode);
+    event.key = keyboard.key(event.keycode);
     if (!event.key.modifier && !otherKeys) return;
     event.kind = pressed ? RawEvent::Kind::keyDown : RawEvent::Kind::keyUp;
     add(event);
@@ -222,8 +279,9 @@ void RawInput::addSeenMotion(std::uint32_t sequence) {
 void RawInput::add(const RawEvent& event) {
     receiver.arrived();
     const bool follows =
-        event.kind == RawEvent::Kind::motion && pending.size() > covered && pending.size() > head &&
-        pending.back().kind == RawEvent::Kind::motion &&
+        event.isMotion() && pending.size() > covered && pending.size() > head &&
+        pending.back().kind == event.kind &&
+        pending.back().place.has_value() == event.place.has_value() &&
         isAfterQuestion(pending.back().sequence) == isAfterQuestion(event.sequence);
     if (follows)
         pending.back() = event;
@@ -234,7 +292,11 @@ void RawInput::add(const RawEvent& event) {
 void RawInput::batchEnded() {
     if (buttonsStale && (pointerSelected || keysSelected)) readButtons();
     if (std::exchange(anyTime, false)) clockAhead = lastSeconds() - secondsHere();
-    if (!mayAsk || asked != 0 || head == pending.size()) return;
+    if (std::exchange(devicesStale, false)) {
+        readDevices();
+        sendSelection();
+    }
+    if (!(mayAsk || movedByPlaces) || asked != 0 || head == pending.size()) return;
     if (const auto place = knownPlace())
         passOnFrom(*place);
     else
@@ -244,7 +306,9 @@ void RawInput::batchEnded() {
 // Where a barrier ended the last motion, and every one is read, the cursor stands at it and the
 // server need not be asked.
 std::optional<xcb_point_t> RawInput::knownPlace() const {
-    if (motion.looks() || !buttons || !pending.back().stopped) return std::nullopt;
+    if (motion.looks() || !buttons) return std::nullopt;
+    if (pending.back().place) return pending.back().place;
+    if (!pending.back().stopped) return std::nullopt;
     if (isBefore(pending.back().sequence, pointer.lastPutSequence())) return std::nullopt;
     return track.stoppedAt();
 }
@@ -279,6 +343,11 @@ void RawInput::handleReply(unsigned sequence, const void* reply) {
         covered = head;
         return;
     }
+    if (const auto places =
+            devices.placed({answer->root_x, answer->root_y}, pointer.lastPutSequence())) {
+        movedByPlaces = *places;
+        if (movedByPlaces) track.jumped(false);
+    }
     if (!track.placed({static_cast<double>(answer->root_x), static_cast<double>(answer->root_y)})) {
         ask();
         return;
@@ -295,20 +364,34 @@ void RawInput::handleReply(unsigned sequence, const void* reply) {
 
 // The buttons are known as they are after all of the events.
 void RawInput::passOn(Point place) {
-    while (head < covered && asked == 0 && pointer.warps() == warpsWhenAsked) {
+    const auto hasPlace = [this](const RawEvent& event) {
+        return event.place || pointer.warps() == warpsWhenAsked;
+    };
+    while (head < covered && asked == 0 && hasPlace(pending[head])) {
         const RawEvent event = pending[head++];
-        const bool overtaken = event.kind == RawEvent::Kind::motion && head < covered &&
-                               pending[head].kind == RawEvent::Kind::motion;
+        const bool overtaken =
+            event.isMotion() && head < covered && pending[head].kind == event.kind;
         if (overtaken) continue;
         std::uint16_t mask = *buttons;
         for (std::size_t i = covered; i-- > head;)
             mask = pending[i].buttonsBefore(mask);
-        receiver.receive(event, place, mask);
+        noteOtherButton(event);
+        if (othersDown.any()) mask |= otherButtons;
+        receiver.receive(
+            event, event.place ? displays.toTopLeft(event.place->x, event.place->y) : place, mask);
     }
     if (pointer.warps() != warpsWhenAsked) lastPlace = pointer.lastPut();
     if (asked != 0) return;
     pending.erase(pending.begin(), pending.begin() + static_cast<std::ptrdiff_t>(head));
     head = covered = 0;
+}
+
+void RawInput::noteOtherButton(const RawEvent& event) {
+    constexpr unsigned firstOther = 8;
+    const bool isButton =
+        event.kind == RawEvent::Kind::buttonDown || event.kind == RawEvent::Kind::buttonUp;
+    if (isButton && event.button >= firstOther && event.button < othersDown.size())
+        othersDown[event.button] = event.isPress();
 }
 
 } // namespace platform::x11

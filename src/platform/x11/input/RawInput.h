@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/x11/input/Devices.h"
+#include "platform/x11/input/Fingers.h"
 #include "platform/x11/input/MotionWatch.h"
 #include "platform/x11/input/RawEvent.h"
 #include "platform/x11/pointer/Pointer.h"
@@ -36,6 +38,9 @@ class RawInput final : private Listener {
     /// From here on one more question about the cursor's place may be asked.
     void beginFrame();
     void endFrame();
+    /// Whether what comes has to be read at once: the cursor is moved by a device that tells
+    /// places, which no barrier stops.
+    bool readsAtOnce() const { return movedByPlaces; }
     /// Whether a question is on its way.
     bool waitsForAnswer() const { return asked != 0; }
 
@@ -44,12 +49,15 @@ class RawInput final : private Listener {
     void handleReply(unsigned sequence, const void* reply) override;
     void batchEnded() override;
 
-    void findClientPointer();
+    void readDevices();
     void sendSelection();
+    void selectPointer();
+    void selectOn(std::uint16_t device, std::uint32_t eventMask);
     void readButtons();
     unsigned logicalButton(std::uint32_t physical) const;
     void addSeenMotion(std::uint32_t sequence);
     void addMotion(const xcb_input_raw_motion_event_t& raw, const RawEvent& event);
+    void addTouch(const xcb_input_raw_motion_event_t& raw, RawEvent event);
     void addHit(const xcb_input_barrier_hit_event_t& hit);
     double seconds(std::uint32_t serverTime);
     double lastSeconds() const { return timeBase + lastTime / 1000.0; }
@@ -61,6 +69,7 @@ class RawInput final : private Listener {
     std::optional<xcb_point_t> knownPlace() const;
     void passOnFrom(xcb_point_t root);
     void passOn(Point place);
+    void noteOtherButton(const RawEvent& event);
 
     Connection& connection;
     const Displays& displays;
@@ -70,8 +79,9 @@ class RawInput final : private Listener {
     KeyboardMap keyboard;
     std::array<std::uint8_t, 256> buttonMap{}; ///< by the physical number, 0 for an unknown one
     bool buttonsStale = true;
+    Devices devices;
+    bool devicesStale = true;
     bool pointerSelected = false;
-    std::uint16_t clientPointer = 0; ///< the device whose place the server tells
     bool keysSelected = false;
     bool otherKeys = false;
     std::bitset<256> down;
@@ -83,6 +93,9 @@ class RawInput final : private Listener {
     bool mayAsk = false;
     unsigned warpsWhenAsked = 0;
     std::optional<std::uint16_t> buttons; ///< the mask as last told, and what has come since
+    std::bitset<256> othersDown; ///< buttons that the mask has no bit for, by the logical number
+    Fingers fingers;
+    bool movedByPlaces = false;
     MotionWatch motion;
     Point lastPlace; ///< where the cursor was when it was last looked at, or was put since
     std::uint32_t lastTime = 0;

@@ -68,14 +68,23 @@ void HeldCursor::moved(Point step, double time, bool afterQuestion) {
     sinceQuestion.y += step.y;
 }
 
+void HeldCursor::jumped(bool afterQuestion) {
+    noteLead();
+    stop.reset();
+    delta.reset();
+    isKnown = anyRead = false;
+    jumpedSinceQuestion |= afterQuestion;
+}
+
 void HeldCursor::asked() {
     sinceQuestion = {};
-    stoppedSinceQuestion = false;
+    stoppedSinceQuestion = jumpedSinceQuestion = false;
 }
 
 bool HeldCursor::placed(Point root) {
     isKnown &= held;
-    if (!held || stoppedSinceQuestion) return true; // a stop was told later than this
+    // A stop was told later than this, or another place that is not known.
+    if (!held || stoppedSinceQuestion || jumpedSinceQuestion) return true;
     const Point last = delta.value_or(Point{});
     const Point now = stop.value_or(Point{before.x + last.x, before.y + last.y});
     const auto agrees = [](double followed, double told) { return std::floor(followed) == told; };

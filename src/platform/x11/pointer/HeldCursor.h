@@ -20,6 +20,9 @@ class HeldCursor {
     /// A motion of a device; `afterQuestion`: after the question that is on its way.
     void moved(Point step, double time, bool afterQuestion);
 
+    /// A device that tells places has put the cursor somewhere.
+    void jumped(bool afterQuestion);
+
     struct Stop {
         Side side;
         Point at;    ///< where the cursor stands
@@ -76,6 +79,7 @@ class HeldCursor {
 
     Point sinceQuestion;
     bool stoppedSinceQuestion = false;
+    bool jumpedSinceQuestion = false;
 };
 
 } // namespace platform::x11

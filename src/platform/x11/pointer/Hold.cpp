@@ -109,10 +109,11 @@ Hold::Barrier Hold::build(Side side) {
     const int behind = side == Side::right || side == Side::bottom ? 1 : 0;
     const auto at = static_cast<std::uint16_t>(lastPixel(side, box) + behind);
     const bool vertical = isVertical(side);
+    const std::uint16_t device = connection.masterPointer();
     xcb_xfixes_create_pointer_barrier(connection.xcb(), barrier.id, connection.root(),
                                       vertical ? at : endless1, vertical ? endless1 : at,
                                       vertical ? at : endless2, vertical ? endless2 : at,
-                                      inwards[static_cast<std::size_t>(side)], 0, nullptr);
+                                      inwards[static_cast<std::size_t>(side)], 1, &device);
     return barrier;
 }
 
@@ -134,6 +135,11 @@ std::optional<xcb_point_t> Hold::stoppedAt() const {
     const auto place = cursor.stoppedAt();
     if (!place || grabbed || othersMove) return std::nullopt;
     return pixelAt(*place);
+}
+
+void Hold::jumped(bool afterQuestion) {
+    cursor.jumped(afterQuestion);
+    wasInside = othersMove = false;
 }
 
 // A warp of the program's own that leads to where the cursor is kept is none that takes it out.

@@ -28,6 +28,7 @@ class Hold final : public Confinement, public CursorTrack, public PushSource {
     void moved(Point step, double time, bool afterQuestion) override {
         cursor.moved(step, time, afterQuestion);
     }
+    void jumped(bool afterQuestion) override;
     void hit(const xcb_input_barrier_hit_event_t& event, double time, bool afterQuestion) override;
     void asked() override;
     bool placed(Point root) override;

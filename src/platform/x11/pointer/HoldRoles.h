@@ -29,6 +29,8 @@ class CursorTrack {
   public:
     /// A motion of a device; `afterQuestion`: after the question that is on its way.
     virtual void moved(Point delta, double time, bool afterQuestion) = 0;
+    /// A device that tells places, and no steps, has put the cursor somewhere.
+    virtual void jumped(bool afterQuestion) = 0;
     virtual void hit(const xcb_input_barrier_hit_event_t& event, double time,
                      bool afterQuestion) = 0;
     /// The place is asked for next.

@@ -91,12 +91,13 @@ void Pointer::pause(xcb_point_t place) {
                                                       {x + 1, y - 2, x + 1, y + 3},
                                                       {x - 2, y, x + 3, y},
                                                       {x - 2, y + 1, x + 3, y + 1}}};
+    const std::uint16_t device = connection.masterPointer();
     const auto at = [](int v) { return static_cast<std::uint16_t>(std::max(v, 0)); };
     for (std::size_t i = 0; i < barriers.size(); ++i) {
         const auto& [x1, y1, x2, y2] = lines[i];
         barriers[i] = xcb_generate_id(connection.xcb());
         xcb_xfixes_create_pointer_barrier(connection.xcb(), barriers[i], connection.root(), at(x1),
-                                          at(y1), at(x2), at(y2), 0, 0, nullptr);
+                                          at(y1), at(x2), at(y2), 0, 1, &device);
     }
     paused = true;
     pausedUntil = Clock::now() + std::chrono::duration_cast<Clock::duration>(

@@ -38,12 +38,6 @@ constexpr xcb_rectangle_t anywhere{0, 0, 0, 0};
 Reach::Reach(Connection& x) : connection(x), unmapped(xcb_generate_id(x.xcb())) {
     xcb_create_window(connection.xcb(), XCB_COPY_FROM_PARENT, unmapped, connection.root(), -1, -1,
                       1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
-    // The server decides which one it is at the first question about the place.
-    xcb_connection_t* c = connection.xcb();
-    xcb_discard_reply(c, xcb_query_pointer(c, connection.root()).sequence);
-    const auto found = connection.wait(xcb_input_xi_get_client_pointer(c, XCB_NONE),
-                                       xcb_input_xi_get_client_pointer_reply);
-    if (found && found->set) device = found->deviceid;
 }
 
 Reach::~Reach() {
@@ -97,9 +91,10 @@ void Reach::tryIn(const Box& screen, xcb_point_t from, xcb_point_t to) {
 // The server looks for another client's grab before it looks at the window. Asked by the core
 // protocol's request it would lift the other's confinement, though it refuses the grab.
 void Reach::askForGrab() {
-    await(xcb_input_xi_grab_device(connection.xcb(), unmapped, XCB_CURRENT_TIME, XCB_NONE, device,
-                                   XCB_INPUT_GRAB_MODE_22_ASYNC, XCB_INPUT_GRAB_MODE_22_ASYNC,
-                                   XCB_INPUT_GRAB_OWNER_NO_OWNER, 0, nullptr)
+    await(xcb_input_xi_grab_device(connection.xcb(), unmapped, XCB_CURRENT_TIME, XCB_NONE,
+                                   connection.masterPointer(), XCB_INPUT_GRAB_MODE_22_ASYNC,
+                                   XCB_INPUT_GRAB_MODE_22_ASYNC, XCB_INPUT_GRAB_OWNER_NO_OWNER, 0,
+                                   nullptr)
               .sequence,
           true);
 }

@@ -40,8 +40,7 @@ class Reach final : private Listener {
     void await(unsigned sequence, bool isGrab);
 
     Connection& connection;
-    xcb_window_t unmapped;    ///< cannot be grabbed, so that asking for it takes nothing
-    std::uint16_t device = 0; ///< the one whose place the server tells
+    xcb_window_t unmapped; ///< cannot be grabbed, so that asking for it takes nothing
     Answer last = Answer::none;
     unsigned asked = 0; ///< its sequence, 0 for none
     bool isAboutGrab = false;

@@ -1,5 +1,5 @@
-#include "SeenEvents.h"
 #include "testing/desktop/PrivateDesktop.h"
+#include "tests/x11/SeenEvents.h"
 
 #include <xcb/xtest.h>
 
@@ -107,19 +107,6 @@ TEST_F(X11InputEvents, ComeAlsoWhileAnotherProgramGrabs) {
     hand.click(1);
     runPastScroll();
     EXPECT_EQ(types(), (std::vector<EventType>{EventType::leftMouseDown, EventType::leftMouseUp}));
-}
-
-TEST_F(X11InputEvents, KeepPointerEventsFromAMonitorWhileAnOwnWindowIsActive) {
-    monitor();
-    int tapped = 0;
-    session.input.addTap({.mask = monitorMask}, [&](const InputEvent&) { ++tapped; });
-    session.ownWindowActive = true;
-    hand.moveTo(500, 500);
-    hand.click(1);
-    hand.type(support::key::leftAlt);
-    ASSERT_TRUE(session.loop.runUntil([&] { return seen.size() == 2; }));
-    EXPECT_EQ(codes(), (std::vector<int>{58, 58}));
-    EXPECT_EQ(tapped, 5);
 }
 
 TEST_F(X11InputEvents, AnswerTheWarpedPlaceInsideAHandlerAndForWhatComesAfter) {
