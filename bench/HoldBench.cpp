@@ -175,7 +175,7 @@ std::string thresholds(Way way, int velocity) {
     };
     const double expected = 60 * 0.03 * velocity * velocity;
     std::string text;
-    for (const int hz : {125, 500, 1000, 8000}) {
+    for (const int hz : {35, 40, 50, 60, 125, 500, 1000, 8000}) {
         double below = 0.3 * expected, above = 2 * expected;
         for (int i = 0; i < 7; ++i) {
             const double middle = (below + above) / 2;
@@ -188,7 +188,8 @@ std::string thresholds(Way way, int velocity) {
 
 void thresholdRows() {
     for (const int velocity : {10, 50, 100})
-        row("px/s that cross at 125 500 1000 8000 Hz, VELOCITY " + std::to_string(velocity),
+        row("px/s that cross at 35 40 50 60 125 500 1000 8000 Hz, VELOCITY " +
+                std::to_string(velocity),
             "within 15 %", thresholds(Way::held, velocity), thresholds(Way::warped, velocity));
 }
 

@@ -65,6 +65,7 @@ Session::Services X11Session::start(const Surroundings& surroundings) {
     surroundings.application.onActiveWindowChange([this] {
         if (!parts) return;
         parts->input.ownWindowChanged();
+        input->sync(); // the barriers stand before the toolkit's own connection is heard
         parts->cursor.reveal(QtApplication::hasActiveWindow());
     });
     return {*screens,       parts->pointer, parts->cursor, parts->input,       parts->keyboard,

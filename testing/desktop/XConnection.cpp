@@ -25,13 +25,18 @@ xcb_atom_t XConnection::atom(std::string_view name) const {
     return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
 }
 
-bool XConnection::grabPointer() const {
+bool XConnection::grabPointer(xcb_window_t confineTo) const {
     const auto grab = own(xcb_grab_pointer_reply(
         connection,
         xcb_grab_pointer(connection, 0, root(), XCB_EVENT_MASK_BUTTON_PRESS, XCB_GRAB_MODE_ASYNC,
-                         XCB_GRAB_MODE_ASYNC, XCB_NONE, XCB_NONE, XCB_CURRENT_TIME),
+                         XCB_GRAB_MODE_ASYNC, confineTo, XCB_NONE, XCB_CURRENT_TIME),
         nullptr));
     return grab && grab->status == XCB_GRAB_STATUS_SUCCESS;
+}
+
+void XConnection::ungrabPointer() const {
+    xcb_ungrab_pointer(connection, XCB_CURRENT_TIME);
+    sync();
 }
 
 // Nobody else can act between the two requests, so that asking disturbs nothing.

@@ -40,7 +40,9 @@ class XConnection {
     xcb_atom_t atom(std::string_view name) const;
 
     /// Takes the pointer as an open menu does, until this object goes; false where another has it.
-    bool grabPointer() const;
+    /// With a window that is shown it also keeps the cursor in there, as games do.
+    bool grabPointer(xcb_window_t confineTo = XCB_NONE) const;
+    void ungrabPointer() const;
 
     /// Whether somebody has the keyboard for himself, as an open menu does.
     bool keyboardIsGrabbed() const;

@@ -175,5 +175,58 @@ TEST(ServerHold, KeepsTheCursorFromLeavingWhileItIsDraggedAndAnotherProgramGrabs
     EXPECT_GE(report.rightmost, product.monitor(0).width - 2) << "it was pushed at all";
 }
 
+TEST(ServerHold, StandsAgainWhenAMenuIsSeenToBeGone) {
+    Product product;
+    product.start();
+    for (int i = 0; i < 5; ++i) {
+        product.moveToMiddle(0);
+        product.openMenu();
+        product.hand.moveTo(1900, 20); // not on the menu
+        product.hand.type(support::key::escape);
+        ASSERT_TRUE(waitUntil([&] { return product.menus().empty(); }));
+        support::Watcher watcher(product.desktop.display(), product.monitor(0));
+        product.hand.relative(200, 0);
+        product.hand.relative(0, 1);
+        EXPECT_EQ(watcher.finish().farthestOutside, 0);
+    }
+}
+
+// A crossing that the server would not carry out would darken the game's monitor.
+TEST(ServerHold, GrantsNoCrossingToACursorThatAGameConfines) {
+    Product product;
+    support::TestWindow window(product.desktop.display(), product.monitor(0), {20, 20, 20});
+    product.start({.pushOption = true, .velocity = 10});
+    const support::XConnection game(product.desktop.display());
+    ASSERT_TRUE(game.grabPointer(window.id()));
+    product.moveNextTo(0, 1);
+    product.hand.push(40, 0, 60, displayRate);
+    EXPECT_TRUE(product.cursorEndsOn(0));
+    EXPECT_TRUE(product.coveredSoon(1, 0));
+
+    game.ungrabPointer();
+    product.hand.push(40, 0, 10, displayRate);
+    EXPECT_TRUE(product.cursorEndsOn(1));
+    EXPECT_TRUE(product.coveredSoon(0, 1));
+}
+
+TEST(ServerHold, LetsAPushThroughWhileAMenuIsOpenOrSomethingIsDragged) {
+    for (const bool drags : {false, true}) {
+        Product product;
+        support::TestWindow window(product.desktop.display(), product.monitor(0), {20, 20, 20});
+        product.start({.pushOption = true, .velocity = 10});
+        const support::XConnection menu(product.desktop.display());
+        if (drags) {
+            product.hand.pressButton();
+        } else {
+            ASSERT_TRUE(menu.grabPointer());
+        }
+        product.moveNextTo(0, 1);
+        product.hand.push(40, 0, 10, displayRate);
+        EXPECT_TRUE(product.cursorEndsOn(1));
+        EXPECT_TRUE(product.coveredSoon(0, 1));
+        if (drags) product.hand.releaseButton();
+    }
+}
+
 } // namespace
 } // namespace desktop

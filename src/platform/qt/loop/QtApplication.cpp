@@ -60,9 +60,31 @@ void QtApplication::afterMoment(std::function<void()> operation) {
     QTimer::singleShot(moment, this, std::move(operation));
 }
 
+const QWidget* QtApplication::closingPopup = nullptr;
+
+namespace {
+
+// Not the toolkit's own event of hiding, which it sends when the window has gone.
+QEvent::Type closes() {
+    static const auto type = static_cast<QEvent::Type>(QEvent::registerEventType());
+    return type;
+}
+
+} // namespace
+
+QtApplication::Closing::Closing(QWidget& popup) {
+    closingPopup = &popup;
+    QEvent event(closes());
+    QCoreApplication::sendEvent(&popup, &event);
+}
+
+QtApplication::Closing::~Closing() {
+    closingPopup = nullptr;
+}
+
 bool QtApplication::hasActiveWindow() {
-    return QGuiApplication::focusWindow() != nullptr ||
-           QApplication::activePopupWidget() != nullptr;
+    const QWidget* popup = QApplication::activePopupWidget();
+    return QGuiApplication::focusWindow() != nullptr || (popup && popup != closingPopup);
 }
 
 void QtApplication::onActiveWindowChange(std::function<void()> changed) {
@@ -79,6 +101,7 @@ void QtApplication::endSession() {
 bool QtApplication::eventFilter(QObject* watched, QEvent* event) {
     // Left to itself the toolkit would close an open alert, which would then look answered.
     if (event->type() == QEvent::Quit && watched == QCoreApplication::instance()) endSession();
+    if (event->type() == closes() && activeWindowChanged) activeWindowChanged();
     // Of a menu, which takes the keyboard without being the window that has it. It is told before
     // the menu is the active one.
     const bool comesOrGoes = event->type() == QEvent::Show || event->type() == QEvent::Hide;

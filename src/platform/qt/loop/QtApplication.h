@@ -62,6 +62,16 @@ class QtApplication final : public QObject, public Application {
     /// Calls `changed` whenever the answer of `hasActiveWindow` may have changed. One handler.
     void onActiveWindowChange(std::function<void()> changed);
 
+    /// As long as one lives the popup counts as closed: it is about to be. What the closing leads
+    /// to is done before anybody can see the popup gone.
+    class Closing {
+      public:
+        explicit Closing(QWidget& popup);
+        ~Closing();
+        Closing(const Closing&) = delete;
+        Closing& operator=(const Closing&) = delete;
+    };
+
     /// The session, or the run loop, wants the process to end.
     [[noreturn]] void endSession();
 
@@ -72,6 +82,7 @@ class QtApplication final : public QObject, public Application {
     std::vector<std::function<void()>> undoOperations;
     std::function<void()> quitRequested;
     std::function<void()> activeWindowChanged;
+    static const QWidget* closingPopup;
 };
 
 } // namespace platform::qt

@@ -1,5 +1,6 @@
 #include "platform/qt/menu/MenuPopup.h"
 
+#include "platform/qt/loop/QtApplication.h"
 #include "platform/qt/menu/BoundsPanel.h"
 #include "platform/qt/menu/MenuStyle.h"
 #include "platform/qt/menu/SliderPanel.h"
@@ -104,6 +105,12 @@ void MenuPopup::listenTo(QAction& action, MenuEntryId entry) {
 std::optional<MenuEntryId> MenuPopup::run(const QPoint& position) {
     exec(position);
     return std::move(chosen);
+}
+
+void MenuPopup::setVisible(bool visible) {
+    std::optional<QtApplication::Closing> closing;
+    if (!visible && isVisible() && &root == this) closing.emplace(*this);
+    QMenu::setVisible(visible);
 }
 
 void MenuPopup::dismiss() {

@@ -38,6 +38,8 @@ class MenuPopup final : public QMenu {
     /// Closes it and its submenus; nothing is chosen.
     void dismiss();
 
+    void setVisible(bool visible) override;
+
     /// Shows the text where the label is.
     void showLabel(const Label& label);
 

@@ -74,6 +74,7 @@ void InputEvents::receive(const RawEvent& raw, Point place, std::uint16_t button
     const std::optional<EventType> type = raw.type(buttonMask);
     if (!type) return;
     const bool isKey = (maskOf(*type) & keyTypes) != 0;
+    if (!isKey && hold.isOutOfReach(place)) return;
     const InputEvent event{*type, place, isKey ? raw.key.code : std::uint16_t{0}, raw.time};
     if (isKey)
         deliverKey(event, raw);

@@ -11,9 +11,15 @@ constexpr int fewEvents = 9;
 
 } // namespace
 
-void MotionWatch::event(Point step) {
+void MotionWatch::event(Point step, std::uint16_t device) {
     ++events;
-    fractions = std::trunc(step.x) != step.x || std::trunc(step.y) != step.y;
+    const bool isFraction = std::trunc(step.x) != step.x || std::trunc(step.y) != step.y;
+    if (isFraction && device < byFractions.size()) byFractions.set(device);
+}
+
+void MotionWatch::stopped(std::uint16_t device) {
+    anyStop = true;
+    fractionStopped |= device < byFractions.size() && byFractions[device];
 }
 
 void MotionWatch::looked(bool moved) {
@@ -22,7 +28,7 @@ void MotionWatch::looked(bool moved) {
 }
 
 bool MotionWatch::wish() const {
-    if (anyPlace || (anyStop && fractions)) return true;
+    if (anyPlace || fractionStopped) return true;
     if (!reads) return hasLooked && !hasMoved && !anyStop;
     return events <= fewEvents || !(hasMoved || anyStop);
 }
@@ -32,7 +38,7 @@ bool MotionWatch::frameEnded() {
     reads = wish();
     justBegan = reads && !before;
     events = 0;
-    anyStop = anyPlace = hasLooked = hasMoved = false;
+    anyStop = fractionStopped = anyPlace = hasLooked = hasMoved = false;
     return reads != before;
 }
 

@@ -2,6 +2,9 @@
 
 #include "platform/Geometry.h"
 
+#include <bitset>
+#include <cstdint>
+
 namespace platform::x11 {
 
 /// Decides, frame by frame, whether raw motion is read or the cursor is only looked at.
@@ -17,10 +20,10 @@ class MotionWatch {
     /// Whether the cursor has to be looked at in this frame, even if nothing has come.
     bool looks() const { return !reads || justBegan; }
 
-    void event(Point step);
+    void event(Point step, std::uint16_t device);
     /// By a device that tells places: no barrier stops it, so each of them has to be seen.
     void place() { anyPlace = true; }
-    void stopped() { anyStop = true; } ///< by a barrier
+    void stopped(std::uint16_t device); ///< by a barrier
     void looked(bool hasMoved);
 
     /// Whether `readsEvents` is another one from here on.
@@ -31,7 +34,8 @@ class MotionWatch {
 
     bool reads = true;
     bool justBegan = false; ///< what came between the last look and the first event is not lost
-    bool fractions = false;
+    std::bitset<256> byFractions; ///< the devices that have moved so
+    bool fractionStopped = false; ///< a motion of one of those
     int events = 0;
     bool anyStop = false;
     bool anyPlace = false;

@@ -214,8 +214,10 @@ void RawInput::addMotion(const xcb_input_raw_motion_event_t& raw, const RawEvent
     const bool afterQuestion = isAfterQuestion(event.sequence);
     movedByPlaces = isPlace || devices.seemsToTellPlaces(raw.sourceid);
     if (movedByPlaces) motion.place();
-    if (!isPlace) {
-        motion.event(*values);
+    if (isPlace) {
+        track.jumped(afterQuestion);
+    } else {
+        motion.event(*values, raw.sourceid);
         track.moved(*values, event.time, afterQuestion);
         devices.moved({raw.sourceid, *values, event.sequence}, afterQuestion);
     }
@@ -232,6 +234,7 @@ void RawInput::addTouch(const xcb_input_raw_motion_event_t& raw, RawEvent event)
     const auto values = valuesOf(raw);
     if (!isPointing || !values) return;
     event.place = devices.toRoot(raw.sourceid, *values);
+    track.jumped(isAfterQuestion(event.sequence));
     movedByPlaces = true;
     if (begins) add(event); // the cursor's way there
     event.kind = begins ? RawEvent::Kind::fingerDown
@@ -243,7 +246,7 @@ void RawInput::addTouch(const xcb_input_raw_motion_event_t& raw, RawEvent event)
 // What a barrier stops is a motion too, though its own raw event may have gone on already.
 void RawInput::addHit(const xcb_input_barrier_hit_event_t& hit) {
     const RawEvent event{.sequence = hit.full_sequence, .time = seconds(hit.time), .stopped = true};
-    motion.stopped();
+    motion.stopped(hit.sourceid);
     devices.stopped();
     movedByPlaces = false;
     track.hit(hit, event.time, isAfterQuestion(event.sequence));
@@ -326,9 +329,9 @@ void RawInput::beginAnswer() {
 
 void RawInput::ask() {
     beginAnswer();
+    track.asked();
     asked = xcb_query_pointer(connection.xcb(), connection.root()).sequence;
     connection.awaitReply(asked, *this);
-    track.asked();
 }
 
 void RawInput::handleReply(unsigned sequence, const void* reply) {
@@ -340,10 +343,15 @@ void RawInput::handleReply(unsigned sequence, const void* reply) {
         covered = head;
         return;
     }
-    track.placed({static_cast<double>(answer->root_x), static_cast<double>(answer->root_y)});
     if (const auto places =
-            devices.placed({answer->root_x, answer->root_y}, pointer.lastPutSequence()))
+            devices.placed({answer->root_x, answer->root_y}, pointer.lastPutSequence())) {
         movedByPlaces = *places;
+        if (movedByPlaces) track.jumped(false);
+    }
+    if (!track.placed({static_cast<double>(answer->root_x), static_cast<double>(answer->root_y)})) {
+        ask();
+        return;
+    }
     const Point place = displays.toTopLeft(answer->root_x, answer->root_y);
     buttons = answer->mask;
     while (covered < pending.size() && isBefore(pending[covered].sequence, sequence))

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 // How the server holds the cursor.
 //
@@ -10,12 +11,6 @@
 // motion outwards only, so a cursor that came out in another way (a warp, a tablet) can come back.
 // It is a line without ends: the server tells whether a slanting motion meets a barrier by a point
 // mirrored at the start of the motion, so near the end of a shorter one it lets some of them pass.
-//
-// For each motion that a barrier stops the server tells the whole of the motion, but not where the
-// cursor was before it. That is followed here: from the last place that the server told, along the
-// raw motion since, which also has the fractions of pixels that the server drops at a barrier. Of
-// a fast mouse the raw motion is not read, and the first motion that is stopped counts as if the
-// cursor had been at the barrier already: one event of a hundred in a frame.
 
 namespace platform::x11 {
 
@@ -32,24 +27,17 @@ double fromFixed(const xcb_input_fp3232_t& value) {
     return value.integral + value.frac / 4294967296.0;
 }
 
-bool isVertical(Side side) {
-    return side == Side::left || side == Side::right;
+xcb_point_t pixelAt(Point root) {
+    return {static_cast<std::int16_t>(std::floor(root.x)),
+            static_cast<std::int16_t>(std::floor(root.y))};
 }
 
-/// The pixel at which the cursor stands when a side stops it.
-int lastPixel(Side side, const Box& box) {
-    const std::array pixels{box.left, box.right - 1, box.top, box.bottom - 1};
-    return pixels[static_cast<std::size_t>(side)];
-}
-
-bool isOutwards(Side side, double way) {
-    return side == Side::right || side == Side::bottom ? way > 0 : way < 0;
-}
+constexpr int mostTimesTakenOut = 3;
 
 } // namespace
 
 Hold::Hold(Connection& x, Displays& screens, bool isAllowed)
-    : connection(x), displays(screens), allowed(isAllowed && x.tellsBarrierHits()) {
+    : connection(x), displays(screens), allowed(isAllowed && x.tellsBarrierHits()), reach(x) {
     displays.onLayout(this, [this] { rebuild(); });
 }
 
@@ -90,12 +78,12 @@ void Hold::rebuild() {
     monitors = std::move(present);
     if (same) return;
     if (held) box = *held;
-    // Without barriers nothing is followed, and a place that the cursor was put to since is right.
-    isKnown &= barriers.empty();
-    stopped.reset();
-    delta.reset();
-    meter.clear();
     replaceBarriers(held ? innerSides(box, monitors) : std::vector<Side>{});
+    forgetOthers();
+    if (barriers.empty())
+        cursor.release();
+    else
+        cursor.hold(box);
     connection.flush();
 }
 
@@ -129,137 +117,121 @@ Hold::Barrier Hold::build(Side side) {
     return barrier;
 }
 
-/// The last motion is over: the cursor is where it led to.
-void Hold::settle() {
-    if (stopped) {
-        before = *stopped;
-        isKnown = true;
-    } else if (isKnown && delta) {
-        before = nearestPlace({before.x + delta->x, before.y + delta->y}, box);
-    }
-    stopped.reset();
-    delta.reset();
-}
-
-bool Hold::isWherePut() const {
-    return isKnown && putAt && std::abs(before.x - putAt->x) < 1 &&
-           std::abs(before.y - putAt->y) < 1;
-}
-
-/// What leads from where the cursor was put back to the edge is a part of the push: of a slow one,
-/// which is put back in each frame, it is a quarter.
-void Hold::noteLead() {
-    if (!isWherePut() || !delta || stopped) return;
-    meter.add({lastTime, span, {}, {}, *delta});
-}
-
-void Hold::moved(Point step, double time, bool afterQuestion) {
-    noteLead();
-    settle();
-    span = time - lastTime;
-    lastTime = time;
-    isKnown &= !barriers.empty();
-    if (barriers.empty()) return;
-    delta = step;
-    if (!afterQuestion) return;
-    sinceQuestion.x += step.x;
-    sinceQuestion.y += step.y;
-}
-
-void Hold::asked() {
-    sinceQuestion = {};
-    stoppedSinceQuestion = false;
-}
-
-void Hold::placed(Point root) {
-    isKnown &= !barriers.empty();
-    if (barriers.empty() || stoppedSinceQuestion) return; // a stop was told later than this
-    const Point last = delta.value_or(Point{});
-    const Point now = stopped.value_or(Point{before.x + last.x, before.y + last.y});
-    const auto agrees = [](double followed, double told) { return std::floor(followed) == told; };
-    // Where they agree the followed place is the better one: it has fractions.
-    const bool isRight = isKnown && agrees(now.x - sinceQuestion.x, root.x) &&
-                         agrees(now.y - sinceQuestion.y, root.y);
-    if (isRight && sinceQuestion == Point{}) settle();
-    if (isRight) return;
-    stopped.reset();
-    before = root;
-    if (sinceQuestion == Point{})
-        delta.reset();
-    else
-        before = nearestPlace(
-            {root.x + sinceQuestion.x - last.x, root.y + sinceQuestion.y - last.y}, box);
-    isKnown = true;
-}
-
-void Hold::put(Point root) {
-    stopped.reset();
-    delta.reset();
-    before = root;
-    isKnown = true;
-    putAt = root;
-}
-
-// Barriers are endless, and stop a cursor outside the screen too.
-std::optional<xcb_point_t> Hold::stoppedAt() const {
-    if (!stopped || barriers.empty() || !box.contains(*stopped)) return std::nullopt;
-    return xcb_point_t{static_cast<std::int16_t>(std::floor(stopped->x)),
-                       static_cast<std::int16_t>(std::floor(stopped->y))};
-}
-
 void Hold::hit(const xcb_input_barrier_hit_event_t& event, double time, bool afterQuestion) {
     const auto barrier = std::find_if(barriers.begin(), barriers.end(),
                                       [&](const Barrier& one) { return one.id == event.barrier; });
     if (barrier == barriers.end()) return;
-    stoppedSinceQuestion |= afterQuestion;
-    const Point told{fromFixed(event.dx), fromFixed(event.dy)};
-    // Two barriers stop a motion into a corner. Otherwise it is another motion, even if its own raw
-    // event is not read.
-    const bool isSecondBarrier =
-        time == lastStop.time && told == lastStop.told && event.barrier != lastStop.barrier;
-    if (stopped && !isSecondBarrier) settle();
-    lastStop = {time, told, event.barrier};
-    stopped = Point{fromFixed(event.root_x), fromFixed(event.root_y)};
+    grabbed = (event.flags & XCB_INPUT_BARRIER_FLAGS_DEVICE_IS_GRABBED) != 0;
+    isTried = !grabbed;
+    lastStop = {barrier->side, {fromFixed(event.root_x), fromFixed(event.root_y)}};
+    cursor.stopped({.side = barrier->side,
+                    .at = lastStop.at,
+                    .told = {fromFixed(event.dx), fromFixed(event.dy)},
+                    .time = time,
+                    .afterQuestion = afterQuestion});
+}
 
-    const bool vertical = isVertical(barrier->side);
-    const auto across = [vertical](Point p) { return vertical ? p.x : p.y; };
-    const auto along = [vertical](Point p) { return vertical ? p.y : p.x; };
-    // A motion that is not the one told, or a place that does not lead to where it was stopped, is
-    // of an absolute device or of another program's warp.
-    const bool sameMotion = delta && std::abs(across(*delta) - across(told)) < 1.5;
-    const double step = sameMotion ? across(*delta) : across(told);
-    const double start = along(*stopped) - along(told);
-    const bool followed = isKnown && sameMotion && std::abs(along(before) - start) < 2.5;
+std::optional<xcb_point_t> Hold::stoppedAt() const {
+    const auto place = cursor.stoppedAt();
+    if (!place || grabbed || othersMove) return std::nullopt;
+    return pixelAt(*place);
+}
 
-    const int edge = lastPixel(barrier->side, box);
-    const double cutOff = (followed ? across(before) - edge : 0) + step;
-    const bool leads = followed && isWherePut();
-    // Where the cursor just reaches the edge nothing is cut off.
-    if (!isOutwards(barrier->side, cutOff) && !(leads && cutOff == 0)) return;
-    const double at = edge;
-    PushMeter::Piece piece{time, sameMotion ? span : event.dtime / 1000.0, {}, {}};
-    // The first one of a contact may end a rest.
-    if (event.dtime == 0 && piece.span > PushMeter::frame) piece.span = 0;
-    piece.from = nearestPixel(vertical ? Point{at, start} : Point{start, at}, box);
-    piece.cutOff = vertical ? Point{cutOff, 0} : Point{0, cutOff};
-    if (leads) piece.lead = vertical ? Point{at - before.x, 0} : Point{0, at - before.y};
-    meter.add(piece);
+void Hold::jumped(bool afterQuestion) {
+    cursor.jumped(afterQuestion);
+    wasInside = othersMove = false;
+}
+
+// A warp of the program's own that leads to where the cursor is kept is none that takes it out.
+void Hold::put(Point root) {
+    cursor.put(root);
+    outside.reset();
+    wasInside = !barriers.empty() && box.contains(root);
+}
+
+// A grab alone proves nothing, as menus and drags have one.
+void Hold::asked() {
+    cursor.asked();
+    if (barriers.empty()) return;
+    if (outside && (confined || givenUp))
+        reach.askForGrab();
+    else if (outside)
+        reach.tryIn(box, pixelAt(*outside), pixelAt(nearestPixel(*outside, box)));
+    else if (!isTried)
+        reach.tryOut(box, lastStop.side, pixelAt(lastStop.at),
+                     nearestBeyond(lastStop.side, lastStop.at));
+    else
+        reach.forget();
+    isTried = true;
+}
+
+bool Hold::placed(Point root) {
+    if (barriers.empty() || box.contains(root)) {
+        outside.reset();
+        if (givenUp) timesTakenOut = 0;
+        confined = givenUp = false;
+        wasInside = !barriers.empty();
+        othersMove = !cursor.placed(root);
+        return true;
+    }
+    const bool isNew = !std::exchange(outside, root);
+    if (isNew && !givenUp) return false; // and now it is tried
+    if (reach.answer() != Reach::Answer::none)
+        confined = reach.answer() == Reach::Answer::notReached;
+    noteTakenOut();
+    othersMove = !cursor.placed(root);
+    return true;
+}
+
+// A cursor that was put inside does not come out by itself. Who takes it out again and again, as
+// games do that want it in the middle of their window, would have it thrown to and fro.
+void Hold::noteTakenOut() {
+    if (!std::exchange(wasInside, false)) return;
+    const auto now = Clock::now();
+    if (now - takenOutAt > std::chrono::seconds(1)) timesTakenOut = 0;
+    takenOutAt = now;
+    givenUp |= ++timesTakenOut >= mostTimesTakenOut;
+}
+
+void Hold::forgetOthers() {
+    grabbed = othersMove = confined = wasInside = givenUp = false;
+    isTried = true;
+    outside.reset();
+    timesTakenOut = 0;
+    reach.forget();
+}
+
+/// The pixel of another monitor that is next to a place at a side, beyond the side's line.
+xcb_point_t Hold::nearestBeyond(Side side, Point from) const {
+    std::optional<Point> nearest;
+    const auto distance = [&](Point p) { return std::hypot(p.x - from.x, p.y - from.y); };
+    for (const Box& other : monitors) {
+        const Box part = partBeyond(side, box, other);
+        if (part.left >= part.right || part.top >= part.bottom) continue;
+        const Point pixel = nearestPixel(from, part);
+        if (!nearest || distance(pixel) < distance(*nearest)) nearest = pixel;
+    }
+    return pixelAt(nearest.value_or(from));
+}
+
+/// Whether the cursor is still at the side that stopped it.
+bool Hold::isAtStop(Point root) const {
+    const Point way{root.x - lastStop.at.x, root.y - lastStop.at.y};
+    return std::abs(isVertical(lastStop.side) ? way.x : way.y) < 3;
 }
 
 std::optional<PushSource::Push> Hold::takePush(Point place) {
-    const auto sum = meter.take();
-    if (!sum || barriers.empty()) return std::nullopt;
-    const xcb_point_t at = displays.toRoot(place);
-    const Point would{at.x + sum->cutOff.x, at.y + sum->cutOff.y};
-    const Point beyond = onDesktop(would, box, monitors);
-    if (box.contains(beyond)) return std::nullopt;
+    const xcb_point_t root = displays.toRoot(place);
+    const Point at{static_cast<double>(root.x), static_cast<double>(root.y)};
+    if ((grabbed && reach.answer() != Reach::Answer::reached) || (othersMove && !isAtStop(at))) {
+        cursor.forgetPush();
+        return std::nullopt;
+    }
+    const auto push = cursor.takePush(at, monitors);
+    if (!push) return std::nullopt;
     const Point origin = displays.toTopLeft(0, 0);
-    const auto heldAt = [](double from, double cutOff, double lead) {
-        return cutOff * lead > 0 ? from - lead : from;
-    };
-    const Point held{heldAt(sum->from.x, sum->cutOff.x, sum->lead.x),
-                     heldAt(sum->from.y, sum->cutOff.y, sum->lead.y)};
-    return Push{{held.x + origin.x, held.y + origin.y}, {beyond.x + origin.x, beyond.y + origin.y}};
+    const auto topLeft = [&](Point p) { return Point{p.x + origin.x, p.y + origin.y}; };
+    return Push{topLeft(push->held), topLeft(push->beyond)};
 }
 
 } // namespace platform::x11

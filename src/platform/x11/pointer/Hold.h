@@ -1,10 +1,11 @@
 #pragma once
 
-#include "platform/x11/pointer/HoldGeometry.h"
+#include "platform/x11/pointer/HeldCursor.h"
 #include "platform/x11/pointer/HoldRoles.h"
-#include "platform/x11/pointer/PushMeter.h"
+#include "platform/x11/pointer/Reach.h"
 #include "platform/x11/session/Displays.h"
 
+#include <chrono>
 #include <xcb/xfixes.h>
 
 namespace platform::x11 {
@@ -24,14 +25,20 @@ class Hold final : public Confinement, public CursorTrack, public PushSource {
     bool isBeyond(Point topLeft) const override { return wanted && !wanted->contains(topLeft); }
     void put(Point root) override;
 
-    void moved(Point delta, double time, bool afterQuestion) override;
+    void moved(Point step, double time, bool afterQuestion) override {
+        cursor.moved(step, time, afterQuestion);
+    }
+    void jumped(bool afterQuestion) override;
     void hit(const xcb_input_barrier_hit_event_t& event, double time, bool afterQuestion) override;
     void asked() override;
-    void placed(Point root) override;
+    bool placed(Point root) override;
     std::optional<xcb_point_t> stoppedAt() const override;
 
     void suspend(bool on) override;
     std::optional<Push> takePush(Point place) override;
+    bool isOutOfReach(Point topLeft) const override {
+        return (confined || givenUp) && isBeyond(topLeft);
+    }
 
   private:
     struct Barrier {
@@ -39,12 +46,13 @@ class Hold final : public Confinement, public CursorTrack, public PushSource {
         xcb_xfixes_barrier_t id;
     };
 
-    bool isWherePut() const;
-    void noteLead();
     void rebuild();
+    void forgetOthers();
+    bool isAtStop(Point root) const;
+    xcb_point_t nearestBeyond(Side side, Point from) const;
+    void noteTakenOut();
     void replaceBarriers(const std::vector<Side>& sides);
     Barrier build(Side side);
-    void settle();
 
     Connection& connection;
     Displays& displays;
@@ -55,24 +63,25 @@ class Hold final : public Confinement, public CursorTrack, public PushSource {
     Box box;                   ///< the screen, while there are barriers
     std::vector<Box> monitors; ///< all of them
     std::vector<Barrier> barriers;
-    PushMeter meter;
+    HeldCursor cursor;
 
-    // Where the cursor was before the last motion, and that motion.
-    Point before;
-    bool isKnown = false;
-    std::optional<Point> delta; ///< nothing where raw motion is not read
-    double span = 0;            ///< seconds since the motion before it
-    double lastTime = 0;
-    std::optional<Point> putAt;   ///< by the program, at the last time
-    std::optional<Point> stopped; ///< where a barrier stopped that motion
+    using Clock = std::chrono::steady_clock;
+
+    // What other clients do with the cursor.
+    Reach reach;
+    bool grabbed = false; ///< by somebody, at the last stop
     struct {
-        double time;
-        Point told;
-        xcb_xfixes_barrier_t barrier;
+        Side side;
+        Point at;
     } lastStop{};
-
-    Point sinceQuestion;
-    bool stoppedSinceQuestion = false;
+    bool isTried = true;          ///< whether it can cross the side of that stop
+    bool othersMove = false;      ///< at the last look it was not where it was followed to
+    std::optional<Point> outside; ///< where it was seen there, unless it was put elsewhere since
+    bool confined = false;        ///< and cannot come in
+    bool wasInside = false;       ///< when it was last seen, or put somewhere
+    int timesTakenOut = 0;        ///< by somebody, shortly one after the other
+    Clock::time_point takenOutAt;
+    bool givenUp = false; ///< somebody insists on having it outside
 };
 
 } // namespace platform::x11

@@ -1,9 +1,23 @@
 #include "platform/x11/pointer/HoldGeometry.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace platform::x11 {
+
+bool isVertical(Side side) {
+    return side == Side::left || side == Side::right;
+}
+
+int lastPixel(Side side, const Box& box) {
+    const std::array pixels{box.left, box.right - 1, box.top, box.bottom - 1};
+    return pixels[static_cast<std::size_t>(side)];
+}
+
+bool isOutwards(Side side, double way) {
+    return side == Side::right || side == Side::bottom ? way > 0 : way < 0;
+}
 
 std::vector<Side> innerSides(const Box& screen, std::span<const Box> monitors) {
     std::vector<Side> sides;
@@ -15,6 +29,25 @@ std::vector<Side> innerSides(const Box& screen, std::span<const Box> monitors) {
     add(Side::top, [&](const Box& other) { return other.top < screen.top; });
     add(Side::bottom, [&](const Box& other) { return other.bottom > screen.bottom; });
     return sides;
+}
+
+Box partBeyond(Side side, const Box& screen, const Box& other) {
+    Box part = other;
+    switch (side) {
+    case Side::left:
+        part.right = std::min(part.right, screen.left);
+        break;
+    case Side::right:
+        part.left = std::max(part.left, screen.right);
+        break;
+    case Side::top:
+        part.bottom = std::min(part.bottom, screen.top);
+        break;
+    case Side::bottom:
+        part.top = std::max(part.top, screen.bottom);
+        break;
+    }
+    return part;
 }
 
 Point nearestPixel(Point p, const Box& box) {

@@ -21,9 +21,19 @@ struct Box {
 
 enum class Side { left, right, top, bottom };
 
+/// Whether the side is a vertical line.
+bool isVertical(Side side);
+/// The column, or row, of pixels in which the cursor stands when the side stops it.
+int lastPixel(Side side, const Box& box);
+/// Whether a way across the side's line leads out; a way of no length does not.
+bool isOutwards(Side side, double way);
+
 /// The sides of `screen` beyond whose line a part of some other monitor lies: the only ones through
 /// which a straight way leads to another monitor, slanting ones over the corners included.
 std::vector<Side> innerSides(const Box& screen, std::span<const Box> monitors);
+
+/// What of `other` lies beyond the line of the side; a box without pixels where nothing does.
+Box partBeyond(Side side, const Box& screen, const Box& other);
 
 /// Where the server would keep a cursor that moves from `screen` towards `p`: within the bounds of
 /// the desktop, and on the screen that it comes from where there is no monitor.

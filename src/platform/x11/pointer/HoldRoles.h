@@ -29,14 +29,17 @@ class CursorTrack {
   public:
     /// A motion of a device; `afterQuestion`: after the question that is on its way.
     virtual void moved(Point delta, double time, bool afterQuestion) = 0;
+    /// A device that tells places, and no steps, has put the cursor somewhere.
+    virtual void jumped(bool afterQuestion) = 0;
     virtual void hit(const xcb_input_barrier_hit_event_t& event, double time,
                      bool afterQuestion) = 0;
-    /// The place was asked for.
+    /// The place is asked for next.
     virtual void asked() = 0;
-    /// The place where the cursor was at the question, root coordinates.
-    virtual void placed(Point root) = 0;
+    /// The place where the cursor was at the question, root coordinates. False: it is to be asked
+    /// for once more.
+    virtual bool placed(Point root) = 0;
     /// The pixel of the screen at which a barrier ended the last motion, root coordinates; nothing
-    /// after another motion, as far as motion is read.
+    /// after another motion, as far as motion is read, and where somebody else may move the cursor.
     virtual std::optional<xcb_point_t> stoppedAt() const = 0;
 
   protected:
@@ -58,6 +61,9 @@ class PushSource {
     virtual std::optional<Push> takePush(Point place) = 0;
     /// Whether the point, top-left coordinates, is outside the screen that was asked for.
     virtual bool isBeyond(Point topLeft) const = 0;
+    /// Whether the point, top-left coordinates, is outside that screen and the cursor is kept there
+    /// by another program: no answer to what happens there would be carried out.
+    virtual bool isOutOfReach(Point topLeft) const = 0;
 
   protected:
     ~PushSource() = default;

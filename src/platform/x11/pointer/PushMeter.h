@@ -10,12 +10,17 @@ namespace platform::x11 {
 /// Adds up what a barrier cuts off the hand's motion, to what it was within one frame of a display.
 /// A mouse at 125 Hz reports twice or three times in a frame and one at 8000 Hz a hundred times; a
 /// report stands for the span since the one before it, and counts by the share of that span that
-/// lies in the frame, so that the sum tells the speed of the hand and nothing of the mouse.
+/// lies in the frame, so that the sum tells the speed of the hand and nothing of the mouse. Of a
+/// device that reports less than once in a frame the last two reports are averaged: it counts whole
+/// pixels, and one of a few may be wrong by a third.
 class PushMeter {
   public:
     static constexpr double frame = 1.0 / 60; ///< seconds; summed up are the last 16 ms of it
 
     PushMeter();
+
+    /// The hand's device reported a motion, `span` seconds after the one before it.
+    void reported(double span);
 
     struct Piece {
         double time = 0; ///< seconds, the server's clock
@@ -32,12 +37,19 @@ class PushMeter {
         Point lead;
     };
     /// The frame up to the last piece, but nothing that an earlier call was about; nothing without
-    /// a piece that a barrier stopped. The pieces are forgotten.
+    /// a piece that a barrier stopped. The pieces are forgotten, but a slow device's last one.
     std::optional<Sum> take();
-    void clear() { pieces.clear(); }
+    void clear();
 
   private:
+    bool isSlow() const;
+    std::optional<Sum> ofLastFrame() const;
+    std::optional<Sum> ofLastTwo() const;
+
     std::vector<Piece> pieces;
+    std::optional<Piece> earlier; ///< the last one that was taken
+    double usualSpan = 0;         ///< between the reports of a hand that moves
+    int reports = 0;              ///< that it is the mean of, about
 };
 
 } // namespace platform::x11

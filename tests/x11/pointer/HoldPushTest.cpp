@@ -125,7 +125,10 @@ TEST_F(X11Hold, TellsWhereACursorBesideTheScreenIsStopped) {
 TEST_F(X11Hold, AsksNothingWhereABarrierTellsThePlace) {
     start();
     hold();
+    // To the edge, where it is then seen to be.
     hand->moveTo(1919, 500);
+    runPastScroll();
+    hand->relative(0, 1);
     runPastScroll();
     constexpr int pushes = 20;
     const auto requests = [this] {

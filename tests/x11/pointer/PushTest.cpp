@@ -43,10 +43,11 @@ TEST(Push, IsTheSameAtEveryPollingRate) {
 
 TEST(Push, CountsAReportByTheShareOfItsSpanThatLiesInTheFrame) {
     PushMeter meter;
-    meter.add({1.000, 0.032, {}, {100, 0}});
+    meter.add({1.000, 0.016, {}, {100, 0}});
+    meter.add({1.012, 0.012, {}, {10, 0}});
     const auto sum = meter.take();
     ASSERT_TRUE(sum);
-    EXPECT_NEAR(sum->cutOff.x, 50, 0.01);
+    EXPECT_NEAR(sum->cutOff.x, 25 + 10, 0.01) << "4 of 16 ms, and 12 of 12";
 }
 
 // The server's clock is a large number of which a frame is a small difference.
@@ -121,12 +122,16 @@ TEST(HoldGeometry, ClampsAPointOutsideAsTheServerWould) {
     EXPECT_EQ(onDesktop({2000, 30}, left, both), (Point{1919, 30})) << "there is no monitor";
 }
 
+namespace {
+constexpr std::uint16_t mouse = 10; // the server's number
+}
+
 TEST(MotionWatch, ReadsEventsAtRestAndWhereTheCursorCannotMove) {
     MotionWatch watch;
     EXPECT_TRUE(watch.readsEvents());
     const auto fastFrame = [&](bool moves) {
         for (int i = 0; i < 130; ++i)
-            watch.event({1, 0});
+            watch.event({1, 0}, mouse);
         watch.looked(moves);
         return watch.frameEnded();
     };
@@ -143,15 +148,29 @@ TEST(MotionWatch, ReadsEventsAtRestAndWhereTheCursorCannotMove) {
 TEST(MotionWatch, ReadsTheEventsOfASlowMouseAndFractionsAtABarrier) {
     MotionWatch watch;
     for (int i = 0; i < 3; ++i)
-        watch.event({5, 0});
+        watch.event({5, 0}, mouse);
     watch.looked(true);
     EXPECT_FALSE(watch.frameEnded());
     for (int i = 0; i < 130; ++i)
-        watch.event({0.6, 0});
+        watch.event({0.6, 0}, mouse);
     watch.looked(true);
     EXPECT_TRUE(watch.frameEnded());
     watch.looked(false);
-    watch.stopped();
+    watch.stopped(mouse);
     EXPECT_TRUE(watch.frameEnded());
     EXPECT_TRUE(watch.readsEvents());
+}
+
+TEST(MotionWatch, TakesTheFractionsOfOneDeviceForNoneOfAnother) {
+    constexpr std::uint16_t pad = 11;
+    for (const bool padStops : {false, true}) {
+        MotionWatch watch;
+        watch.event({0.5, 0}, pad);
+        for (int i = 0; i < 130; ++i)
+            watch.event({1, 0}, mouse);
+        watch.looked(true);
+        watch.stopped(padStops ? pad : mouse);
+        watch.frameEnded();
+        EXPECT_EQ(watch.readsEvents(), padStops);
+    }
 }

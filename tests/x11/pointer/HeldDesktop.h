@@ -1,8 +1,8 @@
 #pragma once
 
-#include "SeenEvents.h"
 #include "testing/desktop/PrivateDesktop.h"
 #include "testing/eye/Eye.h"
+#include "tests/x11/SeenEvents.h"
 
 namespace x11tests {
 
@@ -12,8 +12,12 @@ constexpr platform::Rect left{0, 0, 1920, 1080};
 constexpr platform::Rect right{1920, 56, 1280, 1024};
 
 struct X11Hold : SeenEvents, testing::Test {
-    void start(const std::string& layout = "1920x1080+0+0,1280x1024+1920+56") {
-        desktop = std::make_unique<support::PrivateDesktop>(layout);
+    void start(const std::string& layout = "1920x1080+0+0,1280x1024+1920+56",
+               std::vector<std::string> devices = {}) {
+        support::PrivateDesktop::Options options;
+        options.layout = layout;
+        options.devices = std::move(devices);
+        desktop = std::make_unique<support::PrivateDesktop>(options);
         session = std::make_unique<Session>(desktop->display(), GAMMA_GUARD);
         hand = std::make_unique<support::Hand>(desktop->display());
         eye = std::make_unique<support::Eye>(desktop->display());
