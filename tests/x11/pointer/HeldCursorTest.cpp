@@ -100,7 +100,8 @@ TEST_F(Held, IsPushedByAsMuchAsOneFrameCutsOff) {
 TEST_F(Held, IsPushedByFractionsOfPixels) {
     seeAt({1998, 1500});
     move({1.25, 0});
-    push(Side::right, {1999, 1500}, {1.25, 0});
+    move({1.25, 0});
+    stop(Side::right, {1999, 1500}, {1, 0});
     expectPush({1999, 1500}, {1999, 1500}, {1.5, 0}); // from 1999.25
 }
 
@@ -114,6 +115,10 @@ TEST_F(Held, IsNotPushedByWhatLeadsAway) {
     seeAt({1999, 1500});
     push(Side::right, {1999, 1500}, {-9, 0});
     EXPECT_FALSE(take({1999, 1500}));
+    cursor.put({1998, 1500});
+    push(Side::right, {1999, 1500}, {-9, 0});
+    push(Side::right, {1999, 1500}, {30, 0});
+    expectPush({1999, 1500}, {1999, 1500}, {30, 0});
 }
 
 TEST_F(Held, IsNotPushedWhereNoMonitorLies) {
@@ -142,12 +147,31 @@ TEST_F(Held, IsPushedByTheWayFromWhereItWasPutBackToo) {
     move({5, 0});
     push(Side::right, {1999, 1500}, {9, 0});
     expectPush({1999, 1500}, {1994, 1500}, {10, 0}); // what led to the side in one step
+
+    cursor.put({1998, 1500});
+    push(Side::right, {1999, 1500}, {1, 0}); // just to the side
+    push(Side::right, {1999, 1500}, {4, 0});
+    expectPush({1999, 1500}, {1998, 1500}, {5, 0});
 }
 
 TEST_F(Held, IsPushedUpwardsByTheWayFromWhereItWasPutBackToo) {
     cursor.put({1500, 1001});
     push(Side::top, {1500, 1000}, {0, -5});
     expectPush({1500, 1000}, {1500, 1001}, {0, -5});
+
+    cursor.put({1500, 1002});
+    move({0, -2});
+    push(Side::top, {1500, 1000}, {0, -3});
+    expectPush({1500, 1000}, {1500, 1002}, {0, -5});
+}
+
+TEST_F(Held, IsPushedByNoWayFromElsewhereThanWhereItWasPutBack) {
+    for (const Point away : {Point{0, 1.5}, Point{0, -1.5}, Point{-1.5, 0}}) {
+        cursor.put({1997, 1500});
+        seeAt({1997 + away.x, 1500 + away.y});
+        push(Side::right, {1999, 1500 + away.y}, {7, 0});
+        expectPush({1999, 1500 + away.y}, {1999, 1500 + away.y}, {5 + away.x, 0});
+    }
 }
 
 TEST_F(Held, IsStoppedByTwoSidesInACornerAndPushedAgainstBoth) {
@@ -159,6 +183,27 @@ TEST_F(Held, IsStoppedByTwoSidesInACornerAndPushedAgainstBoth) {
         cursor.takePush({1999, 1999}, std::vector<Box>{middle, {1000, 1000, 4000, 4000}});
     ASSERT_TRUE(push);
     EXPECT_EQ(push->beyond, (Point{2029, 2039}));
+}
+
+// The motions that are stopped then are not read.
+TEST_F(Held, TakesAStopForOneOfTheSameMotionOnlyInACorner) {
+    const std::vector<Box> slanting{middle, {1000, 1000, 4000, 4000}};
+    const auto pushedDown = [&](double later, Point told) {
+        seeAt({1999, 1999});
+        move({30.5, 30.5}); // the server drops the fractions
+        stop(Side::right, {1999, 1999}, {30, 30});
+        now += later;
+        stop(Side::bottom, {1999, 1999}, told);
+        const auto push = cursor.takePush({1999, 1999}, slanting);
+        return push ? push->beyond.y - 1999 : 0;
+    };
+    EXPECT_EQ(pushedDown(0, {30, 30}), 30.5);
+    EXPECT_EQ(pushedDown(0.001, {30, 30}), 30);
+    EXPECT_EQ(pushedDown(0, {30, 30.25}), 30.25);
+    seeAt({1989, 1500});
+    push(Side::right, {1999, 1500}, {30, 0});
+    stop(Side::right, {1999, 1500}, {30, 0}); // in the same millisecond
+    expectPush({1999, 1500}, {1999, 1500}, {50, 0});
 }
 
 TEST_F(Held, TakesASecondStopOfTheSameSideForAnotherMotion) {
@@ -234,6 +279,63 @@ TEST_F(Held, IsFollowedWithWhatCameAfterTheQuestion) {
     asksAlready = false;
     push(Side::right, {1999, 1500}, {50, 0}); // from 1960
     expectPush({1999, 1500}, {1999, 1500}, {11, 0});
+}
+
+TEST_F(Held, IsFollowedByWhatCameBeforeTheQuestionOnlyWhereThePlaceHasIt) {
+    seeAt({1900, 1500});
+    cursor.asked();
+    move({30, 0}); // the server tells it now, but it was before
+    EXPECT_FALSE(cursor.placed({1910, 1500}));
+    push(Side::right, {1999, 1500}, {100, 0});
+    expectPush({1999, 1500}, {1999, 1500}, {11, 0}); // from 1910
+
+    seeAt({1900, 1500});
+    cursor.asked();
+    asksAlready = true;
+    move({30, 0});
+    asksAlready = false;
+    cursor.placed({1900, 1500});
+    seeAt({1910, 1500}); // another question, which that motion was before
+    push(Side::right, {1999, 1500}, {100, 0});
+    expectPush({1999, 1500}, {1999, 1500}, {11, 0});
+}
+
+TEST_F(Held, KeepsItsFractionsWhereTheAnswerAgrees) {
+    seeAt({1900, 1500});
+    move({10.5, 3.5});
+    cursor.asked();
+    asksAlready = true;
+    move({80.25, 20});
+    EXPECT_TRUE(cursor.placed({1910, 1503}));
+    stop(Side::right, {1999, 1523}, {80, 20}); // of the motion that was told last
+    asksAlready = false;
+    EXPECT_FALSE(take({1999, 1523})) << "from 1910.5";
+    push(Side::right, {1999, 1523}, {80, 0});
+    expectPush({1999, 1523}, {1999, 1523}, {80, 0});
+
+    seeAt({1900, 1500});
+    move({10.5, 3.5});
+    cursor.asked();
+    asksAlready = true;
+    move({98.25, 20});
+    EXPECT_TRUE(cursor.placed({1910, 1503}));
+    stop(Side::right, {1999, 1523}, {98, 20});
+    asksAlready = false;
+    expectPush({1999, 1523}, {1999, 1503}, {9.75, 20});
+}
+
+TEST_F(Held, IsMovedBySomebodyElseOnlyWhereItWasFollowed) {
+    move({5, 0});
+    EXPECT_TRUE((cursor.asked(), cursor.placed({1500, 1500}))) << "nobody knew where it was";
+    EXPECT_TRUE((cursor.asked(), cursor.placed({1600, 1500}))) << "no motion is read";
+    move({5, 0});
+    EXPECT_FALSE((cursor.asked(), cursor.placed({1700, 1500})));
+    EXPECT_TRUE((cursor.asked(), cursor.placed({1800, 1500})));
+    move({5, 0});
+    EXPECT_TRUE((cursor.asked(), cursor.placed({1805, 1500})));
+    EXPECT_TRUE((cursor.asked(), cursor.placed({1900, 1500})));
+    cursor.release();
+    EXPECT_TRUE((cursor.asked(), cursor.placed({100, 100})));
 }
 
 TEST_F(Held, StandsByAStopThatCameAfterTheQuestion) {

@@ -109,6 +109,35 @@ TEST_F(X11Hold, DoesNotTrapTheCursorOnAScreenThatIsNoMore) {
     EXPECT_EQ(eye->cursor(), (Spot{2400, 500}));
 }
 
+// The held screen stays where it is to the program, as its origin is the primary monitor.
+TEST_F(X11Hold, StandsOnTheSideOnWhichAMonitorComes) {
+    start();
+    if (!desktop->canPlugOutputs()) GTEST_SKIP() << "needs Xorg with the dummy driver";
+    hold();
+    struct Row {
+        const char* layout;
+        Spot from; ///< next to the side
+        int dx, dy;
+        Spot stopped;
+    };
+    for (const Row& row :
+         {Row{"1920x1080+1280+0*,1280x1024+0+56", {1300, 500}, -200, 0, {1280, 500}},
+          Row{"1920x1080+0+1024*,1280x1024+0+0", {500, 1040}, 0, -200, {500, 1024}},
+          Row{"1920x1080+0+0*,1280x1024+0+1080", {500, 1060}, 0, 200, {500, 1079}},
+          Row{"1920x1080+0+0*,1280x1024+1920+56", {1900, 500}, 200, 0, {1919, 500}}}) {
+        const auto before = session->displays.screens()[1].frame;
+        desktop->setLayout(row.layout);
+        ASSERT_TRUE(
+            session->loop.runUntil([&] { return session->displays.screens()[1].frame != before; }));
+        session->sync();
+        hand->moveTo(row.from.x, row.from.y);
+        hand->relative(row.dx, row.dy);
+        EXPECT_EQ(eye->cursor(), row.stopped) << row.layout;
+        hand->relative(-row.dx, -row.dy);
+        EXPECT_NE(eye->cursor(), row.stopped) << "and nowhere else";
+    }
+}
+
 TEST_F(X11Hold, IsNotThereWhereItIsNotAllowed) {
     start();
     session = std::make_unique<Session>(desktop->display(), GAMMA_GUARD, false);

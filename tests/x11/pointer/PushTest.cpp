@@ -113,6 +113,16 @@ TEST(Barriers, StandOnTheSidesBeyondWhichAnotherMonitorLies) {
         << "a slanting way leads through the upper side too";
 }
 
+TEST(HoldGeometry, TellsWhatOfAMonitorLiesBeyondASide) {
+    const Box screen{1000, 1000, 2000, 2000}, other{500, 700, 2300, 2400};
+    EXPECT_EQ(partBeyond(Side::left, screen, other), (Box{500, 700, 1000, 2400}));
+    EXPECT_EQ(partBeyond(Side::right, screen, other), (Box{2000, 700, 2300, 2400}));
+    EXPECT_EQ(partBeyond(Side::top, screen, other), (Box{500, 700, 2300, 1000}));
+    EXPECT_EQ(partBeyond(Side::bottom, screen, other), (Box{500, 2000, 2300, 2400}));
+    const Box beside{2500, 2500, 3000, 3000};
+    EXPECT_EQ(partBeyond(Side::right, screen, beside), beside);
+}
+
 TEST(HoldGeometry, ClampsAPointOutsideAsTheServerWould) {
     const Box left{0, 0, 1920, 1080}, right{1920, 56, 3200, 1080};
     const std::vector<Box> both{left, right};

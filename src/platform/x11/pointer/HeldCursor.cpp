@@ -60,7 +60,6 @@ void HeldCursor::moved(Point step, double time, bool afterQuestion) {
     lastTime = time;
     meter.reported(span);
     isKnown &= held;
-    if (!held) return;
     delta = step;
     anyRead = true;
     if (!afterQuestion) return;
@@ -121,7 +120,6 @@ std::optional<Point> HeldCursor::stoppedAt() const {
 }
 
 void HeldCursor::stopped(const Stop& now) {
-    if (!held) return;
     stoppedSinceQuestion |= now.afterQuestion;
     // Two barriers stop a motion into a corner. Otherwise it is another motion, even if its own raw
     // event is not read.
