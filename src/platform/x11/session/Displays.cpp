@@ -107,7 +107,7 @@ void Displays::describe(const std::vector<Monitor>& monitors) {
         for (const std::size_t member : members)
             for (const auto& cookie : monitors[member].asked) {
                 const auto output = connection.wait(cookie, xcb_randr_get_output_info_reply);
-                if (output && output->crtc != XCB_NONE) wires.crtcs.push_back(output->crtc);
+                if (output && output->crtc != XCB_NONE) wires.push_back(output->crtc);
             }
         wiring.push_back(std::move(wires));
     }
@@ -130,23 +130,6 @@ xcb_rectangle_t Displays::toRoot(Rect r) const {
         return static_cast<std::uint16_t>(std::clamp(std::round(v), 1.0, 32767.0));
     };
     return {corner.x, corner.y, size(r.width), size(r.height)};
-}
-
-std::vector<xcb_randr_crtc_t> Displays::crtcsUnder(Rect bottomLeft) const {
-    std::vector<xcb_randr_crtc_t> found;
-    for (std::size_t i = 0; i < list.size(); ++i) {
-        const Rect& f = list[i].frame;
-        if (!bottomLeft.contains({f.x + f.width / 2, f.y + f.height / 2})) continue;
-        for (xcb_randr_crtc_t crtc : wiring[i].crtcs)
-            if (std::find(found.begin(), found.end(), crtc) == found.end()) found.push_back(crtc);
-    }
-    return found;
-}
-
-bool Displays::isActive(xcb_randr_crtc_t crtc) const {
-    return std::any_of(wiring.begin(), wiring.end(), [&](const Wiring& w) {
-        return std::find(w.crtcs.begin(), w.crtcs.end(), crtc) != w.crtcs.end();
-    });
 }
 
 } // namespace platform::x11

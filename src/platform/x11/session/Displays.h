@@ -34,16 +34,9 @@ class Displays final : public platform::Displays, private Listener {
     /// The places of the screens in their order, root coordinates. Valid until the run loop turns.
     std::span<const xcb_rectangle_t> areas() const { return rootAreas; }
 
-    /// The CRTCs of the monitors whose middle lies in a bottom-left rectangle.
-    std::vector<xcb_randr_crtc_t> crtcsUnder(Rect bottomLeft) const;
-    bool isActive(xcb_randr_crtc_t crtc) const;
-
   private:
     struct Monitor;
-    struct Wiring {
-        std::vector<xcb_randr_crtc_t> crtcs;
-        bool operator==(const Wiring&) const = default;
-    };
+    using Wiring = std::vector<xcb_randr_crtc_t>;
 
     void handle(const xcb_generic_event_t& event) override;
     void batchEnded() override;
