@@ -387,6 +387,17 @@ TEST_F(Held, ForgetsWhatWasPushedWithTheScreen) {
     EXPECT_FALSE(take({1999, 1500}));
 }
 
+TEST_F(Held, ForgetsItsMotionWithTheScreenAndInAJump) {
+    move({20.5, 0});
+    cursor.hold(middle);
+    stop(Side::right, {1999, 1500}, {20, 0});
+    expectPush({1999, 1500}, {1999, 1500}, {20, 0});
+    move({20.5, 0});
+    cursor.jumped(false);
+    stop(Side::right, {1999, 1500}, {20, 0});
+    expectPush({1999, 1500}, {1999, 1500}, {20, 0});
+}
+
 TEST_F(Held, IsKnownWhereItWasPutBeforeTheBarriersStand) {
     cursor.release();
     cursor.put({1990, 1500});
