@@ -97,6 +97,57 @@ TEST(Push, TellsTheWayFromWhereTheCursorWasPutBackApart) {
     EXPECT_EQ(sum->from, (Point{1920, 31}));
 }
 
+TEST(Push, OfASlowDeviceIsTheMeanOfItsLastTwoReports) {
+    PushMeter meter;
+    double time = 1;
+    const auto after = [&](double pause, double cutOff, double lead = 0) {
+        time += pause;
+        meter.add({time, pause, {time, 0}, {cutOff, 0}, {lead, 0}});
+    };
+    const auto report = [&](int times, double span) {
+        for (int i = 0; i < times; ++i)
+            meter.reported(span);
+    };
+    const auto expectSum = [&](double cutOff, double lead = 0) {
+        const auto sum = meter.take();
+        ASSERT_TRUE(sum);
+        EXPECT_NEAR(sum->cutOff.x, cutOff, 1e-9);
+        EXPECT_NEAR(sum->lead.x, lead, 1e-9);
+        EXPECT_EQ(sum->from.x, time);
+    };
+    report(8, 0.04); // rests are no rate
+    report(7, 0.025);
+    after(0.025, 10);
+    expectSum(10);
+    report(1, 0.025);
+    after(0.1, 10);
+    expectSum(6.4); // 16 of 25 ms
+    after(0.025, 20, 5);
+    expectSum(9.6, 1.6);
+    after(0.04, 20);
+    expectSum(12.8); // the one before is of another push
+    after(0.1, 2);
+    after(0.025, 4);
+    after(0.025, 8);
+    expectSum(3.84);
+    after(0.025, 0, 1);
+    time -= 0.025;
+    const auto sum = meter.take();
+    ASSERT_TRUE(sum);
+    EXPECT_NEAR(sum->cutOff.x, 2.56, 1e-9);
+    EXPECT_EQ(sum->from.x, time) << "where something was cut off";
+    time += 0.025;
+    after(0.025, 0, 1);
+    EXPECT_FALSE(meter.take()) << "nothing was cut off";
+    after(0.025, 10);
+    meter.clear();
+    after(0.025, 10);
+    expectSum(6.4);
+    report(30, 0.001); // another device
+    after(0.1, 10);
+    expectSum(10);
+}
+
 TEST(Barriers, StandOnTheSidesBeyondWhichAnotherMonitorLies) {
     using Sides = std::vector<Side>;
     const Box screen{0, 0, 1920, 1080};

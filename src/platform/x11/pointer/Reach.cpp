@@ -35,14 +35,9 @@ constexpr xcb_rectangle_t anywhere{0, 0, 0, 0};
 
 } // namespace
 
-Reach::Reach(Connection& x) : connection(x), unmapped(xcb_generate_id(x.xcb())) {
-    xcb_create_window(connection.xcb(), XCB_COPY_FROM_PARENT, unmapped, connection.root(), -1, -1,
-                      1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
-}
-
 Reach::~Reach() {
     connection.forget(*this);
-    xcb_destroy_window(connection.xcb(), unmapped);
+    if (unmapped != XCB_NONE) xcb_destroy_window(connection.xcb(), unmapped);
 }
 
 void Reach::warp(const xcb_rectangle_t& only, xcb_window_t from, int x, int y) {
@@ -91,6 +86,12 @@ void Reach::tryIn(const Box& screen, xcb_point_t from, xcb_point_t to) {
 // The server looks for another client's grab before it looks at the window. Asked by the core
 // protocol's request it would lift the other's confinement, though it refuses the grab.
 void Reach::askForGrab() {
+    if (unmapped == XCB_NONE) {
+        unmapped = xcb_generate_id(connection.xcb());
+        xcb_create_window(connection.xcb(), XCB_COPY_FROM_PARENT, unmapped, connection.root(), -1,
+                          -1, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0,
+                          nullptr);
+    }
     await(xcb_input_xi_grab_device(connection.xcb(), unmapped, XCB_CURRENT_TIME, XCB_NONE,
                                    connection.masterPointer(), XCB_INPUT_GRAB_MODE_22_ASYNC,
                                    XCB_INPUT_GRAB_MODE_22_ASYNC, XCB_INPUT_GRAB_OWNER_NO_OWNER, 0,

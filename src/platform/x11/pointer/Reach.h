@@ -12,7 +12,7 @@ namespace platform::x11 {
 class Reach final : private Listener {
   public:
     /// On the connection that the events are read from.
-    explicit Reach(Connection& connection);
+    explicit Reach(Connection& x) : connection(x) {}
     ~Reach();
     Reach(const Reach&) = delete;
     Reach& operator=(const Reach&) = delete;
@@ -40,7 +40,8 @@ class Reach final : private Listener {
     void await(unsigned sequence, bool isGrab);
 
     Connection& connection;
-    xcb_window_t unmapped; ///< cannot be grabbed, so that asking for it takes nothing
+    /// Cannot be grabbed, so that asking for it takes nothing. Made when it is first needed.
+    xcb_window_t unmapped = XCB_NONE;
     Answer last = Answer::none;
     unsigned asked = 0; ///< its sequence, 0 for none
     bool isAboutGrab = false;
