@@ -36,6 +36,9 @@ TEST_F(Held, IsPushedByAsMuchAsOneFrameCutsOff) {
     for (int i = 0; i < 5; ++i)
         push(Side::right, {1999, 1500}, {20, 0});
     expectPush({1999, 1500}, {1999, 1500}, {40, 0}); // of 8 ms each
+    push(Side::right, {1999, 1500}, {12, 0}, 12);
+    push(Side::right, {1999, 1500}, {12, 0}, 12);
+    expectPush({1999, 1500}, {1999, 1500}, {16, 0}); // a third of the first
 }
 
 // The server drops them at a barrier.
@@ -105,6 +108,11 @@ TEST_F(Held, IsPushedUpwardsByTheWayFromWhereItWasPutBackToo) {
     move({0, -2});
     push(Side::top, {1500, 1000}, {0, -3});
     expectPush({1500, 1000}, {1500, 1002}, {0, -5});
+
+    cursor.put({1500, 1002});
+    move({3, -2});
+    push(Side::top, {1503, 1000}, {0, -3});
+    expectPush({1503, 1000}, {1503, 1002}, {0, -5}); // it was not pushed sideways
 }
 
 TEST_F(Held, IsPushedByNoWayFromElsewhereThanWhereItWasPutBack) {
