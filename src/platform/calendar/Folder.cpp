@@ -14,10 +14,10 @@ namespace fs = std::filesystem;
 
 namespace {
 
+constexpr std::time_t aDay = 24 * 60 * 60;
+
 // What tells which days an event recurs on.
 const std::vector<std::string_view> ruleNames = {"RRULE", "RDATE", "EXDATE", "EXRULE"};
-const std::vector<ICalPropertyKind> rules = {I_CAL_RRULE_PROPERTY, I_CAL_RDATE_PROPERTY,
-                                             I_CAL_EXDATE_PROPERTY, I_CAL_EXRULE_PROPERTY};
 
 ICalTimezone* lookUpZone(const gchar* name, gpointer data, GCancellable*, GError**) {
     if (ICalTimezone* const known = e_cal_client_tzlookup_icalcomp_cb(name, data, nullptr, nullptr))
@@ -49,24 +49,35 @@ bool hasBadValue(ICalComponent* component) {
                                [](const Component& part) { return hasBadValue(part.get()); });
 }
 
-std::string propertyText(ICalComponent* event, const std::vector<ICalPropertyKind>& kinds) {
-    std::string text;
-    for (const ICalPropertyKind kind : kinds)
-        for (const auto& property : propertiesOf(event, kind))
-            text += take(i_cal_property_as_ical_string(property.get()));
-    return text;
-}
-
 } // namespace
 
-Folder::Folder(std::string folder, Now clock) : path(std::move(folder)), now(std::move(clock)) {}
+Folder::Folder(std::string folder, Now clock, std::string journalFile)
+    : path(std::move(folder)), now(std::move(clock)), journal(std::move(journalFile)) {}
 
 Opened Folder::open() {
     std::error_code error;
     (void)fileNames(path, error);
-    if (!error) return {};
+    if (!error) {
+        settleCuts();
+        return {};
+    }
     return {Refusal::noFolder,
             "the calendar folder " + path + " cannot be read: " + error.message()};
+}
+
+/// A cut that a kill has ended before its second write is undone, unless somebody has changed one
+/// of its halves since: then both stay.
+void Folder::settleCuts() {
+    for (const Cut& cut : journal.cuts()) {
+        if (cut.place != path) continue;
+        const auto whole = linux::readFile(path + "/" + cut.before);
+        const auto after = linux::readFile(path + "/" + cut.after);
+        if (whole.state == linux::FileRead::State::failed) continue;
+        std::error_code none;
+        if (checksumOf(whole.text) == cut.wholeSum && checksumOf(after.text) == cut.partSum)
+            (void)fs::remove(path + "/" + cut.after, none);
+        journal.strike(cut);
+    }
 }
 
 void Folder::read(File& file, std::string text) {
@@ -104,6 +115,12 @@ void Folder::readAgain(const std::string& name) {
     const auto identity = linux::identityOf(path + "/" + name);
     const auto known = files.find(name);
     if (known != files.end() && identity && known->second.identity == *identity) return;
+    if (identity && static_cast<std::size_t>(identity->size) > IcsText::longest) {
+        File& tooLong = files[name] = {};
+        tooLong.identity = *identity;
+        tooLong.problem = "it is too long";
+        return;
+    }
     auto content = linux::readFile(path + "/" + name);
     if (content.state == linux::FileRead::State::absent) {
         files.erase(name);
@@ -124,8 +141,29 @@ Zones Folder::zonesOf(const File& file) const {
     return {lookUpZone, file.zones.get(), local};
 }
 
+/// Looks a day further than it is asked for, so that a pass of an unchanged file is a look-up.
+const Expansion& Folder::expansionOf(File& file) const {
+    auto& known = file.known;
+    if (from < known.from || to > known.to || local != known.local) {
+        known = {from, to + aDay, local, {}};
+        known.expansion =
+            occurrencesBetween(file.series, zonesOf(file), known.from, known.to, stop.get());
+        if (known.expansion.oddity == Oddity::stopped) known.to = 0;
+    }
+    return known.expansion;
+}
+
+/// Why the file is not touched.
+std::optional<std::string> Folder::leftAlone(const File& file) const {
+    if (!file.problem.empty()) return " is left as it is: " + file.problem;
+    if (const char* const why = nameOf(file.known.expansion.oddity))
+        return std::string(" is left as it is: ") + why;
+    return std::nullopt;
+}
+
 Found Folder::find(double seconds) {
     Found found;
+    g_cancellable_reset(stop.get());
     found.answer.sources = {path};
     std::error_code error;
     const auto names = fileNames(path, error);
@@ -146,13 +184,23 @@ Found Folder::find(double seconds) {
         if (known == files.end()) continue;
         File& file = known->second;
         file.series.savedFrom = 0;
-        if (!file.problem.empty()) {
-            found.remarks.push_back(path + "/" + name + " is left as it is: " + file.problem);
+        if (file.problem.empty() && expansionOf(file).oddity == Oddity::stopped) {
+            found.remarks.push_back("the look through " + path + " took too long and was given up");
+            break;
+        }
+        if (const auto why = leftAlone(file)) {
+            found.remarks.push_back(path + "/" + name + *why);
             continue;
         }
-        for (const Occurrence& occurrence :
-             occurrencesBetween(file.series, zonesOf(file), from, to))
-            found.answer.events.push_back(eventOf(occurrence, name, from));
+        bool isKept = false;
+        for (const Occurrence& occurrence : file.known.expansion.occurrences) {
+            if (!hasPartIn(occurrence, from, to)) continue;
+            if (mayBeSaved(occurrence, zonesOf(file)))
+                found.answer.events.push_back(eventOf(occurrence, name, from));
+            else
+                isKept = true;
+        }
+        if (isKept) found.remarks.push_back(path + "/" + name + keepsItsAlarms);
     }
     std::ranges::stable_sort(found.answer.events, {}, &CalendarEvent::start);
     return found;
@@ -171,7 +219,7 @@ SaveResult Folder::saveOne(const CalendarEvent& event) {
     if (known == files.end()) return noSuchEvent;
     File& file = known->second;
     if (isCovered(file.series, event, from)) return std::nullopt;
-    const auto all = occurrencesBetween(file.series, zonesOf(file), from, to);
+    const auto& all = expansionOf(file).occurrences;
     const auto found = std::ranges::find(all, event.occurrence, &Occurrence::id);
     if (found == all.end()) return noSuchEvent;
     if (hasAlarms(found->component, event.alarms)) return std::nullopt;
@@ -223,18 +271,26 @@ SaveResult Folder::saveHalf(const std::string& name, const File& file, const Occ
         else
             after.removeEvent(place);
         if (!isMaster) continue;
-        before.setProperties(place, ruleNames, propertyText(halves.before.get(), rules));
-        after.setProperties(place, ruleNames, propertyText(halves.after.get(), rules));
+        before.setProperties(place, ruleNames, rulesOf(halves.before.get()));
+        after.setProperties(place, ruleNames, rulesOf(halves.after.get()));
         after.setProperties(place, {"DTSTART"},
                             propertyText(halves.after.get(), {I_CAL_DTSTART_PROPERTY}));
         after.setProperties(place, {"DTEND"},
                             propertyText(halves.after.get(), {I_CAL_DTEND_PROPERTY}));
         after.setAlarms(place, alarmsText(halves.after.get()));
     }
-    const std::string laterName = uidOf(halves.after.get()) + ".ics";
-    if (auto error = write(laterName, after.changed())) return error;
-    auto error = write(name, before.changed());
-    if (error) (void)fs::remove(path + "/" + laterName);
+    const Cut cut{.place = path,
+                  .before = name,
+                  .after = uidOf(halves.after.get()) + ".ics",
+                  .wholeSum = checksumOf(file.text->text()),
+                  .partSum = checksumOf(after.changed())};
+    if (!journal.add(cut)) return cannotBeJournalled;
+    auto error = write(cut.after, after.changed());
+    if (!error && (error = write(name, before.changed()))) {
+        std::error_code none;
+        (void)fs::remove(path + "/" + cut.after, none);
+    }
+    journal.strike(cut);
     return error;
 }
 
@@ -244,7 +300,7 @@ SaveResult Folder::write(const std::string& name, const std::string& text) {
     const fs::path file = fs::weakly_canonical(path + "/" + name, error);
     if (error) return error.message();
     const auto mode = fs::status(file, error).permissions();
-    const auto replaced = linux::replaceFile(file, text);
+    const auto replaced = linux::replaceFileOfOthers(file, text);
     if (replaced.failure)
         return name + ": " + std::string(replaced.failure->step) + ": " +
                std::strerror(replaced.failure->error);

@@ -73,6 +73,53 @@ void syncFolderOf(const std::string& path) {
     if (handle) (void)::fsync(handle.get());
 }
 
+/// Tries names beside the path until `place` succeeds with one, or fails because of anything but a
+/// name that is taken. They are hidden, since programs look at the files of such a folder.
+template <class Place>
+bool placeUnderANewName(const std::string& path, Place&& place) {
+    const std::filesystem::path file(path);
+    for (int number = 1; number <= mostAside; ++number) {
+        const auto name =
+            file.parent_path() / ("." + file.filename().string() + "." +
+                                  std::to_string(::getpid()) + "-" + std::to_string(number));
+        if (place(name.string())) return true;
+        if (errno != EEXIST) return false;
+    }
+    return false;
+}
+
+/// Gives a file that has none a name.
+bool giveName(const FileHandle& file, const std::string& name) {
+    const std::string opened = "/proc/self/fd/" + std::to_string(file.get());
+    return ::linkat(AT_FDCWD, opened.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0;
+}
+
+/// `temporary` is the name of the file, empty where it has none.
+FileReplaced replaceBy(const FileHandle& file, std::string temporary, const std::string& path,
+                       std::string_view text) {
+    FileReplaced result;
+    struct stat status {};
+    if (const int error = writeAll(file.get(), text))
+        result.failure = {"writing", error};
+    else if (::fsync(file.get()) != 0 || ::fstat(file.get(), &status) != 0)
+        result.failure = {"syncing", errno};
+    else if (temporary.empty() && !placeUnderANewName(path, [&](const std::string& name) {
+                 if (!giveName(file, name)) return false;
+                 temporary = name;
+                 return true;
+             }))
+        result.failure = {"naming the new file", errno};
+    else if (::rename(temporary.c_str(), path.c_str()) != 0)
+        result.failure = {"replacing the old file", errno};
+    if (result.failure) {
+        if (!temporary.empty()) (void)::unlink(temporary.c_str());
+        return result;
+    }
+    result.identity = identityFrom(status);
+    syncFolderOf(path);
+    return result;
+}
+
 template <class Place>
 std::optional<std::string> placeAside(const std::string& path, Place&& place) {
     for (int number = 1; number <= mostAside; ++number) {
@@ -114,24 +161,27 @@ FileRead readFile(const std::string& path) {
 }
 
 FileReplaced replaceFile(const std::string& path, std::string_view text) {
-    FileReplaced result;
-    const std::string temporary = path + ".new";
-    const FileHandle file = openTemporary(temporary, result.failure);
-    if (result.failure) return result;
-    struct stat status {};
-    if (const int error = writeAll(file.get(), text))
-        result.failure = {"writing", error};
-    else if (::fsync(file.get()) != 0 || ::fstat(file.get(), &status) != 0)
-        result.failure = {"syncing", errno};
-    else if (::rename(temporary.c_str(), path.c_str()) != 0)
-        result.failure = {"replacing the old file", errno};
-    if (result.failure) {
-        (void)::unlink(temporary.c_str());
-        return result;
-    }
-    result.identity = identityFrom(status);
-    syncFolderOf(path);
-    return result;
+    std::optional<FileFailure> failure;
+    std::string temporary = path + ".new";
+    const FileHandle file = openTemporary(temporary, failure);
+    if (failure) return {failure, {}};
+    return replaceBy(file, std::move(temporary), path, text);
+}
+
+FileReplaced replaceFileOfOthers(const std::string& path, std::string_view text) {
+    const auto folder = std::filesystem::path(path).parent_path().string();
+    std::string temporary; // none yet
+    FileHandle file(::open(folder.c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, onlyTheUser));
+    // A file system without files that have no name.
+    if (!file && (errno == EOPNOTSUPP || errno == EISDIR))
+        placeUnderANewName(path, [&](const std::string& name) {
+            file = FileHandle(
+                ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, onlyTheUser));
+            if (file) temporary = name;
+            return static_cast<bool>(file);
+        });
+    if (!file) return {FileFailure{"making the new file", errno}, {}};
+    return replaceBy(file, std::move(temporary), path, text);
 }
 
 int makeFolders(const std::string& folder) {
