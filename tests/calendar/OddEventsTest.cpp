@@ -1,5 +1,5 @@
 #include "calendar/Passes.h"
-#include "platform/calendar/Folder.h"
+#include "platform/calendar/folder/Folder.h"
 #include "testing/TempFolder.h"
 
 #include <csignal>
@@ -162,6 +162,17 @@ TEST_F(OddCalendarFolder, FilesThatWouldExhaustTheParserAreNamedAndLeftAlone) {
                     HasSubstr("long.ics is left as it is: it is too long"),
                     HasSubstr("nested.ics is left as it is: its parts are nested too deep")));
     EXPECT_EQ(folder.read("nested.ics"), before);
+}
+
+TEST_F(OddCalendarFolder, PropertiesWithoutAValueAreNoHarm) {
+    folder.write("bare.ics",
+                 "BEGIN:VCALENDAR\nBEGIN:VEVENT\nUID:bare\nLOCATION:\nX-EMPTY:\n" +
+                     inTenMinutes + "END:VEVENT\nEND:VCALENDAR\n");
+    EXPECT_THAT(pass(), IsEmpty());
+    EXPECT_EQ(count(folder.read("bare.ics"), "BEGIN:VALARM"), 1U);
+    EXPECT_THAT(pass(), IsEmpty());
+    EXPECT_THAT(lastFound.remarks, IsEmpty()) << "also where its alarm has nothing to show";
+    EXPECT_THAT(folder.read("bare.ics"), HasSubstr("\nLOCATION:\nX-EMPTY:\n"));
 }
 
 TEST_F(OddCalendarFolder, AnAlarmThatRepeatsItselfGoesOffOnceFromThenOn) {

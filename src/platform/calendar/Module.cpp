@@ -1,5 +1,5 @@
 #include "platform/calendar/Evolution.h"
-#include "platform/calendar/Folder.h"
+#include "platform/calendar/folder/Folder.h"
 
 #include <ctime>
 

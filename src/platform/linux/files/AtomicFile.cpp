@@ -73,53 +73,6 @@ void syncFolderOf(const std::string& path) {
     if (handle) (void)::fsync(handle.get());
 }
 
-/// Tries names beside the path until `place` succeeds with one, or fails because of anything but a
-/// name that is taken. They are hidden, since programs look at the files of such a folder.
-template <class Place>
-bool placeUnderANewName(const std::string& path, Place&& place) {
-    const std::filesystem::path file(path);
-    for (int number = 1; number <= mostAside; ++number) {
-        const auto name =
-            file.parent_path() / ("." + file.filename().string() + "." +
-                                  std::to_string(::getpid()) + "-" + std::to_string(number));
-        if (place(name.string())) return true;
-        if (errno != EEXIST) return false;
-    }
-    return false;
-}
-
-/// Gives a file that has none a name.
-bool giveName(const FileHandle& file, const std::string& name) {
-    const std::string opened = "/proc/self/fd/" + std::to_string(file.get());
-    return ::linkat(AT_FDCWD, opened.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0;
-}
-
-/// `temporary` is the name of the file, empty where it has none.
-FileReplaced replaceBy(const FileHandle& file, std::string temporary, const std::string& path,
-                       std::string_view text) {
-    FileReplaced result;
-    struct stat status {};
-    if (const int error = writeAll(file.get(), text))
-        result.failure = {"writing", error};
-    else if (::fsync(file.get()) != 0 || ::fstat(file.get(), &status) != 0)
-        result.failure = {"syncing", errno};
-    else if (temporary.empty() && !placeUnderANewName(path, [&](const std::string& name) {
-                 if (!giveName(file, name)) return false;
-                 temporary = name;
-                 return true;
-             }))
-        result.failure = {"naming the new file", errno};
-    else if (::rename(temporary.c_str(), path.c_str()) != 0)
-        result.failure = {"replacing the old file", errno};
-    if (result.failure) {
-        if (!temporary.empty()) (void)::unlink(temporary.c_str());
-        return result;
-    }
-    result.identity = identityFrom(status);
-    syncFolderOf(path);
-    return result;
-}
-
 template <class Place>
 std::optional<std::string> placeAside(const std::string& path, Place&& place) {
     for (int number = 1; number <= mostAside; ++number) {
@@ -161,27 +114,24 @@ FileRead readFile(const std::string& path) {
 }
 
 FileReplaced replaceFile(const std::string& path, std::string_view text) {
-    std::optional<FileFailure> failure;
-    std::string temporary = path + ".new";
-    const FileHandle file = openTemporary(temporary, failure);
-    if (failure) return {failure, {}};
-    return replaceBy(file, std::move(temporary), path, text);
-}
-
-FileReplaced replaceFileOfOthers(const std::string& path, std::string_view text) {
-    const auto folder = std::filesystem::path(path).parent_path().string();
-    std::string temporary; // none yet
-    FileHandle file(::open(folder.c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, onlyTheUser));
-    // A file system without files that have no name.
-    if (!file && (errno == EOPNOTSUPP || errno == EISDIR))
-        placeUnderANewName(path, [&](const std::string& name) {
-            file = FileHandle(
-                ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, onlyTheUser));
-            if (file) temporary = name;
-            return static_cast<bool>(file);
-        });
-    if (!file) return {FileFailure{"making the new file", errno}, {}};
-    return replaceBy(file, std::move(temporary), path, text);
+    FileReplaced result;
+    const std::string temporary = path + ".new";
+    const FileHandle file = openTemporary(temporary, result.failure);
+    if (result.failure) return result;
+    struct stat status {};
+    if (const int error = writeAll(file.get(), text))
+        result.failure = {"writing", error};
+    else if (::fsync(file.get()) != 0 || ::fstat(file.get(), &status) != 0)
+        result.failure = {"syncing", errno};
+    else if (::rename(temporary.c_str(), path.c_str()) != 0)
+        result.failure = {"replacing the old file", errno};
+    if (result.failure) {
+        (void)::unlink(temporary.c_str());
+        return result;
+    }
+    result.identity = identityFrom(status);
+    syncFolderOf(path);
+    return result;
 }
 
 int makeFolders(const std::string& folder) {
@@ -218,6 +168,74 @@ std::optional<std::string> copyAside(const std::string& path, std::string_view t
         errno = error == 0 || error == EEXIST ? EIO : error;
         return false;
     });
+}
+
+namespace {
+
+/// Tries names beside the path until `place` succeeds with one, or fails because of anything but a
+/// name that is taken. They are hidden, since programs look at the files of such a folder.
+template <class Place>
+bool placeUnderANewName(const std::string& path, Place&& place) {
+    const std::filesystem::path file(path);
+    const std::string stem = "." + file.filename().string() + "." + std::to_string(::getpid());
+    for (int number = 1; number <= mostAside; ++number) {
+        if (place((file.parent_path() / (stem + "-" + std::to_string(number))).string()))
+            return true;
+        if (errno != EEXIST) return false;
+    }
+    return false;
+}
+
+/// A kill leaves nothing of a file without a name. `name` stays empty, but on a file system that
+/// has no such files.
+FileHandle openUnnamed(const std::string& path, std::string& name) {
+    const auto folder = std::filesystem::path(path).parent_path().string();
+    FileHandle file(::open(folder.c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, onlyTheUser));
+    if (file || (errno != EOPNOTSUPP && errno != EISDIR)) return file;
+    placeUnderANewName(path, [&](const std::string& free) {
+        file =
+            FileHandle(::open(free.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, onlyTheUser));
+        if (file) name = free;
+        return static_cast<bool>(file);
+    });
+    return file;
+}
+
+bool giveName(const FileHandle& file, const std::string& path, std::string& name) {
+    const std::string opened = "/proc/self/fd/" + std::to_string(file.get());
+    return placeUnderANewName(path, [&](const std::string& free) {
+        const auto here = AT_FDCWD;
+        if (::linkat(here, opened.c_str(), here, free.c_str(), AT_SYMLINK_FOLLOW) != 0)
+            return false;
+        name = free;
+        return true;
+    });
+}
+
+} // namespace
+
+FileReplaced replaceFileOfOthers(const std::string& path, std::string_view text) {
+    FileReplaced result;
+    std::string name;
+    const FileHandle file = openUnnamed(path, name);
+    struct stat status {};
+    if (!file)
+        result.failure = {"making the new file", errno};
+    else if (const int error = writeAll(file.get(), text))
+        result.failure = {"writing", error};
+    else if (::fsync(file.get()) != 0 || ::fstat(file.get(), &status) != 0)
+        result.failure = {"syncing", errno};
+    else if (name.empty() && !giveName(file, path, name))
+        result.failure = {"naming the new file", errno};
+    else if (::rename(name.c_str(), path.c_str()) != 0)
+        result.failure = {"replacing the old file", errno};
+    if (result.failure) {
+        if (!name.empty()) (void)::unlink(name.c_str());
+        return result;
+    }
+    result.identity = identityFrom(status);
+    syncFolderOf(path);
+    return result;
 }
 
 } // namespace platform::linux

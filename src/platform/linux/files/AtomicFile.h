@@ -50,10 +50,6 @@ struct FileReplaced {
 /// instant the process is killed at, the file is whole: the old one or the new one.
 FileReplaced replaceFile(const std::string& path, std::string_view text);
 
-/// The same in a folder of somebody else's, where "<path>.new" may be a file like any other: the
-/// new file has no name until it is whole, and then one that nobody has.
-FileReplaced replaceFileOfOthers(const std::string& path, std::string_view text);
-
 /// Makes the folder and those above it, for the user only. Returns 0 or an error.
 int makeFolders(const std::string& folder);
 
@@ -63,5 +59,9 @@ std::optional<std::string> moveAside(const std::string& path);
 
 /// The same with a copy of the file.
 std::optional<std::string> copyAside(const std::string& path, std::string_view text);
+
+/// What `replaceFile` does, for a folder of somebody else's, where "<path>.new" may be a file like
+/// any other: the new file has no name until it is whole, and then one that nobody has.
+FileReplaced replaceFileOfOthers(const std::string& path, std::string_view text);
 
 } // namespace platform::linux

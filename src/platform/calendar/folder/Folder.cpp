@@ -1,4 +1,4 @@
-#include "platform/calendar/Folder.h"
+#include "platform/calendar/folder/Folder.h"
 
 #include "platform/calendar/Alarms.h"
 #include "platform/calendar/Events.h"
@@ -16,15 +16,6 @@ namespace {
 
 constexpr std::time_t aDay = 24 * 60 * 60;
 
-// What tells which days an event recurs on.
-const std::vector<std::string_view> ruleNames = {"RRULE", "RDATE", "EXDATE", "EXRULE"};
-
-ICalTimezone* lookUpZone(const gchar* name, gpointer data, GCancellable*, GError**) {
-    if (ICalTimezone* const known = e_cal_client_tzlookup_icalcomp_cb(name, data, nullptr, nullptr))
-        return known;
-    return i_cal_timezone_get_builtin_timezone(name);
-}
-
 std::vector<std::string> fileNames(const std::string& folder, std::error_code& error) {
     std::vector<std::string> names;
     auto entry = fs::directory_iterator(folder, error);
@@ -34,19 +25,6 @@ std::vector<std::string> fileNames(const std::string& folder, std::error_code& e
             names.push_back(entry->path().filename());
     std::ranges::sort(names);
     return names;
-}
-
-/// Properties of a name that the parser does not know are no harm: they stay as they are.
-bool hasBadValue(ICalComponent* component) {
-    for (const auto& error : propertiesOf(component, I_CAL_XLICERROR_PROPERTY)) {
-        const auto type =
-            own(i_cal_property_get_first_parameter(error.get(), I_CAL_XLICERRORTYPE_PARAMETER));
-        if (!type ||
-            i_cal_parameter_get_xlicerrortype(type.get()) != I_CAL_XLICERRORTYPE_PROPERTYPARSEERROR)
-            return true;
-    }
-    return std::ranges::any_of(componentsOf(component, I_CAL_ANY_COMPONENT),
-                               [](const Component& part) { return hasBadValue(part.get()); });
 }
 
 } // namespace
@@ -80,45 +58,12 @@ void Folder::settleCuts() {
     }
 }
 
-void Folder::read(File& file, std::string text) {
-    file.text = IcsText::parse(std::move(text), file.problem);
-    if (!file.text) return;
-    if (file.text->events().empty()) return; // tasks and the like
-    file.calendar = own(i_cal_parser_parse_string(file.text->text().c_str()));
-    if (!file.calendar || i_cal_component_isa(file.calendar.get()) != I_CAL_VCALENDAR_COMPONENT) {
-        file.problem = "it cannot be understood";
-        return;
-    }
-    file.zones.reset(e_cal_client_tzlookup_icalcomp_data_new(file.calendar.get()));
-    if (hasBadValue(file.calendar.get())) file.problem = "it has a value that cannot be understood";
-    std::set<std::string> ids;
-    file.events = componentsOf(file.calendar.get(), I_CAL_VEVENT_COMPONENT);
-    for (const Component& event : file.events) {
-        const auto start = own(i_cal_component_get_dtstart(event.get()));
-        if (uidOf(event.get()).empty()) file.problem = "it has an event without a UID";
-        if (!start || i_cal_time_is_null_time(start.get()))
-            file.problem = "it has an event without a start";
-        ids.insert(uidOf(event.get()));
-        if (isDetached(event.get()))
-            file.series.detached.push_back(share(event.get()));
-        else if (file.series.master)
-            file.problem = "it holds more than one event";
-        else
-            file.series.master = share(event.get());
-    }
-    if (ids.size() > 1) file.problem = "it holds more than one event";
-    if (file.events.size() != file.text->events().size() && file.problem.empty())
-        file.problem = "it cannot be understood";
-}
-
 void Folder::readAgain(const std::string& name) {
     const auto identity = linux::identityOf(path + "/" + name);
     const auto known = files.find(name);
     if (known != files.end() && identity && known->second.identity == *identity) return;
     if (identity && static_cast<std::size_t>(identity->size) > IcsText::longest) {
-        File& tooLong = files[name] = {};
-        tooLong.identity = *identity;
-        tooLong.problem = "it is too long";
+        files[name] = {*identity, IcsFile::withProblem("it is too long"), {}};
         return;
     }
     auto content = linux::readFile(path + "/" + name);
@@ -129,16 +74,12 @@ void Folder::readAgain(const std::string& name) {
     File file;
     file.identity = content.identity;
     if (content.state == linux::FileRead::State::read)
-        read(file, std::move(content.text));
+        file.event = IcsFile(std::move(content.text));
     else if (content.state == linux::FileRead::State::failed)
-        file.problem = std::strerror(content.error);
+        file.event = IcsFile::withProblem(std::strerror(content.error));
     else
-        file.problem = "it is too long or no file";
+        file.event = IcsFile::withProblem("it is too long or no file");
     files[name] = std::move(file);
-}
-
-Zones Folder::zonesOf(const File& file) const {
-    return {lookUpZone, file.zones.get(), local};
 }
 
 /// Looks a day further than it is asked for, so that a pass of an unchanged file is a look-up.
@@ -146,8 +87,8 @@ const Expansion& Folder::expansionOf(File& file) const {
     auto& known = file.known;
     if (from < known.from || to > known.to || local != known.local) {
         known = {from, to + aDay, local, {}};
-        known.expansion =
-            occurrencesBetween(file.series, zonesOf(file), known.from, known.to, stop.get());
+        known.expansion = occurrencesBetween(file.event.series(), zonesOf(file), known.from,
+                                             known.to, stop.get());
         if (known.expansion.oddity == Oddity::stopped) known.to = 0;
     }
     return known.expansion;
@@ -155,7 +96,7 @@ const Expansion& Folder::expansionOf(File& file) const {
 
 /// Why the file is not touched.
 std::optional<std::string> Folder::leftAlone(const File& file) const {
-    if (!file.problem.empty()) return " is left as it is: " + file.problem;
+    if (!file.event.problem().empty()) return " is left as it is: " + file.event.problem();
     if (const char* const why = nameOf(file.known.expansion.oddity))
         return std::string(" is left as it is: ") + why;
     return std::nullopt;
@@ -183,8 +124,8 @@ Found Folder::find(double seconds) {
         const auto known = files.find(name);
         if (known == files.end()) continue;
         File& file = known->second;
-        file.series.savedFrom = 0;
-        if (file.problem.empty() && expansionOf(file).oddity == Oddity::stopped) {
+        file.event.setSavedFrom(0);
+        if (file.event.problem().empty() && expansionOf(file).oddity == Oddity::stopped) {
             found.remarks.push_back("the look through " + path + " took too long and was given up");
             break;
         }
@@ -218,75 +159,36 @@ SaveResult Folder::saveOne(const CalendarEvent& event) {
     const auto known = files.find(event.calendar);
     if (known == files.end()) return noSuchEvent;
     File& file = known->second;
-    if (isCovered(file.series, event, from)) return std::nullopt;
+    if (isCovered(file.event.series(), event, from)) return std::nullopt;
     const auto& all = expansionOf(file).occurrences;
     const auto found = std::ranges::find(all, event.occurrence, &Occurrence::id);
     if (found == all.end()) return noSuchEvent;
     if (hasAlarms(found->component, event.alarms)) return std::nullopt;
     if (linux::identityOf(path + "/" + event.calendar) != file.identity) return changedMeanwhile;
     auto error = isWhole(*found, zonesOf(file))
-                     ? saveAll(event.calendar, file, found->component, event)
+                     ? write(event.calendar, file.event.withAlarms(found->component, event.alarms))
                      : saveHalf(event.calendar, file, *found, event);
     if (error) return error;
     const std::time_t start = found->start;
     const bool recurring = !found->detached;
     readAgain(event.calendar);
-    if (recurring) files[event.calendar].series.savedFrom = start;
+    if (recurring) files[event.calendar].event.setSavedFrom(start);
     return std::nullopt;
-}
-
-std::size_t Folder::placeOf(const File& file, ICalComponent* event) {
-    const auto found =
-        std::ranges::find(file.events, event, [](const Component& one) { return one.get(); });
-    return static_cast<std::size_t>(found - file.events.begin());
-}
-
-SaveResult Folder::saveAll(const std::string& name, const File& file, ICalComponent* event,
-                           const CalendarEvent& wanted) {
-    const Component changed = copyOf(event);
-    setAlarms(changed.get(), wanted.alarms);
-    IcsText text = *file.text;
-    text.setAlarms(placeOf(file, event), alarmsText(changed.get()));
-    return write(name, text.changed());
 }
 
 /// The later half becomes a file of its own, which is there before the first half ends earlier.
 SaveResult Folder::saveHalf(const std::string& name, const File& file, const Occurrence& occurrence,
                             const CalendarEvent& wanted) {
-    const Halves halves = cutAt(file.series, occurrence, zonesOf(file));
-    if (!halves.after) return cannotBeCut;
-    setAlarms(halves.after.get(), wanted.alarms);
-    const std::string uid = propertyText(halves.after.get(), {I_CAL_UID_PROPERTY});
-
-    IcsText before = *file.text;
-    IcsText after = *file.text;
-    for (std::size_t place = 0; place < file.events.size(); ++place) {
-        ICalComponent* const event = file.events[place].get();
-        const bool isMaster = event == file.series.master.get();
-        const bool moves =
-            std::ranges::find(halves.movedDetached, event) != halves.movedDetached.end();
-        if (moves) before.removeEvent(place);
-        if (isMaster || moves)
-            after.setProperties(place, {"UID"}, uid);
-        else
-            after.removeEvent(place);
-        if (!isMaster) continue;
-        before.setProperties(place, ruleNames, rulesOf(halves.before.get()));
-        after.setProperties(place, ruleNames, rulesOf(halves.after.get()));
-        after.setProperties(place, {"DTSTART"},
-                            propertyText(halves.after.get(), {I_CAL_DTSTART_PROPERTY}));
-        after.setProperties(place, {"DTEND"},
-                            propertyText(halves.after.get(), {I_CAL_DTEND_PROPERTY}));
-        after.setAlarms(place, alarmsText(halves.after.get()));
-    }
+    const auto halves = file.event.cutAt(occurrence, wanted.alarms, zonesOf(file));
+    if (!halves) return cannotBeCut;
     const Cut cut{.place = path,
                   .before = name,
-                  .after = uidOf(halves.after.get()) + ".ics",
-                  .wholeSum = checksumOf(file.text->text()),
-                  .partSum = checksumOf(after.changed())};
+                  .after = halves->afterUid + ".ics",
+                  .wholeSum = checksumOf(file.event.text()),
+                  .partSum = checksumOf(halves->after)};
     if (!journal.add(cut)) return cannotBeJournalled;
-    auto error = write(cut.after, after.changed());
-    if (!error && (error = write(name, before.changed()))) {
+    auto error = write(cut.after, halves->after);
+    if (!error && (error = write(name, halves->before))) {
         std::error_code none;
         (void)fs::remove(path + "/" + cut.after, none);
     }

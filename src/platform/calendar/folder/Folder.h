@@ -3,7 +3,7 @@
 #include "platform/calendar/Backend.h"
 #include "platform/calendar/CutJournal.h"
 #include "platform/calendar/Events.h"
-#include "platform/calendar/IcsText.h"
+#include "platform/calendar/folder/IcsFile.h"
 #include "platform/linux/files/AtomicFile.h"
 
 #include <map>
@@ -25,38 +25,24 @@ class Folder final : public Backend {
     void interrupt() override { g_cancellable_cancel(stop.get()); }
 
   private:
-    struct FreeZones {
-        void operator()(ECalClientTzlookupICalCompData* data) const {
-            e_cal_client_tzlookup_icalcomp_data_free(data);
-        }
-    };
     struct File {
         linux::FileIdentity identity{};
-        std::string problem; ///< why it is left alone; empty for a good one
-        std::optional<IcsText> text;
-        Component calendar;
-        std::vector<Component> events; ///< in the order of the text
-        Series series;
-        std::unique_ptr<ECalClientTzlookupICalCompData, FreeZones> zones; ///< the file's own
+        IcsFile event;
 
         struct Known {
             std::time_t from = 0, to = 0; ///< no span before the first look
             ICalTimezone* local = nullptr;
             Expansion expansion;
-        } known;
+        } known; ///< goes before the event
     };
 
     void readAgain(const std::string& name);
-    static void read(File& file, std::string text);
-    Zones zonesOf(const File& file) const;
+    Zones zonesOf(const File& file) const { return file.event.zones(local); }
     const Expansion& expansionOf(File& file) const;
     std::optional<std::string> leftAlone(const File& file) const;
     void settleCuts();
-    static std::size_t placeOf(const File& file, ICalComponent* event);
     SaveResult saveOne(const CalendarEvent& event);
     SaveResult write(const std::string& name, const std::string& text);
-    SaveResult saveAll(const std::string& name, const File& file, ICalComponent* event,
-                       const CalendarEvent& wanted);
     SaveResult saveHalf(const std::string& name, const File& file, const Occurrence& occurrence,
                         const CalendarEvent& wanted);
 

@@ -1,4 +1,4 @@
-#include "platform/calendar/IcsText.h"
+#include "platform/calendar/folder/IcsText.h"
 
 #include <algorithm>
 
