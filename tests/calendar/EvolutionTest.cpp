@@ -213,6 +213,34 @@ TEST_F(EvolutionCalendars, TheRegistryKilledBetweenPassesIsBackForTheNext) {
     fresh.ask("get work" + number + " a");
 }
 
+TEST_F(EvolutionCalendars, AnEventOfEverySecondIsNamedAndLeftAloneAndTheOthersGoOn) {
+    add(vevent("odd", "DTSTART:20200101T000000Z\nRRULE:FREQ=SECONDLY\n"));
+    add(vevent("a", inTenMinutes));
+    const std::string before = get("odd");
+    EXPECT_THAT(pass(), IsEmpty());
+    EXPECT_EQ(count(get("a"), "BEGIN:VALARM"), 1U);
+    EXPECT_EQ(get("odd"), before);
+    EXPECT_THAT(lastFound.answer.events, SizeIs(1));
+    EXPECT_THAT(lastFound.remarks,
+                Contains(HasSubstr("\"A meeting\" is left as it is: it recurs")));
+}
+
+TEST_F(EvolutionCalendars, ASeriesIsFoundOnEachOfItsDays) {
+    add(vevent("daily", "DTSTART:20201025T014000Z\nDURATION:PT30M\nRRULE:FREQ=DAILY\n"));
+    add(vevent("weekly", "DTSTART:20201025T030000Z\nRRULE:FREQ=WEEKLY\n"));
+    for (int day = 0; day < 8; ++day, time += aDay) {
+        const bool isSunday = day % 7 == 0;
+        EXPECT_THAT(starts(), ElementsAre(600)) << day;
+        time += anHour;
+        EXPECT_THAT(starts(), isSunday ? testing::Matcher<std::vector<double>>(ElementsAre(1800))
+                                       : testing::Matcher<std::vector<double>>(IsEmpty()))
+            << day;
+        time += anHour;
+        EXPECT_THAT(starts(), IsEmpty()) << day;
+        time -= 2 * anHour;
+    }
+}
+
 TEST_F(EvolutionCalendars, ASeriesWithOtherPeopleIsNeverCutInTwo) {
     add(vevent("daily", daily + "ORGANIZER:mailto:b@example.invalid\nRRULE:FREQ=DAILY\n",
                {{"-PT15M"}}));

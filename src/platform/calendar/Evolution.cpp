@@ -11,6 +11,7 @@ namespace platform::calendar {
 
 namespace {
 
+constexpr std::time_t aDay = 24 * 60 * 60;
 constexpr const char* noServer = "the desktop's calendars cannot be reached: ";
 constexpr auto doNotWaitForTheAccount = static_cast<guint32>(-1); // any other number is seconds
 
@@ -157,26 +158,69 @@ bool Evolution::fetchAll(Place& place, const std::string& uid, Series& series, F
     return true;
 }
 
-std::optional<std::string> Evolution::query(Place& place) {
-    place.series.clear();
-    const std::string question = "(occur-in-time-range? (make-time \"" + utcText(from) +
-                                 "\") (make-time \"" + utcText(to + 1) + "\"))";
-    Failure failure;
+template <class Visit>
+bool Evolution::ask(Place& place, const std::string& question, Failure& failure, Visit&& visit) {
     ObjectList objects;
     if (e_cal_client_get_object_list_sync(place.client.get(), question.c_str(), objects.place(),
                                           stop.get(), failure.place()) == FALSE)
-        return failed(place, failure);
+        return false;
+    objects.each<ICalComponent>(visit);
+    return true;
+}
+
+/// Asked when recurring events are, the server walks each rule from its beginning: one that recurs
+/// every second keeps it busy for minutes. So it is only asked which ones there are.
+std::optional<std::string> Evolution::query(Place& place, std::vector<std::string>& remarks) {
+    place.series.clear();
+    const std::string span = "(occur-in-time-range? (make-time \"" + utcText(from) +
+                             "\") (make-time \"" + utcText(to + 1) + "\"))";
     std::set<std::string> manifold;
-    objects.each<ICalComponent>([&](ICalComponent* event) {
+    std::map<std::size_t, Look> looks;
+    Failure failure;
+    const auto single = [&](ICalComponent* event) {
         if (isRecurring(event) || isDetached(event))
             manifold.insert(uidOf(event));
         else
             place.series[uidOf(event)].master = share(event);
-    });
+    };
+    const auto recurring = [&](ICalComponent* event) {
+        const auto text = std::hash<std::string>{}(textOf(event));
+        const Look& look = looks[text] = lookAt(place, event, place.looks[text]);
+        if (look.next <= to) manifold.insert(uidOf(event));
+        if (const char* const why = nameOf(look.oddity))
+            remarks.push_back(nameIn(place, event) + " is left as it is: " + why);
+    };
+    if (!ask(place, "(and (not (has-recurrences?)) " + span + ")", failure, single) ||
+        !ask(place, "(has-recurrences?)", failure, recurring))
+        return failed(place, failure);
+    place.looks = std::move(looks);
     // The server's answer lacks occurrences that were changed a short while ago.
     for (const std::string& uid : manifold)
         if (!fetchAll(place, uid, place.series[uid], failure)) return failed(place, failure);
     return std::nullopt;
+}
+
+/// Looks a day further than it is asked for, and not again before something may have changed.
+Evolution::Look Evolution::lookAt(const Place& place, ICalComponent* event,
+                                  const Look& known) const {
+    if (known.from != 0 && from >= known.from && to < std::max(known.next, known.to)) return known;
+    Series one;
+    if (isDetached(event))
+        one.detached.push_back(share(event));
+    else
+        one.master = share(event);
+    Look look{.from = from, .to = to + aDay};
+    const auto expansion = occurrencesBetween(one, zonesOf(place), look.from, look.to, stop.get());
+    look.oddity = expansion.oddity;
+    look.next = expansion.occurrences.empty() ? look.to : expansion.occurrences.front().start;
+    // What is under way is there as long as it lasts.
+    if (!expansion.occurrences.empty() && look.next <= to) look.to = to;
+    if (look.oddity == Oddity::stopped) look.from = 0;
+    return look;
+}
+
+std::string Evolution::nameIn(const Place& place, ICalComponent* event) {
+    return place.name + ": \"" + textOr(i_cal_component_get_summary(event), "") + "\"";
 }
 
 Found Evolution::find(double seconds) {
@@ -202,10 +246,10 @@ Found Evolution::find(double seconds) {
                                     " cannot be changed and is left alone");
             continue;
         }
-        if (!error) error = query(place);
+        if (!error) error = query(place, found.remarks);
         // The server ended since the last time.
         if (error && !place.client && !(error = openPlace(source.get(), place)))
-            error = query(place);
+            error = query(place, found.remarks);
         if (error) {
             anyLost = anyLost || !place.client;
             found.remarks.push_back(*error);
@@ -225,11 +269,7 @@ void Evolution::addEvents(const Place& place, const std::string& id, const Serie
                           Found& found) {
     const auto expansion = occurrencesBetween(series, zonesOf(place), from, to, stop.get());
     const auto name = [&] {
-        const std::string summary =
-            textOr(i_cal_component_get_summary(series.master ? series.master.get()
-                                                             : series.detached.front().get()),
-                   "");
-        return place.name + ": \"" + summary + "\"";
+        return nameIn(place, series.master ? series.master.get() : series.detached.front().get());
     };
     if (const char* const why = nameOf(expansion.oddity))
         found.remarks.push_back(name() + " is left as it is: " + why);

@@ -28,16 +28,27 @@ class Evolution final : public Backend {
     void interrupt() override;
 
   private:
+    /// When a recurring event is again.
+    struct Look {
+        std::time_t from = 0, to = 0; ///< the span that was looked at; from is 0 before the first
+        std::time_t next = 0;         ///< the first time in it, or its end
+        Oddity oddity = Oddity::none;
+    };
     struct Place {
         std::string name; ///< as the user knows it
         Ref<ECalClient> client;
         std::map<std::string, Series> series; ///< of the last answer, by UID
+        std::map<std::size_t, Look> looks;    ///< at what recurs, by a sum of its text
     };
 
     void turn();
     bool openRegistry(Failure& failure);
     std::optional<std::string> openPlace(ESource* source, Place& place);
-    std::optional<std::string> query(Place& place);
+    template <class Visit>
+    bool ask(Place& place, const std::string& question, Failure& failure, Visit&& visit);
+    std::optional<std::string> query(Place& place, std::vector<std::string>& remarks);
+    Look lookAt(const Place& place, ICalComponent* event, const Look& known) const;
+    static std::string nameIn(const Place& place, ICalComponent* event);
     void addEvents(const Place& place, const std::string& id, const Series& series, Found& found);
     bool fetchAll(Place& place, const std::string& uid, Series& series, Failure& failure);
     /// Changed components that go to the server together.
