@@ -57,6 +57,8 @@ ParsedOptions parseOptions(int argc, char** argv) {
             options.version = true;
         } else if (word == "--list-monitors") {
             options.listMonitors = true;
+        } else if (word == "--verbose") {
+            options.verbose = true;
         } else if (const auto product = valueOf("--product", argc, argv, index)) {
             if (!product->isThere) return fail("--product needs one of " + productNames());
             options.product = product->text;
@@ -80,7 +82,7 @@ ParsedOptions parseOptions(int argc, char** argv) {
 
 std::string usage() {
     return "Usage: palisor [--product NAME] [--hold on|off] [--record FILE] [--calendar DIR]\n"
-           "               [--list-monitors] [--help] [--version]\n"
+           "               [--list-monitors] [--verbose] [--help] [--version]\n"
            "\n"
            "  --product NAME   the product to run instead of the one that the command is named\n"
            "                   after: " +
@@ -94,6 +96,7 @@ std::string usage() {
            "  --calendar DIR   a folder with one .ics file an event, which calendar-alerts takes\n"
            "                   instead of the desktop's own calendars\n"
            "  --list-monitors  print one line a monitor and end\n"
+           "  --verbose        log what the program does step by step, for its developers\n"
            "  --help           print this and end\n"
            "  --version        print the product and its version and end\n";
 }

@@ -9,6 +9,7 @@ struct Options {
     bool help = false;
     bool version = false;
     bool listMonitors = false;
+    bool verbose = false;       ///< what only a developer understands is logged, too
     std::string record;         ///< the scenario file to write; empty for none
     bool hold = true;           ///< the X server holds the cursor; otherwise it is only warped back
     std::string calendarFolder; ///< of .ics files; empty where none was named

@@ -19,6 +19,8 @@ int main(int argc, char** argv) {
     const platform::qt::SessionApplications applications(name, log);
     for (const std::string& other : applications.others())
         log.write("beside " + other);
+    for (int index = 1; index < argc; ++index)
+        log.write(std::string("told ") + argv[index]);
     log.write("pid " + std::to_string(QCoreApplication::applicationPid()) + " end");
     using platform::qt::DistributedNotifications;
     if (deed == "tell others") {

@@ -17,12 +17,15 @@ StartedProgram::~StartedProgram() {
     if (process) descriptors.unwatch(process.get());
 }
 
-int StartedProgram::start(const std::string& path,
+int StartedProgram::start(std::vector<std::string> command,
                           std::function<void(const std::string& how)> ended) {
-    std::string command = path;
-    char* arguments[] = {command.data(), nullptr};
+    std::vector<char*> arguments;
+    for (std::string& word : command)
+        arguments.push_back(word.data());
+    arguments.push_back(nullptr);
     pid_t pid = 0;
-    if (const int error = ::posix_spawn(&pid, path.c_str(), nullptr, nullptr, arguments, environ))
+    if (const int error =
+            ::posix_spawn(&pid, arguments[0], nullptr, nullptr, arguments.data(), environ))
         return error;
     whenEnded = std::move(ended);
     process = platform::linux::FileHandle(::pidfd_open(pid, 0));
