@@ -1,0 +1,32 @@
+#include "platform/qt/web/PageOfWindow.h"
+
+#include "platform/qt/session/Addresses.h"
+
+#include <QDesktopServices>
+#include <QWebEngineSettings>
+#include <algorithm>
+#include <array>
+
+namespace platform::qt {
+
+namespace {
+
+// What the engine shows itself.
+constexpr std::array<QStringView, 5> ownSchemes = {u"http", u"https", u"about", u"data", u"blob"};
+
+} // namespace
+
+PageOfWindow::PageOfWindow(QWebEngineProfile* profile) : QWebEnginePage(profile) {
+    // The engine would pass any scheme on by itself.
+    settings()->setUnknownUrlSchemePolicy(QWebEngineSettings::DisallowUnknownUrlSchemes);
+}
+
+bool PageOfWindow::acceptNavigationRequest(const QUrl& url, NavigationType type, bool) {
+    if (std::ranges::find(ownSchemes, url.scheme()) != ownSchemes.end()) return true;
+    if (type == NavigationTypeLinkClicked)
+        if (const auto address = openableAddress(url.toEncoded().toStdString()))
+            QDesktopServices::openUrl(*address);
+    return false;
+}
+
+} // namespace platform::qt
