@@ -25,9 +25,9 @@ class Alerts {
 
     virtual ~Alerts() = default;
 
-    /// Shows the alert in front of everything and returns the button by which it was answered; texts
-    /// that nobody would read to their end are cut. No timer fires meanwhile. Should the session end
-    /// meanwhile, the process ends and the call does not return.
+    /// Shows the alert in front of everything and returns the button by which it was answered;
+    /// texts that nobody would read to their end are cut. No timer fires meanwhile. Should the
+    /// session end meanwhile, the process ends and the call does not return.
     virtual int runModal(const Alert& alert) = 0;
 };
 

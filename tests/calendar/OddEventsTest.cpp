@@ -165,9 +165,8 @@ TEST_F(OddCalendarFolder, FilesThatWouldExhaustTheParserAreNamedAndLeftAlone) {
 }
 
 TEST_F(OddCalendarFolder, PropertiesWithoutAValueAreNoHarm) {
-    folder.write("bare.ics",
-                 "BEGIN:VCALENDAR\nBEGIN:VEVENT\nUID:bare\nLOCATION:\nX-EMPTY:\n" +
-                     inTenMinutes + "END:VEVENT\nEND:VCALENDAR\n");
+    folder.write("bare.ics", "BEGIN:VCALENDAR\nBEGIN:VEVENT\nUID:bare\nLOCATION:\nX-EMPTY:\n" +
+                                 inTenMinutes + "END:VEVENT\nEND:VCALENDAR\n");
     EXPECT_THAT(pass(), IsEmpty());
     EXPECT_EQ(count(folder.read("bare.ics"), "BEGIN:VALARM"), 1U);
     EXPECT_THAT(pass(), IsEmpty());
