@@ -143,13 +143,19 @@ TEST_F(Pages, OpenOtherProgramsThroughTheProgramsOwnFilterOnly) {
         "&subject=s']; let next = 0;"
         "a.onmousedown = () => { a.href = links[next]; };"
         "a.onclick = () => { fetch('/clicked' + next++); };"
+        "a.addEventListener('mousemove', () => { fetch('/over'); }, {once: true});"
         "fetch('/loaded')</script>"};
     const auto window = show(server.url("/"));
     while (server.next().path != "/loaded") {
     }
     support::Hand hand(webtests::desktop().display());
+    int step = 0; // The page may be loaded before its window is on the screen.
+    ASSERT_TRUE(webtests::waitUntil([&] {
+        hand.moveTo(800 + ++step % 2, 600);
+        return !server.requests.empty();
+    }));
+    EXPECT_EQ(server.next().path, "/over");
     for (const char* path : {"/clicked0", "/clicked1", "/clicked2"}) {
-        hand.moveTo(800, 600);
         hand.click();
         EXPECT_EQ(server.next().path, path);
     }

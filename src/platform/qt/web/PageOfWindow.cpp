@@ -17,8 +17,10 @@ constexpr std::array<QStringView, 5> ownSchemes = {u"http", u"https", u"about", 
 } // namespace
 
 PageOfWindow::PageOfWindow(QWebEngineProfile* profile) : QWebEnginePage(profile) {
-    // The engine would pass any scheme on by itself.
-    settings()->setUnknownUrlSchemePolicy(QWebEngineSettings::DisallowUnknownUrlSchemes);
+    // Otherwise a page could ask for them of its own accord. It is asked below before one is
+    // opened.
+    settings()->setUnknownUrlSchemePolicy(
+        QWebEngineSettings::AllowUnknownUrlSchemesFromUserInteraction);
 }
 
 bool PageOfWindow::acceptNavigationRequest(const QUrl& url, NavigationType type, bool) {
