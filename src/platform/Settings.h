@@ -36,7 +36,7 @@ class Settings {
     /// Reads the persistent domain afresh, as it is stored.
     virtual void resetStandardUserDefaults() = 0;
 
-    /// Replaces every persistent value at once.
+    /// Replaces every persistent value at once, and asks for that to be saved.
     virtual void setPersistentDomain(Dictionary values) = 0;
 
     /// Calls `changed` after each change of what the key reads as, whoever made it; for as long as

@@ -11,7 +11,8 @@ class Workspace {
     virtual ~Workspace() = default;
 
     /// Has the desktop open an address with the program that the user has chosen for its kind. Only
-    /// http, https and mailto are opened; anything else is logged and ignored.
+    /// http, https and mailto are opened, and of a mail the recipients, the subject and the body;
+    /// anything else, and what is longer than 2,000 characters, is logged and ignored.
     virtual void openURL(const std::string& url) = 0;
 
     /// The bundle identifiers of the other applications that run in the session and have one.

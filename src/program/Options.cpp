@@ -59,6 +59,8 @@ ParsedOptions parseOptions(int argc, char** argv) {
             options.listMonitors = true;
         } else if (word == atLoginOption) {
             options.atLogin = true;
+        } else if (word == "--verbose") {
+            options.verbose = true;
         } else if (const auto product = valueOf("--product", argc, argv, index)) {
             if (!product->isThere) return fail("--product needs one of " + productNames());
             options.product = product->text;
@@ -82,7 +84,7 @@ ParsedOptions parseOptions(int argc, char** argv) {
 
 std::string usage() {
     return "Usage: palisor [--product NAME] [--hold on|off] [--record FILE] [--calendar DIR]\n"
-           "               [--at-login] [--list-monitors] [--help] [--version]\n"
+           "               [--at-login] [--list-monitors] [--verbose] [--help] [--version]\n"
            "\n"
            "  --product NAME   the product to run instead of the one that the command is named\n"
            "                   after: " +
@@ -98,6 +100,7 @@ std::string usage() {
            "  --at-login       for the desktop's autostart: with fewer than two monitors, wait\n"
            "                   for the session to set them up, ten seconds at most\n"
            "  --list-monitors  print one line a monitor and end\n"
+           "  --verbose        log what the program does step by step, for its developers\n"
            "  --help           print this and end\n"
            "  --version        print the product and its version and end\n";
 }

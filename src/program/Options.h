@@ -14,6 +14,7 @@ struct Options {
     bool version = false;
     bool listMonitors = false;
     bool atLogin = false;       ///< the session starts the program, and not the user
+    bool verbose = false;       ///< what only a developer understands is logged, too
     std::string record;         ///< the scenario file to write; empty for none
     bool hold = true;           ///< the X server holds the cursor; otherwise it is only warped back
     std::string calendarFolder; ///< of .ics files; empty where none was named

@@ -6,6 +6,7 @@
 #include "platform/qt/alerts/ShortcutRecorder.h"
 
 #include <cstdlib>
+#include <filesystem>
 
 namespace {
 
@@ -24,23 +25,33 @@ std::string inConfigurationFolder(const std::string& name) {
     return folder ? *folder + "/" + name : std::string();
 }
 
-lnx::AutostartItems::Product autostartProduct(const Product& product,
-                                              const lnx::ProductBundle& bundle) {
-    return {
-        .identifier = product.identifier,
-        .name = product.name,
-        .comment = bundle.localizedString("AVVIA_AL_LOGIN"),
-        .icon = bundle.folder() + "/" + product.icon + ".svg",
-        .helper = {lnx::executablePath(palisor::loginHelper::command), "--product", bundle.name()},
-        .options = {std::string(atLoginOption)}};
-}
-
 /// The folder of .ics files that is used, empty for the desktop's own calendars.
 std::string calendarFolder(const lnx::ProductBundle& bundle, const std::string& wished) {
     std::string named(wished.empty() ? bundle.string("CalendarFolder") : wished);
-    if (!named.starts_with("~/")) return named;
     const char* const home = std::getenv("HOME");
-    return (home == nullptr ? "" : home) + named.substr(1);
+    if (named.starts_with("~/")) named = (home == nullptr ? "" : home) + named.substr(1);
+    std::error_code none;
+    return named.empty() ? named : std::filesystem::absolute(named, none).string();
+}
+
+/// What starts the product at login as it was started now.
+std::vector<std::string> helperCommand(const lnx::ProductBundle& bundle, const Options& options) {
+    std::vector<std::string> command{lnx::executablePath(palisor::loginHelper::command),
+                                     "--product", bundle.name()};
+    if (!options.calendarFolder.empty())
+        command.insert(command.end(),
+                       {"--calendar", calendarFolder(bundle, options.calendarFolder)});
+    return command;
+}
+
+lnx::AutostartItems::Product
+autostartProduct(const Product& product, const lnx::ProductBundle& bundle, const Options& options) {
+    return {.identifier = product.identifier,
+            .name = product.name,
+            .comment = bundle.localizedString("AVVIA_AL_LOGIN"),
+            .icon = bundle.folder() + "/" + product.icon + ".svg",
+            .helper = helperCommand(bundle, options),
+            .options = {std::string(atLoginOption)}};
 }
 
 /// The texts of platform::calendar::Refusal, in its order.
@@ -52,6 +63,7 @@ constexpr const char* refusals[] = {"", "CALENDAR_NO_MODULE", "CALENDAR_NO_SERVE
 Program::Program(const Product& product, lnx::ProductBundle& productBundle, Session& joined,
                  platform::Descriptors& descriptors, platform::Log& logger, const Options& options)
     : log(logger),
+      coreLog(options.product, options.verbose),
       bundle(productBundle),
       session(joined),
       settings(
@@ -62,7 +74,8 @@ Program::Program(const Product& product, lnx::ProductBundle& productBundle, Sess
       files(log),
       system(product.identifier),
       sounds(lnx::soundsFolder(), product.name, log),
-      loginItems(inConfigurationFolder("autostart"), autostartProduct(product, bundle), log),
+      loginItems(inConfigurationFolder("autostart"), autostartProduct(product, bundle, options),
+                 log),
       workspace(product.identifier, log),
       pictures({lnx::imagesFolder(), bundle.folder()}, log),
       desk(session.start(
@@ -80,7 +93,8 @@ Program::Program(const Product& product, lnx::ProductBundle& productBundle, Sess
       http(log),
       web(lnx::helperPath("web-engine.so"), log),
       calendar({.module = lnx::modulePath("calendar.so"),
-                .folder = calendarFolder(bundle, options.calendarFolder)},
+                .folder = calendarFolder(bundle, options.calendarFolder),
+                .journal = inConfigurationFolder(product.identifier + ".cuts")},
                runLoop, log, [this](auto why) { tellWhyNoCalendar(why); }),
       atLogin(options.atLogin),
       loginWait(runLoop, desk.displays),
@@ -108,7 +122,7 @@ Program::Program(const Product& product, lnx::ProductBundle& productBundle, Sess
 
 platform::Platform Program::services(platform::Displays& displays, platform::InputEvents& input,
                                      platform::StatusItem& item) {
-    return {log,           runLoop,      application,     bundle,      settings,  files,
+    return {coreLog,       runLoop,      application,     bundle,      settings,  files,
             system,        displays,     desk.pointer,    desk.cursor, input,     desk.keyboard,
             desk.hotKeys,  desk.windows, desk.focus,      workspace,   item,      alerts,
             notifications, sounds,       loginItems,      power,       textCodec, infoWindows,

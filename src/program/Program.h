@@ -13,6 +13,7 @@
 #include "platform/linux/system/LinuxSystemInfo.h"
 #include "platform/linux/system/ModuleCalendar.h"
 #include "platform/linux/system/QuitSignals.h"
+#include "platform/linux/system/SystemLog.h"
 #include "platform/linux/system/TextCodec.h"
 #include "platform/qt/alerts/QtAlerts.h"
 #include "platform/qt/info/QtInfoWindows.h"
@@ -74,6 +75,7 @@ class Program {
     void quit();
 
     platform::Log& log;
+    platform::linux::DebugLog coreLog;
     platform::linux::ProductBundle& bundle;
     Session& session;
     platform::qt::QtApplication application;

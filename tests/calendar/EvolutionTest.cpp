@@ -11,7 +11,10 @@
 namespace calendartests {
 namespace {
 
+using platform::calendar::checksumOf;
+using platform::calendar::CutJournal;
 using platform::calendar::Evolution;
+using platform::calendar::own;
 
 std::unique_ptr<Session> session;
 
@@ -53,7 +56,8 @@ class EvolutionCalendars : public CalendarPasses {
     }
     const std::string number = std::to_string(++made);
     Client other;
-    Evolution backend{[this] { return time; }};
+    testing_support::TempFolder folder;
+    Evolution backend{[this] { return time; }, folder.path("cuts")};
 
   private:
     static inline int made = 0;
@@ -207,6 +211,83 @@ TEST_F(EvolutionCalendars, TheRegistryKilledBetweenPassesIsBackForTheNext) {
     Client fresh;
     EXPECT_EQ(count(fresh.ask("get work" + number + " a"), "TRIGGER:PT0S"), 1U);
     fresh.ask("get work" + number + " a");
+}
+
+TEST_F(EvolutionCalendars, AnEventOfEverySecondIsNamedAndLeftAloneAndTheOthersGoOn) {
+    add(vevent("odd", "DTSTART:20200101T000000Z\nRRULE:FREQ=SECONDLY\n"));
+    add(vevent("a", inTenMinutes));
+    const std::string before = get("odd");
+    EXPECT_THAT(pass(), IsEmpty());
+    EXPECT_EQ(count(get("a"), "BEGIN:VALARM"), 1U);
+    EXPECT_EQ(get("odd"), before);
+    EXPECT_THAT(lastFound.answer.events, SizeIs(1));
+    EXPECT_THAT(lastFound.remarks,
+                Contains(HasSubstr("\"A meeting\" is left as it is: it recurs")));
+}
+
+TEST_F(EvolutionCalendars, ASeriesIsFoundOnEachOfItsDays) {
+    add(vevent("daily", "DTSTART:20201025T014000Z\nDURATION:PT30M\nRRULE:FREQ=DAILY\n"));
+    add(vevent("weekly", "DTSTART:20201025T030000Z\nRRULE:FREQ=WEEKLY\n"));
+    for (int day = 0; day < 8; ++day, time += aDay) {
+        const bool isSunday = day % 7 == 0;
+        EXPECT_THAT(starts(), ElementsAre(600)) << day;
+        time += anHour;
+        EXPECT_THAT(starts(), isSunday ? testing::Matcher<std::vector<double>>(ElementsAre(1800))
+                                       : testing::Matcher<std::vector<double>>(IsEmpty()))
+            << day;
+        time += anHour;
+        EXPECT_THAT(starts(), IsEmpty()) << day;
+        time -= 2 * anHour;
+    }
+}
+
+TEST_F(EvolutionCalendars, ASeriesWithOtherPeopleIsNeverCutInTwo) {
+    add(vevent("daily", daily + "ORGANIZER:mailto:b@example.invalid\nRRULE:FREQ=DAILY\n",
+               {{"-PT15M"}}));
+    const std::string before = list();
+    EXPECT_THAT(pass(), IsEmpty());
+    EXPECT_EQ(list(), before);
+    EXPECT_THAT(lastFound.answer.events, IsEmpty());
+    EXPECT_THAT(lastFound.remarks, Contains(HasSubstr("\"A meeting\" keeps its alarms")));
+}
+
+TEST_F(EvolutionCalendars, ACutThatAKillHasEndedHalfWayIsUndoneAtTheNextStart) {
+    const std::string series = daily + "RRULE:FREQ=DAILY\n";
+    add(vevent("daily", series, {{"-PT15M"}}));
+    const auto kept = own(i_cal_parser_parse_string(get("daily").c_str()));
+    // As it is after the first write.
+    const CutJournal journal(folder.path("cuts"));
+    ASSERT_TRUE(journal.add({.place = "work" + number,
+                             .before = "daily",
+                             .after = "later",
+                             .wholeSum = checksumOf(platform::calendar::textOf(kept.get())),
+                             .partSum = "none"}));
+    add(vevent("later", series));
+    Evolution next([this] { return time; }, folder.path("cuts"));
+    EXPECT_EQ(next.open().refusal, Refusal::none);
+    EXPECT_EQ(count(list(), "BEGIN:VEVENT"), 1U);
+    EXPECT_EQ(count(list(), "UID:daily"), 1U);
+    EXPECT_THAT(journal.cuts(), IsEmpty());
+}
+
+TEST_F(EvolutionCalendars, ACutThatAKillHasEndedLateIsFinishedAtTheNextStart) {
+    add(vevent("daily", daily + "RRULE:FREQ=DAILY;UNTIL=20261025T015959Z\n", {{"-PT15M"}}) +
+        detached("20261024", "20261025T031000"));
+    const auto kept = own(
+        i_cal_parser_parse_string(partOf(get("daily"), "BEGIN:VEVENT", "END:VEVENT\r\n").c_str()));
+    const CutJournal journal(folder.path("cuts"));
+    ASSERT_TRUE(journal.add({.place = "work" + number,
+                             .before = "daily",
+                             .after = "later",
+                             .wholeSum = "another",
+                             .partSum = checksumOf(platform::calendar::rulesOf(kept.get())),
+                             .moved = {"20261024T030000"}}));
+    add(vevent("later", daily + "RRULE:FREQ=DAILY\n"));
+    Evolution next([this] { return time; }, folder.path("cuts"));
+    EXPECT_EQ(next.open().refusal, Refusal::none);
+    EXPECT_EQ(count(get("daily"), "RECURRENCE-ID"), 0U);
+    EXPECT_EQ(count(list(), "BEGIN:VEVENT"), 2U);
+    EXPECT_THAT(journal.cuts(), IsEmpty());
 }
 
 TEST_F(EvolutionCalendars, AReadOnlyCalendarIsSkippedWithOneRemark) {

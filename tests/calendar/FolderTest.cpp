@@ -1,4 +1,4 @@
-#include "platform/calendar/Folder.h"
+#include "platform/calendar/folder/Folder.h"
 #include "calendar/Passes.h"
 #include "testing/TempFolder.h"
 

@@ -23,7 +23,7 @@ class CalendarModule : public testing::Test {
   protected:
     void make(const std::string& module, const std::string& folder, double patience = 60) {
         calendar = std::make_unique<ModuleCalendar>(
-            ModuleCalendar::Place{module, folder}, loop, log,
+            ModuleCalendar::Place{.module = module, .folder = folder}, loop, log,
             [this](Refusal why) { refusals.push_back(why); }, patience);
     }
     /// Until the main thread has the answer.
@@ -115,6 +115,30 @@ TEST_F(CalendarModule, AnswersEachOfManySavesWithItsOwnResultInOrder) {
                        [&answers](const auto& error) { answers += error ? *error + " " : "- "; });
     find();
     EXPECT_EQ(answers, "- refused - - refused ");
+}
+
+TEST_F(CalendarModule, ThatThrowsFailsAndEndsNothing) {
+    make(STAND_IN, "/throws");
+    EXPECT_TRUE(access());
+    EXPECT_THAT(find().events, IsEmpty());
+    std::string answers;
+    calendar->save({.id = "a"}, platform::Calendar::Span::futureEvents,
+                   [&answers](const auto& error) { answers += error.value_or("-"); });
+    find();
+    EXPECT_EQ(answers, "no memory for this");
+    EXPECT_FALSE(access());
+    EXPECT_THAT(log.lines, testing::Contains(HasSubstr("no memory for this")));
+}
+
+TEST_F(CalendarModule, HasASaveThatFailedLoggedOnceAsLongAsItFails) {
+    make(STAND_IN, "/saves");
+    EXPECT_TRUE(access());
+    for (int pass = 0; pass < 3; ++pass) {
+        for (const char* id : {"good", "bad"})
+            calendar->save({.id = id}, platform::Calendar::Span::futureEvents, [](const auto&) {});
+        find();
+    }
+    EXPECT_THAT(log.lines, ElementsAre(HasSubstr("refused")));
 }
 
 TEST_F(CalendarModule, ThatDoesNotAnswerIsInterrupted) {

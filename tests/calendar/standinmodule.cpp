@@ -2,11 +2,13 @@
 
 #include <condition_variable>
 #include <mutex>
+#include <stdexcept>
 
 // Stands in for the calendar module. The folder says what it does:
 //   /waits      never finds anything until it is interrupted
 //   /remarks    has remarks: "a b", then the same, then "b", then "a b" again
 //   /elsewhere  refuses
+//   /throws     throws in every operation but the first opening
 
 namespace {
 
@@ -18,10 +20,12 @@ class StandIn final : public Backend {
 
     Opened open() override {
         if (behaviour == "/elsewhere") return {Refusal::noCalendar, "none here"};
+        if (behaviour == "/throws" && count++ > 0) throw std::runtime_error("no memory for this");
         return {};
     }
     Found find(double) override {
         Found found;
+        if (behaviour == "/throws") throw 1;
         if (behaviour == "/waits") {
             std::unique_lock lock(guard);
             changed.wait(lock, [this] { return interrupted; });
@@ -34,6 +38,7 @@ class StandIn final : public Backend {
         return found;
     }
     std::vector<SaveResult> save(const std::vector<platform::CalendarEvent>& events) override {
+        if (behaviour == "/throws") throw std::runtime_error("no memory for this");
         std::vector<SaveResult> results(events.size());
         for (std::size_t index = 0; index < events.size(); ++index)
             if (events[index].id == "bad") results[index] = "refused";
@@ -55,6 +60,7 @@ class StandIn final : public Backend {
 
 } // namespace
 
-extern "C" __attribute__((visibility("default"))) Backend* makeCalendarBackend(const char* folder) {
+extern "C" __attribute__((visibility("default"))) Backend* makeCalendarBackend(const char* folder,
+                                                                               const char*) {
     return new StandIn(folder);
 }

@@ -1,7 +1,7 @@
 #include "calendar/Ics.h"
 #include "calendar/Session.h"
 #include "platform/calendar/Evolution.h"
-#include "platform/calendar/Folder.h"
+#include "platform/calendar/folder/Folder.h"
 #include "platform/linux/system/ModuleCalendar.h"
 #include "platform/memory/Calendar.h"
 #include "platform/qt/loop/QtRunLoop.h"

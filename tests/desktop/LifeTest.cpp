@@ -44,7 +44,8 @@ TEST(Life, IsOneOfItsKindInASession) {
     EXPECT_EQ(second->wait(), 0);
     EXPECT_TRUE(second->waitForText("running already")) << second->errors();
     EXPECT_TRUE(product.program->running());
-    const auto sibling = product.desktop.spawn(programs() + "/palisor", {"--product", "orbisant"});
+    const auto sibling =
+        product.desktop.spawn(programs() + "/palisor", {"--verbose", "--product", "orbisant"});
     EXPECT_TRUE(sibling->waitForText("10.14")) << "another product is another program";
 }
 

@@ -1,7 +1,9 @@
 #include "platform/linux/settings/PropertyList.h"
 
+#include <fstream>
 #include <gtest/gtest.h>
 #include <limits>
+#include <sstream>
 
 namespace {
 
@@ -49,6 +51,15 @@ TEST(PropertyList, AcceptsEveryWayOfWritingAWholeList) {
     }
 }
 
+// Otherwise the fuzzer begins with a list that is refused at its last line.
+TEST(PropertyList, AcceptsTheRichestInputOfItsFuzzer) {
+    std::ostringstream seed;
+    seed << std::ifstream(SEEDS "/every-type.plist").rdbuf();
+    const auto read = readPropertyList(seed.str());
+    EXPECT_EQ(read.wholeness, Wholeness::whole);
+    EXPECT_EQ(read.list.size(), 10U);
+}
+
 TEST(PropertyList, RefusesWhatCannotBeReadWithoutLoss) {
     for (const std::string items : {
              "<key>a</key>",
@@ -56,7 +67,10 @@ TEST(PropertyList, RefusesWhatCannotBeReadWithoutLoss) {
              "<true/>",
              "<key>a</key><integer>12x</integer>",
              "<key>a</key><integer></integer>",
-             "<key>a</key><integer>0x28</integer>",
+             "<key>a</key><integer>28h</integer>",
+             "<key>a</key><integer>0x</integer>",
+             "<key>a</key><integer>0x2g</integer>",
+             "<key>a</key><integer>0x10000000000000000</integer>",
              "<key>a</key><integer>+-5</integer>",
              "<key>a</key><integer>\xC2\xA0"
              "5</integer>",
@@ -202,6 +216,7 @@ TEST(PropertyList, ReadsTheValuesWhateverTheyAreWrittenLike) {
         "-->&#233;<![CDATA[<&amp;]]>\r\n</string>"
         "<key>n</key><integer>\n-5 </integer><key>p</key><integer>+7</integer>"
         "<key>min</key><integer>-9223372036854775808</integer>"
+        "<key>x</key><integer>0x28</integer><key>X</key><integer> -0XfF</integer>"
         "<key>t</key><true> </true><key>f</key><false/><key>e</key><string/>"
         "<key>d</key><data>\r\n\tAA\r\n\tH/\r\n</data><key>none</key><data></data>"
         "<key>in</key><dict><key>x</key><dict/></dict>"
@@ -212,6 +227,8 @@ TEST(PropertyList, ReadsTheValuesWhateverTheyAreWrittenLike) {
         {"n", Value{std::int64_t{-5}}},
         {"p", Value{std::int64_t{7}}},
         {"min", Value{std::numeric_limits<std::int64_t>::min()}},
+        {"x", Value{std::int64_t{0x28}}},
+        {"X", Value{std::int64_t{-0xff}}},
         {"t", Value{true}},
         {"f", Value{false}},
         {"e", Value{""s}},

@@ -59,6 +59,16 @@ TEST_F(SettingsFileTest, FlushSavesAtOnceAndLeavesNothingForTheSaveThatWasAskedF
     EXPECT_EQ(platform::linux::identityOf(path()), before);
 }
 
+TEST_F(SettingsFileTest, ReplacingEveryValueAsksForASave) {
+    auto settings = openDeferred();
+    save(settings, "a", "1");
+    settings.savePending();
+    settings.setPersistentDomain({});
+    EXPECT_EQ(saveRequests, 2);
+    settings.savePending();
+    EXPECT_EQ(open().object("a"), nullptr);
+}
+
 TEST_F(SettingsFileTest, AnUnchangedStoreIsNotWritten) {
     auto settings = open();
     save(settings, "a", "1");

@@ -78,6 +78,15 @@ TEST_F(Helper, RunFromItsEntryStartsTheProductAndGoesWhenTold) {
     EXPECT_TRUE(desktop.isOnTheBus(mainName)) << "the product must outlive its helper";
 }
 
+TEST_F(Helper, PassesTheFolderOfTheCalendarsOn) {
+    install("stay");
+    const auto helper =
+        desktop.spawn(bin / "palisor-helper", {"--product", "palisor", "--calendar", "/a folder"});
+    ASSERT_TRUE(helper->waitForText("pid ")) << helper->errors();
+    EXPECT_TRUE(helper->waitForText("told --calendar")) << helper->errors();
+    EXPECT_TRUE(helper->waitForText("told /a folder")) << helper->errors();
+}
+
 TEST_F(Helper, WaitsUntilItIsToldAboutItsOwnProduct) {
     install("tell others");
     const auto helper = start();

@@ -71,6 +71,18 @@ TEST_F(LoginOfTheProgram, SwitchedOnInTheMenuComesUpInTheNextSession) {
     expectToComeUpInANewSession();
 }
 
+TEST_F(LoginOfTheProgram, TheFolderOfTheCalendarsGoesAlong) {
+    testing_support::TempFolder calendars;
+    spawn({.product = "calendar-alerts", .options = {"--calendar", calendars.path() + "/."}});
+    ASSERT_TRUE(program->waitForText("=====")) << program->errors();
+    toggleStartAtLogin();
+    ASSERT_TRUE(isThereSoon(item(helperSuffix), true));
+    std::ostringstream entry;
+    entry << std::ifstream(item(helperSuffix)).rdbuf();
+    EXPECT_NE(entry.str().find(" --calendar " + calendars.path()), std::string::npos)
+        << entry.str();
+}
+
 TEST_F(LoginOfTheProgram, SwitchedOffAgainLeavesNothing) {
     startOne("palisor");
     toggleStartAtLogin();

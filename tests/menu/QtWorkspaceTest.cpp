@@ -57,6 +57,22 @@ TEST_F(QtWorkspace, PassesPagesAndMailsOnAsOneArgument) {
     EXPECT_TRUE(log.lines.empty());
 }
 
+TEST_F(QtWorkspace, PassesOfAMailOnlyRecipientSubjectAndBodyOn) {
+    const std::pair<std::string, std::string> rows[] = {
+        {"mailto:a@b.invalid?attach=/etc/passwd&Subject=S&cc=c@d.invalid&body=B%26b&bcc=x",
+         "mailto:a@b.invalid?Subject=S&body=B%26b"},
+        {"mailto:a@b.invalid,c@d.invalid?ATTACHMENT=~/.ssh/id&SUBJECT=s",
+         "mailto:a@b.invalid,c@d.invalid?SUBJECT=s"},
+        {"mailto:a@b.invalid?subject=s%0D%0Abcc:x@y.invalid&body=b%0Ac",
+         "mailto:a@b.invalid?body=b%0Ac"},
+        {"mailto:a@b.invalid?att%61ch=/etc/passwd&to=c@d.invalid#part", "mailto:a@b.invalid"}};
+    for (const auto& [asked, passed] : rows) {
+        workspace.openURL(asked);
+        EXPECT_EQ(opened(), "1|" + passed);
+    }
+    EXPECT_TRUE(log.lines.empty());
+}
+
 TEST_F(QtWorkspace, LeavesNothingToAShell) {
     workspace.openURL("https://a.invalid/$(touch%20x);`id`?q='a b'\"&&|");
     const std::string given = opened();
@@ -75,6 +91,9 @@ TEST_F(QtWorkspace, RefusesEveryOtherKindOfAddressWithOneLineInTheLog) {
                                    "https:",
                                    "https:///path",
                                    "mailto:",
+                                   "mailto:?subject=s",
+                                   "mailto:a@b.invalid%0Abcc:c@d.invalid",
+                                   "https://a.invalid/" + std::string(1983, 'x'),
                                    "--help",
                                    "",
                                    " ",
@@ -86,6 +105,8 @@ TEST_F(QtWorkspace, RefusesEveryOtherKindOfAddressWithOneLineInTheLog) {
         workspace.openURL(url);
         EXPECT_EQ(log.lines.size(), 1u) << url;
     }
+    workspace.openURL("https://a.invalid/" + std::string(1982, 'x'));
+    EXPECT_EQ(opened(), "1|https://a.invalid/" + std::string(1982, 'x')) << "the longest";
     // Nothing of these came before it.
     workspace.openURL("HTTPS://a.invalid/last");
     EXPECT_EQ(opened(), "1|https://a.invalid/last");

@@ -1,4 +1,5 @@
 #include "remote/Exchange.h"
+#include "testing/KeptLog.h"
 
 #include <gmock/gmock.h>
 
@@ -209,15 +210,30 @@ TEST(ActionServer, MayFillAnyPlaceWithAnyType) {
 }
 
 TEST(ActionServer, UnderAReservedNameIsNotLookedFor) {
-    for (const char* host : {"service.tamberlo.invalid", "a.INVALID.", "x.invalid:443"})
-        EXPECT_TRUE(platform::linux::hasInvalidHost("https://" + std::string(host) + "/a?b=c"));
+    for (const char* host : {"service.tamberlo.invalid", "a.INVALID.", "x.invalid:443", "", " ",
+                             ".", ":443", "user@", "user@:443"})
+        EXPECT_TRUE(platform::linux::asksNobody("https://" + std::string(host) + "/a?b=c")) << host;
+    for (const char* url : {"https://", "https://?b=c", "https://#"})
+        EXPECT_TRUE(platform::linux::asksNobody(url)) << url;
     for (const char* url :
          {"https://localhost/x.invalid", "https://invalid.example/", "https://x.invalid@localhost/",
           "https://localhost/?a=https://b.invalid/", "x.invalid"})
-        EXPECT_FALSE(platform::linux::hasInvalidHost(url)) << url;
-    Exchange exchange("", "service.tamberlo.invalid");
-    exchange.launch();
-    expectPlainStart(exchange);
+        EXPECT_FALSE(platform::linux::asksNobody(url)) << url;
+    for (const char* host : {"service.tamberlo.invalid", "", " "}) {
+        Exchange exchange("", host);
+        exchange.launch();
+        expectPlainStart(exchange);
+    }
+}
+
+// The library would otherwise look for the first word of the path, which is a host in some
+// networks.
+TEST(ActionServer, WithoutANameIsNotLookedForUnderAnother) {
+    testing_support::KeptLog log;
+    platform::linux::CurlHttp web(log);
+    for (const char* url :
+         {"https:///localhost/", "https:///localhost:1/app", "https:// /localhost"})
+        EXPECT_EQ(web.get({.url = url}).error, "there is no host, or its name is reserved") << url;
 }
 
 // The program asks for its ten seconds; the test has them pass sooner.

@@ -1,9 +1,13 @@
 #include "platform/memory/MemoryPlatform.h"
+#include "testing/TempFolder.h"
+#include "testing/desktop/Hand.h"
 #include "util/MacUtils.h"
 #include "web/Stage.h"
 
 #include <QDir>
 #include <QStandardPaths>
+#include <cstdlib>
+#include <filesystem>
 #include <gmock/gmock.h>
 
 // Pages of a real server, shown by the program's own operations.
@@ -123,6 +127,40 @@ TEST_F(Pages, HaveOneStorageFolderHoweverOftenTheCacheWasCleared) {
     webtests::Engine next;
     next.web.setCookie("a=1; domain=a.test; path=/");
     EXPECT_THAT(names(), testing::ElementsAre(newest));
+}
+
+// The desktop's opener is a program found in PATH, for which the test's own one stands.
+TEST_F(Pages, OpenOtherProgramsThroughTheProgramsOwnFilterOnly) {
+    testing_support::TempFolder folder;
+    folder.write("xdg-open",
+                 "#!/bin/sh\nprintf '%s\\n' \"$1\" >> '" + folder.path("opened") + "'\n");
+    std::filesystem::permissions(folder.path("xdg-open"), std::filesystem::perms::owner_all);
+    ::setenv("PATH", (folder.path() + ":" + std::getenv("PATH")).c_str(), 1);
+    // Each click follows the next link.
+    server.pages["/"] = {
+        "<a id=a style='position:fixed;inset:0' href='#'>x</a><script>"
+        "const links = ['file:///etc/passwd', 'store:1', 'mailto:a@b.invalid?attach=/etc/passwd"
+        "&subject=s']; let next = 0;"
+        "a.onmousedown = () => { a.href = links[next]; };"
+        "a.onclick = () => { fetch('/clicked' + next++); };"
+        "a.addEventListener('mousemove', () => { fetch('/over'); }, {once: true});"
+        "fetch('/loaded')</script>"};
+    const auto window = show(server.url("/"));
+    while (server.next().path != "/loaded") {
+    }
+    support::Hand hand(webtests::desktop().display());
+    int step = 0; // The page may be loaded before its window is on the screen.
+    ASSERT_TRUE(webtests::waitUntil([&] {
+        hand.moveTo(800 + ++step % 2, 600);
+        return !server.requests.empty();
+    }));
+    EXPECT_EQ(server.next().path, "/over");
+    for (const char* path : {"/clicked0", "/clicked1", "/clicked2"}) {
+        hand.click();
+        EXPECT_EQ(server.next().path, path);
+    }
+    EXPECT_TRUE(webtests::waitUntil([&] { return folder.read("opened").ends_with('\n'); }));
+    EXPECT_EQ(folder.read("opened"), "mailto:a@b.invalid?subject=s\n");
 }
 
 TEST_F(Pages, OfAddressesThatAreNoneAreEmpty) {

@@ -299,6 +299,7 @@ class AppDelegate : private platform::MenuTarget, private platform::InfoTarget {
     std::unique_ptr<platform::InfoWindow> windowInfo; ///< never null
     CheckBox butautologin;                            ///< not shown; says what was last accepted
     platform::Alert alertrate;                        ///< the one shown last
+    platform::Alert alertShortCut;                    ///< the popup shown last
 
     // What the maker's service asked for.
     std::optional<std::string> event_1, event_2; ///< addresses, one for each button

@@ -83,10 +83,13 @@ void AppDelegate::responseActionWebService(const platform::JsonValue& reply) {
     platform::Alert alert{
         .message = services.bundle.displayName() + " " + services.bundle.version(),
         .informative = formatted(formatted(*question, "aaaaa"), "bbbbbb"),
-        .buttons = {
-            replyText(reply.member("answer_1")).value_or(services.bundle.localizedString("OK"))}};
-    if (auto answer = replyText(reply.member("answer_2")))
-        alert.buttons.push_back(std::move(*answer));
+        .buttons = {validText("answer_1").value_or(services.bundle.localizedString("OK"))}};
+    if (auto answer = validText("answer_2")) alert.buttons.push_back(std::move(*answer));
+    // Who closes a question has answered nothing: nothing must be opened, removed or ended by it.
+    using Closing = platform::Alert::Closing;
+    const bool secondOnlyStarts = active_2 && !event_2;
+    const bool firstOnlyStarts = active_1 && !event_1;
+    if (!secondOnlyStarts) alert.closing = firstOnlyStarts ? Closing::defaultButton : Closing::none;
     alertDidEnd3_returnCode_contextInfo(&alert, services.alerts.runModal(alert), nullptr);
 }
 

@@ -56,18 +56,18 @@ void AppDelegate::setHardcodedShortcutEnabled(bool enabled) {
 /// The barrier can be left only by those who have a way back, so it asks until there is one.
 void AppDelegate::showShortcutPopup() {
     do {
-        platform::Alert popup{.message = services.bundle.localizedString("SHORTCUT"),
-                              .buttons = {services.bundle.localizedString("DONE")},
-                              .accessory = std::string(accessories::shortcutRecorder)};
+        alertShortCut = {.message = services.bundle.localizedString("SHORTCUT"),
+                         .buttons = {services.bundle.localizedString("DONE")},
+                         .accessory = std::string(accessories::shortcutRecorder)};
         const auto instructions = [this](std::string_view key) {
             return formatted(services.bundle.localizedString(key), services.bundle.displayName());
         };
         if (IDApp() == variants::barrier)
-            popup.informative = instructions("SHORTCUT_INSTRUCTIONS_PALISOR");
+            alertShortCut.informative = instructions("SHORTCUT_INSTRUCTIONS_PALISOR");
         if (IDApp() == variants::cursorHider)
-            popup.informative = instructions("SHORTCUT_INSTRUCTIONS");
+            alertShortCut.informative = instructions("SHORTCUT_INSTRUCTIONS");
         services.application.activateIgnoringOtherApps();
-        services.alerts.runModal(popup);
+        services.alerts.runModal(alertShortCut);
     } while (IDApp() == variants::barrier && !hasUsableShortcut());
 }
 

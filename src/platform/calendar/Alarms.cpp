@@ -81,7 +81,7 @@ bool isAlready(ICalComponent* alarm, const CalendarAlarm& wanted) {
     const When when = whenOf(alarm, 0, 0);
     return when.fromStart && when.offset == std::round(wanted.offset) &&
            soundOf(alarm) == wanted.sound && isDefault(alarm) == wanted.isDefault &&
-           showsOrSounds(alarm);
+           showsOrSounds(alarm) && !first(alarm, I_CAL_REPEAT_PROPERTY);
 }
 
 void setDefault(ICalComponent* alarm, bool value) {
@@ -118,6 +118,9 @@ void change(ICalComponent* alarm, const CalendarAlarm& wanted, ICalComponent* ev
     const auto trigger =
         own(i_cal_trigger_new_from_int(static_cast<int>(std::lround(wanted.offset))));
     i_cal_component_take_property(alarm, i_cal_property_new_trigger(trigger.get()));
+    // It would go off again at times that nobody has asked for.
+    removeAll(alarm, I_CAL_REPEAT_PROPERTY);
+    removeAll(alarm, I_CAL_DURATION_PROPERTY);
     removeAll(alarm, I_CAL_ATTACH_PROPERTY);
     if (!wanted.sound.empty()) {
         const auto attached = own(i_cal_attach_new_from_url(wanted.sound.c_str()));

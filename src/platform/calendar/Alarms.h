@@ -18,7 +18,7 @@ std::vector<CalendarAlarm> alarmsOf(ICalComponent* event, std::time_t start, std
 bool hasAlarms(ICalComponent* event, const std::vector<CalendarAlarm>& wanted);
 
 /// Makes the component's alarms these. One whose id is there keeps the properties that nobody asks
-/// to change; it shows and sounds from then on, whatever it did.
+/// to change; it shows and sounds from then on, once, whatever it did.
 void setAlarms(ICalComponent* event, const std::vector<CalendarAlarm>& wanted);
 
 /// The text of all alarms, each line ended as the format asks for.

@@ -47,8 +47,9 @@ class Backend {
 };
 
 /// The one symbol that a module exports. An empty folder asks for the desktop's own calendars, else
-/// it holds one .ics file an event.
-using MakeBackend = Backend*(const char* folder);
+/// it holds one .ics file an event. The journal is a file, which need not be there, for what a kill
+/// leaves half done.
+using MakeBackend = Backend*(const char* folder, const char* journal);
 inline constexpr const char* makeBackendName = "makeCalendarBackend";
 
 } // namespace platform::calendar

@@ -4,6 +4,24 @@
 
 namespace platform::calendar {
 
+const char* nameOf(Oddity oddity) {
+    switch (oddity) {
+    case Oddity::tooOften:
+        return "it recurs too often";
+    case Oddity::tooHard:
+        return "it recurs by a rule that is too hard to follow";
+    case Oddity::none:
+    case Oddity::stopped:
+        break;
+    }
+    return nullptr;
+}
+
+bool mayBeSaved(const Occurrence& occurrence, const Zones& zones) {
+    return occurrence.detached || !hasOtherPeople(occurrence.component) ||
+           isWhole(occurrence, zones);
+}
+
 CalendarEvent eventOf(const Occurrence& occurrence, const std::string& where, std::time_t now) {
     return {.id = uidOf(occurrence.component),
             .calendar = where,

@@ -11,11 +11,9 @@ namespace platform::calendar {
 
 namespace {
 
+constexpr std::time_t aDay = 24 * 60 * 60;
 constexpr const char* noServer = "the desktop's calendars cannot be reached: ";
 constexpr auto doNotWaitForTheAccount = static_cast<guint32>(-1); // any other number is seconds
-
-// Whoever is invited need not hear of an alarm.
-constexpr auto quietly = E_CAL_OPERATION_FLAG_DISABLE_ITIP_MESSAGE;
 
 std::string lostDuringPass(const std::string& calendar) {
     return calendar + ": the calendar server ended during this pass";
@@ -65,7 +63,8 @@ bool hasServer(ESourceRegistry* registry) {
 
 } // namespace
 
-Evolution::Evolution(Now clock) : now(std::move(clock)), context(g_main_context_new()) {
+Evolution::Evolution(Now clock, std::string journalFile)
+    : now(std::move(clock)), journal(std::move(journalFile)), context(g_main_context_new()) {
     g_main_context_push_thread_default(context);
 }
 
@@ -104,7 +103,21 @@ Opened Evolution::open() {
     }
     if (enabledCalendars(registry.get()).empty())
         return {Refusal::noCalendar, "the desktop has no calendar that is switched on"};
+    settleCuts();
     return {};
+}
+
+/// One whose calendar cannot be reached waits for another start.
+void Evolution::settleCuts() {
+    const auto cuts = journal.cuts();
+    if (cuts.empty()) return;
+    for (const auto& source : enabledCalendars(registry.get())) {
+        Place place;
+        for (const Cut& cut : cuts)
+            if (cut.place == e_source_get_uid(source.get()) && !openPlace(source.get(), place) &&
+                settle(place, cut))
+                journal.strike(cut);
+    }
 }
 
 /// A calendar whose server has ended is opened anew by the next request, which has the bus start
@@ -145,26 +158,69 @@ bool Evolution::fetchAll(Place& place, const std::string& uid, Series& series, F
     return true;
 }
 
-std::optional<std::string> Evolution::query(Place& place) {
-    place.series.clear();
-    const std::string question = "(occur-in-time-range? (make-time \"" + utcText(from) +
-                                 "\") (make-time \"" + utcText(to + 1) + "\"))";
-    Failure failure;
+template <class Visit>
+bool Evolution::ask(Place& place, const std::string& question, Failure& failure, Visit&& visit) {
     ObjectList objects;
     if (e_cal_client_get_object_list_sync(place.client.get(), question.c_str(), objects.place(),
                                           stop.get(), failure.place()) == FALSE)
-        return failed(place, failure);
+        return false;
+    objects.each<ICalComponent>(visit);
+    return true;
+}
+
+/// Asked when recurring events are, the server walks each rule from its beginning: one that recurs
+/// every second keeps it busy for minutes. So it is only asked which ones there are.
+std::optional<std::string> Evolution::query(Place& place, std::vector<std::string>& remarks) {
+    place.series.clear();
+    const std::string span = "(occur-in-time-range? (make-time \"" + utcText(from) +
+                             "\") (make-time \"" + utcText(to + 1) + "\"))";
     std::set<std::string> manifold;
-    objects.each<ICalComponent>([&](ICalComponent* event) {
+    std::map<std::size_t, Look> looks;
+    Failure failure;
+    const auto single = [&](ICalComponent* event) {
         if (isRecurring(event) || isDetached(event))
             manifold.insert(uidOf(event));
         else
             place.series[uidOf(event)].master = share(event);
-    });
+    };
+    const auto recurring = [&](ICalComponent* event) {
+        const auto text = std::hash<std::string>{}(textOf(event));
+        const Look& look = looks[text] = lookAt(place, event, place.looks[text]);
+        if (look.next <= to) manifold.insert(uidOf(event));
+        if (const char* const why = nameOf(look.oddity))
+            remarks.push_back(nameIn(place, event) + " is left as it is: " + why);
+    };
+    if (!ask(place, "(and (not (has-recurrences?)) " + span + ")", failure, single) ||
+        !ask(place, "(has-recurrences?)", failure, recurring))
+        return failed(place, failure);
+    place.looks = std::move(looks);
     // The server's answer lacks occurrences that were changed a short while ago.
     for (const std::string& uid : manifold)
         if (!fetchAll(place, uid, place.series[uid], failure)) return failed(place, failure);
     return std::nullopt;
+}
+
+/// Looks a day further than it is asked for, and not again before something may have changed.
+Evolution::Look Evolution::lookAt(const Place& place, ICalComponent* event,
+                                  const Look& known) const {
+    if (known.from != 0 && from >= known.from && to < std::max(known.next, known.to)) return known;
+    Series one;
+    if (isDetached(event))
+        one.detached.push_back(share(event));
+    else
+        one.master = share(event);
+    Look look{.from = from, .to = to + aDay};
+    const auto expansion = occurrencesBetween(one, zonesOf(place), look.from, look.to, stop.get());
+    look.oddity = expansion.oddity;
+    look.next = expansion.occurrences.empty() ? look.to : expansion.occurrences.front().start;
+    // What is under way is there as long as it lasts.
+    if (!expansion.occurrences.empty() && look.next <= to) look.to = to;
+    if (look.oddity == Oddity::stopped) look.from = 0;
+    return look;
+}
+
+std::string Evolution::nameIn(const Place& place, ICalComponent* event) {
+    return place.name + ": \"" + textOr(i_cal_component_get_summary(event), "") + "\"";
 }
 
 Found Evolution::find(double seconds) {
@@ -190,10 +246,10 @@ Found Evolution::find(double seconds) {
                                     " cannot be changed and is left alone");
             continue;
         }
-        if (!error) error = query(place);
+        if (!error) error = query(place, found.remarks);
         // The server ended since the last time.
         if (error && !place.client && !(error = openPlace(source.get(), place)))
-            error = query(place);
+            error = query(place, found.remarks);
         if (error) {
             anyLost = anyLost || !place.client;
             found.remarks.push_back(*error);
@@ -201,14 +257,29 @@ Found Evolution::find(double seconds) {
         }
         found.answer.sources.push_back(id);
         for (const auto& [uid, series] : place.series)
-            for (const Occurrence& occurrence :
-                 occurrencesBetween(series, zonesOf(place), from, to))
-                found.answer.events.push_back(eventOf(occurrence, id, from));
+            addEvents(place, id, series, found);
     }
     places = std::move(present);
     if (anyLost) registry.reset();
     std::ranges::stable_sort(found.answer.events, {}, &CalendarEvent::start);
     return found;
+}
+
+void Evolution::addEvents(const Place& place, const std::string& id, const Series& series,
+                          Found& found) {
+    const auto expansion = occurrencesBetween(series, zonesOf(place), from, to, stop.get());
+    const auto name = [&] {
+        return nameIn(place, series.master ? series.master.get() : series.detached.front().get());
+    };
+    if (const char* const why = nameOf(expansion.oddity))
+        found.remarks.push_back(name() + " is left as it is: " + why);
+    bool isKept = false;
+    for (const Occurrence& occurrence : expansion.occurrences)
+        if (mayBeSaved(occurrence, zonesOf(place)))
+            found.answer.events.push_back(eventOf(occurrence, id, from));
+        else
+            isKept = true;
+    if (isKept) found.remarks.push_back(name() + keepsItsAlarms);
 }
 
 std::vector<SaveResult> Evolution::save(const std::vector<CalendarEvent>& events) {
@@ -230,7 +301,7 @@ SaveResult Evolution::saveOne(const CalendarEvent& event, Batch& batch, SaveResu
     if (entry == place.series.end()) return noSuchEvent;
     Series& series = entry->second;
     if (isCovered(series, event, from)) return std::nullopt;
-    const auto all = occurrencesBetween(series, zonesOf(place), from, to);
+    const auto all = occurrencesBetween(series, zonesOf(place), from, to, stop.get()).occurrences;
     const auto found = std::ranges::find(all, event.occurrence, &Occurrence::id);
     if (found == all.end()) return noSuchEvent;
     if (hasAlarms(found->component, event.alarms)) return std::nullopt;
@@ -293,46 +364,6 @@ void Evolution::send(Batch& batch) {
         *item->result = failed(place, failure);
         if (item->series != nullptr) item->series->savedFrom = 0;
     }
-}
-
-/// The server can cut a series by itself, but drops the later occurrences that were changed by
-/// themselves. So the later half is made here, complete, before the first half ends earlier.
-SaveResult Evolution::saveHalf(Place& place, const Series& series, const Occurrence& occurrence,
-                               const CalendarEvent& wanted) {
-    ECalClient* const client = place.client.get();
-    const Halves halves = cutAt(series, occurrence, zonesOf(place));
-    if (!halves.after) return cannotBeCut;
-    setAlarms(halves.after.get(), wanted.alarms);
-    Failure failure;
-    if (e_cal_client_create_object_sync(client, halves.after.get(), quietly, nullptr, stop.get(),
-                                        failure.place()) == FALSE)
-        return failed(place, failure);
-    const std::string uid = uidOf(halves.after.get());
-    bool done = true;
-    for (ICalComponent* const event : halves.movedDetached) {
-        const Component moved = copyOf(event);
-        i_cal_component_set_uid(moved.get(), uid.c_str());
-        done =
-            done && e_cal_client_modify_object_sync(client, moved.get(), E_CAL_OBJ_MOD_THIS,
-                                                    quietly, stop.get(), failure.place()) != FALSE;
-    }
-    done = done && e_cal_client_modify_object_sync(client, halves.before.get(), E_CAL_OBJ_MOD_ALL,
-                                                   quietly, stop.get(), failure.place()) != FALSE;
-    if (!done) {
-        Failure ignored;
-        (void)e_cal_client_remove_object_sync(client, uid.c_str(), nullptr, E_CAL_OBJ_MOD_ALL,
-                                              quietly, nullptr, ignored.place());
-        return failed(place, failure);
-    }
-    for (ICalComponent* const event : halves.movedDetached) {
-        const auto id = own(i_cal_component_get_recurrenceid(event));
-        const std::string text = take(i_cal_time_as_ical_string(id.get()));
-        if (e_cal_client_remove_object_sync(client, wanted.id.c_str(), text.c_str(),
-                                            E_CAL_OBJ_MOD_ONLY_THIS, quietly, stop.get(),
-                                            failure.place()) == FALSE)
-            return failed(place, failure);
-    }
-    return std::nullopt;
 }
 
 } // namespace platform::calendar

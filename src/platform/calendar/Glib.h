@@ -85,6 +85,10 @@ class Failure {
                (error->domain == G_DBUS_ERROR || error->domain == G_IO_ERROR ||
                 g_error_matches(error, E_CLIENT_ERROR, E_CLIENT_ERROR_DBUS_ERROR) != FALSE);
     }
+    bool isAbsence() const {
+        return g_error_matches(error, E_CAL_CLIENT_ERROR, E_CAL_CLIENT_ERROR_OBJECT_NOT_FOUND) !=
+               FALSE;
+    }
     std::string text() const { return error == nullptr ? "no reason was told" : error->message; }
 
   private:

@@ -1,5 +1,5 @@
 #include "platform/calendar/Evolution.h"
-#include "platform/calendar/Folder.h"
+#include "platform/calendar/folder/Folder.h"
 
 #include <ctime>
 
@@ -12,8 +12,8 @@ std::time_t clockTime() {
 } // namespace
 
 extern "C" __attribute__((visibility("default"))) platform::calendar::Backend*
-makeCalendarBackend(const char* folder) {
+makeCalendarBackend(const char* folder, const char* journal) {
     using namespace platform::calendar;
-    if (*folder != '\0') return new Folder(folder, clockTime);
-    return new Evolution(clockTime);
+    if (*folder != '\0') return new Folder(folder, clockTime, journal);
+    return new Evolution(clockTime, journal);
 }

@@ -1,7 +1,6 @@
 #include "platform/calendar/Occurrences.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <set>
 
 namespace platform::calendar {
@@ -12,51 +11,10 @@ Ref<ICalTime> utc(std::time_t time) {
     return own(i_cal_time_new_from_timet_with_zone(time, FALSE, i_cal_timezone_get_utc_timezone()));
 }
 
-ICalTimezone* zoneOf(ICalProperty* property, const Zones& zones) {
-    const auto parameter = own(i_cal_property_get_first_parameter(property, I_CAL_TZID_PARAMETER));
-    if (!parameter) return zones.local;
-    ICalTimezone* const found =
-        zones.lookUp(i_cal_parameter_get_tzid(parameter.get()), zones.data, nullptr, nullptr);
-    return found == nullptr ? zones.local : found;
-}
-
-std::time_t secondsOf(ICalTime* time, ICalTimezone* zone) {
-    if (i_cal_time_is_utc(time)) zone = i_cal_timezone_get_utc_timezone();
-    return i_cal_time_as_timet_with_zone(time, zone);
-}
-
 /// Of an instance that the library has generated.
 std::time_t instanceSeconds(ICalTime* time, const Zones& zones) {
     ICalTimezone* const zone = i_cal_time_get_timezone(time);
     return secondsOf(time, zone == nullptr ? zones.local : zone);
-}
-
-/// The time of a property that the event has once, and what was read of it.
-struct Moment {
-    Ref<ICalTime> time;
-    std::time_t seconds = 0;
-};
-
-Moment momentOf(ICalComponent* event, ICalPropertyKind kind, ICalTime* (*read)(ICalProperty*),
-                const Zones& zones) {
-    const auto property = own(i_cal_component_get_first_property(event, kind));
-    if (!property) return {};
-    auto time = own(read(property.get()));
-    if (!time || i_cal_time_is_null_time(time.get())) return {};
-    const auto seconds = secondsOf(time.get(), zoneOf(property.get(), zones));
-    return {std::move(time), seconds};
-}
-
-Moment startOf(ICalComponent* event, const Zones& zones) {
-    return momentOf(event, I_CAL_DTSTART_PROPERTY, i_cal_property_get_dtstart, zones);
-}
-
-Moment recurrenceIdOf(ICalComponent* event, const Zones& zones) {
-    return momentOf(event, I_CAL_RECURRENCEID_PROPERTY, i_cal_property_get_recurrenceid, zones);
-}
-
-bool lies(std::time_t start, std::time_t end, std::time_t from, std::time_t to) {
-    return start <= to && (end > from || (end == start && start >= from));
 }
 
 struct Collector {
@@ -74,19 +32,43 @@ gboolean collect(ICalComponent*, ICalTime* start, ICalTime* end, gpointer data, 
                     .start = instanceSeconds(start, into.zones),
                     .when = own(i_cal_time_clone(start))};
     made.end = std::max(made.start, instanceSeconds(end, into.zones));
-    if (!lies(made.start, made.end, into.from, into.to) || into.replaced.contains(made.start))
-        return TRUE;
+    if (!hasPartIn(made, into.from, into.to) || into.replaced.contains(made.start)) return TRUE;
     if (isRecurring(into.component)) made.id = take(i_cal_time_as_ical_string(start));
     into.found.push_back(std::move(made));
     return TRUE;
 }
 
-void generate(Collector& into, const Zones& zones) {
+Oddity generate(Collector& into, const Zones& zones, GCancellable* stop) {
+    const bool hasRules = isRecurring(into.component) && !isDetached(into.component);
+    const Unrolled event = hasRules ? unrolled(into.component, zones, {into.from, into.to}, stop)
+                                    : Unrolled{share(into.component)};
+    if (event.oddity != Oddity::none) return event.oddity;
     // The end of the span is not in it, and an event without length at its beginning is.
     const auto begin = utc(into.from - 1);
     const auto end = utc(into.to + 1);
-    e_cal_recur_generate_instances_sync(into.component, begin.get(), end.get(), collect, &into,
-                                        zones.lookUp, zones.data, zones.local, nullptr, nullptr);
+    e_cal_recur_generate_instances_sync(event.event.get(), begin.get(), end.get(), collect, &into,
+                                        zones.lookUp, zones.data, zones.local, stop, nullptr);
+    return g_cancellable_is_cancelled(stop) != FALSE ? Oddity::stopped : Oddity::none;
+}
+
+/// Whether one begins from `from` on, before `to`.
+bool hasInstance(ICalComponent* event, const Zones& zones, std::time_t from, std::time_t to) {
+    struct Earlier {
+        std::time_t limit;
+        const Zones& zones;
+        bool found = false;
+    } earlier{to, zones};
+    const auto look = [](ICalComponent*, ICalTime* start, ICalTime*, gpointer data, GCancellable*,
+                         GError**) -> gboolean {
+        auto& into = *static_cast<Earlier*>(data);
+        into.found = instanceSeconds(start, into.zones) < into.limit;
+        return FALSE;
+    };
+    const auto begin = utc(from - 1);
+    const auto end = utc(to);
+    e_cal_recur_generate_instances_sync(event, begin.get(), end.get(), look, &earlier, zones.lookUp,
+                                        zones.data, zones.local, nullptr, nullptr);
+    return earlier.found;
 }
 
 void setTime(ICalComponent* event, ICalPropertyKind kind, void (*write)(ICalProperty*, ICalTime*),
@@ -109,13 +91,6 @@ void nameZoneAs(ICalComponent* model, ICalComponent* event, ICalPropertyKind kin
 
 } // namespace
 
-ICalTimezone* localZone() {
-    if (const char* const named = std::getenv("TZ"); named != nullptr && *named != '\0')
-        if (ICalTimezone* const zone = i_cal_timezone_get_builtin_timezone(named)) return zone;
-    ICalTimezone* const system = e_cal_util_get_system_timezone();
-    return system == nullptr ? i_cal_timezone_get_utc_timezone() : system;
-}
-
 std::string uidOf(ICalComponent* event) {
     return textOr(i_cal_component_get_uid(event), "");
 }
@@ -128,9 +103,33 @@ bool isDetached(ICalComponent* event) {
     return e_cal_util_component_is_instance(event) != FALSE;
 }
 
-std::vector<Occurrence> occurrencesBetween(const Series& series, const Zones& zones,
-                                           std::time_t from, std::time_t to) {
-    std::vector<Occurrence> found;
+bool hasOtherPeople(ICalComponent* event) {
+    return own(i_cal_component_get_first_property(event, I_CAL_ATTENDEE_PROPERTY)) ||
+           own(i_cal_component_get_first_property(event, I_CAL_ORGANIZER_PROPERTY));
+}
+
+std::string propertyText(ICalComponent* event, const std::vector<ICalPropertyKind>& kinds) {
+    std::string text;
+    for (const ICalPropertyKind kind : kinds)
+        for (const auto& property : propertiesOf(event, kind))
+            text += take(i_cal_property_as_ical_string(property.get()));
+    return text;
+}
+
+std::string rulesOf(ICalComponent* event) {
+    return propertyText(event, {I_CAL_RRULE_PROPERTY, I_CAL_RDATE_PROPERTY, I_CAL_EXDATE_PROPERTY,
+                                I_CAL_EXRULE_PROPERTY});
+}
+
+bool hasPartIn(const Occurrence& occurrence, std::time_t from, std::time_t to) {
+    const auto [start, end] = std::pair(occurrence.start, occurrence.end);
+    return start <= to && (end > from || (end == start && start >= from));
+}
+
+Expansion occurrencesBetween(const Series& series, const Zones& zones, std::time_t from,
+                             std::time_t to, GCancellable* stop) {
+    Expansion result;
+    auto& found = result.occurrences;
     std::set<std::time_t> replaced;
     for (const Component& event : series.detached) {
         const auto id = recurrenceIdOf(event.get(), zones);
@@ -138,13 +137,15 @@ std::vector<Occurrence> occurrencesBetween(const Series& series, const Zones& zo
     }
     if (series.master) {
         Collector into{found, zones, series.master.get(), replaced, from, to};
-        generate(into, zones);
+        result.oddity = generate(into, zones, stop);
+        if (result.oddity != Oddity::none) return {{}, result.oddity};
     }
     const std::set<std::time_t> none;
     for (const Component& event : series.detached) {
         const std::size_t before = found.size();
         Collector into{found, zones, event.get(), none, from, to};
-        generate(into, zones);
+        result.oddity = generate(into, zones, stop);
+        if (result.oddity != Oddity::none) return {{}, result.oddity};
         for (std::size_t index = before; index < found.size(); ++index) {
             found[index].detached = true;
             const auto id = recurrenceIdOf(event.get(), zones);
@@ -152,7 +153,7 @@ std::vector<Occurrence> occurrencesBetween(const Series& series, const Zones& zo
         }
     }
     std::ranges::stable_sort(found, {}, &Occurrence::start);
-    return found;
+    return result;
 }
 
 bool isWhole(const Occurrence& occurrence, const Zones& zones) {
@@ -160,22 +161,15 @@ bool isWhole(const Occurrence& occurrence, const Zones& zones) {
     if (occurrence.detached || !isRecurring(master)) return true;
     const auto start = startOf(master, zones);
     if (!start.time || occurrence.start <= start.seconds) return true;
-    struct Earlier {
-        std::time_t limit;
-        const Zones& zones;
-        bool found = false;
-    } earlier{occurrence.start, zones};
-    const auto look = [](ICalComponent*, ICalTime* begin, ICalTime*, gpointer data, GCancellable*,
-                         GError**) -> gboolean {
-        auto& into = *static_cast<Earlier*>(data);
-        into.found = instanceSeconds(begin, into.zones) < into.limit;
-        return FALSE;
-    };
-    const auto begin = utc(start.seconds - 1);
-    const auto end = utc(occurrence.start);
-    e_cal_recur_generate_instances_sync(master, begin.get(), end.get(), look, &earlier,
-                                        zones.lookUp, zones.data, zones.local, nullptr, nullptr);
-    return !earlier.found;
+    // Nearly always the first day is there. More than so many are hardly all taken out: then it is
+    // cut, and nothing comes before.
+    for (const std::size_t enough : {1, 200}) {
+        const Unrolled event =
+            unrolled(master, zones, {start.seconds, occurrence.start - 1, enough}, nullptr);
+        if (event.oddity != Oddity::none) return false;
+        if (hasInstance(event.event.get(), zones, start.seconds, occurrence.start)) return false;
+    }
+    return true;
 }
 
 Halves cutAt(const Series& series, const Occurrence& occurrence, const Zones& zones) {

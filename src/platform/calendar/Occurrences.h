@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/calendar/Glib.h"
+#include "platform/calendar/Recurrence.h"
 
 #include <ctime>
 #include <string>
@@ -9,16 +9,6 @@
 // When events are, and where a recurring one can be cut in two.
 
 namespace platform::calendar {
-
-/// What resolves the names of time zones. `local` is for days and for times without a zone.
-struct Zones {
-    ECalRecurResolveTimezoneCb lookUp = nullptr;
-    void* data = nullptr;
-    ICalTimezone* local = nullptr;
-};
-
-/// The zone of the session: of TZ where it names one, else of the system. Owned by the library.
-ICalTimezone* localZone();
 
 /// An event, or a recurring one with the occurrences that were changed by themselves.
 struct Series {
@@ -39,11 +29,25 @@ struct Occurrence {
 std::string uidOf(ICalComponent* event);
 bool isRecurring(ICalComponent* event);
 bool isDetached(ICalComponent* event);
+/// Whether it is an invitation, or others are invited to it.
+bool hasOtherPeople(ICalComponent* event);
 
-/// What has a part in the span; an event without length has one where it begins. The series must
-/// outlive the result. In the order of their start.
-std::vector<Occurrence> occurrencesBetween(const Series& series, const Zones& zones,
-                                           std::time_t from, std::time_t to);
+/// The lines of the event's properties of those kinds, each ended.
+std::string propertyText(ICalComponent* event, const std::vector<ICalPropertyKind>& kinds);
+/// Of those that tell which days it recurs on: RRULE, RDATE, EXDATE and EXRULE.
+std::string rulesOf(ICalComponent* event);
+
+/// An event without length has its part where it begins.
+bool hasPartIn(const Occurrence& occurrence, std::time_t from, std::time_t to);
+
+struct Expansion {
+    std::vector<Occurrence> occurrences; ///< in the order of their start; none of an odd series
+    Oddity oddity = Oddity::none;
+};
+
+/// What has a part in the span. The series must outlive the result. Bounded as `unrolled` is.
+Expansion occurrencesBetween(const Series& series, const Zones& zones, std::time_t from,
+                             std::time_t to, GCancellable* stop);
 
 /// Whether to change it and what follows is to change its whole component: nothing comes before.
 bool isWhole(const Occurrence& occurrence, const Zones& zones);

@@ -17,11 +17,15 @@ StartedProgram::~StartedProgram() {
     if (process) descriptors.unwatch(process.get());
 }
 
-int StartedProgram::start(std::string path, std::string argument,
+int StartedProgram::start(std::vector<std::string> command,
                           std::function<void(const std::string& how)> ended) {
-    char* arguments[] = {path.data(), argument.data(), nullptr};
+    std::vector<char*> arguments;
+    for (std::string& word : command)
+        arguments.push_back(word.data());
+    arguments.push_back(nullptr);
     pid_t pid = 0;
-    if (const int error = ::posix_spawn(&pid, path.c_str(), nullptr, nullptr, arguments, environ))
+    if (const int error =
+            ::posix_spawn(&pid, arguments[0], nullptr, nullptr, arguments.data(), environ))
         return error;
     whenEnded = std::move(ended);
     process = platform::linux::FileHandle(::pidfd_open(pid, 0));

@@ -6,6 +6,7 @@
 #include <functional>
 #include <string>
 #include <sys/types.h>
+#include <vector>
 
 namespace helper {
 
@@ -17,10 +18,10 @@ class StartedProgram {
     StartedProgram(const StartedProgram&) = delete;
     StartedProgram& operator=(const StartedProgram&) = delete;
 
-    /// Starts an executable with one argument, in the same environment. `ended` is called from the
-    /// run loop with a sentence such as "ended with status 1". Returns 0 or an errno number. Once.
-    int start(std::string path, std::string argument,
-              std::function<void(const std::string& how)> ended);
+    /// Starts an executable, whose path comes first, with arguments and in the same environment.
+    /// `ended` is called from the run loop with a sentence such as "ended with status 1". Returns 0
+    /// or an errno number. Once.
+    int start(std::vector<std::string> command, std::function<void(const std::string& how)> ended);
 
   private:
     void reap();

@@ -26,9 +26,10 @@ constexpr int failure = 1;
 constexpr int wrongUsage = 2;
 
 constexpr const char* usageText =
-    "Usage: palisor-helper --product NAME\n"
+    "Usage: palisor-helper --product NAME [--calendar DIR]\n"
     "\n"
-    "Starts the product and waits until it is told to end. For the desktop's autostart.\n";
+    "Starts the product, with the folder, and waits until it is told to end. For the desktop's "
+    "autostart.\n";
 
 struct Session {
     Session(const std::string& ownName, SystemLog& log)
@@ -57,7 +58,7 @@ bool listen(Session& session, const std::string& mainIdentifier, SystemLog& log)
         });
 }
 
-int run(const ProductBundle& bundle, SystemLog& log) {
+int run(const ProductBundle& bundle, const std::string& calendarFolder, SystemLog& log) {
     const std::string mainIdentifier(bundle.string("CFBundleIdentifier"));
     Session session(mainIdentifier + std::string(palisor::loginHelper::identifierEnding), log);
     if (!session.instance.claim()) return 0;
@@ -66,11 +67,13 @@ int run(const ProductBundle& bundle, SystemLog& log) {
 
     const bool canBeTold = listen(session, mainIdentifier, log);
     const std::string path = bundle.path();
+    std::vector<std::string> command{path, std::string(atLoginOption)};
+    if (!calendarFolder.empty()) command.insert(command.end(), {"--calendar", calendarFolder});
     const auto ended = [&](const std::string& how) {
         log.write(path + (session.isUp ? " " : " did not come up: it ") + how);
         QCoreApplication::exit(session.isUp ? 0 : failure);
     };
-    const int error = session.program.start(path, std::string(atLoginOption), ended);
+    const int error = session.program.start(command, ended);
     if (error != 0) {
         log.write(path + " cannot be started: " + std::strerror(error));
         return failure;
@@ -98,5 +101,5 @@ int main(int argc, char** argv) {
         [](std::string_view, std::string_view key) { return key; }, log);
     if (bundle.string("CFBundleIdentifier").empty()) return failure;
     const QCoreApplication application(argc, argv);
-    return run(bundle, log);
+    return run(bundle, options.calendarFolder, log);
 }

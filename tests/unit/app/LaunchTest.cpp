@@ -12,10 +12,18 @@ using testing::IsEmpty;
 using testing::Not;
 
 TEST(Launch, ScansTheScreensBeforehandExceptForTheCalendarProduct) {
-    // The main run loop of a tap shows what stands before the later steps.
-    Program calendar(variants::calendarAlerts);
-    calendar.app.applicationDidFinishLaunching();
-    EXPECT_EQ(calendar.app.MAX_W, 3200) << "start scans in every product";
+    for (int variant = 0; variant < 10; ++variant) {
+        Program program(variant);
+        program.platform.http.setReply(R"({"question":"Well?","active_1":1})");
+        // The question comes before the start, which scans in every product.
+        std::optional<float> atTheQuestion;
+        program.platform.alerts.setWhileOpen([&](const platform::Alert& alert) {
+            if (alert.informative == "Well?") atTheQuestion = program.app.MAX_W;
+        });
+        program.app.applicationDidFinishLaunching();
+        EXPECT_EQ(atTheQuestion, variant == variants::calendarAlerts ? 0 : 3200) << variant;
+        EXPECT_EQ(program.app.MAX_W, 3200) << variant;
+    }
 }
 
 TEST(Launch, WithoutAReadableVariantIsThatOfVariantZero) {

@@ -197,6 +197,44 @@ TEST(ActionService, WithoutAnswersHasOneButton) {
     EXPECT_THAT(program.named("alert").front(), testing::HasSubstr(R"("buttons":["OK"])"));
 }
 
+TEST(ActionService, WhoseAnswerSaysNothingHasNoButtonForIt) {
+    for (const char* nothing : {R"("")", R"(" ")", R"("NULL")", "\"(null)\"", R"("\n\t")", "{}"}) {
+        Asked program(R"({"question":"Well?","active_1":1,"answer_1":)" + std::string(nothing) +
+                      R"(,"answer_2":)" + nothing + "}");
+        program.launch();
+        EXPECT_THAT(program.named("alert").front(), testing::HasSubstr(R"("buttons":["OK"])"))
+            << nothing;
+        EXPECT_EQ(program.starts(), 1U);
+    }
+    Asked second(R"({"question":"Well?","active_1":1,"answer_1":" ","answer_2":"Later"})");
+    second.launch();
+    EXPECT_THAT(second.named("alert").front(), testing::HasSubstr(R"("buttons":["OK","Later"])"));
+}
+
+TEST(ActionService, WhoseQuestionIsClosedHasNothingOpenedRemovedOrEnded) {
+    using Closing = platform::Alert::Closing;
+    struct Row {
+        const char* more;
+        Closing closing;
+    };
+    const Row rows[] = {
+        {R"(,"active_1":1,"active_2":1)", Closing::lastButton},
+        {R"(,"active_1":0,"active_2":1)", Closing::lastButton},
+        {R"(,"active_1":1,"active_2":1,"event_2":"NULL")", Closing::lastButton},
+        {R"(,"active_1":1)", Closing::defaultButton},
+        {R"(,"active_1":1,"active_2":1,"event_2":"https://two.invalid/")", Closing::defaultButton},
+        {R"(,"active_1":1,"event_1":"https://one.invalid/")", Closing::none},
+        {"", Closing::none}};
+    for (const auto& [more, closing] : rows) {
+        Asked program(questionWith(more), {-1});
+        std::optional<Closing> told;
+        program.platform.alerts.setWhileOpen(
+            [&told](const platform::Alert& alert) { told = alert.closing; });
+        program.launch();
+        EXPECT_EQ(told, closing) << more;
+    }
+}
+
 TEST(ActionService, WhoseAnswerEndsTheProgramTakesItOutOfTheLoginBeforehand) {
     for (const char* active : {"0", R"("0")", R"("NO")", "null", "[]"}) {
         Asked program(

@@ -138,6 +138,7 @@ TEST(ShortcutPopup, HasInstructionsInTheTwoProductsThatNeedAWayBack) {
                             std::string(informative) +
                             R"(","buttons":["DONE"],"accessory":"customShortcutView","code":1})"))
             << variant;
+        EXPECT_EQ(program.app.alertShortCut.message, "SHORTCUT") << "the one shown last is kept";
     }
 }
 

@@ -203,4 +203,72 @@ std::optional<std::string> copyAside(const std::string& path, std::string_view t
     });
 }
 
+namespace {
+
+/// Tries names beside the path until `place` succeeds with one, or fails because of anything but a
+/// name that is taken. They are hidden, since programs look at the files of such a folder.
+template <class Place>
+bool placeUnderANewName(const std::string& path, Place&& place) {
+    const std::filesystem::path file(path);
+    const std::string stem = "." + file.filename().string() + "." + std::to_string(::getpid());
+    for (int number = 1; number <= mostAside; ++number) {
+        if (place((file.parent_path() / (stem + "-" + std::to_string(number))).string()))
+            return true;
+        if (errno != EEXIST) return false;
+    }
+    return false;
+}
+
+/// A kill leaves nothing of a file without a name. `name` stays empty, but on a file system that
+/// has no such files.
+FileHandle openUnnamed(const std::string& path, std::string& name) {
+    const auto folder = std::filesystem::path(path).parent_path().string();
+    FileHandle file(::open(folder.c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, onlyTheUser));
+    if (file || (errno != EOPNOTSUPP && errno != EISDIR)) return file;
+    placeUnderANewName(path, [&](const std::string& free) {
+        file =
+            FileHandle(::open(free.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, onlyTheUser));
+        if (file) name = free;
+        return static_cast<bool>(file);
+    });
+    return file;
+}
+
+bool giveName(const FileHandle& file, const std::string& path, std::string& name) {
+    const std::string opened = "/proc/self/fd/" + std::to_string(file.get());
+    return placeUnderANewName(path, [&](const std::string& free) {
+        const auto here = AT_FDCWD;
+        if (::linkat(here, opened.c_str(), here, free.c_str(), AT_SYMLINK_FOLLOW) != 0)
+            return false;
+        name = free;
+        return true;
+    });
+}
+
+} // namespace
+
+FileReplaced replaceFileOfOthers(const std::string& path, std::string_view text) {
+    FileReplaced result;
+    std::string name;
+    const FileHandle file = openUnnamed(path, name);
+    struct stat status {};
+    if (!file)
+        result.failure = {"making the new file", errno};
+    else if (const int error = writeAll(file.get(), text))
+        result.failure = {"writing", error};
+    else if (::fsync(file.get()) != 0 || ::fstat(file.get(), &status) != 0)
+        result.failure = {"syncing", errno};
+    else if (name.empty() && !giveName(file, path, name))
+        result.failure = {"naming the new file", errno};
+    else if (::rename(name.c_str(), path.c_str()) != 0)
+        result.failure = {"replacing the old file", errno};
+    if (result.failure) {
+        if (!name.empty()) (void)::unlink(name.c_str());
+        return result;
+    }
+    result.identity = identityFrom(status);
+    syncFolderOf(path);
+    return result;
+}
+
 } // namespace platform::linux

@@ -72,4 +72,8 @@ std::optional<std::string> moveAside(const std::string& path);
 /// The same with a copy of the file.
 std::optional<std::string> copyAside(const std::string& path, std::string_view text);
 
+/// What `replaceFile` does, for a folder of somebody else's, where "<path>.new" may be a file like
+/// any other: the new file has no name until it is whole, and then one that nobody has.
+FileReplaced replaceFileOfOthers(const std::string& path, std::string_view text);
+
 } // namespace platform::linux

@@ -78,7 +78,7 @@ long milliseconds(double seconds) {
 
 } // namespace
 
-bool hasInvalidHost(std::string_view url) {
+bool asksNobody(std::string_view url) {
     static constexpr std::string_view reserved = ".invalid";
     const auto scheme = url.find("://");
     if (scheme == url.npos) return false;
@@ -86,6 +86,8 @@ bool hasInvalidHost(std::string_view url) {
     auto host = url.substr(0, url.find_first_of("/?#"));
     if (const auto user = host.rfind('@'); user != host.npos) host.remove_prefix(user + 1);
     host = host.substr(0, host.rfind(':'));
+    // The library would take the first word of the path instead.
+    if (host.find_first_not_of(" \t\r\n.") == host.npos) return true;
     if (host.ends_with('.')) host.remove_suffix(1);
     return host.size() >= reserved.size() &&
            std::ranges::equal(
@@ -94,7 +96,7 @@ bool hasInvalidHost(std::string_view url) {
 }
 
 HttpReply CurlHttp::get(const HttpRequest& request) {
-    if (hasInvalidHost(request.url)) return {.error = "the host's name is reserved"};
+    if (asksNobody(request.url)) return {.error = "there is no host, or its name is reserved"};
     const Curl* const curl = Curl::load();
     if (curl == nullptr) {
         log.write("the web cannot be reached without libcurl.so.4; install libcurl4");

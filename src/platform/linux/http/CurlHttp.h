@@ -12,15 +12,15 @@ class CurlHttp final : public Http {
   public:
     explicit CurlHttp(Log& logger) : log(logger) {}
 
-    /// A host under ".invalid" is answered with an error at once: nobody is asked for a name that
-    /// is reserved for not being there.
+    /// No host, or one under ".invalid", is answered with an error at once: nobody is asked for a
+    /// name that is reserved for not being there.
     HttpReply get(const HttpRequest& request) override;
 
   private:
     Log& log;
 };
 
-/// Whether the address names a host under ".invalid".
-bool hasInvalidHost(std::string_view url);
+/// Whether the address names no host, or one under ".invalid".
+bool asksNobody(std::string_view url);
 
 } // namespace platform::linux

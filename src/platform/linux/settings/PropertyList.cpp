@@ -95,10 +95,13 @@ std::string linesOf(int depth, const Value& value) {
     return dictionaryLines(depth, std::get<Dictionary>(held));
 }
 
-/// Which some take for the sign of an octal number.
-bool hasLeadingZero(QStringView number) {
+/// The base that an integer is written in, as the format's other readers have it: 16 behind "0x".
+/// None for a leading zero, which some take for the sign of an octal number.
+std::optional<int> baseOf(QStringView number) {
     if (number.startsWith(u'+') || number.startsWith(u'-')) number = number.sliced(1);
-    return number.size() > 1 && number.startsWith(u'0');
+    if (number.startsWith(u"0x", Qt::CaseInsensitive)) return 16;
+    if (number.size() > 1 && number.startsWith(u'0')) return std::nullopt;
+    return 10;
 }
 
 /// An error of its own is one of the stream's: after either nothing that was read counts.
@@ -197,10 +200,10 @@ class Reader {
             return {Value{name == "true"}, {}};
         bool isValid = (name == "real" && real.match(text).hasMatch()) ||
                        (name == "date" && date.match(text).hasMatch());
-        if (name == "integer" && !hasLeadingZero(text.trimmed())) {
-            const std::int64_t number = text.toLongLong(&isValid);
+        if (const auto base = baseOf(text.trimmed()); name == "integer" && base) {
+            const std::int64_t number = text.toLongLong(&isValid, *base);
             if (isValid) return {Value{number}, {}};
-            text.toULongLong(&isValid);
+            text.toULongLong(&isValid, *base);
         }
         if (!isValid) refuse();
         return {std::nullopt, element(depth, name, text.trimmed().toStdString())};

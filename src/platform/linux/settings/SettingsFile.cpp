@@ -93,6 +93,7 @@ void SettingsFile::setPersistentDomain(Dictionary values) {
     for (auto& [key, value] : values)
         current.emplace(key, ListEntry{std::move(value), {}});
     changedSinceAttempt = true;
+    synchronize(); // whoever replaces them all does not ask again
     tellObservers();
 }
 

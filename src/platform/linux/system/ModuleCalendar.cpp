@@ -12,6 +12,19 @@ namespace {
 
 constexpr const char* notOpen = "the calendars are not open";
 
+/// What `work` gives; what `failed` makes of the reason where it throws. Nothing must leave the
+/// worker, since that would end the program.
+template <class Work, class Failed>
+auto guarded(Work&& work, Failed&& failed) -> decltype(work()) {
+    try {
+        return work();
+    } catch (const std::exception& error) {
+        return failed(error.what());
+    } catch (...) {
+        return failed("something unknown was thrown");
+    }
+}
+
 } // namespace
 
 ModuleCalendar::ModuleCalendar(Place module, RunLoop& loop, Log& logger, Refused tell,
@@ -38,7 +51,11 @@ void ModuleCalendar::requestAccess(std::function<void(bool granted)> completion)
     if (!worker.joinable()) worker = std::thread([this] { workUntilStopped(); });
     watch();
     enqueue(Work{[this, completion = std::move(completion)] {
-        const Opened opened = open();
+        const Opened opened = guarded(
+            [this] { return open(); },
+            [](const char* why) {
+                return Opened{Refusal::noCalendar, std::string("the calendars failed: ") + why};
+            });
         answer([this, opened] { refuse(opened); });
         completion(opened.refusal == Refusal::none);
     }});
@@ -47,7 +64,7 @@ void ModuleCalendar::requestAccess(std::function<void(bool granted)> completion)
 void ModuleCalendar::findEvents(double seconds, std::function<void(CalendarAnswer)> found) {
     watch();
     enqueue(Work{[this, seconds, found = std::move(found)] {
-        auto result = backend ? backend->find(seconds) : calendar::Found{};
+        auto result = find(seconds);
         answer([this, found, result = std::move(result)] {
             logNew(result.remarks);
             found(result.answer);
@@ -108,11 +125,30 @@ void ModuleCalendar::saveAll(std::vector<Saving> savings) {
     events.reserve(savings.size());
     for (Saving& saving : savings)
         events.push_back(std::move(saving.event));
-    const auto results =
-        backend ? backend->save(events) : std::vector<calendar::SaveResult>(events.size(), notOpen);
+    const auto results = save(events);
     for (std::size_t index = 0; index < savings.size(); ++index)
-        answer(
-            [saved = std::move(savings[index].saved), result = results[index]] { saved(result); });
+        answer([this, saved = std::move(savings[index].saved), event = std::move(events[index]),
+                result = results[index]] {
+            logFailure(event, result);
+            saved(result);
+        });
+}
+
+/// On the worker.
+std::vector<calendar::SaveResult> ModuleCalendar::save(const std::vector<CalendarEvent>& events) {
+    using Results = std::vector<calendar::SaveResult>;
+    if (!backend) return Results(events.size(), notOpen);
+    return guarded([&] { return backend->save(events); },
+                   [&](const char* why) { return Results(events.size(), why); });
+}
+
+/// On the worker.
+calendar::Found ModuleCalendar::find(double seconds) {
+    if (!backend) return {};
+    return guarded([&] { return backend->find(seconds); },
+                   [](const char* why) {
+                       return calendar::Found{{}, {std::string("the calendars failed: ") + why}};
+                   });
 }
 
 /// On the worker.
@@ -129,7 +165,7 @@ Opened ModuleCalendar::load() {
     auto* const make =
         reinterpret_cast<calendar::MakeBackend*>(::dlsym(module, calendar::makeBackendName));
     if (make == nullptr) return {Refusal::noModule, ::dlerror()};
-    std::shared_ptr<calendar::Backend> made(make(place.folder.c_str()));
+    std::shared_ptr<calendar::Backend> made(make(place.folder.c_str(), place.journal.c_str()));
     const std::lock_guard lock(guard);
     backend = std::move(made);
     return {};
@@ -157,6 +193,16 @@ void ModuleCalendar::logNew(const std::vector<std::string>& remarks) {
     for (const std::string& remark : remarks)
         if (!remarked.contains(remark)) log.write(remark);
     remarked = {remarks.begin(), remarks.end()};
+}
+
+/// Each pass tries again, and says so once.
+void ModuleCalendar::logFailure(const CalendarEvent& event, const calendar::SaveResult& result) {
+    const std::string what =
+        "the alarms of the event " + event.id + " in " + event.calendar + " cannot be changed";
+    if (!result)
+        failures.erase(what);
+    else if (failures.insert(what).second)
+        log.write(what + ": " + *result);
 }
 
 void ModuleCalendar::watch() {

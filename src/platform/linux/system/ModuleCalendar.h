@@ -22,8 +22,9 @@ namespace platform::linux {
 class ModuleCalendar final : public Calendar {
   public:
     struct Place {
-        std::string module; ///< path of the shared library
-        std::string folder; ///< of .ics files; empty for the desktop's own calendars
+        std::string module;    ///< path of the shared library
+        std::string folder;    ///< of .ics files; empty for the desktop's own calendars
+        std::string journal{}; ///< a file for what a kill leaves half done; empty for none
     };
     /// Told on the main thread why access was refused.
     using Refused = std::function<void(calendar::Refusal)>;
@@ -55,9 +56,12 @@ class ModuleCalendar final : public Calendar {
     void workUntilStopped();
     calendar::Opened open();
     calendar::Opened load();
+    std::vector<calendar::SaveResult> save(const std::vector<CalendarEvent>& events);
+    calendar::Found find(double seconds);
     void answer(Work work);
     void refuse(const calendar::Opened& opened);
     void logNew(const std::vector<std::string>& remarks);
+    void logFailure(const CalendarEvent& event, const calendar::SaveResult& result);
     void watch();
     void giveUp();
 
@@ -67,6 +71,7 @@ class ModuleCalendar final : public Calendar {
     const Refused refused;
     const double secondsToAnswer;
     std::set<std::string> remarked; ///< in the last answer
+    std::set<std::string> failures; ///< of saves, that were logged since one of that event worked
 
     /// What has not been answered, and the timer that watches over it. Main thread.
     std::size_t waiting = 0;

@@ -9,6 +9,7 @@
 #include <QScreen>
 #include <QShowEvent>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <memory>
 
 namespace platform::qt {
@@ -20,29 +21,41 @@ constexpr int margin = 20;
 constexpr int textWidthInLetters = 52;
 constexpr int buttonWidthInLetters = 30;
 constexpr int mostLines = 20;
-constexpr std::size_t longestLabel = 4000;
+// A text may come from anybody, and the toolkit takes seconds to lay out a mebibyte: it is cut
+// before anything looks at it.
+constexpr qsizetype longestText = 2000;
+constexpr qsizetype longestTitle = 60;
 constexpr double messageScale = 1.1;
 
+QString cut(std::string_view text, qsizetype longest) {
+    // No character has more bytes than these, and none is longer than two.
+    const auto most = static_cast<std::size_t>(4 * (longest + 1));
+    QString result =
+        QString::fromUtf8(text.data(), static_cast<qsizetype>(std::min(text.size(), most)));
+    if (result.size() <= longest) return result;
+    result.truncate(result.at(longest - 1).isHighSurrogate() ? longest - 1 : longest);
+    return result + u'\u2026';
+}
+
 QLabel* textLabel(const std::string& text) {
-    auto* label = new QLabel(QString::fromStdString(text));
+    auto* label = new QLabel(cut(text, longestText));
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
     label->setMinimumWidth(label->fontMetrics().averageCharWidth() * textWidthInLetters);
     return label;
 }
 
-bool fitsIntoLabel(const QLabel& label, const std::string& text) {
-    if (text.size() > longestLabel) return false;
+bool fitsIntoLabel(const QLabel& label) {
     const QFontMetrics metrics = label.fontMetrics();
     const QRect room(0, 0, label.minimumWidth(), mostLines * metrics.lineSpacing());
     return room.contains(metrics.boundingRect(room, Qt::TextWordWrap, label.text()));
 }
 
-/// A text may come from anybody: one that would not fit on the screen is scrolled, and a word that
-/// does not fit into a line is broken.
+/// What would not fit on the screen is scrolled, and a word that does not fit into a line is
+/// broken.
 QWidget* textView(const std::string& text) {
     std::unique_ptr<QLabel> label(textLabel(text));
-    if (fitsIntoLabel(*label, text)) return label.release();
+    if (fitsIntoLabel(*label)) return label.release();
     auto* view = new QPlainTextEdit(label->text());
     view->setReadOnly(true);
     view->setFrameShape(QFrame::NoFrame);
@@ -56,7 +69,7 @@ QWidget* textView(const std::string& text) {
 
 /// On one line, not too long for a button, and no letter of it a short cut.
 QString buttonTitle(const std::string& title, const QFontMetrics& metrics) {
-    QString text = QString::fromStdString(title.substr(0, longestLabel)).simplified();
+    QString text = cut(title, longestTitle).simplified();
     text =
         metrics.elidedText(text, Qt::ElideRight, metrics.averageCharWidth() * buttonWidthInLetters);
     return text.replace(u'&', QStringLiteral("&&"));
@@ -67,7 +80,8 @@ QString buttonTitle(const std::string& title, const QFontMetrics& metrics) {
 AlertDialog::AlertDialog(const Alert& alert, const QPixmap& icon, QWidget* accessory)
     : QDialog(nullptr, Qt::Dialog | Qt::WindowStaysOnTopHint | Qt::CustomizeWindowHint |
                            Qt::WindowTitleHint),
-      buttonCount(alert.buttons.size()) {
+      buttonCount(alert.buttons.size()),
+      closing(alert.closing) {
     setModal(true);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(margin, margin, margin, margin);
@@ -130,7 +144,11 @@ void AlertDialog::answerWith(std::size_t button) {
 }
 
 void AlertDialog::reject() {
-    answerWith(buttonCount > 1 ? 1 : 0);
+    const bool isOnlyOne = buttonCount == 1;
+    if (isOnlyOne || closing == Alert::Closing::defaultButton)
+        answerWith(0);
+    else if (closing == Alert::Closing::lastButton)
+        answerWith(buttonCount - 1);
 }
 
 void AlertDialog::showEvent(QShowEvent* event) {

@@ -17,7 +17,7 @@ class AlertDialog final : public QDialog {
     /// The index of the button; nothing when the dialog was ended by nobody's answer.
     std::optional<std::size_t> answer() const { return answered; }
 
-    /// Escape, and a close through the window manager: the alternate button, or the only one.
+    /// Escape, and a close through the window manager.
     void reject() override;
 
   protected:
@@ -28,7 +28,8 @@ class AlertDialog final : public QDialog {
     QWidget* makeButtons(const Alert& alert);
     void answerWith(std::size_t button);
 
-    std::size_t buttonCount;
+    const std::size_t buttonCount;
+    const Alert::Closing closing;
     QWidget* defaultButton = nullptr;
     std::optional<std::size_t> answered;
 };

@@ -1,23 +1,15 @@
 #include "platform/qt/session/QtWorkspace.h"
 
+#include "platform/qt/session/Addresses.h"
 #include "platform/qt/session/DistributedNotifications.h"
 
 #include <QDesktopServices>
-#include <QUrl>
 
 namespace platform::qt {
 
 namespace {
 
 constexpr int longestShown = 80;
-
-// A file or a program of the user's must not be reached by what may have come over the network.
-bool mayBeOpened(const QUrl& url) {
-    if (!url.isValid()) return false;
-    const QString scheme = url.scheme();
-    if (scheme == "mailto") return !url.path().isEmpty();
-    return (scheme == "http" || scheme == "https") && !url.host().isEmpty();
-}
 
 // What was refused may hold line ends, and be of any length.
 std::string forLog(const std::string& url) {
@@ -30,13 +22,13 @@ std::string forLog(const std::string& url) {
 } // namespace
 
 void QtWorkspace::openURL(const std::string& url) {
-    const QUrl address = QUrl::fromEncoded(QByteArray::fromStdString(url), QUrl::TolerantMode);
-    if (!mayBeOpened(address)) {
+    const auto address = openableAddress(url);
+    if (!address) {
         log.write("the address \"" + forLog(url) +
-                  "\" is not opened: it is none of http, https and mailto");
+                  "\" is not opened: it is too long, or none of http, https and mailto");
         return;
     }
-    if (QDesktopServices::openUrl(address) || toldMissing) return;
+    if (QDesktopServices::openUrl(*address) || toldMissing) return;
     toldMissing = true;
     log.write("no address can be opened: install xdg-utils and a browser");
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Web.h"
+#include "platform/qt/web/PageOfWindow.h"
 #include "platform/qt/web/WebProfile.h"
 
 #include <QTimer>
@@ -31,7 +32,7 @@ class EngineWindow final : public QWidget, public WebWindow {
 
     std::shared_ptr<WebProfile> profile;
     QWebEngineView view{this};
-    QWebEnginePage page{&profile->engine};
+    PageOfWindow page{&profile->engine};
     QTimer atRest;
     Rect known;
     std::function<void(Rect)> tell;

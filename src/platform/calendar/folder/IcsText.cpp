@@ -1,4 +1,4 @@
-#include "platform/calendar/IcsText.h"
+#include "platform/calendar/folder/IcsText.h"
 
 #include <algorithm>
 
@@ -24,6 +24,19 @@ std::string capitals(std::string_view text) {
     return result;
 }
 
+/// The line as one, without its folds, which may stand anywhere.
+std::string unfolded(std::string_view line) {
+    std::string result;
+    for (std::size_t at = 0; at < line.size(); ++at) {
+        if (line[at] == '\r') continue;
+        if (line[at] == '\n')
+            ++at; // with the blank that follows
+        else
+            result += line[at];
+    }
+    return result;
+}
+
 /// What stands before the first colon or semicolon.
 std::string nameOf(std::string_view line) {
     return capitals(line.substr(0, line.find_first_of(":;\r\n")));
@@ -46,13 +59,23 @@ std::optional<IcsText> IcsText::parse(std::string text, std::string& reason) {
     result.lineEnd = result.whole.find("\r\n") == std::string::npos ? "\n" : "\r\n";
     const std::string_view whole = result.whole;
     std::vector<std::string> open;
+    std::vector<std::size_t> linesOf; // of the components that are open
     std::size_t calendars = 0;
+    std::size_t lines = 0;
     std::size_t end = 0;
+    if (whole.size() > longest) {
+        reason = "it is too long";
+        return std::nullopt;
+    }
     for (std::size_t begin = whole.starts_with("\xEF\xBB\xBF") ? 3 : 0; begin < whole.size();
          begin = end) {
         end = endOfLine(whole, begin);
-        const std::string_view line = whole.substr(begin, end - begin);
+        const std::string line = unfolded(whole.substr(begin, end - begin));
         const std::string name = nameOf(line);
+        if (++lines > mostLines || (!linesOf.empty() && ++linesOf.back() > mostLinesOfOne)) {
+            reason = "it has too many lines";
+            return std::nullopt;
+        }
         const bool inEvent = open.size() == 2 && open.back() == "VEVENT";
         if (name == "BEGIN") {
             const std::string component = componentOf(line);
@@ -68,12 +91,18 @@ std::optional<IcsText> IcsText::parse(std::string text, std::string& reason) {
                 result.parts.back().alarms.push_back({begin, end});
             }
             open.push_back(component);
+            linesOf.push_back(0);
+            if (open.size() > deepest) {
+                reason = "its parts are nested too deep";
+                return std::nullopt;
+            }
         } else if (name == "END") {
             if (open.empty() || open.back() != componentOf(line)) {
                 reason = "END:" + componentOf(line) + " has no beginning";
                 return std::nullopt;
             }
             open.pop_back();
+            linesOf.pop_back();
             if (inEvent) {
                 result.parts.back().all.end = end;
                 result.parts.back().endLine = {begin, end};

@@ -28,8 +28,15 @@ class IcsText {
         std::vector<Part> alarms;
     };
 
-    /// Nothing where components begin or end in disorder, or more than one calendar is there; the
-    /// text then has a reason.
+    // The library reads and frees nested components recursively, and takes quadratic time for the
+    // lines of one.
+    static constexpr std::size_t longest = std::size_t{4} * 1024 * 1024; ///< bytes
+    static constexpr std::size_t deepest = 8;                            ///< an alarm is the third
+    static constexpr std::size_t mostLines = 20'000;
+    static constexpr std::size_t mostLinesOfOne = 2'000; ///< component
+
+    /// Nothing where components begin or end in disorder, more than one calendar is there, or the
+    /// text exceeds a limit; the text then has a reason.
     static std::optional<IcsText> parse(std::string text, std::string& reason);
 
     const std::string& text() const { return whole; }
