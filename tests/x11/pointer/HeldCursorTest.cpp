@@ -26,6 +26,26 @@ TEST_F(Held, TakesWhatTheServerTellsWhereTheCursorWasNotFollowedTo) {
     expectPush({1999, 1500}, {1999, 1500}, {60, 0});
 }
 
+// Of a fast mouse what is stopped is told and what leads there is not.
+TEST_F(Held, TakesAMotionThatThePlaceHasForNoLaterOne) {
+    seeAt({1980, 1500});
+    move({10, 0});
+    seeAt({1990, 1500});
+    now += 0.008;
+    stop(Side::right, {1999, 1500}, {10, 0});
+    expectPush({1999, 1500}, {1999, 1500}, {10, 0});
+}
+
+TEST_F(Held, CountsAStopWithoutItsMotionWholeHoweverLongTheOneBeforeTook) {
+    move({0, 1});
+    seeAt({1999, 1500});
+    move({0, 1}, 12);
+    stop(Side::right, {1999, 1500}, {40, 0});
+    now += 0.010;
+    stop(Side::right, {1999, 1500}, {40, 0});
+    expectPush({1999, 1500}, {1999, 1500}, {80, 0});
+}
+
 TEST_F(Held, StandsWhereASideStoppedItUntilItMoves) {
     EXPECT_FALSE(cursor.stoppedAt());
     seeAt({1999, 1500});

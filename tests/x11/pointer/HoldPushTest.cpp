@@ -41,6 +41,19 @@ TEST_F(X11Hold, LetsTheCursorThroughToThePointThatIsNotAnsweredByAWarp) {
     EXPECT_EQ(eye->cursor(), (Spot{1979, 497}));
 }
 
+// As it is after each change of what the screens show.
+TEST_F(X11Hold, KeepsWhatIsPushedWhereTheSameScreenIsAskedForAgain) {
+    start();
+    hold();
+    answer = [this](const InputEvent& event) { putBack(event); };
+    hand->moveTo(1919, 500);
+    runPastScroll();
+    hand->relative(60, 0);
+    session->pointer.holdInside(left);
+    runPastScroll();
+    EXPECT_EQ(seen.back().location, (Point{1979, 500}));
+}
+
 // What else the program does at a crossing, windows and all, comes after it.
 TEST_F(X11Hold, LetsTheCursorThroughAsSoonAsItHoldsItNoMore) {
     start();
