@@ -26,6 +26,16 @@ TEST_F(Held, TakesWhatTheServerTellsWhereTheCursorWasNotFollowedTo) {
     expectPush({1999, 1500}, {1999, 1500}, {60, 0});
 }
 
+TEST_F(Held, BeginsAPushWhereItWasPutBackOnlyFromThere) {
+    cursor.put({1998, 1500});
+    push(Side::right, {1999, 1500}, {20, 0});
+    expectPush({1999, 1500}, {1998, 1500}, {20, 0});
+    cursor.put({1998, 1500});
+    move({-1, 0});
+    push(Side::right, {1999, 1500}, {20, 0}); // from 1997
+    expectPush({1999, 1500}, {1999, 1500}, {18, 0});
+}
+
 // Of a fast mouse what is stopped is told and what leads there is not.
 TEST_F(Held, TakesAMotionThatThePlaceHasForNoLaterOne) {
     seeAt({1980, 1500});
