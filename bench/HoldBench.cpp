@@ -31,7 +31,8 @@ double seconds = 2;
 
 /// One of the contestants on a desktop of its own, with the cursor in the middle of the left one.
 struct Contest {
-    explicit Contest(Way way, Setting setting = {}) : product(layout) {
+    explicit Contest(Way way, Setting setting = {}, std::vector<std::string> devices = {})
+        : product(desktopWith(std::move(devices))) {
         setting.hold = way != Way::warped;
         if (way == Way::held || way == Way::warped) {
             product.start(setting);
@@ -45,6 +46,13 @@ struct Contest {
             process = bare->pid();
         }
         rest(500);
+    }
+
+    static support::PrivateDesktop::Options desktopWith(std::vector<std::string> devices) {
+        support::PrivateDesktop::Options options;
+        options.layout = layout;
+        options.devices = std::move(devices);
+        return options;
     }
 
     static void rest(int milliseconds) { poll(nullptr, 0, milliseconds); }
@@ -99,6 +107,31 @@ void outsideRows() {
                     (loaded ? ", both cores busy" : ""),
                 "0 %, 0 px", outside(Way::held, hz, loaded), outside(Way::warped, hz, loaded),
                 outside(Way::bareWarp, hz, loaded));
+}
+
+/// By a device that says where the cursor is to be, 125 times a second, on the other monitor.
+std::string placedOutside(Way way, const char* device) {
+    Contest contest(way, {}, {device});
+    Product& product = contest.product;
+    if (!product.desktop.hasDevices()) return "no driver";
+    const auto pen = product.desktop.device(0);
+    support::Watcher watcher(product.desktop.display(), product.monitor(0));
+    support::repeat(static_cast<int>(125 * 5 * seconds), 125, [&](int step) {
+        const int x = 2300 + step % 7;
+        if (device == std::string(support::Device::pen))
+            pen->place(x, 500);
+        else
+            product.hand.moveTo(x, 500); // by XTEST, as the server of a remote desktop does
+    });
+    return number(100 * watcher.finish().shareOutside(), " %");
+}
+
+void placesRows() {
+    for (const auto& [what, device] :
+         {std::pair{"a pen", support::Device::pen}, {"a remote desktop", support::Device::pointer}})
+        row(std::string("outside: share of time, ") + what + ", 125 Hz", "5 %",
+            placedOutside(Way::held, device), placedOutside(Way::warped, device),
+            placedOutside(Way::bareWarp, device));
 }
 
 enum class Motion { free, pushing, none };
@@ -279,11 +312,9 @@ void latencyRows() {
 } // namespace
 
 int main(int count, char** arguments) {
-    constexpr std::pair<std::string_view, void (*)()> groups[] = {{"outside", outsideRows},
-                                                                  {"cost", costRows},
-                                                                  {"idle", idleRow},
-                                                                  {"thresholds", thresholdRows},
-                                                                  {"latency", latencyRows}};
+    constexpr std::pair<std::string_view, void (*)()> groups[] = {
+        {"outside", outsideRows}, {"places", placesRows},        {"cost", costRows},
+        {"idle", idleRow},        {"thresholds", thresholdRows}, {"latency", latencyRows}};
     if (count > 1) seconds = std::atof(arguments[1]);
     const std::string_view wanted = count > 2 ? arguments[2] : "";
     row("", "required", "palisor", "palisor --hold off", "bare client, warps");

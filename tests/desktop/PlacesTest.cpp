@@ -10,7 +10,10 @@ namespace desktop {
 namespace {
 
 constexpr int reportsPerSecond = 125;
-constexpr double longestShare = 0.05;
+
+// Of the time. Answered once a frame they would be there for more than twice as much; answered one
+// by one, for some hundredths of it on an idle machine, as the benchmark of the hold shows.
+constexpr double longestShare = 0.3;
 
 struct Places : testing::TestWithParam<const char*> {
     static support::PrivateDesktop::Options options() {
@@ -38,9 +41,9 @@ struct Places : testing::TestWithParam<const char*> {
     std::unique_ptr<support::Device> device;
 };
 
-TEST_P(Places, OnTheOtherMonitorHaveTheCursorThereForATwentiethOfTheTimeAtMost) {
+TEST_P(Places, OnTheOtherMonitorAreAnsweredOneByOneAndNotOnceAFrame) {
     if (GetParam() == std::string(support::Device::touchScreen)) device->touch(1, 2300, 500);
-    // How long it takes is a matter of the machine too, which others may keep busy.
+    // Others may keep the machine busy.
     double least = 1;
     for (int tries = 0; tries < 10 && least > longestShare; ++tries) {
         support::Watcher watcher(product.desktop.display(), product.monitor(0));
