@@ -186,6 +186,7 @@ void Program::launch() {
 }
 
 void Program::begin() {
+    loginItems.bringUpToDate();
     if (recording) recording->writer.begin(bundle, settings.persistentDomain(), desk.displays);
     delegate->applicationDidFinishLaunching();
 }

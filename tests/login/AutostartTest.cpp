@@ -275,6 +275,38 @@ TEST_F(Autostart, AnItemOfTheListIsToldThatTheSessionStartsIt) {
     EXPECT_EQ(list(), (Paths{"/opt/with space/app"}));
 }
 
+TEST_F(Autostart, AnItemOfAnEarlierVersionIsGivenTheOptionsOfToday) {
+    AutostartItems earlier(
+        folder.path("autostart"),
+        {.identifier = "org.example.app", .name = "A", .comment = "", .icon = "", .helper = {"/h"}},
+        log);
+    for (const char* path : {"/opt/with space/app", "/opt/app", "/opt/edited"})
+        earlier.insertLast(path);
+    const auto entryOf = [this](const char* file) {
+        return platform::linux::DesktopEntry(
+            folder.read("autostart/" + std::string(file) + ".desktop"));
+    };
+    auto off = entryOf("org.example.app-2");
+    off.setRaw("Hidden", "true");
+    folder.write("autostart/org.example.app-2.desktop", off.text());
+    auto edited = entryOf("org.example.app-3");
+    edited.setRaw("X-Mine", "1");
+    folder.write("autostart/org.example.app-3.desktop", edited.text());
+    enable();
+    const std::string helper = helperEntry();
+
+    items().bringUpToDate();
+    EXPECT_EQ(entryOf("org.example.app").string("Exec"), "\"/opt/with space/app\" --early");
+    EXPECT_EQ(entryOf("org.example.app-2").string("Exec"), "/opt/app --early");
+    EXPECT_TRUE(entryOf("org.example.app-2").isTrue("Hidden")) << "switched off it stays";
+    EXPECT_EQ(entryOf("org.example.app-3").text(), edited.text()) << "the user's";
+    EXPECT_EQ(helperEntry(), helper);
+    // And it is its own still.
+    AutostartItems all = items();
+    all.remove(all.sessionList().front());
+    EXPECT_FALSE(std::filesystem::exists(folder.path("autostart/org.example.app.desktop")));
+}
+
 TEST_F(Autostart, AnItemThatTheUserWroteIsHiddenInsteadOfDeleted) {
     AutostartItems all = items();
     std::filesystem::create_directories(folder.path("autostart"));

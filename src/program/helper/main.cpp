@@ -61,7 +61,7 @@ int run(const ProductBundle& bundle, SystemLog& log) {
     const std::string mainIdentifier(bundle.string("CFBundleIdentifier"));
     Session session(mainIdentifier + std::string(palisor::loginHelper::identifierEnding), log);
     if (!session.instance.claim()) return 0;
-    // Started a second time the product would show its menu, which nobody asked for at login.
+    // The product would find itself running, and nobody could tell this helper to end.
     if (std::ranges::count(session.applications.others(), mainIdentifier) > 0) return 0;
 
     const bool canBeTold = listen(session, mainIdentifier, log);

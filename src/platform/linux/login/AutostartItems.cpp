@@ -145,15 +145,32 @@ void AutostartItems::insertLast(const std::string& path) {
         }
         file = product.identifier + "-" + std::to_string(number) + std::string(ending);
     }
-    std::vector<std::string> command{path};
-    command.insert(command.end(), product.options.begin(), product.options.end());
-    DesktopEntry entry = entryFor(command);
+    DesktopEntry entry = entryFor(commandFor(path));
     entry.setRaw(checksumKey, checksum(entry));
     enable(file, entry);
 }
 
 void AutostartItems::remove(const ListItem& item) {
     if (item.id > 0 && item.id <= known.size()) disable(known[item.id - 1]);
+}
+
+void AutostartItems::bringUpToDate() {
+    for (const std::string& file : files()) {
+        std::string text;
+        if (!file.starts_with(product.identifier) || !read(file, text)) continue;
+        DesktopEntry entry(text);
+        const auto path = executableOf(entry);
+        if (!path || entry.isTrue(helperKey) || !isAsWritten(entry)) continue;
+        entry.setRaw("Exec", execValue(startable(commandFor(*path))));
+        entry.setRaw(checksumKey, checksum(entry));
+        if (entry.text() != text) write(file, entry.text());
+    }
+}
+
+std::vector<std::string> AutostartItems::commandFor(const std::string& path) const {
+    std::vector<std::string> command{path};
+    command.insert(command.end(), product.options.begin(), product.options.end());
+    return command;
 }
 
 DesktopEntry AutostartItems::entryFor(const std::vector<std::string>& command) const {

@@ -42,7 +42,13 @@ class AutostartItems final : public LoginItems {
 
     void remove(const ListItem& item) override;
 
+    /// Gives what was inserted by an earlier version the options of today, where the user has not
+    /// edited it.
+    void bringUpToDate();
+
   private:
+    /// Of an item of the session's own list.
+    std::vector<std::string> commandFor(const std::string& path) const;
     DesktopEntry entryFor(const std::vector<std::string>& command) const;
     void enable(const std::string& file, const DesktopEntry& fresh);
     void disable(const std::string& file);
