@@ -80,7 +80,7 @@ int main(int argc, char** argv) {
         return wrongUsage;
     }
     if (options.help) {
-        (void)std::fputs(usage().c_str(), stdout);
+        (void)std::fputs(usage(options.command).c_str(), stdout);
         return 0;
     }
     SystemLog log(options.product);
