@@ -36,6 +36,21 @@ constexpr Text texts[] = {
     {"NO", "Not Now"},
     {"NON_MI_PIACE", "Not Really"},
     {"NON_MOSTRARE_FINESTRA", "Do not show this window at start"},
+    {"NOTICE_NOT_AWAKE", "The displays may go to sleep"},
+    {"NOTICE_NOT_AWAKE_TEXT",
+     "Nothing in this session can keep them on. Start the desktop's power manager, for instance "
+     "xfce4-power-manager, then switch Stay Awake off and on."},
+    {"NOTICE_NO_OPENER", "The page or mail cannot be opened"},
+    {"NOTICE_NO_OPENER_TEXT",
+     "Install the package xdg-utils and a web browser, or a mail program, and choose it again."},
+    {"NOTICE_SETTINGS_ASIDE", "The settings could not be read"},
+    {"NOTICE_SETTINGS_ASIDE_TEXT",
+     "They begin anew. What was there is now in %@: look through the menu, or quit, mend that file "
+     "and give it back its name."},
+    {"NOTICE_SHORTCUT_TAKEN", "%@ is used by another program"},
+    {"NOTICE_SHORTCUT_TAKEN_TEXT",
+     "%@ does nothing here. Record another shortcut in the menu, or free this one in the other "
+     "program and start anew."},
     {"N_SECONDI", "After %d s without movement"},
     {"N_SENSIBILITY", "Push strength: %d"},
     {"OK", "OK"},

@@ -36,6 +36,21 @@ constexpr Text texts[] = {
     {"NO", "Non ora"},
     {"NON_MI_PIACE", "Non molto"},
     {"NON_MOSTRARE_FINESTRA", "Non mostrare questa finestra all’avvio"},
+    {"NOTICE_NOT_AWAKE", "Gli schermi potrebbero spegnersi"},
+    {"NOTICE_NOT_AWAKE_TEXT",
+     "Niente in questa sessione può tenerli accesi. Avvia il gestore energetico del desktop, per "
+     "esempio xfce4-power-manager, poi disattiva e riattiva Stay Awake."},
+    {"NOTICE_NO_OPENER", "Impossibile aprire la pagina o il messaggio"},
+    {"NOTICE_NO_OPENER_TEXT",
+     "Installa il pacchetto xdg-utils e un browser, o un programma di posta, e scegli di nuovo."},
+    {"NOTICE_SETTINGS_ASIDE", "Impossibile leggere le impostazioni"},
+    {"NOTICE_SETTINGS_ASIDE_TEXT",
+     "Ricominciano da capo. Quelle di prima sono ora in %@: scorri il menu, oppure esci, ripara "
+     "quel file e ridagli il suo nome."},
+    {"NOTICE_SHORTCUT_TAKEN", "%@ è usata da un altro programma"},
+    {"NOTICE_SHORTCUT_TAKEN_TEXT",
+     "%@ qui non fa nulla. Registra un’altra scorciatoia nel menu, oppure libera questa nell’altro "
+     "programma e riavvia."},
     {"N_SECONDI", "Dopo %d s senza movimento"},
     {"N_SENSIBILITY", "Forza della spinta: %d"},
     {"OK", "OK"},

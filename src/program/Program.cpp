@@ -73,6 +73,7 @@ Program::Program(const Product& product, lnx::ProductBundle& productBundle, Sess
       alerts(runLoop, application, product.name, pictures, product.icon,
              [this](const std::string& name, QWidget* parent) { return accessory(name, parent); }),
       notifications(product.name, product.identifier, log),
+      notices(notifications, bundle),
       sessionInhibitor(product.name, log),
       power({&desk.wakeLock, &sessionInhibitor}, log),
       infoWindows(pictures, product.icon,
@@ -103,6 +104,7 @@ Program::Program(const Product& product, lnx::ProductBundle& productBundle, Sess
         });
     });
     application.onQuitRequest([this] { quit(); });
+    tellFailures();
     undoAtExit();
 }
 
@@ -168,6 +170,19 @@ QWidget* Program::accessory(const std::string& name, QWidget* parent) {
         {.shortcut = std::string(keys::customShortcut),
          .enabled = std::string(keys::customShortcutEnabled)},
         settings, desk.hotKeys, parent);
+}
+
+void Program::tellFailures() {
+    settings.onSetAside([this](const std::string& file) {
+        notices.tell("NOTICE_SETTINGS_ASIDE", "NOTICE_SETTINGS_ASIDE_TEXT", file);
+    });
+    desk.hotKeys.onTaken([this](const platform::Shortcut& shortcut) {
+        notices.tell("NOTICE_SHORTCUT_TAKEN", "NOTICE_SHORTCUT_TAKEN_TEXT",
+                     desk.hotKeys.modifierFlagsString(shortcut) +
+                         desk.hotKeys.keyCodeString(shortcut));
+    });
+    workspace.onNoOpener([this] { notices.tell("NOTICE_NO_OPENER", "NOTICE_NO_OPENER_TEXT"); });
+    power.onNothingInhibited([this] { notices.tell("NOTICE_NOT_AWAKE", "NOTICE_NOT_AWAKE_TEXT"); });
 }
 
 void Program::tellWhyNoCalendar(platform::calendar::Refusal why) {

@@ -4,6 +4,7 @@
 
 #include <QDesktopServices>
 #include <QUrl>
+#include <utility>
 
 namespace platform::qt {
 
@@ -36,8 +37,9 @@ void QtWorkspace::openURL(const std::string& url) {
                   "\" is not opened: it is none of http, https and mailto");
         return;
     }
-    if (QDesktopServices::openUrl(address) || toldMissing) return;
-    toldMissing = true;
+    if (QDesktopServices::openUrl(address)) return;
+    if (noOpener) noOpener();
+    if (std::exchange(toldMissing, true)) return;
     log.write("no address can be opened: install xdg-utils and a browser");
 }
 
