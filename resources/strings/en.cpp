@@ -30,6 +30,7 @@ constexpr Text texts[] = {
     {"DONE", "Done"},
     {"FACEBOOK_PAGE", "Follow Us"},
     {"Hot Borders Mode", "Hot Borders"},
+    {"LOGIN_HELPER", "%@ (helper at login)"},
     {"MAC_APP_STORE_PAGE", "Product Page"},
     {"MAIL_BOTTOM", "\n\nSent about %@"},
     {"MI_PIACE", "I Like It"},

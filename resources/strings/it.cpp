@@ -30,6 +30,7 @@ constexpr Text texts[] = {
     {"DONE", "Fatto"},
     {"FACEBOOK_PAGE", "Seguici"},
     {"Hot Borders Mode", "Bordi caldi"},
+    {"LOGIN_HELPER", "%@ (aiuto al login)"},
     {"MAC_APP_STORE_PAGE", "Pagina del prodotto"},
     {"MAIL_BOTTOM", "\n\nA proposito di %@"},
     {"MI_PIACE", "Mi piace"},

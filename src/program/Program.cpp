@@ -4,6 +4,7 @@
 #include "app/LoginHelper.h"
 #include "platform/linux/files/Installation.h"
 #include "platform/qt/alerts/ShortcutRecorder.h"
+#include "util/Format.h"
 
 #include <cstdlib>
 
@@ -32,7 +33,9 @@ lnx::AutostartItems::Product autostartProduct(const Product& product,
         .comment = bundle.localizedString("AVVIA_AL_LOGIN"),
         .icon = bundle.folder() + "/" + product.icon + ".svg",
         .helper = {lnx::executablePath(palisor::loginHelper::command), "--product", bundle.name()},
-        .options = {std::string(atLoginOption)}};
+        .options = {std::string(atLoginOption)},
+        .program = bundle.path(),
+        .helperName = palisor::formatted(bundle.localizedString("LOGIN_HELPER"), product.name)};
 }
 
 /// The folder of .ics files that is used, empty for the desktop's own calendars.

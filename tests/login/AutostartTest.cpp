@@ -25,7 +25,9 @@ struct Autostart : testing::Test {
                  .comment = "Start at Login",
                  .icon = bin + "/icon.svg",
                  .helper = {bin + "/example-helper", "--product", "example"},
-                 .options = {"--early"}},
+                 .options = {"--early"},
+                 .program = bin + "/app",
+                 .helperName = "Example (helper)"},
                 log};
     }
     AutostartItems items() { return itemsOf("/opt/example/bin"); }
@@ -305,6 +307,85 @@ TEST_F(Autostart, AnItemOfAnEarlierVersionIsGivenTheOptionsOfToday) {
     AutostartItems all = items();
     all.remove(all.sessionList().front());
     EXPECT_FALSE(std::filesystem::exists(folder.path("autostart/org.example.app.desktop")));
+}
+
+TEST_F(Autostart, OfAProgramThatHasMovedIsMendedUnlessTheUserHasEditedIt) {
+    const std::string old = folder.path("old"), now = folder.path("new");
+    for (const char* file : {"old/example-helper", "old/app"}) {
+        std::filesystem::create_directories(folder.path("old"));
+        folder.write(file, "#!/bin/sh\n");
+        std::filesystem::permissions(folder.path(file), std::filesystem::perms::owner_all);
+    }
+    AutostartItems before = itemsOf(old);
+    for (int times = 0; times < 3; ++times)
+        before.insertLast(old + "/app");
+    before.setEnabled("org.example.appHelper", true);
+    const auto change = [this](const char* name, const char* key, const char* value) {
+        const std::string file = "autostart/org.example.app" + std::string(name) + ".desktop";
+        platform::linux::DesktopEntry entry(folder.read(file));
+        entry.setRaw(key, value);
+        folder.write(file, entry.text());
+        return entry.text();
+    };
+    change("-2", "Hidden", "true");
+    const std::string edited = change("-3", "X-Mine", "1");
+    const std::string helper = helperEntry();
+
+    itemsOf(now).bringUpToDate();
+    EXPECT_EQ(helperEntry(), helper) << "it is still where it was";
+
+    std::filesystem::rename(old, now);
+    itemsOf(now).bringUpToDate();
+    EXPECT_EQ(parsed().string("Exec"), now + "/example-helper --product example");
+    EXPECT_EQ(parsed().string("Icon"), now + "/icon.svg");
+    const auto item = [this](const char* name) {
+        return platform::linux::DesktopEntry(
+            folder.read("autostart/org.example.app" + std::string(name) + ".desktop"));
+    };
+    EXPECT_EQ(item("").string("Exec"), now + "/app --early");
+    EXPECT_EQ(item("-2").string("Exec"), now + "/app --early");
+    EXPECT_TRUE(item("-2").isTrue("Hidden")) << "switched off it stays";
+    EXPECT_EQ(item("-3").text(), edited);
+    expectValid(helperFile);
+    // And they are its own still.
+    itemsOf(now).setEnabled("org.example.appHelper", false);
+    EXPECT_FALSE(hasHelperEntry());
+}
+
+TEST_F(Autostart, ShowsOneEntryWhereThereIsAnItemOfTheListBesideTheHelper) {
+    const auto expectShown = [this](bool shown) {
+        EXPECT_NE(parsed().isTrue("NoDisplay"), shown);
+        EXPECT_EQ(parsed().string("Name"), shown ? "Example" : "Example (helper)");
+        expectValid(helperFile);
+    };
+    enable();
+    expectShown(true);
+    items().insertLast("/opt/example/bin/app");
+    items().bringUpToDate(); // as an earlier version has left it
+    expectShown(false);
+    disable();
+    EXPECT_FALSE(hasHelperEntry());
+    enable();
+    expectShown(false);
+    const platform::linux::DesktopEntry item(folder.read("autostart/org.example.app.desktop"));
+    EXPECT_EQ(item.string("Name"), "Example");
+    EXPECT_FALSE(item.isTrue("NoDisplay"));
+}
+
+TEST_F(Autostart, IsSwitchedOffAsAWholeByTheEntryThatIsShown) {
+    EXPECT_FALSE(items().isSwitchedOff()) << "a product without one";
+    items().insertLast("/opt/app");
+    EXPECT_FALSE(items().isSwitchedOff());
+    const std::string file = "autostart/org.example.app.desktop";
+    for (const char* line : {"Hidden=true\n", "X-MATE-Autostart-enabled=false\n"}) {
+        const std::string text = folder.read(file);
+        folder.write(file, text + line);
+        EXPECT_TRUE(items().isSwitchedOff()) << line;
+        items().insertLast("/opt/other/app");
+        EXPECT_FALSE(items().isSwitchedOff()) << "one of them is on";
+        std::filesystem::remove(folder.path("autostart/org.example.app-2.desktop"));
+        folder.write(file, text);
+    }
 }
 
 TEST_F(Autostart, AnItemThatTheUserWroteIsHiddenInsteadOfDeleted) {
