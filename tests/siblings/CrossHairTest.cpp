@@ -78,6 +78,18 @@ TEST_P(CrossHair, StandsAtTheCursorFromTheStartAlsoWhileTheProgramHasAWindowOpen
         EXPECT_FALSE(product.isCovered(index)) << index;
 }
 
+TEST_P(CrossHair, FollowsWhereAnotherProgramMovesTheCursor) {
+    start();
+    const support::XConnection other(product.desktop.display());
+    for (const std::size_t monitor : {1, 0, 1}) {
+        const Spot to = product.middle(monitor);
+        xcb_warp_pointer(other.get(), XCB_NONE, other.root(), 0, 0, 0, 0,
+                         static_cast<std::int16_t>(to.x + 50), static_cast<std::int16_t>(to.y));
+        other.sync();
+        EXPECT_TRUE(linesFollow()) << monitor;
+    }
+}
+
 TEST_P(CrossHair, IsSeenInAPictureAndLetsTheDesktopShowThrough) {
     product.desktop.startWindowManager("openbox");
     product.desktop.startCompositor();

@@ -117,10 +117,11 @@ TEST(X11Touch, FollowsADesktopThatGrows) {
 
 TEST(MotionWatch, ReadsWhatTellsPlacesHoweverFast) {
     platform::x11::MotionWatch watch;
+    constexpr std::uint16_t mouse = 9;
     for (int i = 0; i < 130; ++i)
         watch.place();
     for (int i = 0; i < 130; ++i)
-        watch.event({1, 0});
+        watch.event({1, 0}, mouse);
     watch.looked(true);
     EXPECT_FALSE(watch.frameEnded());
     EXPECT_TRUE(watch.readsEvents());
