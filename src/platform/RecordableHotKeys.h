@@ -16,6 +16,10 @@ class RecordableHotKeys : public HotKeys {
     /// the user has gone to another layout, or to another keyboard. One handler.
     virtual void onLabelsChange(std::function<void()> changed) = 0;
 
+    /// `taken` is called when the combination stored under a settings key is bound and another
+    /// program holds it, and not for one that the user records just then. One handler.
+    virtual void onTaken(std::function<void(const Shortcut&)> taken) = 0;
+
     /// Whether another program held the combination when it was last claimed.
     virtual bool isTaken(const Shortcut& shortcut) const = 0;
 

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace platform {
@@ -26,6 +27,8 @@ struct WindowStyle {
     std::string image{}; ///< bundle image stretched over the window; empty for none
     /// Shown from the upper to the lower edge of the desktop, whatever the frame's y and height.
     bool fullHeight = false;
+    /// Where it is seen until it is first moved, whatever `frame` says; bottom-left, pixels.
+    std::optional<Rect> seenAt{};
 };
 
 /// A borderless window over a screen. Destroying it takes it off the screen. Main thread.

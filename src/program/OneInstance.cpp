@@ -26,15 +26,15 @@ OneInstance::OneInstance(const std::string& name, const std::string& display,
       lock(lockFor(name, display)),
       onBus(name, log, display) {}
 
-bool OneInstance::claim() {
+bool OneInstance::claim(bool atLogin) {
     if (lock && lock->state() == State::isElsewhere) {
-        lock->knock();
+        if (!atLogin) lock->knock();
         return false;
     }
     if (!lock || lock->state() == State::impossible)
         log.write("no lock can be had in a runtime folder: without a session bus a second start "
                   "is not noticed");
-    return onBus.claim();
+    return onBus.claim(!atLogin);
 }
 
 void OneInstance::onActivate(const std::function<void()>& handler) {

@@ -10,7 +10,7 @@
 
 /// One program a product, user and display. A lock in the runtime folder tells, whether or not
 /// there is a session bus; where there is no such folder the name on the bus does. A further start
-/// has the menu shown and ends. Main thread.
+/// ends, and has the menu shown where a person asked for it. Main thread.
 class OneInstance {
   public:
     /// `name` is the product's on the bus; `display` tells the user's displays apart. To be made
@@ -19,10 +19,11 @@ class OneInstance {
     OneInstance(const std::string& name, const std::string& display,
                 platform::Descriptors& descriptors, platform::Log& log);
 
-    /// False when this is a further start, and the first one has been asked for its menu.
-    bool claim();
+    /// False when this is a further start; the first one has then been asked for its menu, unless
+    /// it is the session that starts.
+    bool claim(bool atLogin);
 
-    /// Called from the run loop for a further start, and for launchers.
+    /// Called from the run loop for a further start by a person, and for launchers.
     void onActivate(const std::function<void()>& handler);
 
   private:

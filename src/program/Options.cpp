@@ -22,6 +22,14 @@ std::string_view baseName(std::string_view path) {
     return path.substr(path.find_last_of('/') + 1);
 }
 
+/// People write a product's name as they read it.
+std::string inSmallLetters(std::string_view name) {
+    std::string small(name);
+    for (char& letter : small)
+        if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
+    return small;
+}
+
 struct Value {
     bool isThere = false; ///< false where the command line ends with the option's name
     std::string_view text;
@@ -44,16 +52,17 @@ std::optional<Value> valueOf(std::string_view name, int argc, char** argv, int& 
 ParsedOptions parseOptions(int argc, char** argv) {
     ParsedOptions result;
     Options& options = result.options;
-    options.product = argc > 0 ? baseName(argv[0]) : products[0];
+    options.command = argc > 0 ? baseName(argv[0]) : products[0];
+    options.product = options.command;
     const auto fail = [&result](std::string text) {
         result.error = std::move(text);
         return result;
     };
     for (int index = 1; index < argc; ++index) {
         const std::string_view word = argv[index];
-        if (word == "--help") {
+        if (word == "--help" || word == "-h") {
             options.help = true;
-        } else if (word == "--version") {
+        } else if (word == "--version" || word == "-V") {
             options.version = true;
         } else if (word == "--list-monitors") {
             options.listMonitors = true;
@@ -63,7 +72,7 @@ ParsedOptions parseOptions(int argc, char** argv) {
             options.verbose = true;
         } else if (const auto product = valueOf("--product", argc, argv, index)) {
             if (!product->isThere) return fail("--product needs one of " + productNames());
-            options.product = product->text;
+            options.product = inSmallLetters(product->text);
         } else if (const auto hold = valueOf("--hold", argc, argv, index)) {
             if (hold->text != "on" && hold->text != "off") return fail("--hold needs on or off");
             options.hold = hold->text == "on";
@@ -82,9 +91,11 @@ ParsedOptions parseOptions(int argc, char** argv) {
     return result;
 }
 
-std::string usage() {
-    return "Usage: palisor [--product NAME] [--hold on|off] [--record FILE] [--calendar DIR]\n"
-           "               [--at-login] [--list-monitors] [--verbose] [--help] [--version]\n"
+std::string usage(const std::string& command) {
+    const std::string start = "Usage: " + command + " ";
+    return start + "[--product NAME] [--hold on|off] [--record FILE] [--calendar DIR]\n" +
+           std::string(start.size(), ' ') +
+           "[--at-login] [--list-monitors] [--verbose] [--help] [--version]\n"
            "\n"
            "  --product NAME   the product to run instead of the one that the command is named\n"
            "                   after: " +
@@ -101,6 +112,6 @@ std::string usage() {
            "                   for the session to set them up, ten seconds at most\n"
            "  --list-monitors  print one line a monitor and end\n"
            "  --verbose        log what the program does step by step, for its developers\n"
-           "  --help           print this and end\n"
-           "  --version        print the product and its version and end\n";
+           "  -h, --help       print this and end\n"
+           "  -V, --version    print the product and its version and end\n";
 }

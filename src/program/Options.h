@@ -9,7 +9,8 @@ inline constexpr std::string_view atLoginOption = "--at-login";
 
 /// What the command line asks for.
 struct Options {
-    std::string product;
+    std::string command; ///< the name that the program was called by, without its folder
+    std::string product; ///< as its folder is named
     bool help = false;
     bool version = false;
     bool listMonitors = false;
@@ -27,5 +28,5 @@ struct ParsedOptions {
 
 ParsedOptions parseOptions(int argc, char** argv);
 
-/// The text of --help.
-std::string usage();
+/// The text of --help for a program that is called by that name.
+std::string usage(const std::string& command);

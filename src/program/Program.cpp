@@ -4,6 +4,7 @@
 #include "app/LoginHelper.h"
 #include "platform/linux/files/Installation.h"
 #include "platform/qt/alerts/ShortcutRecorder.h"
+#include "util/Format.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -51,7 +52,9 @@ autostartProduct(const Product& product, const lnx::ProductBundle& bundle, const
             .comment = bundle.localizedString("AVVIA_AL_LOGIN"),
             .icon = bundle.folder() + "/" + product.icon + ".svg",
             .helper = helperCommand(bundle, options),
-            .options = {std::string(atLoginOption)}};
+            .options = {std::string(atLoginOption)},
+            .program = bundle.path(),
+            .helperName = palisor::formatted(bundle.localizedString("LOGIN_HELPER"), product.name)};
 }
 
 /// The texts of platform::calendar::Refusal, in its order.
@@ -86,6 +89,7 @@ Program::Program(const Product& product, lnx::ProductBundle& productBundle, Sess
       alerts(runLoop, application, product.name, pictures, product.icon,
              [this](const std::string& name, QWidget* parent) { return accessory(name, parent); }),
       notifications(product.name, product.identifier, log),
+      notices(notifications, bundle),
       sessionInhibitor(product.name, log),
       power({&desk.wakeLock, &sessionInhibitor}, log),
       infoWindows(pictures, product.icon,
@@ -117,6 +121,7 @@ Program::Program(const Product& product, lnx::ProductBundle& productBundle, Sess
         });
     });
     application.onQuitRequest([this] { quit(); });
+    tellFailures();
     undoAtExit();
 }
 
@@ -184,6 +189,19 @@ QWidget* Program::accessory(const std::string& name, QWidget* parent) {
         settings, desk.hotKeys, parent);
 }
 
+void Program::tellFailures() {
+    settings.onSetAside([this](const std::string& file) {
+        notices.tell("NOTICE_SETTINGS_ASIDE", "NOTICE_SETTINGS_ASIDE_TEXT", file);
+    });
+    desk.hotKeys.onTaken([this](const platform::Shortcut& shortcut) {
+        notices.tell("NOTICE_SHORTCUT_TAKEN", "NOTICE_SHORTCUT_TAKEN_TEXT",
+                     desk.hotKeys.modifierFlagsString(shortcut) +
+                         desk.hotKeys.keyCodeString(shortcut));
+    });
+    workspace.onNoOpener([this] { notices.tell("NOTICE_NO_OPENER", "NOTICE_NO_OPENER_TEXT"); });
+    power.onNothingInhibited([this] { notices.tell("NOTICE_NOT_AWAKE", "NOTICE_NOT_AWAKE_TEXT"); });
+}
+
 void Program::tellWhyNoCalendar(platform::calendar::Refusal why) {
     notifications.deliver({.title = bundle.localizedString("CALENDAR_UNAVAILABLE"),
                            .text = bundle.localizedString(refusals[static_cast<int>(why)]),
@@ -200,6 +218,7 @@ void Program::launch() {
 }
 
 void Program::begin() {
+    loginItems.bringUpToDate();
     if (recording) recording->writer.begin(bundle, settings.persistentDomain(), desk.displays);
     delegate->applicationDidFinishLaunching();
 }

@@ -29,6 +29,7 @@
 #include "platform/qt/tray/TrayIcon.h"
 #include "platform/qt/web/WebModule.h"
 #include "program/LoginWait.h"
+#include "program/Notices.h"
 #include "program/Session.h"
 #include "scenario/record/Recorded.h"
 
@@ -71,6 +72,7 @@ class Program {
     QWidget* accessory(const std::string& name, QWidget* parent);
     void undoAtExit();
     void begin();
+    void tellFailures();
     void tellWhyNoCalendar(platform::calendar::Refusal why);
     void quit();
 
@@ -94,6 +96,7 @@ class Program {
     platform::qt::QtStatusItem statusItem;
     platform::qt::QtAlerts alerts;
     platform::qt::DesktopNotifications notifications;
+    Notices notices;
     platform::qt::SessionInhibitor sessionInhibitor;
     platform::linux::DisplayPower power;
     platform::linux::TextCodec textCodec;

@@ -60,7 +60,7 @@ int run(char* command, Session& session, ProductBundle& bundle, const Product& p
     // No display name: the toolkit would append it to the titles of windows that begin with it.
     QGuiApplication::setDesktopFileName(identifier);
 
-    if (!instance.claim()) {
+    if (!instance.claim(options.atLogin)) {
         (void)std::fprintf(stderr, "%s is running already\n", product.name.c_str());
         return 0;
     }
@@ -80,7 +80,7 @@ int main(int argc, char** argv) {
         return wrongUsage;
     }
     if (options.help) {
-        (void)std::fputs(usage().c_str(), stdout);
+        (void)std::fputs(usage(options.command).c_str(), stdout);
         return 0;
     }
     SystemLog log(options.product);

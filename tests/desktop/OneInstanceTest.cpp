@@ -52,6 +52,26 @@ TEST_F(OneInstance, WithoutABusASecondStartShowsTheMenuOfTheFirst) {
     expectASecondStartShowsTheMenu(product);
 }
 
+// Two entries of autostart may start it at one login.
+TEST_F(OneInstance, AStartByTheSessionThatFindsTheProgramRunningOpensNoMenu) {
+    nameTheBus();
+    const auto bus = startBus();
+    product.start();
+    for (const bool lock : {true, false}) {
+        SCOPED_TRACE(lock ? "told by the lock" : "told by the bus");
+        // Without the folder for the lock the second start asks on the bus.
+        for (const char* folder : {"XDG_RUNTIME_DIR", "TMPDIR"})
+            if (!lock) product.desktop.setVariable(folder, "/nonexistent");
+        const auto second = product.run({"--at-login"});
+        EXPECT_EQ(second->wait(), 0);
+        EXPECT_TRUE(second->waitForText("running already")) << second->errors();
+        // What it might have asked for would be done before this.
+        EXPECT_TRUE(product.isUpSoon());
+        EXPECT_TRUE(product.menus().empty());
+    }
+    expectASecondStartShowsTheMenu(product);
+}
+
 TEST_F(OneInstance, AKilledProgramIsNotInTheWayOfTheNextOne) {
     product.start();
     product.program->signal(SIGKILL);

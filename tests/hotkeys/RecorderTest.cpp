@@ -33,6 +33,7 @@ class Keyboard final : public platform::RecordableHotKeys {
         return " and " + std::to_string(shortcut.keyCode);
     }
     void onLabelsChange(std::function<void()>) override {}
+    void onTaken(std::function<void(const Shortcut&)>) override {}
     bool isTaken(const Shortcut& shortcut) const override { return shortcut == taken; }
     bool startRecording(std::function<void(const Stroke&)> taker,
                         std::function<void()> leave) override {

@@ -87,6 +87,26 @@ TEST_F(Helper, PassesTheFolderOfTheCalendarsOn) {
     EXPECT_TRUE(helper->waitForText("told /a folder")) << helper->errors();
 }
 
+TEST_F(Helper, StartsNothingWhereTheEntryThatSettingsShowIsSwitchedOff) {
+    install("tell");
+    testing_support::KeptLog log;
+    const fs::path autostart = desktop.configFolder() / "autostart";
+    platform::linux::AutostartItems items(autostart,
+                                          {.identifier = mainName,
+                                           .name = "Palisor",
+                                           .comment = "",
+                                           .icon = "x",
+                                           .helper = {bin / "palisor-helper"}},
+                                          log);
+    items.insertLast(bin / "palisor");
+    std::ofstream(autostart / (std::string(mainName) + ".desktop"), std::ios::app)
+        << "Hidden=true\n";
+    const auto helper = start();
+    EXPECT_EQ(helper->wait(), 0);
+    EXPECT_EQ(helper->output() + helper->errors(), "");
+    EXPECT_FALSE(desktop.isOnTheBus(mainName));
+}
+
 TEST_F(Helper, WaitsUntilItIsToldAboutItsOwnProduct) {
     install("tell others");
     const auto helper = start();

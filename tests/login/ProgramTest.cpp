@@ -99,6 +99,12 @@ TEST_F(LoginOfTheProgram, TheDesktopSwitcherIsInTheSessionsListBesides) {
     std::ifstream entry(item(".desktop"));
     const std::string text{std::istreambuf_iterator<char>(entry), {}};
     EXPECT_NE(text.find("/quenlow --at-login\n"), std::string::npos) << text;
+    // Where a desktop's settings heed it, this is the one that they show.
+    EXPECT_EQ(text.find("NoDisplay"), std::string::npos) << text;
+    std::ifstream hidden(item(helperSuffix));
+    const std::string other{std::istreambuf_iterator<char>(hidden), {}};
+    EXPECT_NE(other.find("NoDisplay=true\n"), std::string::npos) << other;
+    EXPECT_NE(other.find("Name=Quenlow (helper at login)\n"), std::string::npos) << other;
     // As when it was switched on twice.
     fs::copy_file(item(".desktop"), item("-2.desktop"));
     toggleStartAtLogin();

@@ -344,6 +344,9 @@ class AppDelegate : private platform::MenuTarget, private platform::InfoTarget {
 
     std::unique_ptr<platform::Window> coveringWindow(const platform::Screen& screen, int variant);
     void createMarkers();
+    /// Lines of the cross-hair; bottom-left, with the cursor's place top-left.
+    Rect lineAcross(const Rect& screen, Point cursor) const;
+    Rect uprightLine(Point cursor) const;
     void letMarkersReplaceCursor();
 
     void chosen(MenuItem& item) override;

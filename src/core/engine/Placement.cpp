@@ -59,11 +59,9 @@ void AppDelegate::updateCustomCursorPosition() {
     const std::size_t lines = aWindowCursorX ? aWindowCursorX->size() : 0;
     for (std::size_t i = 0; i < services.displays.screens().size() && i < lines; ++i) {
         platform::Window& line = *(*aWindowCursorX)[i];
-        const Rect frame = line.frame();
-        line.setFrame({frame.x, MAX_H - cordmouse.y - 1, frame.width, 2});
+        line.setFrame(lineAcross(line.frame(), cordmouse));
     }
-    if (windowCursorY)
-        windowCursorY->setFrame({cordmouse.x - 1, -MAX_H, 2, 2 * static_cast<double>(MAX_H)});
+    if (windowCursorY) windowCursorY->setFrame(uprightLine(cordmouse));
 }
 
 void AppDelegate::playTheSound() {

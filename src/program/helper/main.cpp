@@ -4,6 +4,8 @@
 #include "app/LoginHelper.h"
 #include "platform/linux/files/Installation.h"
 #include "platform/linux/files/ProductBundle.h"
+#include "platform/linux/files/XdgFiles.h"
+#include "platform/linux/login/AutostartItems.h"
 #include "platform/linux/system/SystemLog.h"
 #include "platform/qt/loop/QtDescriptors.h"
 #include "platform/qt/session/DistributedNotifications.h"
@@ -16,6 +18,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <utility>
 
 namespace {
 
@@ -58,11 +61,22 @@ bool listen(Session& session, const std::string& mainIdentifier, SystemLog& log)
         });
 }
 
+/// In the desktop's settings, where the product's own entry is shown and this one's is not.
+bool isSwitchedOff(const std::string& mainIdentifier, SystemLog& log) {
+    const auto folder = platform::linux::configurationFolder();
+    if (!folder) return false;
+    platform::linux::AutostartItems::Product product;
+    product.identifier = mainIdentifier;
+    return platform::linux::AutostartItems(*folder + "/autostart", std::move(product), log)
+        .isSwitchedOff();
+}
+
 int run(const ProductBundle& bundle, const std::string& calendarFolder, SystemLog& log) {
     const std::string mainIdentifier(bundle.string("CFBundleIdentifier"));
+    if (isSwitchedOff(mainIdentifier, log)) return 0;
     Session session(mainIdentifier + std::string(palisor::loginHelper::identifierEnding), log);
     if (!session.instance.claim()) return 0;
-    // Started a second time the product would show its menu, which nobody asked for at login.
+    // The product would find itself running, and nobody could tell this helper to end.
     if (std::ranges::count(session.applications.others(), mainIdentifier) > 0) return 0;
 
     const bool canBeTold = listen(session, mainIdentifier, log);

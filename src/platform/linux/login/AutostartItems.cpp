@@ -20,6 +20,7 @@ constexpr std::string_view ending = ".desktop";
 constexpr const char* checksumKey = "X-LoginItem-Checksum";
 constexpr const char* helperKey = "X-LoginItem-Helper";
 constexpr const char* hiddenKey = "Hidden";
+constexpr const char* noDisplayKey = "NoDisplay";
 /// What the settings of GNOME, Cinnamon and MATE write instead of Hidden.
 constexpr std::array<const char*, 2> enabledKeys = {"X-GNOME-Autostart-enabled",
                                                     "X-MATE-Autostart-enabled"};
@@ -42,6 +43,14 @@ void switchOn(DesktopEntry& entry) {
             entry.erase(key);
             entry.setRaw(key, "true");
         }
+}
+
+void keepSwitches(const DesktopEntry& before, DesktopEntry& fresh) {
+    const auto keep = [&](const char* key) {
+        if (const auto value = before.raw(key)) fresh.setRaw(key, *value);
+    };
+    keep(hiddenKey);
+    std::ranges::for_each(enabledKeys, keep);
 }
 
 // Of everything but the switches, and whatever the order: a desktop's settings write the lines of
@@ -87,6 +96,10 @@ std::optional<std::string> executableOf(const DesktopEntry& entry) {
     return found.isEmpty() ? std::nullopt : std::optional(found.toStdString());
 }
 
+bool isThere(const std::string& program) {
+    return ::access(program.c_str(), X_OK) == 0;
+}
+
 bool isInSessionList(const DesktopEntry& entry) {
     return entry.hasGroup() && entry.raw("Type") == "Application" && !isOff(entry) &&
            !entry.isTrue(helperKey);
@@ -117,10 +130,7 @@ void AutostartItems::setEnabled(const std::string& helperIdentifier, bool enable
         disable(file);
         return;
     }
-    DesktopEntry entry = entryFor(product.helper);
-    entry.setRaw(helperKey, "true");
-    entry.setRaw(checksumKey, checksum(entry));
-    enable(file, entry);
+    enable(file, helperEntry());
 }
 
 std::vector<LoginItems::ListItem> AutostartItems::sessionList() {
@@ -145,15 +155,73 @@ void AutostartItems::insertLast(const std::string& path) {
         }
         file = product.identifier + "-" + std::to_string(number) + std::string(ending);
     }
-    std::vector<std::string> command{path};
-    command.insert(command.end(), product.options.begin(), product.options.end());
-    DesktopEntry entry = entryFor(command);
-    entry.setRaw(checksumKey, checksum(entry));
-    enable(file, entry);
+    enable(file, itemEntry(path));
 }
 
 void AutostartItems::remove(const ListItem& item) {
     if (item.id > 0 && item.id <= known.size()) disable(known[item.id - 1]);
+}
+
+void AutostartItems::bringUpToDate() {
+    for (const std::string& file : files()) {
+        std::string text;
+        if (!file.starts_with(product.identifier) || !read(file, text)) continue;
+        const DesktopEntry entry(text);
+        const auto path = executableOf(entry);
+        if (!path || !isAsWritten(entry)) continue;
+        const bool isGone = !isThere(*path);
+        DesktopEntry fresh;
+        if (entry.isTrue(helperKey))
+            fresh = isGone || entry.isTrue(noDisplayKey) != hasOwnItem() ? helperEntry() : entry;
+        else
+            fresh = itemEntry(isGone && isThere(product.program) ? product.program : *path);
+        keepSwitches(entry, fresh);
+        if (fresh.text() != text) write(file, fresh.text());
+    }
+}
+
+bool AutostartItems::isSwitchedOff() const {
+    bool any = false;
+    for (const std::string& file : files()) {
+        if (!isOwnItem(file)) continue;
+        const DesktopEntry entry(readFile(pathOf(file)).text);
+        if (isInSessionList(entry)) return false;
+        any |= entry.hasGroup();
+    }
+    return any;
+}
+
+bool AutostartItems::hasOwnItem() const {
+    return std::ranges::any_of(files(), [this](const std::string& file) {
+        return isOwnItem(file) && DesktopEntry(readFile(pathOf(file)).text).hasGroup();
+    });
+}
+
+/// Of the files that `insertLast` makes.
+bool AutostartItems::isOwnItem(const std::string& file) const {
+    if (!file.starts_with(product.identifier)) return false;
+    const auto rest = std::string_view(file).substr(product.identifier.size());
+    return rest == ending || rest.starts_with('-');
+}
+
+DesktopEntry AutostartItems::itemEntry(const std::string& path) const {
+    std::vector<std::string> command{path};
+    command.insert(command.end(), product.options.begin(), product.options.end());
+    DesktopEntry entry = entryFor(command);
+    entry.setRaw(checksumKey, checksum(entry));
+    return entry;
+}
+
+// A person who has both looks for one entry and switches that.
+DesktopEntry AutostartItems::helperEntry() const {
+    DesktopEntry entry = entryFor(product.helper);
+    entry.setRaw(helperKey, "true");
+    if (hasOwnItem()) {
+        entry.setString("Name", product.helperName);
+        entry.setRaw(noDisplayKey, "true");
+    }
+    entry.setRaw(checksumKey, checksum(entry));
+    return entry;
 }
 
 DesktopEntry AutostartItems::entryFor(const std::vector<std::string>& command) const {

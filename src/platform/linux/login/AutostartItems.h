@@ -14,6 +14,9 @@ namespace platform::linux {
 /// switched off; what is inserted is named "<identifier>.desktop", "<identifier>-2.desktop" and so
 /// on, and the order of the list is that of the names.
 ///
+/// Where the product has both, settings that heed NoDisplay show its item alone, and the helper
+/// goes by that.
+///
 /// A user may edit an entry or switch it off in the desktop's settings. One that was written here
 /// and only switched off or on since is written anew and deleted at will. Any other is the user's:
 /// it is enabled by flipping what switches it off, and disabled by hiding it, which starts it no
@@ -28,6 +31,9 @@ class AutostartItems final : public LoginItems {
         std::vector<std::string> helper; ///< its command: an absolute path, then arguments
         /// What follows the path in an entry of the session's own list.
         std::vector<std::string> options{};
+        std::string program{}; ///< its absolute path, where an item that starts nothing is led to
+        /// Of the helper's entry beside an item of the list, which has the name.
+        std::string helperName{};
     };
 
     /// `folder` is made when it is needed. An empty one is no folder: then nothing can be kept.
@@ -42,7 +48,20 @@ class AutostartItems final : public LoginItems {
 
     void remove(const ListItem& item) override;
 
+    /// Gives what was written by an earlier version the form of today, and what starts a program
+    /// that is not there any more the place that the product has now. Switched off it stays, and
+    /// what the user has edited is left alone.
+    void bringUpToDate();
+
+    /// Whether all the items that were inserted for the product are switched off. Then a helper of
+    /// it should not start it either: a desktop's settings show the item alone.
+    bool isSwitchedOff() const;
+
   private:
+    DesktopEntry itemEntry(const std::string& path) const; ///< of the session's own list
+    DesktopEntry helperEntry() const;
+    bool isOwnItem(const std::string& file) const;
+    bool hasOwnItem() const;
     DesktopEntry entryFor(const std::vector<std::string>& command) const;
     void enable(const std::string& file, const DesktopEntry& fresh);
     void disable(const std::string& file);

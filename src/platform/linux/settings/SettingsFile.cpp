@@ -211,6 +211,7 @@ SettingsFile::Loaded SettingsFile::load(Found found, PropertyList& list) {
             return Loaded::failed;
         }
         log.write("the settings in " + filePath + " cannot be read; the file is now " + *name);
+        tellSetAside(*name);
         onDisk.reset();
         return Loaded::setAside;
     }
@@ -335,6 +336,20 @@ bool SettingsFile::replace(Patience patience) {
         return !isInTheWay || !canWait;
     }
 }
+
+void SettingsFile::onSetAside(std::function<void(const std::string&)> handler) {
+    setAside = std::move(handler);
+    for (const std::string& file : std::exchange(untoldSetAside, {}))
+        setAside(file);
+}
+
+void SettingsFile::tellSetAside(const std::string& file) {
+    if (setAside)
+        setAside(file);
+    else
+        untoldSetAside.push_back(file);
+}
+
 void SettingsFile::report(std::string_view step, int error) {
     if (!reported.emplace(step, error).second) return;
     log.write("settings file " + filePath + ": " + std::string(step) +

@@ -59,6 +59,10 @@ class SettingsFile final : public Settings {
         outsideEdit = std::move(handler);
     }
 
+    /// Calls `handler` with the name of the file that what could not be read is in now: at once
+    /// for what has happened before, and each time that it happens.
+    void onSetAside(std::function<void(const std::string& file)> handler);
+
     /// As it was given: a link is not followed.
     const std::string& path() const { return givenPath; }
 
@@ -93,6 +97,7 @@ class SettingsFile final : public Settings {
     void change(std::string_view key, std::optional<Value> value);
     void tellObservers();
     void report(std::string_view step, int error);
+    void tellSetAside(const std::string& file);
 
     std::string givenPath;
     std::string filePath; ///< where the file is, links followed
@@ -100,6 +105,8 @@ class SettingsFile final : public Settings {
     std::function<void()> requestSave;
     std::function<void()> requestLook;
     std::function<void(const Keys&)> outsideEdit;
+    std::function<void(const std::string&)> setAside;
+    std::vector<std::string> untoldSetAside;
     PropertyList current;
     PropertyList saved;                 ///< as the file was when it was last read or written
     std::optional<FileIdentity> onDisk; ///< of the file at that time; nothing when there was none

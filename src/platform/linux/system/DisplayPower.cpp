@@ -20,6 +20,7 @@ int DisplayPower::createAssertion(std::string_view type, std::uint32_t level, st
     }
     if (!any) {
         end(wanted);
+        if (nothingWorks) nothingWorks();
         return nothingInhibited;
     }
     id = made = wanted;

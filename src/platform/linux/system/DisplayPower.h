@@ -3,8 +3,10 @@
 #include "platform/Log.h"
 #include "platform/WakeLock.h"
 
+#include <functional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace platform::linux {
@@ -15,6 +17,9 @@ class DisplayPower final : public Power {
   public:
     /// What is lent must outlive the object. A way that does not work is logged once.
     DisplayPower(std::vector<WakeLock*> ways, Log& log);
+
+    /// Called for each assertion that fails since nothing on the desktop can keep the displays on.
+    void onNothingInhibited(std::function<void()> handler) { nothingWorks = std::move(handler); }
 
     // Result codes besides `success`.
     static constexpr int nothingInhibited = 1;
@@ -31,6 +36,7 @@ class DisplayPower final : public Power {
     std::vector<WakeLock*> ways;
     std::set<const WakeLock*> told; ///< of those that do not work
     Log& log;
+    std::function<void()> nothingWorks;
     std::set<AssertionId> held;
     AssertionId made = 0;
 };

@@ -4,6 +4,7 @@
 #include "platform/qt/session/DistributedNotifications.h"
 
 #include <QDesktopServices>
+#include <utility>
 
 namespace platform::qt {
 
@@ -28,8 +29,9 @@ void QtWorkspace::openURL(const std::string& url) {
                   "\" is not opened: it is too long, or none of http, https and mailto");
         return;
     }
-    if (QDesktopServices::openUrl(*address) || toldMissing) return;
-    toldMissing = true;
+    if (QDesktopServices::openUrl(*address)) return;
+    if (noOpener) noOpener();
+    if (std::exchange(toldMissing, true)) return;
     log.write("no address can be opened: install xdg-utils and a browser");
 }
 

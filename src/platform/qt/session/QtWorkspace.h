@@ -16,12 +16,16 @@ class QtWorkspace final : public Workspace {
     /// Returns at once, and involves no shell. A page must have a host. A desktop that has no
     /// opener is logged once.
     void openURL(const std::string& url) override;
+    /// Called for each address that there is no opener for.
+    void onNoOpener(std::function<void()> handler) { noOpener = std::move(handler); }
+
     std::vector<std::string> runningApplications() override { return applications.others(); }
     void postDistributedNotification(const std::string& name, const std::string& object) override;
 
   private:
     Log& log;
     SessionApplications applications;
+    std::function<void()> noOpener;
     bool toldMissing = false;
 };
 

@@ -11,7 +11,9 @@ namespace {
 
 constexpr const char* interfaceName = "org.freedesktop.Application";
 constexpr const char* otherDisplay = "local.Error.OtherDisplay";
-constexpr const char* displayKey = "display"; // in what a call to activate says of its surroundings
+// In what a call to activate says of its surroundings.
+constexpr const char* displayKey = "display";
+constexpr const char* silentKey = "silent"; // it only asks whether there is one on its display
 constexpr int answerMilliseconds = 1000;
 constexpr unsigned doNotQueue = 4; // of RequestName
 
@@ -46,17 +48,22 @@ class SingleInstance::Object final : public QDBusVirtualObject {
             return true;
         }
         bus.send(message.createReply());
-        if (activated) activated();
+        const bool silent = surroundingsIn(message).value(silentKey).toBool();
+        if (activated && !silent) activated();
         return true;
     }
 
     std::function<void()> activated;
 
   private:
+    static QVariantMap surroundingsIn(const QDBusMessage& message) {
+        if (message.member() != "Activate" || message.arguments().isEmpty()) return {};
+        return qdbus_cast<QVariantMap>(message.arguments().constFirst());
+    }
+
     bool isForAnotherDisplay(const QDBusMessage& message) const {
-        if (message.member() != "Activate" || message.arguments().isEmpty()) return false;
-        const auto surroundings = qdbus_cast<QVariantMap>(message.arguments().constFirst());
-        const std::string asked = surroundings.value(displayKey).toString().toStdString();
+        const std::string asked =
+            surroundingsIn(message).value(displayKey).toString().toStdString();
         return !asked.empty() && !display.empty() && asked != display;
     }
 
@@ -78,14 +85,14 @@ void SingleInstance::onActivate(std::function<void()> handler) {
     object->activated = std::move(handler);
 }
 
-bool SingleInstance::claim() {
+bool SingleInstance::claim(bool activates) {
     if (!link.connection().isConnected()) {
         log.write("no session bus: the program is not reached over it");
         return true;
     }
     switch (requestName(doNotQueue)) {
     case Claim::taken:
-        if (activateOwner()) return false;
+        if (callOwner(activates)) return false;
         (void)requestName(0); // it gets the name when the other one ends
         return true;
     case Claim::unanswered:
@@ -115,11 +122,12 @@ SingleInstance::Claim SingleInstance::requestName(unsigned flags) {
 }
 
 /// False when the owner of the name is none of this display.
-bool SingleInstance::activateOwner() {
+bool SingleInstance::callOwner(bool activates) {
     auto activate = QDBusMessage::createMethodCall(QString::fromStdString(name), objectPath(name),
                                                    interfaceName, "Activate");
     QVariantMap surroundings;
     if (!display.empty()) surroundings[displayKey] = QString::fromStdString(display);
+    if (!activates) surroundings[silentKey] = true;
     activate << surroundings;
     const auto reply = link.connection().call(activate, QDBus::Block, answerMilliseconds);
     return reply.errorName() != otherDisplay;

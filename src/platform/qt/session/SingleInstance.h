@@ -21,9 +21,10 @@ class SingleInstance {
     SingleInstance(const SingleInstance&) = delete;
     SingleInstance& operator=(const SingleInstance&) = delete;
 
-    /// False when another process has the name; that one has then been activated. Without a session
-    /// bus this cannot be known: it is logged and answered with true.
-    bool claim();
+    /// False when another process has the name; that one has then been activated, unless
+    /// `activates` is false. Without a session bus this cannot be known: it is logged and answered
+    /// with true.
+    bool claim(bool activates = true);
 
     /// Called from the run loop when the program is started again, or asked to do anything.
     void onActivate(std::function<void()> handler);
@@ -33,7 +34,7 @@ class SingleInstance {
     enum class Claim { granted, queued, taken, unanswered };
 
     Claim requestName(unsigned flags);
-    bool activateOwner();
+    bool callOwner(bool activates);
     void claimAgain();
 
     std::string name;

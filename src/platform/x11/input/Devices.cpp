@@ -14,6 +14,20 @@ double fromFixed(const xcb_input_fp3232_t& value) {
 
 } // namespace
 
+std::optional<Point> valuesOf(const xcb_input_raw_motion_event_t& event) {
+    if (event.valuators_len == 0) return std::nullopt;
+    const std::uint32_t mask = xcb_input_raw_button_press_valuator_mask(&event)[0];
+    if ((mask & 0x3) == 0) return std::nullopt;
+    const xcb_input_fp3232_t* next = xcb_input_raw_button_press_axisvalues(&event);
+    const auto value = [&](std::uint32_t bit) {
+        if (!(mask & bit)) return 0.0;
+        const xcb_input_fp3232_t& fixed = *next++;
+        return fixed.integral + fixed.frac / 4294967296.0;
+    };
+    const double x = value(1);
+    return Point{x, value(2)};
+}
+
 void Devices::read() {
     xcb_connection_t* c = connection.xcb();
     const auto devicesAsked = xcb_input_xi_query_device(c, XCB_INPUT_DEVICE_ALL);

@@ -9,6 +9,11 @@
 
 namespace platform::x11 {
 
+/// The first two values: how far the device moved the cursor, accelerated, or where it points.
+/// Nothing for a wheel in the smooth scrolling form, which moves only the third valuator and those
+/// after it; the server adds that up to presses of the buttons that stand for notches.
+std::optional<Point> valuesOf(const xcb_input_raw_motion_event_t& event);
+
 /// What has to be known of the devices to read their events: who tells steps and who places, and
 /// on which of them a finger touches what it points at.
 class Devices {

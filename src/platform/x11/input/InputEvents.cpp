@@ -137,6 +137,7 @@ void InputEvents::arrived() {
 }
 
 void InputEvents::tick() {
+    if (emptyFrames == framesUntilRest - 1) source.lookOnce();
     readFrame();
     emptyFrames = std::exchange(anyArrived, false) || source.waitsForAnswer() ? 0 : emptyFrames + 1;
     if (emptyFrames >= framesUntilRest) rest();
@@ -144,6 +145,7 @@ void InputEvents::tick() {
 
 void InputEvents::rest() {
     emptyFrames = 0;
+    source.rested();
     pace.stop();
     connection.watch(true);
 }
@@ -159,6 +161,7 @@ void InputEvents::addTap(const TapParameters& parameters, Handler handler) {
 void InputEvents::add(Consumer consumer) {
     source.select(consumer.mask);
     consumers.push_back(std::move(consumer));
+    arrived(); // the pointer may have stirred just before, and not be at rest yet
 }
 
 } // namespace platform::x11

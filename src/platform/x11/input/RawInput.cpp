@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <chrono>
 #include <utility>
-#include <xcb/xinput.h>
 
 // How an event gets its place.
 //
@@ -16,6 +15,9 @@
 // Fingers on a touch screen tell their places themselves, and have them whatever becomes of the
 // cursor meanwhile.
 //
+// Another program may move the cursor, of which no device tells. `Stirring` tells when something
+// has moved it after a rest; from then on, and once before the rest, it is looked at.
+//
 // The receiver may warp the cursor, after which the place is no longer true for the events behind,
 // and may run a modal loop, in which further ones are passed on; so `passOn` looks at everything
 // anew for each event.
@@ -23,23 +25,6 @@
 namespace platform::x11 {
 
 namespace {
-
-/// The first two values: how far the device moved the cursor, accelerated, or where it points.
-/// Nothing for a wheel in the smooth scrolling form, which moves only the third valuator and those
-/// after it; the server adds that up to presses of the buttons that stand for notches.
-std::optional<Point> valuesOf(const xcb_input_raw_motion_event_t& event) {
-    if (event.valuators_len == 0) return std::nullopt;
-    const std::uint32_t mask = xcb_input_raw_button_press_valuator_mask(&event)[0];
-    if ((mask & 0x3) == 0) return std::nullopt;
-    const xcb_input_fp3232_t* next = xcb_input_raw_button_press_axisvalues(&event);
-    const auto value = [&](std::uint32_t bit) {
-        if (!(mask & bit)) return 0.0;
-        const xcb_input_fp3232_t& fixed = *next++;
-        return fixed.integral + fixed.frac / 4294967296.0;
-    };
-    const double x = value(1);
-    return Point{x, value(2)};
-}
 
 double secondsHere() {
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
@@ -60,7 +45,9 @@ RawInput::RawInput(Connection& x, const Displays& screens, const Pointer& cursor
       track(cursorTrack),
       receiver(eventReceiver),
       keyboard(connection, [](bool) {}),
-      devices(connection) {
+      devices(connection),
+      stirring(connection),
+      seen(screens, cursor) {
     constexpr std::size_t burst = 256;
     pending.reserve(burst);
     connection.listen(*this, {XCB_GE_GENERIC, XCB_MAPPING_NOTIFY, XCB_CONFIGURE_NOTIFY});
@@ -77,8 +64,19 @@ void RawInput::select(EventMask types) {
     pointerSelected |= (types & ~keyTypes) != 0;
     if (devicesStale) readDevices();
     sendSelection();
-    if (buttonsStale) readButtons();
+    if (std::exchange(buttonsStale, false)) buttonMap.read(connection);
+    if (pointerSelected) watchOthers();
     connection.flush();
+}
+
+void RawInput::watchOthers() {
+    const std::uint8_t before = stirring.eventType();
+    stirring.watch();
+    if (stirring.eventType() == before) return;
+    connection.listen(*this, {stirring.eventType()});
+    if (const auto at = connection.wait(xcb_query_pointer(connection.xcb(), connection.root()),
+                                        xcb_query_pointer_reply))
+        seen.isAt(displays.toTopLeft(at->root_x, at->root_y));
 }
 
 void RawInput::readDevices() {
@@ -87,22 +85,6 @@ void RawInput::readDevices() {
     devices.read();
     // Of a touch screen that has gone nobody tells that the fingers have been lifted.
     if (!devices.isTouchScreen(fingers.device())) fingers.forget();
-}
-
-void RawInput::readButtons() {
-    buttonsStale = false;
-    const auto order =
-        connection.wait(xcb_get_pointer_mapping(connection.xcb()), xcb_get_pointer_mapping_reply);
-    buttonMap.fill(0);
-    if (order)
-        std::copy_n(xcb_get_pointer_mapping_map(order.get()),
-                    xcb_get_pointer_mapping_map_length(order.get()), buttonMap.begin() + 1);
-}
-
-// Raw events carry the physical number, from before the user's swapping of the buttons.
-unsigned RawInput::logicalButton(std::uint32_t physical) const {
-    const bool known = physical < buttonMap.size() && buttonMap[physical] != 0;
-    return known ? buttonMap[physical] : physical;
 }
 
 // Devices come and go at all of them; the rest is of the user's own two masters.
@@ -137,7 +119,7 @@ void RawInput::selectOn(std::uint16_t device, std::uint32_t mask) {
 // A look is asked for before the events are read, so that the server answers meanwhile.
 void RawInput::beginFrame() {
     mayAsk = true;
-    if (!pointerSelected || !motion.looks() || asked != 0) return;
+    if (!pointerSelected || asked != 0 || !(motion.looks() || wantsLook || followsOthers)) return;
     ask();
     connection.flush();
 }
@@ -160,6 +142,12 @@ void RawInput::handle(const xcb_generic_event_t& generic) {
             devices.setRoot(configured.width, configured.height);
         return;
     }
+    if ((generic.response_type & 0x7f) == stirring.eventType()) {
+        if (!Stirring::isUnexplained(generic, lastTime)) return;
+        wantsLook = true;
+        receiver.arrived();
+        return;
+    }
     const auto& raw = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(generic);
     if (raw.extension != connection.xinputOpcode()) return;
 
@@ -175,7 +163,7 @@ void RawInput::handle(const xcb_generic_event_t& generic) {
     case XCB_INPUT_RAW_BUTTON_RELEASE:
         event.kind = raw.event_type == XCB_INPUT_RAW_BUTTON_PRESS ? RawEvent::Kind::buttonDown
                                                                   : RawEvent::Kind::buttonUp;
-        event.button = logicalButton(raw.detail);
+        event.button = buttonMap.logical(raw.detail);
         add(event);
         break;
     case XCB_INPUT_RAW_TOUCH_BEGIN:
@@ -290,14 +278,20 @@ void RawInput::add(const RawEvent& event) {
 }
 
 void RawInput::batchEnded() {
-    if (buttonsStale && (pointerSelected || keysSelected)) readButtons();
+    if ((pointerSelected || keysSelected) && std::exchange(buttonsStale, false))
+        buttonMap.read(connection);
     if (std::exchange(anyTime, false)) clockAhead = lastSeconds() - secondsHere();
     if (std::exchange(devicesStale, false)) {
         readDevices();
         sendSelection();
+        if (pointerSelected) stirring.watch();
     }
-    if (!(mayAsk || movedByPlaces) || asked != 0 || head == pending.size()) return;
-    if (const auto place = knownPlace())
+    if (!(mayAsk || movedByPlaces) || asked != 0) return;
+    if (wantsLook)
+        ask();
+    else if (head == pending.size())
+        return;
+    else if (const auto place = knownPlace())
         passOnFrom(*place);
     else
         ask();
@@ -317,8 +311,9 @@ void RawInput::passOnFrom(xcb_point_t root) {
     beginAnswer();
     for (std::size_t i = head; i < covered; ++i)
         buttons = pending[i].buttonsAfter(*buttons);
-    lastPlace = displays.toTopLeft(root.x, root.y);
-    passOn(lastPlace);
+    const Point place = displays.toTopLeft(root.x, root.y);
+    seen.isAt(place);
+    passOn(place);
 }
 
 void RawInput::beginAnswer() {
@@ -328,6 +323,7 @@ void RawInput::beginAnswer() {
 }
 
 void RawInput::ask() {
+    looksForOthers = std::exchange(wantsLook, false) || followsOthers;
     beginAnswer();
     track.asked();
     asked = xcb_query_pointer(connection.xcb(), connection.root()).sequence;
@@ -349,6 +345,7 @@ void RawInput::handleReply(unsigned sequence, const void* reply) {
         if (movedByPlaces) track.jumped(false);
     }
     if (!track.placed({static_cast<double>(answer->root_x), static_cast<double>(answer->root_y)})) {
+        wantsLook = looksForOthers;
         ask();
         return;
     }
@@ -356,8 +353,9 @@ void RawInput::handleReply(unsigned sequence, const void* reply) {
     buttons = answer->mask;
     while (covered < pending.size() && isBefore(pending[covered].sequence, sequence))
         ++covered;
-    const bool hasMoved = place != std::exchange(lastPlace, place);
-    if (hasMoved && motion.looks()) addSeenMotion(sequence);
+    const bool hasMoved = seen.movesTo(place, looksForOthers && !motion.looks());
+    followsOthers |= hasMoved && looksForOthers && head == covered;
+    if (hasMoved && (motion.looks() || looksForOthers)) addSeenMotion(sequence);
     motion.looked(hasMoved);
     passOn(place);
 }
@@ -380,7 +378,6 @@ void RawInput::passOn(Point place) {
         receiver.receive(
             event, event.place ? displays.toTopLeft(event.place->x, event.place->y) : place, mask);
     }
-    if (pointer.warps() != warpsWhenAsked) lastPlace = pointer.lastPut();
     if (asked != 0) return;
     pending.erase(pending.begin(), pending.begin() + static_cast<std::ptrdiff_t>(head));
     head = covered = 0;

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "platform/x11/input/ButtonMap.h"
 #include "platform/x11/input/Devices.h"
 #include "platform/x11/input/Fingers.h"
 #include "platform/x11/input/MotionWatch.h"
 #include "platform/x11/input/RawEvent.h"
-#include "platform/x11/pointer/Pointer.h"
+#include "platform/x11/input/SeenPlace.h"
+#include "platform/x11/input/Stirring.h"
 
 #include <bitset>
 #include <vector>
@@ -38,6 +40,9 @@ class RawInput final : private Listener {
     /// From here on one more question about the cursor's place may be asked.
     void beginFrame();
     void endFrame();
+    /// The next frame is the last one before a rest: what is nobody's event must not be missed.
+    void lookOnce() { wantsLook = pointerSelected; }
+    void rested() { followsOthers = false; }
     /// Whether what comes has to be read at once: the cursor is moved by a device that tells
     /// places, which no barrier stops.
     bool readsAtOnce() const { return movedByPlaces; }
@@ -50,11 +55,10 @@ class RawInput final : private Listener {
     void batchEnded() override;
 
     void readDevices();
+    void watchOthers();
     void sendSelection();
     void selectPointer();
     void selectOn(std::uint16_t device, std::uint32_t eventMask);
-    void readButtons();
-    unsigned logicalButton(std::uint32_t physical) const;
     void addSeenMotion(std::uint32_t sequence);
     void addMotion(const xcb_input_raw_motion_event_t& raw, const RawEvent& event);
     void addTouch(const xcb_input_raw_motion_event_t& raw, RawEvent event);
@@ -77,10 +81,11 @@ class RawInput final : private Listener {
     CursorTrack& track;
     Receiver& receiver;
     KeyboardMap keyboard;
-    std::array<std::uint8_t, 256> buttonMap{}; ///< by the physical number, 0 for an unknown one
+    ButtonMap buttonMap;
     bool buttonsStale = true;
     Devices devices;
     bool devicesStale = true;
+    Stirring stirring;
     bool pointerSelected = false;
     bool keysSelected = false;
     bool otherKeys = false;
@@ -97,7 +102,10 @@ class RawInput final : private Listener {
     Fingers fingers;
     bool movedByPlaces = false;
     MotionWatch motion;
-    Point lastPlace; ///< where the cursor was when it was last looked at, or was put since
+    bool wantsLook = false;      ///< whatever has come
+    bool looksForOthers = false; ///< by the last question
+    bool followsOthers = false;  ///< in each frame until the rest
+    SeenPlace seen;
     std::uint32_t lastTime = 0;
     double clockAhead = 0; ///< of the server's clock, seconds
     bool anyTime = false;  ///< told by the server in this batch

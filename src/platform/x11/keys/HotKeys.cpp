@@ -57,6 +57,8 @@ void HotKeys::bindShortcut(std::string_view settingsKey, std::function<void()> a
             if (!known.expired()) claim();
         });
     claim();
+    const auto shortcut = stored(settingsKey);
+    if (shortcut && boundTaken && isTaken(*shortcut)) boundTaken(*shortcut);
 }
 
 void HotKeys::breakBinding(std::string_view settingsKey) {

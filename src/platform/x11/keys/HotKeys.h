@@ -31,6 +31,9 @@ class HotKeys final : public RecordableHotKeys, private Listener {
     void onLabelsChange(std::function<void()> changed) override {
         labelsChanged = std::move(changed);
     }
+    void onTaken(std::function<void(const Shortcut&)> handler) override {
+        boundTaken = std::move(handler);
+    }
     bool isTaken(const Shortcut& shortcut) const override;
     bool startRecording(KeyRecording::Handler pressed, std::function<void()> left) override;
     void stopRecording() override;
@@ -61,6 +64,7 @@ class HotKeys final : public RecordableHotKeys, private Listener {
     Log& log;
     Later later;
     std::function<void()> labelsChanged;
+    std::function<void(const Shortcut&)> boundTaken;
     KeyboardMap map;
     KeyRecording recording;
     std::vector<Claim> registered;

@@ -39,7 +39,7 @@ Overlay::Form Overlay::wantedForm() const {
 }
 
 xcb_rectangle_t Overlay::wantedArea() const {
-    xcb_rectangle_t wanted = owner.displays.toRoot(style.frame);
+    xcb_rectangle_t wanted = owner.displays.toRoot(style.seenAt.value_or(style.frame));
     if (!style.fullHeight || owner.displays.areas().empty()) return wanted;
     const xcb_rectangle_t desktop = around(owner.displays.areas());
     wanted.y = desktop.y;
@@ -209,8 +209,9 @@ void Overlay::updateGamma() {
 }
 
 void Overlay::setFrame(Rect frame) {
-    if (style.frame == frame) return;
+    if (style.frame == frame && !style.seenAt) return;
     style.frame = frame;
+    style.seenAt.reset();
     place();
 }
 
