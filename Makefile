@@ -7,6 +7,8 @@ SOURCES = git ls-files '*.cpp' '*.h'
 # The web engine is left out unless it is asked for: make run WEB=1, make test WEB=1.
 WEB_LIST = $(if $(WEB),web)
 WEB_SETTING = $(if $(WEB),PALISOR_WEB=ON)
+# Where the desktop may be made with GTK. The program runs without it, and looks plainer.
+GTK_LIST = $(shell PATH="$$PATH:/sbin" ldconfig -p 2>/dev/null | grep -q libgtk-3 && echo gtk)
 FUZZ_SECONDS = 30
 
 .PHONY: help product run demo tests test benchmarks bench asan fuzz tidy format clean
@@ -28,7 +30,7 @@ help:
 # One tree serves them all. It starts with the product alone, where no warning is an error, and keeps
 # what it was once configured to build.
 product:
-	@tools/setup build run $(WEB_LIST)
+	@tools/setup build run $(GTK_LIST) $(WEB_LIST)
 	@tools/configure build '--preset product' PALISOR_WERROR=OFF $(WEB_SETTING)
 	@cmake --build build --target product -- $(QUIET)
 
