@@ -2,6 +2,7 @@
 
 #include "app/Keys.h"
 #include "app/LoginHelper.h"
+#include "app/Variants.h"
 #include "platform/linux/files/Installation.h"
 #include "platform/qt/alerts/ShortcutRecorder.h"
 
@@ -75,8 +76,8 @@ Program::Program(const Product& product, lnx::ProductBundle& productBundle, Sess
       notifications(product.name, product.identifier, log),
       sessionInhibitor(product.name, log),
       power({&desk.wakeLock, &sessionInhibitor}, log),
-      infoWindows(pictures, product.icon,
-                  [this](const std::string& url) { workspace.openURL(url); }),
+      infoWindows(
+          pictures, product.icon, [this](const std::string& url) { workspace.openURL(url); }),
       http(log),
       web(lnx::helperPath("web-engine.so"), log),
       calendar({.module = lnx::modulePath("calendar.so"),
@@ -155,19 +156,27 @@ void Program::startRecording(const std::string& path) {
     recording.reset();
 }
 
-QWidget* Program::accessory(const std::string& name, QWidget* parent) {
+platform::qt::Accessory* Program::accessory(const std::string& name, QWidget* parent) {
     namespace keys = palisor::keys;
     if (name != palisor::accessories::shortcutRecorder) return nullptr;
     return new platform::qt::ShortcutRecorder(
         {.empty = bundle.localizedString("RECORDER_EMPTY"),
          .recording = bundle.localizedString("RECORDER_RECORDING"),
          .hint = bundle.localizedString("RECORDER_HINT"),
-         .modifiers = bundle.localizedString("RECORDER_MODIFIERS"),
          .clear = bundle.localizedString("RECORDER_CLEAR"),
-         .taken = bundle.localizedString("RECORDER_TAKEN")},
+         .modifiers = bundle.localizedString("RECORDER_MODIFIERS"),
+         .shift = bundle.localizedString("RECORDER_SHIFT"),
+         .unknownKey = bundle.localizedString("RECORDER_UNKNOWN_KEY"),
+         .fixed = bundle.localizedString("RECORDER_FIXED"),
+         .taken = bundle.localizedString("RECORDER_TAKEN"),
+         .keyboard = bundle.localizedString("RECORDER_KEYBOARD"),
+         .needed = bundle.localizedString("RECORDER_NEEDED"),
+         .disabled = bundle.localizedString("RECORDER_DISABLED")},
         {.shortcut = std::string(keys::customShortcut),
          .enabled = std::string(keys::customShortcutEnabled)},
-        settings, desk.hotKeys, parent);
+        settings, desk.hotKeys,
+        [this] { return bundle.integer(palisor::dictionary::IDApp) == palisor::variants::barrier; },
+        parent);
 }
 
 void Program::tellWhyNoCalendar(platform::calendar::Refusal why) {
@@ -192,7 +201,9 @@ void Program::begin() {
 
 void Program::activate() {
     // The caller waits for an answer, and the menu stays open as long as the user likes.
-    application.afterEvent([this] { statusItem.activate(); });
+    application.afterEvent([this] {
+        if (!platform::qt::QtAlerts::bringToFront()) statusItem.activate();
+    });
 }
 
 void Program::quit() {

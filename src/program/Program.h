@@ -67,7 +67,7 @@ class Program {
     platform::Platform services(platform::Displays& displays, platform::InputEvents& input,
                                 platform::StatusItem& statusItem);
     /// The control that an alert names; null for an unknown one.
-    QWidget* accessory(const std::string& name, QWidget* parent);
+    platform::qt::Accessory* accessory(const std::string& name, QWidget* parent);
     void undoAtExit();
     void begin();
     void tellWhyNoCalendar(platform::calendar::Refusal why);

@@ -19,11 +19,33 @@ bool isClick(const QKeyEvent& key) {
     return key.key() == Qt::Key_Space || key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
 }
 
+/// Enter is for it while it has the focus, and would be for the window's default button otherwise.
+class ClearButton final : public QToolButton {
+  public:
+    using QToolButton::QToolButton;
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+            click();
+        else
+            QToolButton::keyPressEvent(event);
+    }
+    // Styles show no focus on a button that has no frame.
+    void paintEvent(QPaintEvent* event) override {
+        QToolButton::paintEvent(event);
+        if (!hasFocus()) return;
+        QPainter painter(this);
+        painter.setPen(palette().color(QPalette::Highlight));
+        painter.drawRect(rect().adjusted(0, 0, -1, -1));
+    }
+};
+
 } // namespace
 
 ShortcutField::ShortcutField(QString clearName, std::function<void()> click,
                              std::function<void()> cleared, QWidget* parent)
-    : QWidget(parent), clicked(std::move(click)), clear(new QToolButton(this)) {
+    : QWidget(parent), clicked(std::move(click)), clear(new ClearButton(this)) {
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     clear->setAutoRaise(true);

@@ -52,7 +52,9 @@ void KeyRecording::handle(const xcb_key_press_event_t& event, bool down) {
     const bool repetition = event.detail == lastPressed;
     lastPressed = event.detail;
     const PhysicalKey* key = physicalKeyAt(event.detail);
-    if (key != nullptr && !repetition) tell({key->virtualCode, map.flagsOf(event.state)});
+    if (repetition) return;
+    const std::uint32_t flags = map.flagsOf(event.state);
+    tell(key != nullptr ? Stroke{key->virtualCode, flags} : Stroke{{}, flags, true});
 }
 
 void KeyRecording::tell(const Stroke& stroke) {
