@@ -77,7 +77,10 @@ Program::Program(const Product& product, lnx::ProductBundle& productBundle, Sess
       sessionInhibitor(product.name, log),
       power({&desk.wakeLock, &sessionInhibitor}, log),
       infoWindows(
-          pictures, product.icon, [this](const std::string& url) { workspace.openURL(url); }),
+          pictures, product.icon, [this](const std::string& url) { workspace.openURL(url); },
+          lnx::hasInvalidHost),
+      firstMenu(statusItem, infoWindows, runLoop,
+                settings.stringForKey(palisor::keys::PRIMOACCESSO) != "1"),
       http(log),
       web(lnx::helperPath("web-engine.so"), log),
       calendar({.module = lnx::modulePath("calendar.so"),
@@ -90,7 +93,7 @@ Program::Program(const Product& product, lnx::ProductBundle& productBundle, Sess
     if (recording)
         delegate.emplace(services(recording->displays, recording->input, recording->statusItem));
     else
-        delegate.emplace(services(desk.displays, desk.input, statusItem));
+        delegate.emplace(services(desk.displays, desk.input, firstMenu));
     for (const auto key : {palisor::keys::customShortcut, palisor::keys::customShortcutEnabled})
         settings.observe(key, platform::qt::ShortcutRecorder::refreshAll);
     settings.onOutsideEdit([this](const auto& keys) {
@@ -146,7 +149,7 @@ Program::Recording::Recording(const std::string& path, Program& program)
     : writer(path),
       input(program.desk.input, writer),
       displays(program.desk.displays, writer),
-      statusItem(program.statusItem, writer,
+      statusItem(program.firstMenu, writer,
                  [&program] { return program.application.currentEvent(); }) {}
 
 void Program::startRecording(const std::string& path) {

@@ -27,6 +27,7 @@
 #include "platform/qt/tray/QtStatusItem.h"
 #include "platform/qt/tray/TrayIcon.h"
 #include "platform/qt/web/WebModule.h"
+#include "program/FirstMenu.h"
 #include "program/LoginWait.h"
 #include "program/Session.h"
 #include "scenario/record/Recorded.h"
@@ -96,6 +97,7 @@ class Program {
     platform::linux::DisplayPower power;
     platform::linux::TextCodec textCodec;
     platform::qt::QtInfoWindows infoWindows;
+    FirstMenu firstMenu;
     platform::linux::CurlHttp http;
     platform::json::Parser json;
     platform::qt::QtImages imageOperations;

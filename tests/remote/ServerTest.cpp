@@ -211,6 +211,9 @@ TEST(ActionServer, MayFillAnyPlaceWithAnyType) {
 TEST(ActionServer, UnderAReservedNameIsNotLookedFor) {
     for (const char* host : {"service.tamberlo.invalid", "a.INVALID.", "x.invalid:443"})
         EXPECT_TRUE(platform::linux::hasInvalidHost("https://" + std::string(host) + "/a?b=c"));
+    EXPECT_TRUE(platform::linux::hasInvalidHost("email:support@tamberlo.invalid"));
+    EXPECT_FALSE(
+        platform::linux::hasInvalidHost("email:x.invalid@example.org?subject=a@b.invalid"));
     for (const char* url :
          {"https://localhost/x.invalid", "https://invalid.example/", "https://x.invalid@localhost/",
           "https://localhost/?a=https://b.invalid/", "x.invalid"})

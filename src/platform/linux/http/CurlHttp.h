@@ -20,7 +20,7 @@ class CurlHttp final : public Http {
     Log& log;
 };
 
-/// Whether the address names a host under ".invalid".
+/// Whether the address, which may be one of mail, names a host under ".invalid".
 bool hasInvalidHost(std::string_view url);
 
 } // namespace platform::linux
