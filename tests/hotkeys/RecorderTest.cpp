@@ -3,6 +3,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QEventLoop>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMouseEvent>
@@ -43,6 +44,7 @@ class Keyboard final : public platform::RecordableHotKeys {
         if (belongsToAnother) return false;
         pressed = std::move(taker);
         left = std::move(leave);
+        if (started) started();
         return true;
     }
     void stopRecording() override { pressed = nullptr; }
@@ -51,6 +53,7 @@ class Keyboard final : public platform::RecordableHotKeys {
     Shortcut taken{0, 0}, fixed{0, 0};
     std::function<void(const Stroke&)> pressed; ///< while a recording is on
     std::function<void()> left;
+    std::function<void()> started; ///< tells that a recording begins
 };
 
 class Recorder : public testing::Test {
@@ -206,6 +209,22 @@ TEST_F(Recorder, ThatIsNeededBeginsByItselfWhenItsWindowGetsTheKeyboard) {
     open();
     activate();
     EXPECT_FALSE(isRecording()) << "there is one";
+}
+
+TEST_F(Recorder, ThatIsNeededWaitsForTheKeyThatClosedTheWindowToBeUp) {
+    needed = true;
+    keyboard.belongsToAnother = true;
+    open();
+    activate();
+    EXPECT_FALSE(recorder->mayBeLeft());
+    EXPECT_FALSE(isRecording());
+    EXPECT_EQ(words(), "needed");
+    keyboard.belongsToAnother = false;
+    QEventLoop wait;
+    keyboard.started = [&wait] { wait.quit(); };
+    wait.exec(); // the test's own limit ends it otherwise
+    EXPECT_TRUE(isRecording());
+    EXPECT_EQ(words(), "needed");
 }
 
 TEST_F(Recorder, ThatIsNeededSaysWhatIsMissingWhenItIsLeftAndTakesTheKeyboard) {

@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <utility>
 
 namespace platform::qt {
@@ -16,6 +17,8 @@ namespace {
 constexpr int gap = 6;
 constexpr double hintShare = 0.65;
 constexpr int linesOfWords = 2;
+constexpr std::chrono::milliseconds moment{100};
+constexpr int mostAttempts = 20;
 
 // Virtual key codes.
 constexpr std::uint16_t escapeKey = 53, backspaceKey = 51, deleteKey = 117;
@@ -61,6 +64,9 @@ ShortcutRecorder::ShortcutRecorder(Texts wording, Keys where, Settings& storage,
     column->addWidget(field);
     column->addWidget(words);
     setFocusProxy(field);
+    waiting.setSingleShot(true);
+    waiting.setInterval(moment);
+    connect(&waiting, &QTimer::timeout, this, [this] { std::exchange(tryAgain, {})(); });
     refresh();
 }
 
@@ -105,9 +111,20 @@ bool ShortcutRecorder::isEnabled() const {
 bool ShortcutRecorder::mayBeLeft() {
     if (!isMissing()) return true;
     cancel();
-    start();
-    if (recording) say(texts.needed, true);
+    startWhenFree(mostAttempts, texts.needed);
     return false;
+}
+
+/// Where a key closed the window, the window manager has the keyboard until that is up.
+void ShortcutRecorder::startWhenFree(int attempts, const std::string& sentence) {
+    start();
+    if (recording) {
+        say(sentence, true);
+    } else if (isEnabled() && attempts > 1) {
+        say(sentence, true);
+        tryAgain = [this, attempts, &sentence] { startWhenFree(attempts - 1, sentence); };
+        waiting.start();
+    }
 }
 
 std::string ShortcutRecorder::label(const Shortcut& shortcut) const {
@@ -115,6 +132,7 @@ std::string ShortcutRecorder::label(const Shortcut& shortcut) const {
 }
 
 void ShortcutRecorder::start() {
+    waiting.stop();
     if (recording || !isEnabled()) return;
     field->setFocus();
     recording = hotKeys.startRecording([this](const auto& stroke) { pressed(stroke); },
@@ -137,6 +155,7 @@ void ShortcutRecorder::stop() {
 }
 
 void ShortcutRecorder::cancel() {
+    waiting.stop();
     stop();
     refresh();
 }
@@ -207,7 +226,7 @@ void ShortcutRecorder::say(const std::string& text, bool isTrouble) {
 bool ShortcutRecorder::eventFilter(QObject* watched, QEvent* event) {
     if (watched == window() && event->type() == QEvent::WindowActivate && isMissing() &&
         !std::exchange(began, true))
-        start();
+        startWhenFree(mostAttempts, texts.hint);
     const auto* widget = qobject_cast<QWidget*>(watched);
     const bool clickElsewhere = event->type() == QEvent::MouseButtonPress && widget != nullptr &&
                                 widget != field && !field->isAncestorOf(widget);
@@ -223,6 +242,7 @@ void ShortcutRecorder::showEvent(QShowEvent* event) {
 }
 
 void ShortcutRecorder::hideEvent(QHideEvent* event) {
+    waiting.stop();
     stop();
     QWidget::hideEvent(event);
 }

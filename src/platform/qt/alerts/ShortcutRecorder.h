@@ -4,6 +4,7 @@
 #include "platform/Settings.h"
 #include "platform/qt/alerts/Accessory.h"
 
+#include <QTimer>
 #include <functional>
 #include <optional>
 #include <string>
@@ -62,6 +63,7 @@ class ShortcutRecorder final : public Accessory {
   private:
     void refresh();
     void start();
+    void startWhenFree(int attempts, const std::string& sentence);
     void cancel();
     void stop();
     void pressed(const RecordableHotKeys::Stroke& stroke);
@@ -79,6 +81,8 @@ class ShortcutRecorder final : public Accessory {
     Needed needed;
     ShortcutField* field;
     QLabel* words;
+    QTimer waiting; ///< for the keyboard to be free
+    std::function<void()> tryAgain;
     bool recording = false;
     bool began = false; ///< by itself
 };
