@@ -33,7 +33,8 @@ class RecordableHotKeys : public HotKeys {
 
     /// From now on every key goes to `pressed`, called from the run loop, and to nobody else; the
     /// program's own combinations do nothing meanwhile. `left` is called, from the run loop, when
-    /// the user goes to another window. False, and logged once, when another program has the keyboard.
+    /// the user goes to another window. False, and logged once, when another program has the
+    /// keyboard.
     virtual bool startRecording(std::function<void(const Stroke&)> pressed,
                                 std::function<void()> left) = 0;
 

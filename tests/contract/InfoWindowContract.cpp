@@ -291,6 +291,22 @@ TEST_F(ShownByTheToolkit, AreReachedByTheKeyboardAsTheyAreRead) {
     EXPECT_EQ(panel->focusWidget(), OfTheToolkit::titled("Done"));
 }
 
+TEST_F(ShownByTheToolkit, ShowOnEveryButtonThatItHasTheKeyboard) {
+    const auto window = show();
+    panel->activateWindow();
+    for (QWidget* each :
+         {pictures()[0], pictures()[1], static_cast<QWidget*>(OfTheToolkit::titled("Tell others")),
+          static_cast<QWidget*>(OfTheToolkit::titled("Done")),
+          static_cast<QWidget*>(OfTheToolkit::titled("Box"))}) {
+        QWidget* const other = each == pictures()[0] ? pictures()[1] : pictures()[0];
+        other->setFocus(Qt::TabFocusReason);
+        const QImage without = each->grab().toImage();
+        each->setFocus(Qt::TabFocusReason);
+        ASSERT_TRUE(each->hasFocus());
+        EXPECT_NE(each->grab().toImage(), without) << each->y();
+    }
+}
+
 TEST_F(ShownByTheToolkit, OfferNoLinkThatLeadsNowhere) {
     toolkit.dead = "email:m@x.y";
     const auto window = show();

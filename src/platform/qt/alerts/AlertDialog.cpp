@@ -1,5 +1,6 @@
 #include "platform/qt/alerts/AlertDialog.h"
 
+#include "platform/qt/alerts/FocusRing.h"
 #include "platform/qt/alerts/TitleBar.h"
 
 #include <QCursor>
@@ -7,7 +8,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPlainTextEdit>
-#include <QPushButton>
 #include <QScreen>
 #include <QShowEvent>
 #include <QVBoxLayout>
@@ -129,7 +129,7 @@ QWidget* AlertDialog::makeButtons(const Alert& alert) {
     row->setSpacing(gap);
     row->addStretch();
     for (std::size_t index = 0; index < alert.buttons.size(); ++index) {
-        auto* button = new QPushButton(buttonTitle(alert.buttons[index], fontMetrics()));
+        auto* button = new DialogButton(buttonTitle(alert.buttons[index], fontMetrics()));
         // Enter answers with the default button wherever the focus is.
         button->setAutoDefault(false);
         if (index == 0) {

@@ -1,5 +1,7 @@
 #include "platform/qt/alerts/ShortcutField.h"
 
+#include "platform/qt/alerts/FocusRing.h"
+
 #include <QEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -31,13 +33,9 @@ class ClearButton final : public QToolButton {
         else
             QToolButton::keyPressEvent(event);
     }
-    // Styles show no focus on a button that has no frame.
     void paintEvent(QPaintEvent* event) override {
         QToolButton::paintEvent(event);
-        if (!hasFocus()) return;
-        QPainter painter(this);
-        painter.setPen(palette().color(QPalette::Highlight));
-        painter.drawRect(rect().adjusted(0, 0, -1, -1));
+        paintFocusRing(*this, 0);
     }
 };
 

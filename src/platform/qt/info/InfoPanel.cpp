@@ -1,15 +1,14 @@
 #include "platform/qt/info/InfoPanel.h"
 
+#include "platform/qt/alerts/FocusRing.h"
 #include "platform/qt/alerts/TitleBar.h"
 #include "platform/qt/info/LinkLabel.h"
 #include "platform/qt/info/PictureButton.h"
 
 #include <QApplication>
-#include <QCheckBox>
 #include <QCloseEvent>
 #include <QCursor>
 #include <QKeyEvent>
-#include <QPushButton>
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -129,7 +128,7 @@ void InfoPanel::setTabOrderOf(const Rows& rows) {
 void InfoPanel::make(const InfoButton& view, Rows& rows) {
     QAbstractButton* made = nullptr;
     if (view.image.empty()) {
-        auto* button = new QPushButton(text(view.title), page);
+        auto* button = new DialogButton(text(view.title), page);
         button->setAutoDefault(true); // Enter presses the one that has the focus
         button->setDefault(view.closes);
         if (view.closes) closing = button;
@@ -148,7 +147,7 @@ void InfoPanel::make(const InfoButton& view, Rows& rows) {
 }
 
 void InfoPanel::make(const InfoCheckBox& view, Rows& rows) {
-    auto* box = new QCheckBox(text(view.title), page);
+    auto* box = new DialogCheckBox(text(view.title), page);
     box->setChecked(view.box.state != 0);
     fitInto(*box, page->width() - 2 * margin);
     rows.boxes.push_back(box);
