@@ -35,14 +35,15 @@ class HotKeys {
   public:
     virtual ~HotKeys() = default;
 
-    /// Claims the combination. One that another program holds stays without effect, and is logged.
+    /// Claims the combination. One that another program holds stays without effect.
     virtual void registerShortcut(const Shortcut& shortcut, std::function<void()> action) = 0;
 
     /// Gives back the combination that compares equal; an unknown one is ignored.
     virtual void unregisterShortcut(const Shortcut& shortcut) = 0;
 
     /// Claims the combination stored under a settings key, and keeps in step with what is stored
-    /// there from now on. A second binding of the key replaces the first.
+    /// there from now on. One that another program holds stays without effect, and is logged. A
+    /// second binding of the key replaces the first.
     virtual void bindShortcut(std::string_view settingsKey, std::function<void()> action) = 0;
 
     /// Ends the binding of a settings key; one that is not bound is ignored.

@@ -14,7 +14,9 @@
 // out and hears of what the user does, a platform shows it.
 //
 // Frames of views are in points of the window's contents, whose origin is at the bottom left, y
-// growing upwards. One point is one pixel of a display that is not scaled.
+// growing upwards. One point is one pixel of a display that is not scaled. They say what the
+// application wants: a platform keeps the width and the order from the top, and may put the views
+// onto the desktop's own grid, the window then being as high as they need.
 
 namespace platform {
 
@@ -62,7 +64,7 @@ class InfoTarget {
     virtual bool clickedOnLink(const InfoText& view, const std::string& link) = 0;
 };
 
-/// The window has a title bar without buttons, and the size that it was given. Main thread.
+/// The window has a title bar without buttons, and the width that it was given. Main thread.
 class InfoWindow {
   public:
     virtual ~InfoWindow() = default;
@@ -77,7 +79,7 @@ class InfoWindow {
 
     virtual void setTitle(const std::string& title) = 0;
 
-    /// What it holds from now on, the order being that in which the keyboard reaches the views.
+    /// What it holds from now on. The keyboard reaches the views in the order of their places.
     virtual void setViews(std::vector<InfoView> views) = 0;
 
     /// Collection behaviour bits; 2 brings it to the desktop that the user is on.

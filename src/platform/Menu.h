@@ -40,6 +40,11 @@ struct SliderView {
 
     Slider slider;
     std::shared_ptr<Label> label;
+    /// What stands at the slider's ends; empty for nothing.
+    struct Ends {
+        std::string least{}, most{};
+    };
+    Ends ends{};
 };
 
 /// The contents of an entry that is a picture of a screen with a check box at each corner and side.

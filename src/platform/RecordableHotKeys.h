@@ -8,8 +8,16 @@ namespace platform {
 class RecordableHotKeys : public HotKeys {
   public:
     struct Stroke {
-        std::optional<std::uint16_t> keyCode; ///< virtual; nothing when only modifiers changed
-        std::uint32_t modifierFlags = 0;      ///< those that are held
+        std::optional<std::uint16_t> keyCode{}; ///< virtual; nothing when only modifiers changed
+        std::uint32_t modifierFlags = 0;        ///< those that are held
+        bool unknownKey = false;                ///< a key was pressed that has no virtual key code
+    };
+
+    /// What keeps a combination from being chosen.
+    enum class Obstacle {
+        none,
+        fixed, ///< the program itself has it, by `registerShortcut`
+        taken, ///< another program holds it
     };
 
     /// `changed` is called from the run loop when the strings of the keys are others than before:
@@ -23,9 +31,14 @@ class RecordableHotKeys : public HotKeys {
     /// Whether another program held the combination when it was last claimed.
     virtual bool isTaken(const Shortcut& shortcut) const = 0;
 
+    /// Whether the combination could be claimed now. Asks, and leaves it unclaimed. While
+    /// recording.
+    virtual Obstacle obstacleTo(const Shortcut& shortcut) = 0;
+
     /// From now on every key goes to `pressed`, called from the run loop, and to nobody else; the
     /// program's own combinations do nothing meanwhile. `left` is called, from the run loop, when
-    /// the user goes to another window. False, and logged, when another program has the keyboard.
+    /// the user goes to another window. False, and logged once, when another program has the
+    /// keyboard.
     virtual bool startRecording(std::function<void(const Stroke&)> pressed,
                                 std::function<void()> left) = 0;
 

@@ -2,6 +2,7 @@
 
 #include "app/Keys.h"
 #include "app/LoginHelper.h"
+#include "app/Variants.h"
 #include "platform/linux/files/Installation.h"
 #include "platform/qt/alerts/ShortcutRecorder.h"
 #include "util/Format.h"
@@ -92,8 +93,11 @@ Program::Program(const Product& product, lnx::ProductBundle& productBundle, Sess
       notices(notifications, bundle),
       sessionInhibitor(product.name, log),
       power({&desk.wakeLock, &sessionInhibitor}, log),
-      infoWindows(pictures, product.icon,
-                  [this](const std::string& url) { workspace.openURL(url); }),
+      infoWindows(
+          pictures, product.icon, [this](const std::string& url) { workspace.openURL(url); },
+          lnx::asksNobody),
+      firstMenu(statusItem, infoWindows, runLoop,
+                settings.stringForKey(palisor::keys::PRIMOACCESSO) != "1"),
       http(log),
       web(lnx::helperPath("web-engine.so"), log),
       calendar({.module = lnx::modulePath("calendar.so"),
@@ -107,7 +111,7 @@ Program::Program(const Product& product, lnx::ProductBundle& productBundle, Sess
     if (recording)
         delegate.emplace(services(recording->displays, recording->input, recording->statusItem));
     else
-        delegate.emplace(services(desk.displays, desk.input, statusItem));
+        delegate.emplace(services(desk.displays, desk.input, firstMenu));
     for (const auto key : {palisor::keys::customShortcut, palisor::keys::customShortcutEnabled})
         settings.observe(key, platform::qt::ShortcutRecorder::refreshAll);
     settings.onOutsideEdit([this](const auto& keys) {
@@ -164,7 +168,7 @@ Program::Recording::Recording(const std::string& path, Program& program)
     : writer(path),
       input(program.desk.input, writer),
       displays(program.desk.displays, writer),
-      statusItem(program.statusItem, writer,
+      statusItem(program.firstMenu, writer,
                  [&program] { return program.application.currentEvent(); }) {}
 
 void Program::startRecording(const std::string& path) {
@@ -174,19 +178,27 @@ void Program::startRecording(const std::string& path) {
     recording.reset();
 }
 
-QWidget* Program::accessory(const std::string& name, QWidget* parent) {
+platform::qt::Accessory* Program::accessory(const std::string& name, QWidget* parent) {
     namespace keys = palisor::keys;
     if (name != palisor::accessories::shortcutRecorder) return nullptr;
     return new platform::qt::ShortcutRecorder(
         {.empty = bundle.localizedString("RECORDER_EMPTY"),
          .recording = bundle.localizedString("RECORDER_RECORDING"),
          .hint = bundle.localizedString("RECORDER_HINT"),
-         .modifiers = bundle.localizedString("RECORDER_MODIFIERS"),
          .clear = bundle.localizedString("RECORDER_CLEAR"),
-         .taken = bundle.localizedString("RECORDER_TAKEN")},
+         .modifiers = bundle.localizedString("RECORDER_MODIFIERS"),
+         .shift = bundle.localizedString("RECORDER_SHIFT"),
+         .unknownKey = bundle.localizedString("RECORDER_UNKNOWN_KEY"),
+         .fixed = bundle.localizedString("RECORDER_FIXED"),
+         .taken = bundle.localizedString("RECORDER_TAKEN"),
+         .keyboard = bundle.localizedString("RECORDER_KEYBOARD"),
+         .needed = bundle.localizedString("RECORDER_NEEDED"),
+         .disabled = bundle.localizedString("RECORDER_DISABLED")},
         {.shortcut = std::string(keys::customShortcut),
          .enabled = std::string(keys::customShortcutEnabled)},
-        settings, desk.hotKeys, parent);
+        settings, desk.hotKeys,
+        [this] { return bundle.integer(palisor::dictionary::IDApp) == palisor::variants::barrier; },
+        parent);
 }
 
 void Program::tellFailures() {
@@ -225,7 +237,9 @@ void Program::begin() {
 
 void Program::activate() {
     // The caller waits for an answer, and the menu stays open as long as the user likes.
-    application.afterEvent([this] { statusItem.activate(); });
+    application.afterEvent([this] {
+        if (!platform::qt::QtAlerts::bringToFront()) statusItem.activate();
+    });
 }
 
 void Program::quit() {

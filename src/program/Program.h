@@ -28,6 +28,7 @@
 #include "platform/qt/tray/QtStatusItem.h"
 #include "platform/qt/tray/TrayIcon.h"
 #include "platform/qt/web/WebModule.h"
+#include "program/FirstMenu.h"
 #include "program/LoginWait.h"
 #include "program/Notices.h"
 #include "program/Session.h"
@@ -69,7 +70,7 @@ class Program {
     platform::Platform services(platform::Displays& displays, platform::InputEvents& input,
                                 platform::StatusItem& statusItem);
     /// The control that an alert names; null for an unknown one.
-    QWidget* accessory(const std::string& name, QWidget* parent);
+    platform::qt::Accessory* accessory(const std::string& name, QWidget* parent);
     void undoAtExit();
     void begin();
     void tellFailures();
@@ -101,6 +102,7 @@ class Program {
     platform::linux::DisplayPower power;
     platform::linux::TextCodec textCodec;
     platform::qt::QtInfoWindows infoWindows;
+    FirstMenu firstMenu;
     platform::linux::CurlHttp http;
     platform::json::Parser json;
     platform::qt::QtImages imageOperations;

@@ -84,8 +84,13 @@ int main(int argc, char** argv) {
         return 0;
     }
     SystemLog log(options.product);
-    ProductBundle bundle(platform::linux::dataFolder() + "/products/" + options.product,
-                         platform::linux::sessionLanguage(hasTexts), strings::lookUp, log);
+    ProductBundle bundle(
+        platform::linux::dataFolder() + "/products/" + options.product,
+        platform::linux::sessionLanguage(hasTexts),
+        [&options = options](std::string_view language, std::string_view key) {
+            return strings::wordingOf(options.product, language, key);
+        },
+        log);
     const Product product{.identifier = std::string(bundle.string("CFBundleIdentifier")),
                           .name = std::string(bundle.string("CFBundleDisplayName")),
                           .icon = "icon"};

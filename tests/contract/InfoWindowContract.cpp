@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QLabel>
 #include <QWidget>
+#include <algorithm>
 #include <cstdlib>
 #include <gtest/gtest.h>
 
@@ -55,6 +56,8 @@ struct InMemory {
 std::string withSome(const testing_support::TempFolder& folder) {
     folder.write("some.svg",
                  R"(<svg xmlns="http://www.w3.org/2000/svg" width="160" height="112"></svg>)");
+    folder.write("small.svg",
+                 R"(<svg xmlns="http://www.w3.org/2000/svg" width="64" height="64"></svg>)");
     return folder.path();
 }
 
@@ -64,7 +67,9 @@ struct OfTheToolkit {
     Lines urls;
     platform::qt::Pictures pictures{{withSome(folder)}, log};
     platform::qt::QtInfoWindows windows{pictures, "",
-                                        [this](const std::string& url) { urls.push_back(url); }};
+                                        [this](const std::string& url) { urls.push_back(url); },
+                                        [this](const std::string& link) { return link == dead; }};
+    std::string dead; ///< the address that leads nowhere
 
     platform::InfoWindows& service() { return windows; }
     template <class Widget, class Fits>
@@ -201,18 +206,130 @@ TEST(InfoWindowsOfTheToolkit, TellTheNaturalSizeOfAnImageAndLogOnceWhatIsMissing
     EXPECT_EQ(toolkit.log.lines.size(), 1U);
 }
 
-TEST(InfoWindowsOfTheToolkit, MakeATitleFitThatIsWiderThanItsPlace) {
+struct ShownByTheToolkit : testing::Test {
+    /// As the application lays them out: from the bottom upwards, by frames.
+    std::unique_ptr<platform::InfoWindow> show(const std::string& title = "Tell others") {
+        auto window = toolkit.windows.create(target);
+        const auto text = [](const std::string& words, const std::string& link) {
+            return platform::AttributedText{.text = words, .link = link};
+        };
+        window->setViews(
+            {InfoButton{.frame = {150, 20, 100, 40}, .title = "Done", .closes = true},
+             InfoCheckBox{.frame = {41, 80, 300, 18}, .title = "Box"},
+             InfoButton{.frame = {130, 122, 64, 64}, .image = "small"},
+             InfoText{.frame = {20, 190, 360, 15}, .text = text("mail", "email:m@x.y")},
+             InfoButton{.frame = {20, 140, 100, 40}, .title = title},
+             InfoText{.frame = {20, 205, 360, 15}, .text = text("site", "https://x.y")},
+             InfoText{.frame = {20, 220, 360, 45}, .text = text("about", "")},
+             InfoButton{.frame = {120, 280, 160, 112}, .image = "some"}});
+        window->setFrame({0, 0, 400, 432});
+        window->makeKeyAndOrderFront();
+        QApplication::processEvents();
+        panel = OfTheToolkit::titled("Done")->window();
+        return window;
+    }
+    QRect place(const QWidget* widget) const {
+        return QRect(widget->mapTo(panel, QPoint()), widget->size());
+    }
+    static QWidget* showing(const std::string& words) {
+        return OfTheToolkit::find<QLabel>([&](const QLabel& each) {
+            return each.isVisible() && each.text().contains(QString::fromStdString(words));
+        });
+    }
+    std::vector<QWidget*> pictures() const {
+        std::vector<QWidget*> found;
+        for (auto* each : panel->findChildren<QAbstractButton*>())
+            if (each->text().isEmpty()) found.push_back(each);
+        std::ranges::sort(found, {}, [this](const QWidget* each) { return place(each).top(); });
+        return found;
+    }
+
     OfTheToolkit toolkit;
     Hearer target;
-    const auto window = toolkit.windows.create(target);
+    QWidget* panel = nullptr;
+};
+
+TEST_F(ShownByTheToolkit, StandOnOneGrid) {
+    const auto window = show();
+    const QRect about = place(showing("about")), site = place(showing("site")),
+                mail = place(showing("mail")), box = place(OfTheToolkit::titled("Box")),
+                done = place(OfTheToolkit::titled("Done")),
+                other = place(OfTheToolkit::titled("Tell others"));
+    const QRect top = place(pictures()[0]), small = place(pictures()[1]);
+    const int left = about.left(), right = panel->width() - left;
+    for (const QRect& edge : {site, box, small})
+        EXPECT_EQ(edge.left(), left);
+    EXPECT_EQ(done.right() + 1, right);
+    EXPECT_NEAR(top.center().x(), panel->width() / 2, 1);
+    EXPECT_EQ(mail.top(), site.top()) << "one row of links";
+    EXPECT_GT(mail.left(), site.right());
+    EXPECT_EQ(done.size(), other.size());
+    EXPECT_EQ(done.top(), other.top());
+    EXPECT_NEAR(small.center().y(), done.center().y(), 1);
+    const int gap = about.top() - top.bottom();
+    for (const auto& [above, below] : {std::pair{about, site}, {site, box}, {box, small}})
+        EXPECT_EQ(below.top() - above.bottom(), gap);
+    EXPECT_EQ(panel->height() - small.bottom(), left + 1) << "the margin";
+}
+
+TEST_F(ShownByTheToolkit, AreReachedByTheKeyboardAsTheyAreRead) {
+    const auto window = show();
+    const QWidget* next = OfTheToolkit::titled("Done");
+    const QWidget* const order[] = {pictures()[0],
+                                    showing("site"),
+                                    showing("mail"),
+                                    OfTheToolkit::titled("Box"),
+                                    pictures()[1],
+                                    OfTheToolkit::titled("Tell others"),
+                                    OfTheToolkit::titled("Done")};
+    for (const QWidget* expected : order) {
+        do
+            next = next->nextInFocusChain();
+        while ((next->focusPolicy() & Qt::TabFocus) == 0);
+        EXPECT_EQ(next, expected);
+    }
+    EXPECT_EQ(panel->focusWidget(), OfTheToolkit::titled("Done"));
+}
+
+TEST_F(ShownByTheToolkit, ShowOnEveryButtonThatItHasTheKeyboard) {
+    const auto window = show();
+    panel->activateWindow();
+    for (QWidget* each :
+         {pictures()[0], pictures()[1], static_cast<QWidget*>(OfTheToolkit::titled("Tell others")),
+          static_cast<QWidget*>(OfTheToolkit::titled("Done")),
+          static_cast<QWidget*>(OfTheToolkit::titled("Box"))}) {
+        QWidget* const other = each == pictures()[0] ? pictures()[1] : pictures()[0];
+        other->setFocus(Qt::TabFocusReason);
+        const QImage without = each->grab().toImage();
+        each->setFocus(Qt::TabFocusReason);
+        ASSERT_TRUE(each->hasFocus());
+        EXPECT_NE(each->grab().toImage(), without) << each->y();
+    }
+}
+
+TEST_F(ShownByTheToolkit, OfferNoLinkThatLeadsNowhere) {
+    toolkit.dead = "email:m@x.y";
+    const auto window = show();
+    EXPECT_TRUE(showing("site")->focusPolicy() & Qt::TabFocus);
+    EXPECT_FALSE(showing("mail")->focusPolicy() & Qt::TabFocus);
+    EXPECT_EQ(qobject_cast<QLabel*>(showing("mail"))->text(), "mail");
+}
+
+TEST_F(ShownByTheToolkit, HaveATitleWithoutAFrameOfTheWindowManagers) {
+    const auto window = show();
+    window->setTitle("Product 1.0");
+    EXPECT_TRUE(panel->windowFlags() & Qt::FramelessWindowHint);
+    EXPECT_NE(showing("Product 1.0"), nullptr);
+}
+
+TEST_F(ShownByTheToolkit, FitATitleThatIsWiderThanItsPlace) {
     const std::string title = "A title that is far too long for its button";
-    window->setViews({InfoButton{.frame = {0, 0, 200, 40}, .title = title}});
-    window->setFrame({0, 0, 400, 300});
-    window->makeKeyAndOrderFront();
+    const auto window = show(title);
     const auto* button = OfTheToolkit::titled(title);
     ASSERT_NE(button, nullptr);
-    EXPECT_LE(button->sizeHint().width(), 200);
-    EXPECT_EQ(button->geometry(), QRect(0, 260, 200, 40));
+    EXPECT_LE(button->sizeHint().width(), button->width());
+    EXPECT_LT(place(button).right(), panel->width());
+    EXPECT_GT(place(button).left(), place(pictures()[1]).right());
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "hotkeys/Keys.h"
 
 #include <gmock/gmock.h>
+#include <xcb/xinput.h>
 
 namespace hotkeytests {
 namespace {
@@ -169,6 +170,44 @@ TEST_F(HotKeys, ThatTheWindowManagerHoldsAreRefusedAndToldOnce) {
     settings.set(storedUnder, superE.toValue());
     EXPECT_TRUE(hotKeys->isTaken(superE));
     EXPECT_EQ(log.lines.size(), 1u);
+}
+
+TEST_F(HotKeys, ThatAreGrabbedThroughTheInputExtensionAreRefused) {
+    support::XConnection other(desktop.display());
+    const auto grabByExtension = [&](std::uint16_t device) {
+        const std::uint32_t modifiers = XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1;
+        const std::uint32_t events = XCB_INPUT_XI_EVENT_MASK_KEY_PRESS;
+        const auto reply = support::own(xcb_input_xi_passive_grab_device_reply(
+            other.get(),
+            xcb_input_xi_passive_grab_device(other.get(), XCB_CURRENT_TIME, other.root(), XCB_NONE,
+                                             45, device, 1, 1, XCB_INPUT_GRAB_TYPE_KEYCODE,
+                                             XCB_INPUT_GRAB_MODE_22_ASYNC, XCB_GRAB_MODE_ASYNC, 0,
+                                             &events, &modifiers),
+            nullptr));
+        ASSERT_TRUE(reply);
+        ASSERT_EQ(reply->num_modifiers, 0);
+    };
+    constexpr std::uint16_t masterKeyboard = 3;
+    for (const std::uint16_t device :
+         {masterKeyboard, std::uint16_t{XCB_INPUT_DEVICE_ALL_MASTER}}) {
+        grabByExtension(device);
+        bind(ctrlAltK);
+        EXPECT_TRUE(hotKeys->isTaken(ctrlAltK)) << device;
+        const std::uint32_t modifiers = XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1;
+        xcb_input_xi_passive_ungrab_device(other.get(), other.root(), 45, device, 1,
+                                           XCB_INPUT_GRAB_TYPE_KEYCODE, &modifiers);
+        other.sync();
+        bind(ctrlAltK);
+        EXPECT_FALSE(hotKeys->isTaken(ctrlAltK)) << device;
+        pressCtrlAltK();
+        EXPECT_GT(pressesSoFar(), 0) << "asking has left nothing behind";
+    }
+}
+
+TEST_F(HotKeys, ThatAreOnlyRegisteredAreNobodysBusinessWhereTheyFail) {
+    hotKeys->registerShortcut(superE, [] {});
+    EXPECT_TRUE(hotKeys->isTaken(superE));
+    EXPECT_TRUE(log.lines.empty());
 }
 
 TEST_F(HotKeys, ThatAreRefusedInOneStateOfTheLockKeysAreLeftAloneInAll) {

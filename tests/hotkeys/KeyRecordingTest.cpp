@@ -12,7 +12,9 @@ struct KeyRecording : HotKeysOnADesktop {
     void record() {
         ASSERT_TRUE(hotKeys->startRecording(
             [this](const Stroke& stroke) {
-                if (stroke.keyCode) {
+                if (stroke.unknownKey) {
+                    ++unknownKeys;
+                } else if (stroke.keyCode) {
                     keys.push_back({*stroke.keyCode, stroke.modifierFlags});
                     if (stopAtOnce) hotKeys->stopRecording();
                 } else {
@@ -28,6 +30,7 @@ struct KeyRecording : HotKeysOnADesktop {
     std::vector<Shortcut> keys;
     std::vector<std::uint32_t> modifiers;
     bool stopAtOnce = true;
+    int unknownKeys = 0;
     int timesLeft = 0;
 };
 
@@ -130,6 +133,31 @@ TEST_F(KeyRecording, GivesTheKeyboardBack) {
     EXPECT_FALSE(hotKeys->startRecording([](const Stroke&) {}, [] {}));
     EXPECT_THAT(log.lines,
                 testing::Contains("no shortcut can be recorded: another program has the keyboard"));
+}
+
+TEST_F(KeyRecording, TellsWhatKeepsACombinationFromBeingChosen) {
+    using Obstacle = platform::RecordableHotKeys::Obstacle;
+    hotKeys->registerShortcut({120, Shortcut::command}, [] {});
+    bind({keyK, Shortcut::control});
+    record();
+    EXPECT_EQ(hotKeys->obstacleTo({120, Shortcut::command}), Obstacle::fixed);
+    EXPECT_EQ(hotKeys->obstacleTo({keyE, Shortcut::command}), Obstacle::taken);
+    EXPECT_EQ(hotKeys->obstacleTo({keyK, Shortcut::control}), Obstacle::none) << "its own";
+    EXPECT_EQ(hotKeys->obstacleTo({keyA, Shortcut::control}), Obstacle::none);
+    support::XConnection other(desktop.display());
+    const auto refusal = support::own(xcb_request_check(
+        other.get(), xcb_grab_key_checked(other.get(), 0, other.root(), XCB_MOD_MASK_CONTROL, 38,
+                                          XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC)));
+    EXPECT_EQ(refusal, nullptr) << "asking does not claim it";
+    hotKeys->stopRecording();
+    EXPECT_TRUE(log.lines.empty());
+}
+
+TEST_F(KeyRecording, TellsOfAKeyThatHasNoCode) {
+    record();
+    hand.type(0x1008ff2f); // XF86Sleep
+    EXPECT_TRUE(loop.runUntil([&] { return unknownKeys == 1; }));
+    EXPECT_TRUE(keys.empty());
 }
 
 TEST_F(KeyRecording, TellsThatAnotherWindowGetsTheFocusAndNotThatItHasTheKeyboardItself) {

@@ -35,12 +35,11 @@ bool Popup::isUp() {
     return support::waitUntil([&] {
         const xcb_window_t frame = frameWithFocus();
         if (frame == XCB_NONE || frame == before) return false;
-        for (const auto& window : eye.windows())
-            if (window.id == frame && window.mapped && window.area.width > 200) {
-                current = frame;
-                return true;
-            }
-        return false;
+        const auto windows = eye.windows();
+        const auto found = std::ranges::find(windows, frame, &support::SeenWindow::id);
+        if (found == windows.end() || !found->mapped || found->area.width <= 200) return false;
+        current = frame;
+        return true;
     });
 }
 
@@ -49,19 +48,46 @@ support::Area Popup::area() const {
     return std::ranges::find(windows, current, &support::SeenWindow::id)->area;
 }
 
+bool Popup::canBeTypedInto() {
+    return support::waitUntil([&] { return frameWithFocus() == current; });
+}
+
+bool Popup::isShown() const {
+    const auto windows = eye.windows();
+    return std::ranges::any_of(
+        windows, [&](const auto& window) { return window.id == current && window.mapped; });
+}
+
+void Popup::minimise() {
+    const auto focus =
+        support::own(xcb_get_input_focus_reply(x.get(), xcb_get_input_focus(x.get()), nullptr));
+    constexpr std::uint32_t iconicState = 3;
+    xcb_client_message_event_t event{};
+    event.response_type = XCB_CLIENT_MESSAGE;
+    event.format = 32;
+    event.window = focus->focus;
+    event.type = x.atom("WM_CHANGE_STATE");
+    event.data.data32[0] = iconicState;
+    xcb_send_event(x.get(), 0, x.root(),
+                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char*>(&event));
+    x.sync();
+}
+
 bool Popup::isGone() {
-    const bool gone = support::waitUntil([&] {
-        const auto windows = eye.windows();
-        return std::ranges::none_of(
-            windows, [&](const auto& window) { return window.id == current && window.mapped; });
-    });
+    const bool gone = support::waitUntil([&] { return !isShown(); });
     current = XCB_NONE;
     return gone;
 }
 
 bool Popup::startRecording() {
+    if (isRecording()) return true;
     hand.type(support::key::tab);
     hand.type(support::key::space);
+    return support::waitUntil([&] { return isRecording(); });
+}
+
+bool Popup::beginsRecording() {
     return support::waitUntil([&] { return isRecording(); });
 }
 

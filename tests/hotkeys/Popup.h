@@ -20,7 +20,13 @@ class Popup : public desktop::Product {
     /// Goes to the field and starts it; true when it has the keyboard.
     bool startRecording();
     bool isRecording() const { return x.keyboardIsGrabbed(); }
+    bool beginsRecording();
     bool endsRecording();
+    /// The keyboard's focus is in it once more.
+    bool canBeTypedInto();
+    bool isShown() const;
+    /// As a window manager does it by a key.
+    void minimise();
 
     /// Enter is the one button as long as the field has not been used; Escape is always.
     void done() { hand.type(support::key::enter); }

@@ -17,7 +17,8 @@ namespace key = support::key;
 constexpr int contentsWidth = 400;
 
 struct InfoWindowOfTheProgram : Product, testing::Test {
-    InfoWindowOfTheProgram() : Product("1280x800+0+0,1024x768+1280+16") {
+    explicit InfoWindowOfTheProgram(const std::string& monitors = "1280x800+0+0,1024x768+1280+16")
+        : Product(monitors) {
         // What the desktop opens addresses with writes them down.
         const auto bin = desktop.home() / "bin";
         std::filesystem::create_directories(bin);
@@ -40,12 +41,35 @@ struct InfoWindowOfTheProgram : Product, testing::Test {
     }
     void restart() { program = run(); }
 
-    /// The frame that the window manager made for it, which is as wide as the contents and its
-    /// borders.
+    /// Those of the shipped dictionaries are reserved names. Starts a product that has others.
+    void showWithRealAddresses() {
+        const std::filesystem::path bin = tree.path("bin"), share = tree.path("share/palisor");
+        std::filesystem::create_directories(bin);
+        std::filesystem::create_directories(share / "products/orbisant");
+        std::filesystem::copy_file(std::filesystem::path(programs()) / "palisor", bin / "orbisant");
+        std::filesystem::create_directory_symlink(RESOURCES "/images", share / "images");
+        std::ofstream(share / "products/orbisant/Info.plist")
+            << propertyList({{"IDApp", number(5)},
+                             {"CFBundleDisplayName", text("Orbisant")},
+                             {"CFBundleIdentifier", text("com.tamberlo.orbisant")},
+                             {"CFBundleShortVersionString", text("1.0")},
+                             {"MakerSite", text("https://tamberlo.example")},
+                             {"SupportMail", text("help@tamberlo.example")}});
+        folder = bin;
+        show("orbisant");
+    }
+
+    xcb_window_t focused() const {
+        const auto reply = support::own(
+            xcb_get_input_focus_reply(server.get(), xcb_get_input_focus(server.get()), nullptr));
+        return reply ? reply->focus : static_cast<xcb_window_t>(XCB_NONE);
+    }
+
+    /// It is as wide as the contents and a line around them.
     std::optional<Area> frame() const {
         for (const support::SeenWindow& window : eye.windows())
-            if (window.mapped && !window.inputOnly && window.area.width >= contentsWidth &&
-                window.area.width < contentsWidth + 20 && window.area.height > 300)
+            if (window.mapped && !window.inputOnly && !window.overrideRedirect &&
+                window.area.width == contentsWidth + 2 * border && window.area.height > 300)
                 return window.area;
         return std::nullopt;
     }
@@ -60,12 +84,17 @@ struct InfoWindowOfTheProgram : Product, testing::Test {
         const Colour colour = eye.colour(area.x + 30, area.y + area.height - 10);
         return colour.red > 30;
     }
-    /// A point of the contents, whose origin is at the bottom left.
+    /// From its lower left corner.
     Spot at(int x, int y) const {
         const Area area = frame().value();
-        const int border = (area.width - contentsWidth) / 2;
-        return {area.x + border + x, area.y + area.height - bottomBorder - y};
+        return {area.x + border + x, area.y + area.height - border - y};
     }
+    Spot done() const { return at(330, 52); }
+    Spot recommend() const { return at(220, 52); }
+    Spot logo() const { return at(50, 52); }
+    Spot checkBox() const { return at(28, 109); }
+    Spot site() const { return at(40, 142); }
+    Spot contact() const { return at(250, 142); }
     void click(const Spot& spot) {
         hand.moveTo(spot.x, spot.y);
         hand.click();
@@ -82,7 +111,9 @@ struct InfoWindowOfTheProgram : Product, testing::Test {
         return waitUntil([&] { return openedText().find(address + "\n") != std::string::npos; });
     }
 
-    static constexpr int bottomBorder = 1;
+    static constexpr int border = 1;
+    testing_support::TempFolder tree;
+    support::XConnection server{desktop.display()};
 };
 
 TEST_F(InfoWindowOfTheProgram, IsShownInEveryProductAndClosedByItsButton) {
@@ -91,7 +122,7 @@ TEST_F(InfoWindowOfTheProgram, IsShownInEveryProductAndClosedByItsButton) {
         SCOPED_TRACE(product);
         show(product);
         ASSERT_TRUE(isShownSoon()) << program->errors();
-        click(at(200, 40));
+        click(done());
         EXPECT_TRUE(isGoneSoon());
         EXPECT_EQ(program->errors().find("image"), std::string::npos) << program->errors();
         EXPECT_TRUE(program->running());
@@ -121,7 +152,7 @@ TEST_F(InfoWindowOfTheProgram, IsClosedThroughTheWindowManager) {
 TEST_F(InfoWindowOfTheProgram, StoresItsCheckBoxWhichHoldsOverARestart) {
     show("orbisant");
     ASSERT_TRUE(isShownSoon());
-    click(at(50, 89));
+    click(checkBox());
     EXPECT_TRUE(storesSoon("CHECK_0", "1"));
     EXPECT_TRUE(frame()) << "it stays until it is closed";
     program->end();
@@ -132,7 +163,8 @@ TEST_F(InfoWindowOfTheProgram, StoresItsCheckBoxWhichHoldsOverARestart) {
 
     show("orbisant");
     ASSERT_TRUE(isShownSoon());
-    hand.type(key::tab);
+    for (int step = 0; step < 2; ++step)
+        hand.type(key::tab);
     hand.type(key::space);
     EXPECT_TRUE(storesSoon("CHECK_0", "1"));
     hand.type(key::space);
@@ -140,47 +172,150 @@ TEST_F(InfoWindowOfTheProgram, StoresItsCheckBoxWhichHoldsOverARestart) {
 }
 
 TEST_F(InfoWindowOfTheProgram, OpensTheAddressesOfItsLinks) {
+    showWithRealAddresses();
+    ASSERT_TRUE(isShownSoon());
+    const std::string mail = "mailto:help@tamberlo.example?Subject=";
+    const std::string body = "&body=%0A%0ASent%20about%20Orbisant";
+    click(contact());
+    EXPECT_TRUE(opensSoon(mail + "Orbisant" + body)) << openedText();
+    std::filesystem::remove(opened());
+    click(site());
+    EXPECT_TRUE(opensSoon("https://tamberlo.example")) << openedText();
+    std::filesystem::remove(opened());
+    click(logo());
+    EXPECT_TRUE(opensSoon("https://tamberlo.example")) << openedText();
+    std::filesystem::remove(opened());
+    click(recommend());
+    EXPECT_TRUE(opensSoon(mail + "Recommend" + body)) << openedText();
+}
+
+TEST_F(InfoWindowOfTheProgram, OffersNoReservedAddressAsALink) {
     show("orbisant");
     ASSERT_TRUE(isShownSoon());
-    const int contact = 122 + 64; // above the logo
-    click(at(40, contact + 7));
-    EXPECT_TRUE(opensSoon("mailto:support@tamberlo.invalid?Subject=Orbisant&body="
-                          "%0A%0ASent%20about%20Orbisant"))
-        << openedText();
-    std::filesystem::remove(opened());
-    click(at(40, contact + 22));
-    EXPECT_TRUE(opensSoon("https://www.tamberlo.invalid")) << openedText();
-    std::filesystem::remove(opened());
-    click(at(160, 150)); // the logo
-    EXPECT_TRUE(opensSoon("https://www.tamberlo.invalid")) << openedText();
-    std::filesystem::remove(opened());
-    click(at(70, contact - 30)); // Recommend
+    click(contact());
+    click(site());
+    click(recommend());
     EXPECT_TRUE(opensSoon("mailto:support@tamberlo.invalid?Subject=Recommend&body="
                           "%0A%0ASent%20about%20Orbisant"))
         << openedText();
+    EXPECT_EQ(openedText().find("https:"), std::string::npos);
+    EXPECT_EQ(openedText().find("Subject=Orbisant"), std::string::npos);
 }
 
 TEST_F(InfoWindowOfTheProgram, LetsTheKeyboardReachItsLinks) {
-    show("orbisant");
+    showWithRealAddresses();
     ASSERT_TRUE(isShownSoon());
-    for (int step = 0; step < 3; ++step)
+    for (int step = 0; step < 3; ++step) // the picture and the site are before it
         hand.type(key::tab);
     hand.type(key::enter);
-    EXPECT_TRUE(opensSoon("mailto:support@tamberlo.invalid?Subject=Orbisant&body="
+    EXPECT_TRUE(opensSoon("mailto:help@tamberlo.example?Subject=Orbisant&body="
                           "%0A%0ASent%20about%20Orbisant"))
         << openedText();
     EXPECT_TRUE(frame()) << "Enter was for the link";
 }
 
+TEST_F(InfoWindowOfTheProgram, HasNoneOfTheButtonsOfATitleBar) {
+    show("orbisant");
+    ASSERT_TRUE(isShownSoon());
+    ASSERT_TRUE(waitUntil([&] { return focused() > XCB_INPUT_FOCUS_POINTER_ROOT; }));
+    const auto contents = support::own(
+        xcb_get_geometry_reply(server.get(), xcb_get_geometry(server.get(), focused()), nullptr));
+    ASSERT_TRUE(contents);
+    EXPECT_EQ(contents->height, frame()->height) << "the window manager adds nothing to it";
+}
+
+TEST_F(InfoWindowOfTheProgram, IsSeenOverAFullScreenWindowThatHasTheKeyboard) {
+    support::TestWindow film(desktop.display(), {0, 0, 300, 200}, {10, 200, 10}, "film");
+    film.makeFullScreen();
+    ASSERT_TRUE(eye.waitForColour(640, 700, {10, 200, 10}));
+    show("orbisant");
+    ASSERT_TRUE(isShownSoon());
+    ASSERT_TRUE(waitUntil([&] { return focused() == film.id(); })) << "half a second later";
+    const Spot corner = at(200, 10);
+    EXPECT_FALSE(eye.waitForColour(corner.x, corner.y, {10, 200, 10}, support::milliseconds(500)));
+    click(corner);
+    hand.type(key::escape);
+    EXPECT_TRUE(isGoneSoon()) << "it can be clicked and typed into";
+}
+
+TEST_F(InfoWindowOfTheProgram, GetsTheKeyboardBackByAClickBesideADarkMonitor) {
+    const support::TestWindow work(desktop.display(), {0, 0, 1200, 780}, {250, 250, 250}, "work");
+    ASSERT_TRUE(waitUntil([&] { return focused() == work.id(); }));
+    spawn({.product = "palisor",
+           .more = {{"CHECK_1", text("1")}, {"CHECK_0", text("0")}, {"RECOMMENDAUTOLOGIN", ""}}});
+    ASSERT_TRUE(isShownSoon()) << program->errors();
+    ASSERT_TRUE(coveredSoon(1, 0));
+    ASSERT_TRUE(waitUntil([&] { return focused() == work.id(); })) << "half a second later";
+    click(at(200, 10));
+    ASSERT_TRUE(waitUntil([&] { return focused() != work.id(); }));
+    hand.type(key::escape);
+    EXPECT_TRUE(isGoneSoon());
+}
+
+TEST_F(InfoWindowOfTheProgram, HasTheMenuOfTheFirstStartWaitUntilItIsClosed) {
+    spawn({.product = "orbisant",
+           .active = false,
+           .more = {{"PRIMOACCESSO", ""}, {"RECOMMENDAUTOLOGIN", ""}}});
+    ASSERT_TRUE(isShownSoon()) << program->errors();
+    // Longer than the program takes to ask for the menu, and to give the keyboard away.
+    EXPECT_FALSE(
+        eye.waitUntilSeen([this] { return !menus().empty(); }, support::milliseconds(1000)));
+    click(done());
+    ASSERT_TRUE(isGoneSoon());
+    const auto hasAlert = [this] {
+        return std::ranges::any_of(eye.windows(), [](const support::SeenWindow& window) {
+            return window.mapped && !window.overrideRedirect && window.area.width > 300;
+        });
+    };
+    ASSERT_TRUE(eye.waitUntilSeen(hasAlert)) << "the question whether to start at login";
+    EXPECT_TRUE(menus().empty());
+    ASSERT_TRUE(waitUntil([&] {
+        hand.type(key::escape);
+        return storedSettings().find("RECOMMENDAUTOLOGIN") != std::string::npos;
+    }));
+    EXPECT_TRUE(waitForMenus(1));
+}
+
+TEST_F(InfoWindowOfTheProgram, IsNotWaitedForWhereThereIsNone) {
+    // Another start than the first shows no window, and its first menu is the user's.
+    show("orbisant", {{"CHECK_1", text("1")}, {"CHECK_0", text("1")}, {"PRIMOACCESSO", text("1")}});
+    ASSERT_TRUE(isUpSoon()) << program->errors();
+    openMenu();
+    EXPECT_EQ(menus().size(), 1u);
+}
+
+struct InfoWindowAtScale2 : InfoWindowOfTheProgram {
+    InfoWindowAtScale2() : InfoWindowOfTheProgram("1920x1080+0+0,1280x1024+1920+56") {
+        desktop.setVariable("QT_SCALE_FACTOR", "2");
+    }
+};
+
+TEST_F(InfoWindowAtScale2, HasNoScrollBar) {
+    for (const char* language : {"en_US.UTF-8", "it_IT.UTF-8"}) {
+        desktop.setVariable("LC_ALL", language);
+        for (const char* product : {"palisor", "vellumor", "quenlow", "orbisant", "stay-awake",
+                                    "crosshair", "calendar-alerts"}) {
+            SCOPED_TRACE(std::string(product) + " " + language);
+            show(product);
+            const auto window = [this]() -> std::optional<Area> {
+                for (const support::SeenWindow& each : eye.windows())
+                    if (each.mapped && !each.inputOnly && !each.overrideRedirect &&
+                        each.area.width >= 2 * contentsWidth && each.area.width < 1000)
+                        return each.area;
+                return std::nullopt;
+            };
+            ASSERT_TRUE(eye.waitUntilSeen([&] { return window().has_value(); }));
+            EXPECT_EQ(window()->width, 2 * (contentsWidth + 2 * border)) << "none beside them";
+            EXPECT_LE(window()->height, 1080);
+            program->end();
+            ASSERT_TRUE(eye.waitUntilSeen([&] { return !window(); }));
+        }
+    }
+}
+
 TEST_F(InfoWindowOfTheProgram, StaysInFrontWhenTheKeyboardGoesBackToTheUser) {
     const support::TestWindow work(desktop.display(), {0, 0, 1200, 780}, {250, 250, 250}, "work");
     ASSERT_TRUE(eye.waitForColour(1000, 400, {250, 250, 250}));
-    const support::XConnection x(desktop.display());
-    const auto focused = [&x] {
-        const auto reply =
-            support::own(xcb_get_input_focus_reply(x.get(), xcb_get_input_focus(x.get()), nullptr));
-        return reply ? reply->focus : XCB_NONE;
-    };
     ASSERT_TRUE(waitUntil([&] { return focused() == work.id(); }));
     show("orbisant");
     ASSERT_TRUE(isShownSoon());

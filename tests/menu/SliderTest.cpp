@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QSlider>
 #include <algorithm>
+#include <map>
 
 using namespace menutests;
 namespace key = support::key;
@@ -76,6 +77,24 @@ TEST_F(MenuSlider, HasTheSizeThatTheModelGivesIt) {
             return std::vector<QRect>{};
         });
         EXPECT_EQ(sizes, (std::vector<QRect>{{0, 0, 210, 50}, {5, 20, 200, 30}, {0, 0, 210, 20}}));
+    });
+}
+
+TEST_F(MenuSlider, HasItsEndsNamedAboveThem) {
+    auto& view = std::get<platform::SliderView>(submenu->items.front()->view);
+    view.ends = {.least = "less", .most = "more"};
+    slide([](QRect) {
+        const auto sides = ask<std::map<QString, std::pair<int, int>>>([] {
+            std::map<QString, std::pair<int, int>> found;
+            for (QWidget* each : QApplication::allWidgets())
+                if (auto* label = dynamic_cast<QLabel*>(each); label && label->isVisible())
+                    found[label->text()] = {label->geometry().left(),
+                                            label->geometry().right() +
+                                                (label->alignment() & Qt::AlignRight ? 0 : 1000)};
+            return found;
+        });
+        EXPECT_EQ(sides.at("less").first, 5) << "the slider's left end";
+        EXPECT_EQ(sides.at("more").second, 204) << "its right end, to which it is aligned";
     });
 }
 

@@ -215,6 +215,8 @@ TEST(ActionServer, UnderAReservedNameIsNotLookedFor) {
         EXPECT_TRUE(platform::linux::asksNobody("https://" + std::string(host) + "/a?b=c")) << host;
     for (const char* url : {"https://", "https://?b=c", "https://#"})
         EXPECT_TRUE(platform::linux::asksNobody(url)) << url;
+    EXPECT_TRUE(platform::linux::asksNobody("email:support@tamberlo.invalid"));
+    EXPECT_FALSE(platform::linux::asksNobody("email:x.invalid@example.org?subject=a@b.invalid"));
     for (const char* url :
          {"https://localhost/x.invalid", "https://invalid.example/", "https://x.invalid@localhost/",
           "https://localhost/?a=https://b.invalid/", "x.invalid"})

@@ -10,6 +10,11 @@ namespace {
 
 constexpr float beyondAnyScreen = 999999.0F;
 
+// The system's own words; a table of texts may have others for them.
+constexpr std::string_view oneMonitorOnly =
+    "As described on the Mac App Store, the app is useful for multi monitor users only and without "
+    "Mirror Displays mode.";
+
 double heightOfFirst(std::span<const platform::Screen> screens) {
     return screens.empty() ? 0 : screens.front().frame.height;
 }
@@ -68,11 +73,9 @@ void AppDelegate::detectCurrentScreen() {
 
 void AppDelegate::noSecondaryMonitor() {
     setAndSynchronize(keys::ATTIVO, platform::Value{false});
-    services.alerts.runModal(
-        {.message = services.bundle.localizedString("WARNING"),
-         .informative = "As described on the Mac App Store, the app is useful for multi monitor "
-                        "users only and without Mirror Displays mode.",
-         .buttons = {services.bundle.localizedString("OK")}});
+    services.alerts.runModal({.message = services.bundle.localizedString("WARNING"),
+                              .informative = services.bundle.localizedString(oneMonitorOnly),
+                              .buttons = {services.bundle.localizedString("OK")}});
     quit();
 }
 

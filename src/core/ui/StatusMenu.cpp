@@ -167,6 +167,8 @@ void AppDelegate::addVelocityEntry() {
     MenuItem entry = localizedItem("VELOCITYText", "pressVelocity:");
     velocitySubMenu = makeMenu("");
     add(*velocitySubMenu, sliderItem(slider, tvVelocity));
+    std::get<platform::SliderView>(velocitySubMenu->items.front()->view).ends = {
+        services.bundle.localizedString("LESS"), services.bundle.localizedString("MORE")};
     entry.enabled = isActive();
     if (services.settings.boolForKey(keys::VELOCITY_OPTION)) {
         entry.state = 1;

@@ -30,5 +30,52 @@ TEST(Strings, ShowTheKeyWhereThereIsNoText) {
     EXPECT_TRUE(table("zz").empty());
 }
 
+TEST(Wordings, AreInBothLanguagesForTextsThatTheProgramHas) {
+    const auto english = wordings("en"), italian = wordings("it");
+    ASSERT_EQ(english.size(), italian.size());
+    for (std::size_t index = 0; index < english.size(); ++index) {
+        EXPECT_EQ(english[index].product, italian[index].product);
+        EXPECT_EQ(english[index].text.key, italian[index].text.key);
+        const std::string_view key = english[index].text.key;
+        if (!english[index].product.empty()) {
+            EXPECT_NE(lookUp("en", key), key);
+        }
+    }
+}
+
+TEST(Wordings, TellInEveryProductWhatItDoesAndWhatTheThreeKeysDoInIt) {
+    const std::pair<std::string_view, std::string_view> rows[] = {
+        {"palisor", "TESTO_PALISOR"},         {"vellumor", "TESTO_VELLUMOR"},
+        {"quenlow", "TESTO_QUENLOW"},         {"orbisant", "TESTO_ORBISANT"},
+        {"stay-awake", "TESTO_AGGIUNTO"},     {"crosshair", "TESTO_AGGIUNTO"},
+        {"calendar-alerts", "TESTO_AGGIUNTO"}};
+    for (const auto& [product, key] : rows)
+        for (const auto* language : {"en", "it"}) {
+            // "stay-awake" is "Stay Awake" for people.
+            std::string name(product.substr(0, product.find('-')));
+            name.front() = static_cast<char>(std::toupper(name.front()));
+            EXPECT_TRUE(wordingOf(product, language, key).starts_with(name)) << product;
+            if (product == "vellumor") continue; // which has a text of its own
+            EXPECT_NE(wordingOf(product, language, "CTRLALTCMDText"),
+                      lookUp(language, "CTRLALTCMDText"))
+                << product;
+        }
+}
+
+TEST(Wordings, LeaveAllOtherTextsAndProductsAlone) {
+    EXPECT_EQ(wordingOf("palisor", "en", "OK"), "OK");
+    EXPECT_EQ(wordingOf("orbisant", "en", "TESTO_AGGIUNTO"), lookUp("en", "TESTO_AGGIUNTO"));
+    EXPECT_EQ(wordingOf("palisor", "zz", "NO_SUCH_KEY"), "NO_SUCH_KEY");
+}
+
+TEST(Wordings, NameNoStoreOfAnotherSystem) {
+    for (const auto* language : {"en", "it"})
+        for (const Wording& wording : wordings(language))
+            EXPECT_EQ(wording.text.text.find("Mac"), std::string_view::npos);
+    EXPECT_TRUE(std::ranges::any_of(wordings("en"), [](const Wording& wording) {
+        return wording.text.key.starts_with("As described on the Mac App Store");
+    }));
+}
+
 } // namespace
 } // namespace strings

@@ -130,6 +130,17 @@ TEST(Sliders, HaveTheirTextsWhenTheMenuHasBeenBuilt) {
     }
 }
 
+TEST(Sliders, OfThePushAloneNameTheirEnds) {
+    Program program(8);
+    program.launched();
+    const auto endsIn = [](const platform::Menu& menu) {
+        const auto& ends = std::get<platform::SliderView>(menu.items.front()->view).ends;
+        return ends.least + "-" + ends.most;
+    };
+    EXPECT_EQ(endsIn(*program.app.velocitySubMenu), "LESS-MORE");
+    EXPECT_EQ(endsIn(*program.app.timeSubMenu), "-");
+}
+
 TEST(Sliders, OfOtherProductsStoreNothing) {
     for (const int variant : {0, 2, 3, 5, 7, 9}) {
         Program program(variant);

@@ -81,10 +81,11 @@ long milliseconds(double seconds) {
 bool asksNobody(std::string_view url) {
     static constexpr std::string_view reserved = ".invalid";
     const auto scheme = url.find("://");
-    if (scheme == url.npos) return false;
-    url.remove_prefix(scheme + 3);
+    if (scheme != url.npos) url.remove_prefix(scheme + 3);
     auto host = url.substr(0, url.find_first_of("/?#"));
-    if (const auto user = host.rfind('@'); user != host.npos) host.remove_prefix(user + 1);
+    const auto user = host.rfind('@');
+    if (scheme == url.npos && user == host.npos) return false; // neither an address nor a mail's
+    if (user != host.npos) host.remove_prefix(user + 1);
     host = host.substr(0, host.rfind(':'));
     // The library would take the first word of the path instead.
     if (host.find_first_not_of(" \t\r\n.") == host.npos) return true;

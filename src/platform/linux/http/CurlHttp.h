@@ -20,7 +20,7 @@ class CurlHttp final : public Http {
     Log& log;
 };
 
-/// Whether the address names no host, or one under ".invalid".
+/// Whether the address, which may be one of mail, names no host, or one under ".invalid".
 bool asksNobody(std::string_view url);
 
 } // namespace platform::linux

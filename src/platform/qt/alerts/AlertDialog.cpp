@@ -1,11 +1,13 @@
 #include "platform/qt/alerts/AlertDialog.h"
 
+#include "platform/qt/alerts/FocusRing.h"
+#include "platform/qt/alerts/TitleBar.h"
+
 #include <QCursor>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPlainTextEdit>
-#include <QPushButton>
 #include <QScreen>
 #include <QShowEvent>
 #include <QVBoxLayout>
@@ -67,6 +69,13 @@ QWidget* textView(const std::string& text) {
     return view;
 }
 
+/// The text may be that of the menu's entry, where three dots tell that a dialogue follows.
+std::string asHeading(std::string text) {
+    constexpr std::string_view dots = "…";
+    if (text.ends_with(dots)) text.erase(text.size() - dots.size());
+    return text;
+}
+
 /// On one line, not too long for a button, and no letter of it a short cut.
 QString buttonTitle(const std::string& title, const QFontMetrics& metrics) {
     QString text = cut(title, longestTitle).simplified();
@@ -77,13 +86,23 @@ QString buttonTitle(const std::string& title, const QFontMetrics& metrics) {
 
 } // namespace
 
-AlertDialog::AlertDialog(const Alert& alert, const QPixmap& icon, QWidget* accessory)
-    : QDialog(nullptr, Qt::Dialog | Qt::WindowStaysOnTopHint | Qt::CustomizeWindowHint |
-                           Qt::WindowTitleHint),
+AlertDialog::AlertDialog(const Alert& alert, const QString& title, const QPixmap& icon,
+                         Accessory* accessory)
+    : QDialog(nullptr, Qt::Dialog | Qt::WindowStaysOnTopHint | TitleBar::windowFlags),
       buttonCount(alert.buttons.size()),
-      closing(alert.closing) {
+      closing(alert.closing),
+      control(accessory) {
     setModal(true);
-    auto* row = new QHBoxLayout(this);
+    setWindowTitle(title);
+    setWindowIcon(QIcon(icon));
+    auto* window = new QVBoxLayout(this);
+    window->setContentsMargins(TitleBar::border, TitleBar::border, TitleBar::border,
+                               TitleBar::border);
+    window->setSpacing(0);
+    window->setSizeConstraint(QLayout::SetFixedSize);
+    window->addWidget(new TitleBar(*this));
+    auto* row = new QHBoxLayout;
+    window->addLayout(row);
     row->setContentsMargins(margin, margin, margin, margin);
     row->setSpacing(margin);
     if (!icon.isNull()) {
@@ -97,7 +116,6 @@ AlertDialog::AlertDialog(const Alert& alert, const QPixmap& icon, QWidget* acces
     if (accessory != nullptr) column->addWidget(accessory);
     column->addWidget(makeButtons(alert));
     row->addLayout(column);
-    row->setSizeConstraint(QLayout::SetFixedSize);
     // Only now does it belong to this window; an accessory would come first otherwise.
     if (defaultButton != nullptr) defaultButton->setFocus();
 }
@@ -107,7 +125,7 @@ QWidget* AlertDialog::makeTexts(const Alert& alert) {
     auto* column = new QVBoxLayout(texts);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(gap);
-    auto* message = textLabel(alert.message);
+    auto* message = textLabel(asHeading(alert.message));
     QFont font = message->font();
     font.setBold(true);
     font.setPointSizeF(font.pointSizeF() * messageScale);
@@ -125,7 +143,7 @@ QWidget* AlertDialog::makeButtons(const Alert& alert) {
     row->setSpacing(gap);
     row->addStretch();
     for (std::size_t index = 0; index < alert.buttons.size(); ++index) {
-        auto* button = new QPushButton(buttonTitle(alert.buttons[index], fontMetrics()));
+        auto* button = new DialogButton(buttonTitle(alert.buttons[index], fontMetrics()));
         // Enter answers with the default button wherever the focus is.
         button->setAutoDefault(false);
         if (index == 0) {
@@ -139,6 +157,7 @@ QWidget* AlertDialog::makeButtons(const Alert& alert) {
 }
 
 void AlertDialog::answerWith(std::size_t button) {
+    if (control != nullptr && !control->mayBeLeft()) return;
     answered = button;
     done(Accepted);
 }
@@ -149,6 +168,11 @@ void AlertDialog::reject() {
         answerWith(0);
     else if (closing == Alert::Closing::lastButton)
         answerWith(buttonCount - 1);
+}
+
+void AlertDialog::paintEvent(QPaintEvent* event) {
+    QDialog::paintEvent(event);
+    TitleBar::paintBorder(*this);
 }
 
 void AlertDialog::showEvent(QShowEvent* event) {

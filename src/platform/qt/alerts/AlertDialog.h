@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Alerts.h"
+#include "platform/qt/alerts/Accessory.h"
 
 #include <QDialog>
 #include <optional>
@@ -10,9 +11,10 @@ namespace platform::qt {
 /// The window of one alert.
 class AlertDialog final : public QDialog {
   public:
-    /// `icon` is null for none. `accessory`, which may be null too, is shown below the texts and
-    /// belongs to the dialog from then on.
-    AlertDialog(const Alert& alert, const QPixmap& icon, QWidget* accessory);
+    /// `title` is the window's. `icon`, which is the window's too, is null for none. `accessory`,
+    /// which may be null too, is shown below the texts and belongs to the dialog from then on.
+    AlertDialog(const Alert& alert, const QString& title, const QPixmap& icon,
+                Accessory* accessory);
 
     /// The index of the button; nothing when the dialog was ended by nobody's answer.
     std::optional<std::size_t> answer() const { return answered; }
@@ -21,6 +23,7 @@ class AlertDialog final : public QDialog {
     void reject() override;
 
   protected:
+    void paintEvent(QPaintEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
   private:
@@ -30,6 +33,7 @@ class AlertDialog final : public QDialog {
 
     const std::size_t buttonCount;
     const Alert::Closing closing;
+    Accessory* control;
     QWidget* defaultButton = nullptr;
     std::optional<std::size_t> answered;
 };

@@ -3,8 +3,7 @@
 #include "platform/qt/alerts/AlertDialog.h"
 #include "platform/qt/loop/QtApplication.h"
 
-#include <QGuiApplication>
-#include <QWidget>
+#include <QApplication>
 
 namespace platform::qt {
 
@@ -14,14 +13,22 @@ int QtAlerts::runModal(const Alert& alert) {
     const qreal scale = qGuiApp->devicePixelRatio();
     auto icon = QPixmap::fromImage(pictures.drawn(iconName, qRound(iconSize * scale)));
     icon.setDevicePixelRatio(scale);
-    QWidget* const accessory =
+    Accessory* const accessory =
         alert.accessory.empty() ? nullptr : makeAccessory(alert.accessory, nullptr);
-    AlertDialog dialog(alert, icon, accessory);
-    dialog.setWindowTitle(QString::fromStdString(title));
+    AlertDialog dialog(alert, QString::fromStdString(title), icon, accessory);
     dialog.exec();
     const auto answer = dialog.answer();
     if (!answer) application.endSession();
     return *answer == 0 ? defaultButton : alternateButton;
+}
+
+bool QtAlerts::bringToFront() {
+    QWidget* const alert = QApplication::activeModalWidget();
+    if (alert == nullptr) return false;
+    if (alert->isMinimized()) alert->showNormal();
+    alert->raise();
+    alert->activateWindow();
+    return true;
 }
 
 } // namespace platform::qt

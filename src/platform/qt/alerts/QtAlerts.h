@@ -11,12 +11,13 @@ class QWidget;
 
 namespace platform::qt {
 
+class Accessory;
 class QtApplication;
 
 class QtAlerts final : public Alerts {
   public:
     /// Makes the control that an alert names, as a child of the parent; null for an unknown one.
-    using MakeAccessory = std::function<QWidget*(const std::string& name, QWidget* parent)>;
+    using MakeAccessory = std::function<Accessory*(const std::string& name, QWidget* parent)>;
 
     /// Every alert has that window title, and the picture named `icon`.
     QtAlerts(QtRunLoop& loop, QtApplication& session, std::string windowTitle,
@@ -29,6 +30,9 @@ class QtAlerts final : public Alerts {
           makeAccessory(std::move(accessories)) {}
 
     int runModal(const Alert& alert) override;
+
+    /// Shows the alert that is open again, also when it was minimised; false without one.
+    static bool bringToFront();
 
   private:
     QtRunLoop& runLoop;

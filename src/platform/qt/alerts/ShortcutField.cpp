@@ -1,5 +1,7 @@
 #include "platform/qt/alerts/ShortcutField.h"
 
+#include "platform/qt/alerts/FocusRing.h"
+
 #include <QEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -19,11 +21,29 @@ bool isClick(const QKeyEvent& key) {
     return key.key() == Qt::Key_Space || key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
 }
 
+/// Enter is for it while it has the focus, and would be for the window's default button otherwise.
+class ClearButton final : public QToolButton {
+  public:
+    using QToolButton::QToolButton;
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+            click();
+        else
+            QToolButton::keyPressEvent(event);
+    }
+    void paintEvent(QPaintEvent* event) override {
+        QToolButton::paintEvent(event);
+        paintFocusRing(*this, 0);
+    }
+};
+
 } // namespace
 
 ShortcutField::ShortcutField(QString clearName, std::function<void()> click,
                              std::function<void()> cleared, QWidget* parent)
-    : QWidget(parent), clicked(std::move(click)), clear(new QToolButton(this)) {
+    : QWidget(parent), clicked(std::move(click)), clear(new ClearButton(this)) {
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     clear->setAutoRaise(true);

@@ -1,9 +1,9 @@
 #include "platform/qt/info/PictureButton.h"
 
+#include "platform/qt/alerts/FocusRing.h"
+
 #include <QKeyEvent>
 #include <QPainter>
-#include <QStyle>
-#include <QStyleOptionFocusRect>
 
 namespace platform::qt {
 
@@ -21,13 +21,12 @@ PictureButton::PictureButton(const Pictures& shown, std::string called, QWidget*
 }
 
 void PictureButton::paintEvent(QPaintEvent*) {
-    QPainter painter(this);
-    painter.setOpacity(isDown() ? pressedOpacity : 1);
-    pictures.paint(painter, name, rect());
-    if (!hasFocus()) return;
-    QStyleOptionFocusRect option;
-    option.initFrom(this);
-    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
+    {
+        QPainter painter(this);
+        painter.setOpacity(isDown() ? pressedOpacity : 1);
+        pictures.paint(painter, name, rect());
+    }
+    paintFocusRing(*this, 0);
 }
 
 void PictureButton::keyPressEvent(QKeyEvent* event) {

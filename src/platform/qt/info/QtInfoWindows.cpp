@@ -17,7 +17,13 @@ class QtInfoWindow final : public InfoWindow {
   public:
     using MakePanel = std::function<std::unique_ptr<InfoPanel>()>;
 
-    explicit QtInfoWindow(MakePanel makePanel) : make(std::move(makePanel)) {}
+    using Shown = std::function<void(bool)>;
+
+    QtInfoWindow(MakePanel makePanel, Shown tell)
+        : make(std::move(makePanel)), shown(std::move(tell)) {}
+    ~QtInfoWindow() override { setInFront(false); }
+    QtInfoWindow(const QtInfoWindow&) = delete;
+    QtInfoWindow& operator=(const QtInfoWindow&) = delete;
 
     bool isVisible() const override { return inFront; }
     Rect frame() const override { return place; }
@@ -43,24 +49,27 @@ class QtInfoWindow final : public InfoWindow {
     void setCollectionBehaviour(std::uint32_t) override {}
 
     void makeKeyAndOrderFront() override {
-        inFront = true;
+        setInFront(true);
         update();
     }
 
     void orderOut() override {
-        inFront = false;
         if (panel) panel->hide();
+        setInFront(false);
     }
 
   private:
+    void setInFront(bool now) {
+        if (std::exchange(inFront, now) != now) shown(now);
+    }
+
     /// What the window shows once that it has a size.
     void update() {
         if (place.width <= 0 || place.height <= 0) return;
         if (!panel) panel = make();
         if (!std::exchange(filled, true)) {
             panel->setWindowTitle(QString::fromStdString(title));
-            panel->setViews(views, QSize(static_cast<int>(std::lround(place.width)),
-                                         static_cast<int>(std::lround(place.height))));
+            panel->setViews(views, static_cast<int>(std::lround(place.width)));
         }
         panel->showAt(fromMiddle());
     }
@@ -75,6 +84,7 @@ class QtInfoWindow final : public InfoWindow {
     }
 
     MakePanel make;
+    Shown shown;
     std::unique_ptr<InfoPanel> panel;
     std::string title;
     std::vector<InfoView> views;
@@ -86,17 +96,24 @@ class QtInfoWindow final : public InfoWindow {
 } // namespace
 
 std::unique_ptr<InfoWindow> QtInfoWindows::create(InfoTarget& target) {
-    return std::make_unique<QtInfoWindow>([this, &target] {
-        return std::make_unique<InfoPanel>(
-            pictures, pictures.windowIcon(iconName),
-            InfoPanel::Heard{
-                .pressed = [&target](const InfoButton& button) { target.pressed(button); },
-                .clicked = [&target](CheckBox& box) { target.clicked(box); },
-                .link =
-                    [this, &target](const InfoText& view, const std::string& link) {
-                        if (!view.asksTarget || !target.clickedOnLink(view, link)) openURL(link);
-                    }});
-    });
+    const auto follow = [this, &target](const InfoText& view, const std::string& link) {
+        if (!view.asksTarget || !target.clickedOnLink(view, link)) openURL(link);
+    };
+    return std::make_unique<QtInfoWindow>(
+        [this, &target, follow] {
+            return std::make_unique<InfoPanel>(
+                pictures, pictures.windowIcon(iconName),
+                InfoPanel::Heard{
+                    .pressed = [&target](const InfoButton& button) { target.pressed(button); },
+                    .clicked = [&target](CheckBox& box) { target.clicked(box); },
+                    .link = follow,
+                    .leadsSomewhere =
+                        [this](const std::string& link) { return !isDead || !isDead(link); }});
+        },
+        [this](bool isShown) {
+            shownCount += isShown ? 1 : -1;
+            if (!isShown && hidden) hidden();
+        });
 }
 
 double QtInfoWindows::textHeight(const std::string& text, double width, double fontSize) const {

@@ -13,9 +13,20 @@ class QtInfoWindows final : public InfoWindows {
   public:
     /// The pictures must outlive the object and its windows. `icon` names that of the title bar;
     /// `openURL` opens an address that a link leads to.
+    /// A link of which `leadsNowhere` is true is shown as a text; without it all are offered.
     QtInfoWindows(const Pictures& shown, std::string icon,
-                  std::function<void(const std::string& url)> opener)
-        : pictures(shown), iconName(std::move(icon)), openURL(std::move(opener)) {}
+                  std::function<void(const std::string& url)> opener,
+                  std::function<bool(const std::string& link)> leadsNowhere = {})
+        : pictures(shown),
+          iconName(std::move(icon)),
+          openURL(std::move(opener)),
+          isDead(std::move(leadsNowhere)) {}
+
+    /// Whether the user sees one of its windows.
+    bool isAnyShown() const { return shownCount > 0; }
+
+    /// `hidden` is called after a window was hidden. One handler.
+    void onHidden(std::function<void()> handler) { hidden = std::move(handler); }
 
     std::unique_ptr<InfoWindow> create(InfoTarget& target) override;
     double textHeight(const std::string& text, double width, double fontSize) const override;
@@ -25,6 +36,9 @@ class QtInfoWindows final : public InfoWindows {
     const Pictures& pictures;
     std::string iconName;
     std::function<void(const std::string& url)> openURL;
+    std::function<bool(const std::string& link)> isDead;
+    std::function<void()> hidden;
+    int shownCount = 0;
 };
 
 } // namespace platform::qt

@@ -17,10 +17,28 @@ SliderPanel::SliderPanel(const SliderView& view, MenuSlider::Moved moved)
     text->setTextFormat(Qt::PlainText);
     slider->setParent(this);
     slider->setGeometry(inset, labelHeight, width - 2 * inset, height - labelHeight);
+    for (const auto& [end, side] :
+         {std::pair(view.ends.least, Qt::AlignLeading), {view.ends.most, Qt::AlignTrailing}})
+        if (!end.empty()) nameEnd(end, side);
     if (view.label) {
         labelName = view.label->name;
         text->setText(QString::fromStdString(view.label->text));
     }
+}
+
+/// Above the slider, on the label's line.
+void SliderPanel::nameEnd(const std::string& name, Qt::AlignmentFlag side) {
+    constexpr double smaller = 0.85;
+    auto* end = new QLabel(QString::fromStdString(name), this);
+    end->setTextFormat(Qt::PlainText);
+    end->setAlignment(side | Qt::AlignVCenter);
+    QFont font = end->font();
+    if (font.pointSizeF() > 0)
+        font.setPointSizeF(font.pointSizeF() * smaller);
+    else
+        font.setPixelSize(qRound(font.pixelSize() * smaller));
+    end->setFont(font);
+    end->setGeometry(slider->x(), 0, slider->width(), text->height());
 }
 
 void SliderPanel::showLabel(const Label& label) {

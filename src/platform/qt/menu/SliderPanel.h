@@ -19,6 +19,8 @@ class SliderPanel final : public MenuPanel {
     void setActive(bool active) override;
 
   private:
+    void nameEnd(const std::string& name, Qt::AlignmentFlag side);
+
     std::string labelName;
     QLabel* text;
     MenuSlider* slider;

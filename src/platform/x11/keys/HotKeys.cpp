@@ -94,30 +94,12 @@ void HotKeys::claim() {
     taken.clear();
     heldStates = map.lockStates();
 
-    struct Asked {
-        Shortcut shortcut;
-        Grab grab;
-        std::vector<xcb_void_cookie_t> cookies;
-    };
     std::vector<Asked> asked;
-    for (const Shortcut& shortcut : wanted()) {
-        const PhysicalKey* key = physicalKey(shortcut.keyCode);
-        if (key == nullptr) continue;
-        Asked one{shortcut, {key->keycode(), map.maskOf(shortcut.modifierFlags)}, {}};
-        for (const std::uint16_t state : heldStates)
-            one.cookies.push_back(
-                xcb_grab_key_checked(connection.xcb(), 0, connection.root(),
-                                     static_cast<std::uint16_t>(one.grab.mask | state),
-                                     one.grab.keycode, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
-        asked.push_back(std::move(one));
-    }
+    for (const Shortcut& shortcut : wanted())
+        if (auto one = ask(shortcut)) asked.push_back(std::move(*one));
     connection.sync();
     for (const Asked& one : asked) {
-        bool refused = false;
-        for (const xcb_void_cookie_t cookie : one.cookies)
-            refused |=
-                Reply<xcb_generic_error_t>(xcb_request_check(connection.xcb(), cookie)) != nullptr;
-        if (!refused) {
+        if (!isRefused(one)) {
             held.push_back(one.grab);
             continue;
         }
@@ -127,6 +109,41 @@ void HotKeys::claim() {
         tell(one.shortcut);
     }
     connection.flush();
+}
+
+/// Nothing for a key that no keyboard has. Grabs of the extension are no obstacle to the server,
+/// but their owner gets the key and nobody else: such a one is asked for too, and given up at once.
+std::optional<HotKeys::Asked> HotKeys::ask(const Shortcut& shortcut) {
+    const PhysicalKey* key = physicalKey(shortcut.keyCode);
+    if (key == nullptr) return std::nullopt;
+    xcb_connection_t* const x = connection.xcb();
+    Asked asked{shortcut, {key->keycode(), map.maskOf(shortcut.modifierFlags)}, {}, {}};
+    std::vector<std::uint32_t> masks;
+    for (const std::uint16_t state : heldStates) {
+        masks.push_back(asked.grab.mask | static_cast<std::uint32_t>(state));
+        asked.core.push_back(
+            xcb_grab_key_checked(x, 0, connection.root(), static_cast<std::uint16_t>(masks.back()),
+                                 asked.grab.keycode, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
+    }
+    const auto count = static_cast<std::uint16_t>(masks.size());
+    const std::uint32_t noEvents = 0;
+    asked.probe = xcb_input_xi_passive_grab_device(
+        x, XCB_CURRENT_TIME, connection.root(), XCB_NONE, asked.grab.keycode, XCB_INPUT_DEVICE_ALL,
+        count, 1, XCB_INPUT_GRAB_TYPE_KEYCODE, XCB_INPUT_GRAB_MODE_22_ASYNC, XCB_GRAB_MODE_ASYNC, 0,
+        &noEvents, masks.data());
+    xcb_input_xi_passive_ungrab_device(x, connection.root(), asked.grab.keycode,
+                                       XCB_INPUT_DEVICE_ALL, count, XCB_INPUT_GRAB_TYPE_KEYCODE,
+                                       masks.data());
+    return asked;
+}
+
+bool HotKeys::isRefused(const Asked& asked) {
+    bool refused = false;
+    for (const xcb_void_cookie_t cookie : asked.core)
+        refused |=
+            Reply<xcb_generic_error_t>(xcb_request_check(connection.xcb(), cookie)) != nullptr;
+    const auto probed = connection.wait(asked.probe, xcb_input_xi_passive_grab_device_reply);
+    return refused || (probed && probed->num_modifiers != 0);
 }
 
 void HotKeys::release() {
@@ -141,7 +158,11 @@ void HotKeys::ungrab(const Grab& grab) {
                        static_cast<std::uint16_t>(grab.mask | state));
 }
 
+/// Nobody has chosen those that are only registered.
 void HotKeys::tell(const Shortcut& shortcut) {
+    const bool chosen = std::ranges::any_of(
+        bindings, [&](const auto& binding) { return stored(binding.first) == shortcut; });
+    if (!chosen) return;
     if (!told.emplace(shortcut.keyCode, shortcut.modifierFlags).second) return;
     log.write("the shortcut " + modifierFlagsString(shortcut) + keyCodeString(shortcut) +
               " does nothing: another program holds it");
@@ -149,6 +170,22 @@ void HotKeys::tell(const Shortcut& shortcut) {
 
 bool HotKeys::isTaken(const Shortcut& shortcut) const {
     return std::ranges::find(taken, plain(shortcut)) != taken.end();
+}
+
+bool HotKeys::isRegistered(const Shortcut& shortcut) const {
+    return std::ranges::find(registered, plain(shortcut), &Claim::shortcut) != registered.end();
+}
+
+RecordableHotKeys::Obstacle HotKeys::obstacleTo(const Shortcut& shortcut) {
+    if (isRegistered(shortcut)) return Obstacle::fixed;
+    heldStates = map.lockStates(); // the recording has given everything up
+    const auto asked = ask(plain(shortcut));
+    if (!asked) return Obstacle::none;
+    connection.sync();
+    const bool refused = isRefused(*asked);
+    ungrab(asked->grab);
+    connection.flush();
+    return refused ? Obstacle::taken : Obstacle::none;
 }
 
 bool HotKeys::startRecording(KeyRecording::Handler taker, std::function<void()> left) {

@@ -7,6 +7,7 @@
 #include <map>
 #include <set>
 #include <vector>
+#include <xcb/xinput.h>
 
 namespace platform::x11 {
 
@@ -35,6 +36,7 @@ class HotKeys final : public RecordableHotKeys, private Listener {
         boundTaken = std::move(handler);
     }
     bool isTaken(const Shortcut& shortcut) const override;
+    Obstacle obstacleTo(const Shortcut& shortcut) override;
     bool startRecording(KeyRecording::Handler pressed, std::function<void()> left) override;
     void stopRecording() override;
 
@@ -47,6 +49,12 @@ class HotKeys final : public RecordableHotKeys, private Listener {
         xcb_keycode_t keycode;
         std::uint16_t mask; ///< without the lock keys
     };
+    struct Asked {
+        Shortcut shortcut;
+        Grab grab;
+        std::vector<xcb_void_cookie_t> core; ///< one for each state of the lock keys
+        xcb_input_xi_passive_grab_device_cookie_t probe;
+    };
 
     void handle(const xcb_generic_event_t& event) override;
 
@@ -54,7 +62,10 @@ class HotKeys final : public RecordableHotKeys, private Listener {
     void pressed(const xcb_key_press_event_t& event);
     std::optional<Shortcut> stored(std::string_view settingsKey) const;
     std::vector<Shortcut> wanted() const;
+    bool isRegistered(const Shortcut& shortcut) const;
     void claim();
+    std::optional<Asked> ask(const Shortcut& shortcut);
+    bool isRefused(const Asked& asked);
     void release();
     void ungrab(const Grab& grab);
     void tell(const Shortcut& shortcut);

@@ -2,6 +2,8 @@
 
 #include "platform/x11/keys/PhysicalKeys.h"
 
+#include <utility>
+
 namespace platform::x11 {
 
 KeyRecording::~KeyRecording() {
@@ -15,7 +17,8 @@ bool KeyRecording::start(Handler pressed, std::function<void()> left) {
                                                              XCB_GRAB_MODE_ASYNC),
                                            xcb_grab_keyboard_reply);
         if (!reply || reply->status != XCB_GRAB_STATUS_SUCCESS) {
-            log.write("no shortcut can be recorded: another program has the keyboard");
+            if (!std::exchange(toldTaken, true))
+                log.write("no shortcut can be recorded: another program has the keyboard");
             return false;
         }
         grabbed = true;
@@ -52,7 +55,9 @@ void KeyRecording::handle(const xcb_key_press_event_t& event, bool down) {
     const bool repetition = event.detail == lastPressed;
     lastPressed = event.detail;
     const PhysicalKey* key = physicalKeyAt(event.detail);
-    if (key != nullptr && !repetition) tell({key->virtualCode, map.flagsOf(event.state)});
+    if (repetition) return;
+    const std::uint32_t flags = map.flagsOf(event.state);
+    tell(key != nullptr ? Stroke{key->virtualCode, flags} : Stroke{{}, flags, true});
 }
 
 void KeyRecording::tell(const Stroke& stroke) {

@@ -52,6 +52,7 @@ class KeyRecording {
     std::shared_ptr<Taker> taker; ///< null outside a recording
     xcb_window_t focused = XCB_NONE;
     bool grabbed = false;
+    bool toldTaken = false;
     xcb_keycode_t lastPressed = 0; ///< 0 when it is up
 };
 

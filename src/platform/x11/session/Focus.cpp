@@ -2,6 +2,9 @@
 
 #include "platform/x11/connection/Ewmh.h"
 
+#include <algorithm>
+#include <span>
+
 namespace platform::x11 {
 
 Focus::Focus(Connection& x, std::uint32_t ownPid) : connection(x), pid(ownPid) {
@@ -45,8 +48,27 @@ void Focus::handleReply(unsigned sequence, const void* reply) {
     }
 }
 
+bool Focus::isFullScreen(xcb_window_t window) {
+    constexpr std::uint32_t longest = 32; // atoms
+    const auto reply = connection.wait(xcb_get_property(connection.xcb(), 0, window,
+                                                        connection.atom(AtomName::netWmState),
+                                                        XCB_ATOM_ATOM, 0, longest),
+                                       xcb_get_property_reply);
+    if (!reply || reply->format != 32) return false;
+    const auto* states = static_cast<const xcb_atom_t*>(xcb_get_property_value(reply.get()));
+    const std::span all(states, reply->value_len);
+    return std::ranges::count(all, connection.atom(AtomName::netWmStateFullscreen)) != 0;
+}
+
 void Focus::activateFrontmostApplication() {
     if (!ownIsActive || foreign == XCB_NONE) return;
+    // While it is active such a window lies above everything but what belongs to it.
+    if (isFullScreen(foreign)) {
+        const auto belongs = xcb_change_property_checked(connection.xcb(), XCB_PROP_MODE_REPLACE,
+                                                         asked, XCB_ATOM_WM_TRANSIENT_FOR,
+                                                         XCB_ATOM_WINDOW, 32, 1, &foreign);
+        xcb_discard_reply(connection.xcb(), belongs.sequence);
+    }
     constexpr std::uint32_t sourceIsTheUser = 2;
     tellWindowManager(connection, foreign, connection.atom(AtomName::netActiveWindow),
                       {sourceIsTheUser, XCB_CURRENT_TIME, XCB_NONE, 0, 0});

@@ -14,7 +14,8 @@ class Focus final : public platform::Focus, private Listener {
     Focus(const Focus&) = delete;
     Focus& operator=(const Focus&) = delete;
 
-    /// No round trip. Nothing while no window of the program is active. That window stays in front.
+    /// Nothing while no window of the program is active. That window stays in front, also of one
+    /// that fills the screen. A round trip at most.
     void activateFrontmostApplication() override;
     void openNothingWith(const std::string&) override { activateFrontmostApplication(); }
 
@@ -22,6 +23,7 @@ class Focus final : public platform::Focus, private Listener {
     void handle(const xcb_generic_event_t& event) override;
     void handleReply(unsigned sequence, const void* reply) override;
     void askActiveWindow();
+    bool isFullScreen(xcb_window_t window);
 
     Connection& connection;
     std::uint32_t pid;
