@@ -33,8 +33,12 @@ class TrayWindow {
     /// From now on the icon is with the host, as often as one comes. Once.
     virtual void show(Handlers handlers) = 0;
 
-    /// False before `show`.
+    /// False before `show`, and where the host only passes the icon on to one of another kind.
     virtual bool hasHost() const = 0;
+
+    /// The colour that text has to have on the desktop's panels as they look now, whether or not
+    /// there is a host; none where that cannot be told. Not for the path of a pointer's event.
+    virtual std::optional<TrayColour> panelText() = 0;
 
     /// The picture is asked for again and painted, where there is a host.
     virtual void repaint() = 0;

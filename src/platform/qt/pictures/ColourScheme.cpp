@@ -11,6 +11,12 @@ namespace platform::qt {
 
 namespace {
 
+constexpr const char* portalName = "org.freedesktop.portal.Desktop";
+constexpr const char* portalPath = "/org/freedesktop/portal/desktop";
+constexpr const char* settingsName = "org.freedesktop.portal.Settings";
+constexpr const char* appearance = "org.freedesktop.appearance";
+constexpr const char* colourKey = "color-scheme";
+
 constexpr uint prefersDark = 1;
 constexpr QColor darkOutlines(0x84, 0x84, 0x84);
 constexpr int middleLightness = 128;
@@ -25,18 +31,24 @@ QVariant unwrapped(QVariant value) {
 } // namespace
 
 ColourScheme::ColourScheme() : given(QApplication::palette()) {
+    QDBusConnection::sessionBus().connect(portalName, portalPath, settingsName, "SettingChanged",
+                                          this,
+                                          SLOT(settingChanged(QString, QString, QDBusVariant)));
     refresh();
+}
+
+void ColourScheme::settingChanged(const QString& group, const QString& key,
+                                  const QDBusVariant& value) {
+    if (group == appearance && key == colourKey)
+        apply(unwrapped(value.variant()).toUInt() == prefersDark);
 }
 
 void ColourScheme::refresh() {
     const QDBusConnection bus = QDBusConnection::sessionBus();
     if (asking || !bus.isConnected()) return;
     asking = true;
-    auto call = QDBusMessage::createMethodCall("org.freedesktop.portal.Desktop",
-                                               "/org/freedesktop/portal/desktop",
-                                               "org.freedesktop.portal.Settings", "Read");
-    call << "org.freedesktop.appearance"
-         << "color-scheme";
+    auto call = QDBusMessage::createMethodCall(portalName, portalPath, settingsName, "Read");
+    call << appearance << colourKey;
     auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(call), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
         answer->deleteLater();

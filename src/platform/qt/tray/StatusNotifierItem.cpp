@@ -1,5 +1,7 @@
 #include "platform/qt/tray/StatusNotifierItem.h"
 
+#include "platform/qt/tray/ItemHosts.h"
+
 #include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusMessage>
@@ -73,7 +75,7 @@ class StatusNotifierItem::Object final : public QDBusVirtualObject {
 
     QString introspect(const QString&) const override {
         QString text = QString("<interface name=\"%1\">").arg(interfaceName);
-        for (const auto& [name, value] : properties().asKeyValueRange())
+        for (const auto& [name, value] : properties({}).asKeyValueRange())
             text += QString("<property name=\"%1\" type=\"%2\" access=\"read\"/>")
                         .arg(name, QDBusMetaType::typeToSignature(value.metaType()));
         const QString method("<method name=\"%1\"><arg type=\"i\" direction=\"in\"/>"
@@ -84,7 +86,12 @@ class StatusNotifierItem::Object final : public QDBusVirtualObject {
     }
 
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {
-        if (message.interface() == propertiesName) return answerProperties(message, bus);
+        if (message.interface() == propertiesName) {
+            hosts.tell(bus, message.service(), [this, message, bus](const ItemHost& host) {
+                answerProperties(message, bus, host);
+            });
+            return true;
+        }
         // A caller may leave the interface out.
         if (!message.interface().isEmpty() && message.interface() != interfaceName) return false;
         if (message.member() == "Scroll") return bus.send(message.createReply());
@@ -107,37 +114,48 @@ class StatusNotifierItem::Object final : public QDBusVirtualObject {
         return {};
     }
 
-    bool answerProperties(const QDBusMessage& message, const QDBusConnection& bus) const {
-        const QVariantMap all = properties();
+    void answerProperties(const QDBusMessage& message, const QDBusConnection& bus,
+                          const ItemHost& host) const {
+        const QVariantMap all = properties(host);
         const QVariantList arguments = message.arguments();
-        if (message.member() == "GetAll") return bus.send(message.createReply(all));
-        if (message.member() != "Get" || arguments.size() != 2) return false;
-        const auto found = all.find(arguments[1].toString());
-        if (found == all.end())
-            return bus.send(
-                message.createErrorReply(QDBusError::UnknownProperty, "no such property"));
-        return bus.send(message.createReply(QVariant::fromValue(QDBusVariant(*found))));
+        const auto found =
+            arguments.size() == 2 ? all.find(arguments[1].toString()) : all.constEnd();
+        if (message.member() == "GetAll")
+            bus.send(message.createReply(all));
+        else if (message.member() != "Get")
+            bus.send(message.createErrorReply(QDBusError::UnknownMethod, "no such method"));
+        else if (found == all.end())
+            bus.send(message.createErrorReply(QDBusError::UnknownProperty, "no such property"));
+        else
+            bus.send(message.createReply(QVariant::fromValue(QDBusVariant(*found))));
     }
 
     // No "Menu": hosts that see one never pass a right click on.
-    QVariantMap properties() const {
+    QVariantMap properties(const ItemHost& host) const {
         Pixmaps pixmaps;
         for (const QImage& picture : face.pictures)
             pixmaps += toPixmap(picture);
+        const QString iconName = host.tintsIcons ? face.iconName : QString();
+        const QVariant none = QVariant::fromValue(Pixmaps());
         return {{"Category", "ApplicationStatus"},
                 {"Id", identity.id},
                 {"Title", identity.title},
                 {"Status", "Active"},
                 {"WindowId", 0},
-                {"IconName", face.iconName},
+                {"IconName", iconName},
                 {"IconThemePath", identity.themePath},
                 {"IconPixmap", QVariant::fromValue(pixmaps)},
+                {"OverlayIconName", ""},
+                {"OverlayIconPixmap", none},
+                {"AttentionIconName", ""},
+                {"AttentionIconPixmap", none},
                 {"ToolTip", QVariant::fromValue(ToolTip{{}, {}, identity.title, {}})},
                 {"ItemIsMenu", false}};
     }
 
     Identity identity;
     Clicked clicked;
+    ItemHosts hosts;
 };
 
 StatusNotifierItem::StatusNotifierItem(const Identity& identity, Face face, Clicked clicked)

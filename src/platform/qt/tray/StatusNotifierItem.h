@@ -14,7 +14,7 @@ namespace platform::qt {
 /// an item by its connection let it go with the object. Main thread.
 class StatusNotifierItem {
   public:
-    /// What hosts show. They take the icon by name if they find it, else a picture.
+    /// What hosts show: the icon of that name where they tint it, else a picture.
     struct Face {
         QString iconName;
         QList<QImage> pictures; ///< of several sizes

@@ -1,11 +1,11 @@
 #include "platform/qt/tray/TrayIcon.h"
 
+#include <QApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
-#include <QGuiApplication>
 #include <QPalette>
 #include <QTimer>
 #include <chrono>
@@ -16,6 +16,11 @@ namespace platform::qt {
 namespace {
 
 constexpr std::chrono::seconds timeForThePanel{3};
+
+/// A panel that has just come paints itself, and so does a compositor, after the icon is there: its
+/// tint is told anew when they have.
+constexpr std::chrono::milliseconds timesToLookAgain[] = {std::chrono::milliseconds(500),
+                                                          std::chrono::milliseconds(3000)};
 
 constexpr int itemSizes[] = {16, 22, 24, 32, 44, 48, 64}; // of panels at 100, 150 and 200 %
 
@@ -36,8 +41,41 @@ void TrayIcon::show(std::function<void(int)> handler) {
     if (window != nullptr)
         window->show({.draw = [this](int size, auto panel) { return drawn(size, panel); },
                       .clicked = clicked,
-                      .hostChanged = [this] { settle(); }});
+                      .hostChanged =
+                          [this] {
+                              settle();
+                              lookAgain();
+                          }});
+    lookAgain();
+    qApp->installEventFilter(this);
     watchBus();
+}
+
+void TrayIcon::lookAgain() {
+    for (const auto time : timesToLookAgain)
+        QTimer::singleShot(time, this, [this] {
+            if (item) measurePanel();
+            setImage(image);
+        });
+}
+
+void TrayIcon::measurePanel() {
+    const auto colour = window != nullptr ? window->panelText() : std::nullopt;
+    panelText.reset();
+    if (colour) panelText = QColor(colour->red, colour->green, colour->blue);
+}
+
+/// Of the pictures of an item, which does not know where it is shown.
+QColor TrayIcon::itemTint() const {
+    return panelText.value_or(textColour());
+}
+
+bool TrayIcon::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::ApplicationPaletteChange && watched == qApp) {
+        setImage(image);
+        lookAgain();
+    }
+    return false;
 }
 
 QImage TrayIcon::picture(int size, const QColor& tint) const {
@@ -90,10 +128,12 @@ void TrayIcon::watchBus() {
 
 void TrayIcon::settle() {
     const bool useItem = !isInWindow() && watcherIsThere;
-    if (!useItem)
+    if (!useItem) {
         item.reset();
-    else if (!item)
+    } else if (!item) {
         makeItem();
+        lookAgain();
+    }
     if (hasTray() || !busAnswered || std::exchange(reported, true)) return;
     // At login the program and the panel start together, and either may be first.
     QTimer::singleShot(timeForThePanel, this, [this] { report(); });
@@ -106,7 +146,8 @@ void TrayIcon::report() {
 }
 
 void TrayIcon::makeItem() {
-    told = {image, textColour()};
+    measurePanel();
+    told = {image, itemTint()};
     if (!symbolicIcons) symbolicIcons.emplace(images, identity.id);
     item = std::make_unique<StatusNotifierItem>(
         StatusNotifierItem::Identity{QString::fromStdString(identity.id),
@@ -126,20 +167,19 @@ void TrayIcon::setImage(TrayImage wanted) {
 void TrayIcon::showImage() {
     isToBeShown = false;
     if (window != nullptr) window->repaint();
-    const ItemFace wanted{image, textColour()};
+    const ItemFace wanted{image, itemTint()};
     if (!item || told == wanted) return;
     told = wanted;
     item->setFace(face());
 }
 
-// The pictures of a template are in the colour of the program's own text, a guess.
 StatusNotifierItem::Face TrayIcon::face() const {
     StatusNotifierItem::Face result;
     for (const int size : itemSizes) {
-        const QImage drawing = picture(size, textColour());
+        const QImage drawing = picture(size, itemTint());
         if (!drawing.isNull()) result.pictures += drawing;
     }
-    if (image.isTemplate) result.iconName = symbolicIcons->publish(image.name, result.pictures);
+    if (image.isTemplate) result.iconName = symbolicIcons->nameOf(image.name);
     return result;
 }
 

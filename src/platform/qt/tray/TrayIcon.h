@@ -58,6 +58,10 @@ class TrayIcon final : public QObject {
     QImage picture(int size, const QColor& tint) const;
     StatusNotifierItem::Face face() const;
     void showImage();
+    void lookAgain();
+    void measurePanel();
+    QColor itemTint() const;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
     TrayWindow* window;
     const Pictures& images;
@@ -65,13 +69,14 @@ class TrayIcon final : public QObject {
     Log& log;
     struct ItemFace {
         TrayImage image;
-        QColor text; ///< the tint of a template
+        QColor tint; ///< of a template
 
         bool operator==(const ItemFace&) const = default;
     };
 
     TrayImage image;
-    ItemFace told; ///< to the hosts of the item
+    ItemFace told;                   ///< to the hosts of the item
+    std::optional<QColor> panelText; ///< what is read on the panels
     bool isToBeShown = false;
     std::function<void(int)> clicked;
     bool busAnswered = false, watcherIsThere = false, reported = false;
