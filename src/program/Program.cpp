@@ -4,6 +4,7 @@
 #include "app/LoginHelper.h"
 #include "platform/linux/files/Installation.h"
 #include "platform/qt/alerts/ShortcutRecorder.h"
+#include "util/Format.h"
 
 #include <cstdlib>
 
@@ -103,6 +104,7 @@ Program::Program(const Product& product, lnx::ProductBundle& productBundle, Sess
         });
     });
     application.onQuitRequest([this] { quit(); });
+    tray->onMissing([this] { tellThatThereIsNoTray(); });
     undoAtExit();
 }
 
@@ -174,6 +176,13 @@ void Program::tellWhyNoCalendar(platform::calendar::Refusal why) {
     notifications.deliver({.title = bundle.localizedString("CALENDAR_UNAVAILABLE"),
                            .text = bundle.localizedString(refusals[static_cast<int>(why)]),
                            .identifier = "calendar"});
+}
+
+void Program::tellThatThereIsNoTray() {
+    notifications.deliver(
+        {.title = bundle.localizedString("NO_TRAY"),
+         .text = palisor::formatted(bundle.localizedString("NO_TRAY_TEXT"), bundle.displayName()),
+         .identifier = "tray"});
 }
 
 void Program::launch() {

@@ -70,6 +70,7 @@ class Program {
     QWidget* accessory(const std::string& name, QWidget* parent);
     void undoAtExit();
     void begin();
+    void tellThatThereIsNoTray();
     void tellWhyNoCalendar(platform::calendar::Refusal why);
     void quit();
 

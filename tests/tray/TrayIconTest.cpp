@@ -184,6 +184,15 @@ TEST(TrayIcon, SaysOnceThatThereIsNoTrayAndComesWithTheFirst) {
     EXPECT_EQ(output.find("no tray"), output.rfind("no tray")) << output;
 }
 
+TEST(TrayIcon, TakesAWatcherWithoutAHostForNoTray) {
+    TrayDesktop tray;
+    const auto watcher = tray.desktop.spawn(WATCHER);
+    ASSERT_TRUE(watcher->waitForText("ready"));
+    tray.startProgram();
+    EXPECT_TRUE(tray.program().waitForText("no tray"));
+    EXPECT_EQ(watcher->output().find("registered"), std::string::npos);
+}
+
 TEST(TrayIcon, IsBlendedInACompositedPanel) {
     for (const Host host : {Host::xfcePanel, Host::plainTray}) {
         TrayDesktop tray;

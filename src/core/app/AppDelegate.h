@@ -369,7 +369,11 @@ class AppDelegate : private platform::MenuTarget, private platform::InfoTarget {
     bool clickedOnLink(const platform::InfoText& view, const std::string& link) override;
 
     MenuItem boundsViewItem();
-    MenuItem sliderItem(Slider slider, std::shared_ptr<Label> label) const;
+    using TextOfValue = std::string (AppDelegate::*)(double value) const;
+    MenuItem sliderItem(Slider slider, std::shared_ptr<Label> label, TextOfValue text) const;
+    std::string darknessText(double value) const;
+    std::string timeText(double value) const;
+    std::string sensibilityText(double value) const;
     void setLabel(Label& label, std::string text);
     bool isActive() const;
     void toggleSetting(std::string_view key);

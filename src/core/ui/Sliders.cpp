@@ -17,14 +17,25 @@ void AppDelegate::setLabel(Label& label, std::string text) {
     services.statusItem.labelChanged(label);
 }
 
-void AppDelegate::updateTV(const Slider& slider) {
-    const auto value = static_cast<float>(slider.value);
-    if (static_cast<int>(value) == 0) {
-        setLabel(*tv, services.bundle.localizedString("0_DARK_LEVEL"));
-        return;
-    }
+std::string AppDelegate::darknessText(double exact) const {
+    const auto value = static_cast<float>(exact);
+    if (static_cast<int>(value) == 0) return services.bundle.localizedString("0_DARK_LEVEL");
     const float percent = std::nearbyint(value / keys::darkestLevel * 100);
-    setLabel(*tv, std::to_string(static_cast<int>(percent)) + "%");
+    return std::to_string(static_cast<int>(percent)) + "%";
+}
+
+std::string AppDelegate::timeText(double exact) const {
+    const int value = static_cast<int>(exact);
+    if (value == 0) return services.bundle.localizedString("0_SECONDI");
+    return formatted(services.bundle.localizedString("N_SECONDI"), value);
+}
+
+std::string AppDelegate::sensibilityText(double value) const {
+    return formatted(services.bundle.localizedString("N_SENSIBILITY"), static_cast<int>(value));
+}
+
+void AppDelegate::updateTV(const Slider& slider) {
+    setLabel(*tv, darknessText(slider.value));
 }
 
 void AppDelegate::sliderDidMove(const Slider& slider) {
@@ -41,8 +52,7 @@ void AppDelegate::sliderDidMove(const Slider& slider) {
     }
     case variants::cursorHider:
         setAndSynchronize(keys::SCHEDULE, Value{std::to_string(value)});
-        setLabel(*tv, value == 0 ? services.bundle.localizedString("0_SECONDI")
-                                 : formatted(services.bundle.localizedString("N_SECONDI"), value));
+        setLabel(*tv, timeText(slider.value));
         return;
     default:
         return;
@@ -52,7 +62,7 @@ void AppDelegate::sliderDidMove(const Slider& slider) {
 void AppDelegate::velocitySliderDidMove(const Slider& slider) {
     const int value = static_cast<int>(slider.value);
     setAndSynchronize(keys::VELOCITY, Value{std::int64_t{value}});
-    setLabel(*tvVelocity, formatted(services.bundle.localizedString("N_SENSIBILITY"), value));
+    setLabel(*tvVelocity, sensibilityText(slider.value));
 }
 
 } // namespace palisor

@@ -21,7 +21,7 @@ class ColourScheme final : public QObject {
 
     static QPalette darkPalette();
 
-  private slots:
+  private Q_SLOTS:
     void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
 
   private:

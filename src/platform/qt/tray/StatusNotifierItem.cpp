@@ -1,11 +1,13 @@
 #include "platform/qt/tray/StatusNotifierItem.h"
 
+#include "platform/qt/tray/ExportedMenu.h"
 #include "platform/qt/tray/ItemHosts.h"
 
 #include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusMetaType>
+#include <QDBusObjectPath>
 #include <QDBusVirtualObject>
 #include <QtEndian>
 #include <optional>
@@ -71,7 +73,8 @@ Pixmap toPixmap(const QImage& picture) {
 
 class StatusNotifierItem::Object final : public QDBusVirtualObject {
   public:
-    Object(const Identity& whose, Clicked handler) : identity(whose), clicked(std::move(handler)) {}
+    Object(const Identity& whose, Clicked handler, bool withMenu)
+        : identity(whose), clicked(std::move(handler)), hasMenu(withMenu) {}
 
     QString introspect(const QString&) const override {
         QString text = QString("<interface name=\"%1\">").arg(interfaceName);
@@ -82,7 +85,9 @@ class StatusNotifierItem::Object final : public QDBusVirtualObject {
                              "<arg type=\"%2\" direction=\"in\"/></method>");
         for (const char* click : {"Activate", "SecondaryActivate", "ContextMenu"})
             text += method.arg(click, "i");
-        return text + method.arg("Scroll", "s") + "<signal name=\"NewIcon\"/></interface>";
+        return text + method.arg("Scroll", "s") +
+               "<signal name=\"NewIcon\"/>"
+               "<signal name=\"NewTitle\"/><signal name=\"NewToolTip\"/></interface>";
     }
 
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {
@@ -103,6 +108,8 @@ class StatusNotifierItem::Object final : public QDBusVirtualObject {
             this, [this, button] { clicked(*button); }, Qt::QueuedConnection);
         return true;
     }
+
+    void setTitle(const QString& title) { identity.title = title; }
 
     Face face;
 
@@ -130,38 +137,43 @@ class StatusNotifierItem::Object final : public QDBusVirtualObject {
             bus.send(message.createReply(QVariant::fromValue(QDBusVariant(*found))));
     }
 
-    // No "Menu": hosts that see one never pass a right click on.
+    // Hosts that see a "Menu" never pass a right click on: those that would, see none.
     QVariantMap properties(const ItemHost& host) const {
         Pixmaps pixmaps;
         for (const QImage& picture : face.pictures)
             pixmaps += toPixmap(picture);
         const QString iconName = host.tintsIcons ? face.iconName : QString();
         const QVariant none = QVariant::fromValue(Pixmaps());
-        return {{"Category", "ApplicationStatus"},
-                {"Id", identity.id},
-                {"Title", identity.title},
-                {"Status", "Active"},
-                {"WindowId", 0},
-                {"IconName", iconName},
-                {"IconThemePath", identity.themePath},
-                {"IconPixmap", QVariant::fromValue(pixmaps)},
-                {"OverlayIconName", ""},
-                {"OverlayIconPixmap", none},
-                {"AttentionIconName", ""},
-                {"AttentionIconPixmap", none},
-                {"ToolTip", QVariant::fromValue(ToolTip{{}, {}, identity.title, {}})},
-                {"ItemIsMenu", false}};
+        QVariantMap all{{"Category", "ApplicationStatus"},
+                        {"Id", identity.id},
+                        {"Title", identity.title},
+                        {"Status", "Active"},
+                        {"WindowId", 0},
+                        {"IconName", iconName},
+                        {"IconThemePath", identity.themePath},
+                        {"IconPixmap", QVariant::fromValue(pixmaps)},
+                        {"OverlayIconName", ""},
+                        {"OverlayIconPixmap", none},
+                        {"AttentionIconName", ""},
+                        {"AttentionIconPixmap", none},
+                        {"ToolTip", QVariant::fromValue(ToolTip{{}, {}, identity.title, {}})},
+                        {"ItemIsMenu", false}};
+        if (hasMenu && !host.passesClicks)
+            all["Menu"] = QVariant::fromValue(QDBusObjectPath(ExportedMenu::path));
+        return all;
     }
 
     Identity identity;
     Clicked clicked;
+    bool hasMenu;
     ItemHosts hosts;
 };
 
-StatusNotifierItem::StatusNotifierItem(const Identity& identity, Face face, Clicked clicked)
+StatusNotifierItem::StatusNotifierItem(const Identity& identity, Face face, Clicked clicked,
+                                       ExportedMenu* menu)
     : connectionName(identity.id + "-status-item"),
       bus(QDBusConnection::connectToBus(QDBusConnection::SessionBus, connectionName)),
-      object(std::make_unique<Object>(identity, std::move(clicked))) {
+      object(std::make_unique<Object>(identity, std::move(clicked), menu != nullptr)) {
     qDBusRegisterMetaType<Pixmap>();
     qDBusRegisterMetaType<Pixmaps>();
     qDBusRegisterMetaType<ToolTip>();
@@ -170,6 +182,7 @@ StatusNotifierItem::StatusNotifierItem(const Identity& identity, Face face, Clic
         QString("org.kde.StatusNotifierItem-%1-1").arg(QCoreApplication::applicationPid());
     // The object comes first: whoever sees the name may call it.
     bus.registerVirtualObject(objectPath, object.get());
+    if (menu != nullptr) menu->offerOn(bus);
     bus.registerService(service);
     auto registration = QDBusMessage::createMethodCall(watcherName, "/StatusNotifierWatcher",
                                                        watcherName, "RegisterStatusNotifierItem");
@@ -184,6 +197,12 @@ StatusNotifierItem::~StatusNotifierItem() {
 void StatusNotifierItem::setFace(Face face) {
     object->face = std::move(face);
     bus.send(QDBusMessage::createSignal(objectPath, interfaceName, "NewIcon"));
+}
+
+void StatusNotifierItem::setTitle(const QString& title) {
+    object->setTitle(title);
+    for (const char* change : {"NewTitle", "NewToolTip"})
+        bus.send(QDBusMessage::createSignal(objectPath, interfaceName, change));
 }
 
 } // namespace platform::qt

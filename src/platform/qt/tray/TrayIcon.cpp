@@ -1,13 +1,16 @@
 #include "platform/qt/tray/TrayIcon.h"
 
 #include <QApplication>
+#include <QCursor>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
+#include <QDBusVariant>
 #include <QPalette>
 #include <QTimer>
+#include <QToolTip>
 #include <chrono>
 #include <utility>
 
@@ -16,6 +19,9 @@ namespace platform::qt {
 namespace {
 
 constexpr std::chrono::seconds timeForThePanel{3};
+/// A slow login takes its time, and a notice that was wrong would come at each.
+constexpr std::chrono::seconds timeForASlowLogin{10};
+constexpr std::chrono::milliseconds restBeforeToolTip{700};
 
 /// A panel that has just come paints itself, and so does a compositor, after the icon is there: its
 /// tint is told anew when they have.
@@ -32,15 +38,26 @@ QColor textColour() {
 
 TrayIcon::TrayIcon(TrayWindow* ofTheWindowSystem, const Pictures& pictures, Identity whose,
                    Log& logger)
-    : window(ofTheWindowSystem), images(pictures), identity(std::move(whose)), log(logger) {}
+    : window(ofTheWindowSystem), images(pictures), identity(std::move(whose)), log(logger) {
+    toolTipDelay.setSingleShot(true);
+    toolTipDelay.setInterval(restBeforeToolTip);
+    connect(&toolTipDelay, &QTimer::timeout, this,
+            [this] { QToolTip::showText(QCursor::pos(), QString::fromStdString(identity.title)); });
+}
 
 TrayIcon::~TrayIcon() = default;
 
-void TrayIcon::show(std::function<void(int)> handler) {
+void TrayIcon::show(std::function<void(int)> handler, ExportedMenu* exported) {
     clicked = std::move(handler);
+    menu = exported;
     if (window != nullptr)
         window->show({.draw = [this](int size, auto panel) { return drawn(size, panel); },
-                      .clicked = clicked,
+                      .clicked =
+                          [this](int button) {
+                              hovered(false);
+                              clicked(button);
+                          },
+                      .hovered = [this](bool on) { hovered(on); },
                       .hostChanged =
                           [this] {
                               settle();
@@ -49,6 +66,19 @@ void TrayIcon::show(std::function<void(int)> handler) {
     lookAgain();
     qApp->installEventFilter(this);
     watchBus();
+}
+
+void TrayIcon::hovered(bool on) {
+    if (on) return toolTipDelay.start();
+    toolTipDelay.stop();
+    QToolTip::hideText();
+}
+
+void TrayIcon::setToolTip(const std::string& text) {
+    if (text == identity.title) return;
+    identity.title = text;
+    if (window != nullptr) window->setTitle(text);
+    if (item) item->setTitle(QString::fromStdString(text));
 }
 
 void TrayIcon::lookAgain() {
@@ -106,28 +136,41 @@ void TrayIcon::watchBus() {
         new QDBusServiceWatcher(name, bus, QDBusServiceWatcher::WatchForOwnerChange, this);
     connect(owners, &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString&, const QString&, const QString& owner) {
-                busAnswered = true;
-                watcherIsThere = !owner.isEmpty();
                 // Another watcher has to be told of the item anew.
                 item.reset();
-                settle();
+                watcherAnswers(false);
+                if (!owner.isEmpty()) askForHosts();
             });
-    auto question = QDBusMessage::createMethodCall("org.freedesktop.DBus", "/org/freedesktop/DBus",
-                                                   "org.freedesktop.DBus", "NameHasOwner");
-    question << name;
-    auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
+    for (const char* change : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"})
+        QDBusConnection(bus).connect(name, {}, name, change, this, SLOT(askForHosts()));
+    askForHosts();
+}
+
+// A watcher only keeps a list: without a host nobody shows what is on it.
+void TrayIcon::askForHosts() {
+    const QString name = StatusNotifierItem::watcherName;
+    auto question = QDBusMessage::createMethodCall(name, "/StatusNotifierWatcher",
+                                                   "org.freedesktop.DBus.Properties", "Get");
+    question << name << "IsStatusNotifierHostRegistered";
+    // Nobody is started for it.
+    question.setAutoStartService(false);
+    auto* answer =
+        new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
-        const QDBusPendingReply<bool> reply = *answer;
+        const QDBusPendingReply<QDBusVariant> reply = *answer;
         answer->deleteLater();
-        // A change of the owner that was seen first is newer.
-        if (std::exchange(busAnswered, true)) return;
-        watcherIsThere = reply.isValid() && reply.value();
-        settle();
+        watcherAnswers(reply.isValid() && reply.value().variant().toBool());
     });
 }
 
+void TrayIcon::watcherAnswers(bool hasHost) {
+    busAnswered = true;
+    hostIsThere = hasHost;
+    settle();
+}
+
 void TrayIcon::settle() {
-    const bool useItem = !isInWindow() && watcherIsThere;
+    const bool useItem = !isInWindow() && hostIsThere;
     if (!useItem) {
         item.reset();
     } else if (!item) {
@@ -137,6 +180,9 @@ void TrayIcon::settle() {
     if (hasTray() || !busAnswered || std::exchange(reported, true)) return;
     // At login the program and the panel start together, and either may be first.
     QTimer::singleShot(timeForThePanel, this, [this] { report(); });
+    QTimer::singleShot(timeForASlowLogin, this, [this] {
+        if (!hasTray() && missing) missing();
+    });
 }
 
 void TrayIcon::report() {
@@ -153,7 +199,7 @@ void TrayIcon::makeItem() {
         StatusNotifierItem::Identity{QString::fromStdString(identity.id),
                                      QString::fromStdString(identity.title),
                                      symbolicIcons->folder()},
-        face(), clicked);
+        face(), clicked, menu);
 }
 
 // Drawing it for the hosts of items takes milliseconds and files, and there may be a pointer event

@@ -66,8 +66,9 @@ void TrayWindow::show(Handlers given) {
                                                   askForSquare();
                                                   repaint();
                                               }});
-    connection.listen(*this, {XCB_BUTTON_PRESS, XCB_BUTTON_RELEASE, XCB_EXPOSE,
-                              XCB_CONFIGURE_NOTIFY, XCB_REPARENT_NOTIFY, XCB_DESTROY_NOTIFY});
+    connection.listen(*this, {XCB_BUTTON_PRESS, XCB_BUTTON_RELEASE, XCB_EXPOSE, XCB_ENTER_NOTIFY,
+                              XCB_LEAVE_NOTIFY, XCB_CONFIGURE_NOTIFY, XCB_REPARENT_NOTIFY,
+                              XCB_DESTROY_NOTIFY});
     dock();
 }
 
@@ -136,7 +137,8 @@ void TrayWindow::create() {
         xcb_create_colormap(xcb(), XCB_COLORMAP_ALLOC_NONE, colormap, connection.root(), visual);
     }
     const std::uint32_t events = XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE |
-                                 XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+                                 XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_STRUCTURE_NOTIFY |
+                                 XCB_EVENT_MASK_ENTER_WINDOW | XCB_EVENT_MASK_LEAVE_WINDOW;
     const bool likeParent = depth == screen.root_depth;
     const std::uint32_t ground =
         likeParent ? static_cast<std::uint32_t>(XCB_BACK_PIXMAP_PARENT_RELATIVE) : 0;
@@ -162,14 +164,26 @@ void TrayWindow::describe() const {
     const std::string twice = name + '\0' + name + '\0';
     xcb_change_property(xcb(), XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
                         static_cast<std::uint32_t>(twice.size()), twice.data());
+    writeTitle();
+    const auto process = static_cast<std::uint32_t>(getpid());
+    xcb_change_property(xcb(), XCB_PROP_MODE_REPLACE, window, connection.atom(AtomName::netWmPid),
+                        XCB_ATOM_CARDINAL, 32, 1, &process);
+}
+
+void TrayWindow::writeTitle() const {
     for (const xcb_atom_t property :
          {static_cast<xcb_atom_t>(XCB_ATOM_WM_NAME), connection.atom(AtomName::netWmName)})
         xcb_change_property(xcb(), XCB_PROP_MODE_REPLACE, window, property,
                             connection.atom(AtomName::utf8String), 8,
                             static_cast<std::uint32_t>(title.size()), title.data());
-    const auto process = static_cast<std::uint32_t>(getpid());
-    xcb_change_property(xcb(), XCB_PROP_MODE_REPLACE, window, connection.atom(AtomName::netWmPid),
-                        XCB_ATOM_CARDINAL, 32, 1, &process);
+}
+
+void TrayWindow::setTitle(const std::string& text) {
+    if (text == title) return;
+    title = text;
+    if (window == XCB_NONE) return;
+    writeTitle();
+    connection.flush();
 }
 
 // xfce hides an icon that does not ask for a size.
@@ -204,6 +218,13 @@ void TrayWindow::handle(const xcb_generic_event_t& event) {
     case XCB_BUTTON_RELEASE:
         release(reinterpret_cast<const xcb_button_release_event_t&>(event));
         break;
+    case XCB_ENTER_NOTIFY:
+    case XCB_LEAVE_NOTIFY: {
+        const auto& crossing = reinterpret_cast<const xcb_enter_notify_event_t&>(event);
+        const bool on = (event.response_type & 0x7f) == XCB_ENTER_NOTIFY;
+        if (crossing.event == window && handlers.hovered) handlers.hovered(on);
+        break;
+    }
     case XCB_EXPOSE: {
         const auto& expose = reinterpret_cast<const xcb_expose_event_t&>(event);
         if (expose.window == window && expose.count == 0) repaint();

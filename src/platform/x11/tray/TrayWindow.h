@@ -24,6 +24,7 @@ class TrayWindow final : public platform::TrayWindow, private Listener {
     void show(Handlers handlers) override;
     bool hasHost() const override;
     std::optional<TrayColour> panelText() override;
+    void setTitle(const std::string& text) override;
     void repaint() override;
 
   private:
@@ -36,6 +37,7 @@ class TrayWindow final : public platform::TrayWindow, private Listener {
     void undock();
     void create();
     void describe() const;
+    void writeTitle() const;
     void askForLength(int length);
     void askForSquare();
     bool isUnseen(xcb_window_t parent);
