@@ -19,6 +19,7 @@ constexpr const char* colourKey = "color-scheme";
 
 constexpr uint prefersDark = 1;
 constexpr QColor darkOutlines(0x84, 0x84, 0x84);
+constexpr QColor lightHandle(0xc8, 0xc8, 0xc8), lightHighlight(0x6c, 0xa8, 0xf0);
 constexpr int middleLightness = 128;
 
 // The portal wraps the value in one variant or, in its older call, in two.
@@ -67,8 +68,15 @@ void ColourScheme::apply(bool dark) {
     // The plain style draws outlines and tick marks a shade darker than a window, which
     // cannot be seen on the dark base of a menu.
     if (dark) palette.setColor(QPalette::Window, darkOutlines);
-    for (const char* drawnOnBase : {"QMenu", "QSlider", "QCheckBox"})
+    for (const char* drawnOnBase : {"QMenu", "QCheckBox"})
         QApplication::setPalette(palette, drawnOnBase);
+    // The handle has the colour of a button, and where it is at work its outline and the tick marks
+    // have a shade of the highlight.
+    if (dark) {
+        palette.setColor(QPalette::Button, lightHandle);
+        palette.setColor(QPalette::Highlight, lightHighlight);
+    }
+    QApplication::setPalette(palette, "QSlider");
 }
 
 QPalette ColourScheme::darkPalette() {
