@@ -148,6 +148,22 @@ TEST_F(MenuOfTheProgram, IsDarkWhereTheDesktopAsksForIt) {
     EXPECT_GT(lightest(handle), 100);
 }
 
+TEST_F(MenuOfTheProgram, TurnsDarkWhenTheDesktopDoesWhileItRuns) {
+    auto portal = desktop.spawn(PORTAL, {"later"});
+    ASSERT_TRUE(portal->waitForText("ready"));
+    startWith({});
+    ASSERT_TRUE(isUpSoon());
+    EXPECT_FALSE(desktop
+                     .call({"--dest=org.freedesktop.portal.Desktop",
+                            "/org/freedesktop/portal/desktop", "local.Test.Darken"})
+                     .empty());
+    openMenu();
+    EXPECT_TRUE(eye.waitUntilSeen([&] {
+        const auto areas = menus();
+        return !areas.empty() && eye.picture(areas.front()).brightness() < 80;
+    }));
+}
+
 TEST_F(MenuOfTheProgram, IsSaidInANoticeToBeReachedByASecondStartWhereThereIsNoTray) {
     const auto monitor = desktop.spawn("dbus-monitor", {"--session", "member='Notify'"});
     ASSERT_TRUE(monitor->waitForText("NameAcquired"));

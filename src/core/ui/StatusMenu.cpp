@@ -128,9 +128,9 @@ void AppDelegate::addEnableEntry() {
     if (IDApp() == variants::cursorHider)
         image = active ? "statusIconVellumor" : "statusIconVellumorOff";
     services.statusItem.setImage(image, true);
-    services.statusItem.setToolTip(services.bundle.displayName() + ": " +
-                                   services.bundle.localizedString(active ? "STATE_ON"
-                                                                          : "STATE_OFF"));
+    services.statusItem.setToolTip(
+        services.bundle.displayName() + ": " +
+        services.bundle.localizedString(active ? "STATE_ON" : "STATE_OFF"));
 }
 
 void AppDelegate::addDarkLevelEntry() {
