@@ -3,6 +3,7 @@
 #include "platform/CheckBox.h"
 
 #include <array>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -45,6 +46,9 @@ struct SliderView {
         std::string least{}, most{};
     };
     Ends ends{};
+    /// What the label says of a value; empty where there is nothing better than the number. It may
+    /// be called as long as the menu is as it was built.
+    std::function<std::string(double value)> text{};
 };
 
 /// The contents of an entry that is a picture of a screen with a check box at each corner and side.
@@ -53,6 +57,7 @@ struct BoundsView {
     struct Named {
         std::string_view name;
         CheckBox* box;
+        std::string text{}; ///< its place, in words
     };
     std::array<Named, 4> corners; ///< clockwise from the top left
     std::array<Named, 4> sides;   ///< left, top, right, bottom
@@ -60,14 +65,16 @@ struct BoundsView {
 };
 
 struct MenuItem {
-    std::string title;  ///< what names the entry: the key of its text where it has one
-    std::string text;   ///< as shown
-    std::string action; ///< selector sent when it is chosen; empty for none
-    int state = 0;      ///< 1 shows a mark
+    std::string title;     ///< what names the entry: the key of its text where it has one
+    std::string text;      ///< as shown
+    std::string action;    ///< selector sent when it is chosen; empty for none
+    int state = 0;         ///< 1 shows a mark
+    bool isToggle = false; ///< without its mark it shows that it could have one
     bool enabled = true;
     bool separator = false;
-    bool madeWithAction = false; ///< `action` may have been cleared since
-    std::string toolTip;
+    bool madeWithAction = false;  ///< `action` may have been cleared since
+    std::string toolTip;          ///< as inspected; by it a click knows what it opens
+    std::string hint;             ///< what is shown as the tool tip; empty for none
     std::string image;            ///< of the bundle; empty for none
     bool imageIsTemplate = false; ///< only its shape counts, the colour is the text's
     std::shared_ptr<Menu> submenu;

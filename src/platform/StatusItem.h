@@ -20,6 +20,9 @@ class StatusItem {
     /// leaves the item without a picture.
     virtual void setImage(std::string_view name, bool isTemplate) = 0;
 
+    /// The item's name, and what it is doing, in words: shown by the tray, and read out.
+    virtual void setToolTip(std::string_view text) = 0;
+
     /// Opens the menu as it stands and returns when it has closed. No timer fires meanwhile.
     virtual void popUpMenu() = 0;
 

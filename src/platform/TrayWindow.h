@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace platform {
@@ -24,6 +25,8 @@ class TrayWindow {
         /// A button (0 left, 1 right, 2 middle) was pressed and released on the icon. May run a
         /// modal loop: nobody holds the pointer any more.
         std::function<void(int button)> clicked;
+        /// The pointer has come onto the icon, or left it.
+        std::function<void(bool on)> hovered;
         /// `hasHost` answers otherwise than before. Not called from inside `show`.
         std::function<void()> hostChanged;
     };
@@ -33,8 +36,15 @@ class TrayWindow {
     /// From now on the icon is with the host, as often as one comes. Once.
     virtual void show(Handlers handlers) = 0;
 
-    /// False before `show`.
+    /// False before `show`, and where the host only passes the icon on to one of another kind.
     virtual bool hasHost() const = 0;
+
+    /// The colour that text has to have on the desktop's panels as they look now, whether or not
+    /// there is a host; none where that cannot be told. Not for the path of a pointer's event.
+    virtual std::optional<TrayColour> panelText() = 0;
+
+    /// The icon's name for hosts and for screen readers; UTF-8.
+    virtual void setTitle(const std::string& text) = 0;
 
     /// The picture is asked for again and painted, where there is a host.
     virtual void repaint() = 0;

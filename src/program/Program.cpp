@@ -202,6 +202,7 @@ platform::qt::Accessory* Program::accessory(const std::string& name, QWidget* pa
 }
 
 void Program::tellFailures() {
+    tray->onMissing([this] { notices.tell("NO_TRAY", "NO_TRAY_TEXT", bundle.displayName()); });
     settings.onSetAside([this](const std::string& file) {
         notices.tell("NOTICE_SETTINGS_ASIDE", "NOTICE_SETTINGS_ASIDE_TEXT", file);
     });

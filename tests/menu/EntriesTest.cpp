@@ -142,6 +142,54 @@ TEST_F(MenuEntries, ShowTheirTextAndTheirMark) {
     });
 }
 
+TEST_F(MenuEntries, ShowAnEmptyBoxWhereTheyAreTogglesThatAreOff) {
+    addEntry(menu, "Off", "off").isToggle = true;
+    whileOpen([&] {
+        EXPECT_TRUE(ask<bool>([] {
+            for (QWidget* window : QApplication::topLevelWidgets())
+                for (const QAction* action : window->actions())
+                    if (action->text() == "Off")
+                        return action->isCheckable() && !action->isChecked();
+            return false;
+        }));
+    });
+}
+
+TEST_F(MenuEntries, HaveTheirShortcutInItsColumnAndAHintForATip) {
+    MenuItem& both = addEntry(menu, "Switch Off" + std::string(32, ' ') + "Super+F2", "off");
+    both.toolTip = "611203457";
+    both.hint = "Vellumor";
+    whileOpen([&] {
+        EXPECT_TRUE(isOpen(entry("Switch Off\tSuper+F2")));
+        EXPECT_EQ(ask<QString>([] {
+                      for (QWidget* window : QApplication::topLevelWidgets())
+                          for (const QAction* action : window->actions())
+                              if (action->text().startsWith("Switch")) return action->toolTip();
+                      return QString();
+                  }),
+                  "Vellumor");
+    });
+}
+
+TEST_F(MenuEntries, AreChosenByTheirFirstLetter) {
+    EXPECT_EQ(heard([&] {
+                  hand.type('p');
+                  EXPECT_TRUE(target.waitFor("chosen plain leftDown/0"));
+              }),
+              Lines{"chosen plain leftDown/0"});
+}
+
+TEST_F(MenuEntries, AreGoneThroughByALetterThatBeginsSeveral) {
+    addEntry(menu, "Lost", "lost");
+    EXPECT_EQ(heard([&] {
+                  hand.type('l');
+                  hand.type('l');
+                  hand.type(key::enter);
+                  EXPECT_TRUE(target.waitFor("chosen lost leftDown/0"));
+              }),
+              Lines{"chosen lost leftDown/0"});
+}
+
 TEST_F(MenuEntries, TakeSeveralSeparatorsTogether) {
     int before = 0;
     whileOpen([&] { before = entry("Greyed").y(); });

@@ -1,5 +1,6 @@
 #include "platform/qt/pictures/Pictures.h"
 #include "Stage.h"
+#include "platform/qt/menu/EntryText.h"
 #include "platform/qt/pictures/ColourScheme.h"
 #include "strings/Strings.h"
 #include "testing/KeptLog.h"
@@ -83,8 +84,11 @@ TEST_F(MenuPictures, OfTemplatesHaveTheColourOfTheText) {
         const int text = QApplication::palette("QMenu").color(QPalette::Text).lightness();
         whileOpen([&] {
             EXPECT_TRUE(waitUntil([&] {
-                const auto pixels = besideText(
-                    ask<std::string>([&] { return program.app.mainMenu->items.front()->text; }));
+                const auto pixels = besideText(ask<std::string>([&] {
+                    const auto [label, shortcut] =
+                        platform::qt::entryText(*program.app.mainMenu->items.front());
+                    return (label + '\t' + shortcut).toStdString();
+                }));
                 return std::any_of(pixels.begin(), pixels.end(), [&](const Colour& pixel) {
                     return std::abs(pixel.green - text) < 16;
                 });

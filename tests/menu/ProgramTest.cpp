@@ -128,6 +128,50 @@ TEST_F(MenuOfTheProgram, IsDarkWhereTheDesktopAsksForIt) {
         const auto areas = menus();
         return !areas.empty() && eye.picture(areas.front()).brightness() < 80;
     }));
+    const Area slider = openSubmenu(3);
+    ASSERT_TRUE(eye.waitUntilSeen([&] {
+        const double brightness = eye.picture(slider).brightness();
+        return brightness > 32 && brightness < 80;
+    })) << "painted";
+    if (const char* pictures = std::getenv("PALISOR_PICTURES"))
+        eye.screenshot(std::string(pictures) + "/program-dark.png");
+    // What is drawn of the slider and its ticks below the label, against what is around it.
+    const auto lightest = [&](const Area& area) {
+        int found = 0;
+        for (const Colour& pixel : eye.picture(area).pixels)
+            found = std::max<int>(found, pixel.green);
+        return found;
+    };
+    const Area ticks{slider.x + 12, slider.y + 21, 186, 5};
+    const Area handle{slider.x + 12, slider.y + 30, 186, 14};
+    EXPECT_GT(lightest(ticks), 100);
+    EXPECT_GT(lightest(handle), 100);
+}
+
+TEST_F(MenuOfTheProgram, TurnsDarkWhenTheDesktopDoesWhileItRuns) {
+    auto portal = desktop.spawn(PORTAL, {"later"});
+    ASSERT_TRUE(portal->waitForText("ready"));
+    startWith({});
+    ASSERT_TRUE(isUpSoon());
+    EXPECT_FALSE(desktop
+                     .call({"--dest=org.freedesktop.portal.Desktop",
+                            "/org/freedesktop/portal/desktop", "local.Test.Darken"})
+                     .empty());
+    openMenu();
+    EXPECT_TRUE(eye.waitUntilSeen([&] {
+        const auto areas = menus();
+        return !areas.empty() && eye.picture(areas.front()).brightness() < 80;
+    }));
+}
+
+TEST_F(MenuOfTheProgram, IsSaidInANoticeToBeReachedByASecondStartWhereThereIsNoTray) {
+    const auto monitor = desktop.spawn("dbus-monitor", {"--session", "member='Notify'"});
+    ASSERT_TRUE(monitor->waitForText("NameAcquired"));
+    startWith({});
+    EXPECT_TRUE(monitor->waitForText("Start it once more to open its menu"))
+        << monitor->output() << program->errors();
+    const std::string told = monitor->output();
+    EXPECT_EQ(told.find("No place for the icon"), told.rfind("No place for the icon"));
 }
 
 TEST_F(MenuOfTheProgram, IsLightWithoutAPortal) {

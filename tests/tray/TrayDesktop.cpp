@@ -124,6 +124,18 @@ void TrayDesktop::startHost(Host host, Look look) {
     }
 }
 
+void TrayDesktop::startShippedLxqtPanel(const std::string& theme) {
+    write(desktop.configFolder() / "lxqt/lxqt.conf", "[General]\ntheme=" + theme + "\n");
+    const std::filesystem::path shipped = "/usr/share/lxqt/panel.conf";
+    std::filesystem::copy_file(shipped, desktop.configFolder() / "lxqt/panel.conf",
+                               std::filesystem::copy_options::overwrite_existing);
+    hostProcess = desktop.spawn("lxqt-panel");
+}
+
+void TrayDesktop::startShippedTint2(const std::string& configuration) {
+    hostProcess = desktop.spawn("tint2", {"-c", configuration});
+}
+
 void TrayDesktop::killHost() {
     hostProcess->signal(SIGKILL);
     hostProcess->wait();

@@ -27,6 +27,9 @@ class TrayDesktop {
     TrayDesktop();
 
     void startHost(Host host, Look look = {});
+    /// The panel as its package ships it, in one of the package's own themes.
+    void startShippedLxqtPanel(const std::string& theme);
+    void startShippedTint2(const std::string& configuration);
     /// A plain tray beside the host, at the top of the screen.
     std::unique_ptr<support::ChildProcess> startPlainTray(Look look = {});
     /// Kills it, as a crash would.

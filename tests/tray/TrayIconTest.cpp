@@ -64,6 +64,64 @@ TEST(TrayIcon, IsLightOnADarkPanel) {
     EXPECT_GT(tray.brightnessInTheMiddle(*icon), 150);
 }
 
+namespace {
+
+struct ShippedPanel {
+    const char* name;
+    bool composited;
+    void (*start)(TrayDesktop& tray);
+    bool dark;
+};
+
+void PrintTo(const ShippedPanel& panel, std::ostream* stream) {
+    *stream << panel.name << (panel.composited ? ", composited" : "");
+}
+
+template <bool composited>
+constexpr ShippedPanel shippedPanels[] = {
+    {"lxqt-dark", composited, [](TrayDesktop& tray) { tray.startShippedLxqtPanel("dark"); }, true},
+    {"lxqt-light", composited, [](TrayDesktop& tray) { tray.startShippedLxqtPanel("light"); },
+     false},
+    {"tint2", composited,
+     [](TrayDesktop& tray) { tray.startShippedTint2("/etc/xdg/tint2/tint2rc"); }, true},
+    {"tint2-dark", composited,
+     [](TrayDesktop& tray) {
+         tray.startShippedTint2("/usr/share/tint2/horizontal-dark-transparent.tint2rc");
+     },
+     true},
+    {"tint2-light", composited,
+     [](TrayDesktop& tray) {
+         tray.startShippedTint2("/usr/share/tint2/horizontal-light-opaque.tint2rc");
+     },
+     false},
+};
+
+class ShippedConfiguration : public testing::TestWithParam<ShippedPanel> {};
+
+} // namespace
+
+TEST_P(ShippedConfiguration, HasAnIconThatIsSeen) {
+    const ShippedPanel& panel = GetParam();
+    TrayDesktop tray;
+    if (panel.composited) tray.desktop.startCompositor();
+    panel.start(tray);
+    tray.startProgram();
+    const auto icon = tray.waitForPicture();
+    ASSERT_TRUE(icon) << tray.program().output();
+    ASSERT_TRUE(tray.clickArrives(*icon, middleOfX, middle));
+    EXPECT_TRUE(tray.waitForTemplate(*icon));
+    tray.keepPicture(std::string("shipped-") + panel.name +
+                     (panel.composited ? "-composited" : ""));
+    if (panel.dark)
+        EXPECT_GT(tray.brightnessInTheMiddle(*icon), 150);
+    else
+        EXPECT_LT(tray.brightnessInTheMiddle(*icon), 100);
+}
+
+INSTANTIATE_TEST_SUITE_P(TrayIcon, ShippedConfiguration, testing::ValuesIn(shippedPanels<false>));
+INSTANTIATE_TEST_SUITE_P(CompositedTrayIcon, ShippedConfiguration,
+                         testing::ValuesIn(shippedPanels<true>));
+
 // The pictures that the item offers are red: only the panel itself can have made it light.
 TEST(StatusNotifierItem, IsTintedByADarkPanel) {
     TrayDesktop tray;
@@ -124,6 +182,15 @@ TEST(TrayIcon, SaysOnceThatThereIsNoTrayAndComesWithTheFirst) {
     ASSERT_TRUE(tray.waitForPicture());
     const std::string output = tray.program().output();
     EXPECT_EQ(output.find("no tray"), output.rfind("no tray")) << output;
+}
+
+TEST(TrayIcon, TakesAWatcherWithoutAHostForNoTray) {
+    TrayDesktop tray;
+    const auto watcher = tray.desktop.spawn(WATCHER);
+    ASSERT_TRUE(watcher->waitForText("ready"));
+    tray.startProgram();
+    EXPECT_TRUE(tray.program().waitForText("no tray"));
+    EXPECT_EQ(watcher->output().find("registered"), std::string::npos);
 }
 
 TEST(TrayIcon, IsBlendedInACompositedPanel) {

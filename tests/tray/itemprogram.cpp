@@ -23,7 +23,7 @@ int main(int argc, char** argv) {
     const auto show = [&] {
         item = std::make_unique<StatusNotifierItem>(
             StatusNotifierItem::Identity{"org.example.itemtest", "Item test", icons.folder()},
-            StatusNotifierItem::Face{icons.publish(argv[2], pictures), pictures}, [](int) {});
+            StatusNotifierItem::Face{icons.nameOf(argv[2]), pictures}, [](int) {});
     };
     const QDBusConnection bus = QDBusConnection::sessionBus();
     const QDBusServiceWatcher host(StatusNotifierItem::watcherName, bus,

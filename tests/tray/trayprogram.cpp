@@ -3,6 +3,7 @@
 // the template, and a right one does so and changes it back at once.
 
 #include "platform/qt/loop/QtDescriptors.h"
+#include "platform/qt/tray/ExportedMenu.h"
 #include "platform/qt/tray/TrayIcon.h"
 #include "platform/x11/tray/TrayWindow.h"
 
@@ -33,12 +34,15 @@ int main(int argc, char** argv) {
     platform::x11::TrayWindow window(*opened.connection, identity.id, identity.title);
     platform::qt::TrayIcon icon(&window, pictures, identity, log);
     icon.setImage({argv[2], false});
+    const platform::Menu menu;
+    platform::qt::ExportedMenu exported(menu, {});
     int clicks = 0;
-    icon.show([&](int button) {
+    const auto clicked = [&](int button) {
         log.write("click " + std::to_string(++clicks) + " of button " + std::to_string(button));
         if (button != 0) icon.setImage({argv[3], true});
         if (button == 1) icon.setImage({argv[2], false});
-    });
+    };
+    icon.show(clicked, &exported);
     descriptors.start();
     log.write("started");
     return QApplication::exec();

@@ -373,7 +373,6 @@ class AppDelegate : private platform::MenuTarget, private platform::InfoTarget {
     bool clickedOnLink(const platform::InfoText& view, const std::string& link) override;
 
     MenuItem boundsViewItem();
-    MenuItem sliderItem(Slider slider, std::shared_ptr<Label> label) const;
     void setLabel(Label& label, std::string text);
     bool isActive() const;
     void toggleSetting(std::string_view key);

@@ -1,6 +1,7 @@
 #include "app/AppDelegate.h"
 #include "app/Keys.h"
 #include "app/Variants.h"
+#include "ui/SliderTexts.h"
 #include "util/Format.h"
 
 #include <cmath>
@@ -12,19 +13,30 @@ namespace palisor {
 using platform::EventType;
 using platform::Value;
 
+std::string darknessText(const platform::Bundle& texts, double exact) {
+    const auto value = static_cast<float>(exact);
+    if (static_cast<int>(value) == 0) return texts.localizedString("0_DARK_LEVEL");
+    const float percent = std::nearbyint(value / keys::darkestLevel * 100);
+    return std::to_string(static_cast<int>(percent)) + "%";
+}
+
+std::string timeText(const platform::Bundle& texts, double exact) {
+    const int value = static_cast<int>(exact);
+    if (value == 0) return texts.localizedString("0_SECONDI");
+    return formatted(texts.localizedString("N_SECONDI"), value);
+}
+
+std::string sensibilityText(const platform::Bundle& texts, double value) {
+    return formatted(texts.localizedString("N_SENSIBILITY"), static_cast<int>(value));
+}
+
 void AppDelegate::setLabel(Label& label, std::string text) {
     label.text = std::move(text);
     services.statusItem.labelChanged(label);
 }
 
 void AppDelegate::updateTV(const Slider& slider) {
-    const auto value = static_cast<float>(slider.value);
-    if (static_cast<int>(value) == 0) {
-        setLabel(*tv, services.bundle.localizedString("0_DARK_LEVEL"));
-        return;
-    }
-    const float percent = std::nearbyint(value / keys::darkestLevel * 100);
-    setLabel(*tv, std::to_string(static_cast<int>(percent)) + "%");
+    setLabel(*tv, darknessText(services.bundle, slider.value));
 }
 
 void AppDelegate::sliderDidMove(const Slider& slider) {
@@ -41,8 +53,7 @@ void AppDelegate::sliderDidMove(const Slider& slider) {
     }
     case variants::cursorHider:
         setAndSynchronize(keys::SCHEDULE, Value{std::to_string(value)});
-        setLabel(*tv, value == 0 ? services.bundle.localizedString("0_SECONDI")
-                                 : formatted(services.bundle.localizedString("N_SECONDI"), value));
+        setLabel(*tv, timeText(services.bundle, slider.value));
         return;
     default:
         return;
@@ -52,7 +63,7 @@ void AppDelegate::sliderDidMove(const Slider& slider) {
 void AppDelegate::velocitySliderDidMove(const Slider& slider) {
     const int value = static_cast<int>(slider.value);
     setAndSynchronize(keys::VELOCITY, Value{std::int64_t{value}});
-    setLabel(*tvVelocity, formatted(services.bundle.localizedString("N_SENSIBILITY"), value));
+    setLabel(*tvVelocity, sensibilityText(services.bundle, slider.value));
 }
 
 } // namespace palisor

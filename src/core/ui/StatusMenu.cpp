@@ -1,6 +1,7 @@
 #include "app/AppDelegate.h"
 #include "app/Keys.h"
 #include "app/Variants.h"
+#include "ui/SliderTexts.h"
 #include "ui/TAMBERLO.h"
 
 #include <algorithm>
@@ -47,6 +48,17 @@ std::shared_ptr<Label> makeLabel(std::string_view name) {
 
 const Slider& sliderOf(const Menu& menu) {
     return std::get<platform::SliderView>(menu.items.front()->view).slider;
+}
+
+/// `texts` must outlive the menu.
+MenuItem sliderItem(const platform::Bundle& texts, Slider slider, std::shared_ptr<Label> label,
+                    TextOfValue text) {
+    MenuItem item;
+    item.view =
+        platform::SliderView{.slider = std::move(slider),
+                             .label = std::move(label),
+                             .text = [&texts, text](double value) { return text(texts, value); }};
+    return item;
 }
 
 } // namespace
@@ -111,6 +123,7 @@ MenuItem AppDelegate::switchItem(std::string_view key, std::string_view action,
                                  std::string_view setting) const {
     MenuItem item = localizedItem(key, action);
     item.state = services.settings.boolForKey(setting) ? 1 : 0;
+    item.isToggle = true;
     return item;
 }
 
@@ -127,6 +140,9 @@ void AppDelegate::addEnableEntry() {
     if (IDApp() == variants::cursorHider)
         image = active ? "statusIconVellumor" : "statusIconVellumorOff";
     services.statusItem.setImage(image, true);
+    services.statusItem.setToolTip(
+        services.bundle.displayName() + ": " +
+        services.bundle.localizedString(active ? "STATE_ON" : "STATE_OFF"));
 }
 
 void AppDelegate::addDarkLevelEntry() {
@@ -134,7 +150,7 @@ void AppDelegate::addDarkLevelEntry() {
         makeSlider(0, keys::darkestLevel, services.settings.integerForKey(keys::OTHERS_DARK),
                    keys::darkestLevel + 1, "sliderDidMove:");
     updateTV(slider);
-    add(*timeSubMenu, sliderItem(slider, tv));
+    add(*timeSubMenu, sliderItem(services.bundle, slider, tv, darknessText));
     MenuItem entry = localizedItem("DARK_LEVEL");
     entry.submenu = timeSubMenu;
     entry.enabled = isActive();
@@ -146,7 +162,7 @@ void AppDelegate::addTimeSlider() {
     const Slider slider =
         makeSlider(0, longestTime, services.settings.integerForKey(keys::SCHEDULE),
                    static_cast<int>(longestTime) + 1, "sliderDidMove:");
-    MenuItem item = sliderItem(slider, tv);
+    MenuItem item = sliderItem(services.bundle, slider, tv, timeText);
     sliderDidMove(slider);
     add(*timeSubMenu, std::move(item));
 }
@@ -166,9 +182,10 @@ void AppDelegate::addVelocityEntry() {
                    static_cast<int>(strongestPush) / 10 + 1, "velocitySliderDidMove:");
     MenuItem entry = localizedItem("VELOCITYText", "pressVelocity:");
     velocitySubMenu = makeMenu("");
-    add(*velocitySubMenu, sliderItem(slider, tvVelocity));
+    add(*velocitySubMenu, sliderItem(services.bundle, slider, tvVelocity, sensibilityText));
     std::get<platform::SliderView>(velocitySubMenu->items.front()->view).ends = {
         services.bundle.localizedString("LESS"), services.bundle.localizedString("MORE")};
+    entry.isToggle = true;
     entry.enabled = isActive();
     if (services.settings.boolForKey(keys::VELOCITY_OPTION)) {
         entry.state = 1;
@@ -195,6 +212,7 @@ void AppDelegate::addTimeModeEntry() {
     const bool timeMode = services.settings.boolForKey(keys::TIME_MODE);
     if (timeMode) time.submenu = timeSubMenu;
     time.state = timeMode ? 1 : 0;
+    time.isToggle = itemHotBorders->isToggle = true;
     time.enabled = isActive() && !hotBorders;
     itemHotBorders->enabled = isActive();
     if (hotBorders) {
@@ -232,23 +250,19 @@ void AppDelegate::addPromotion() {
     TAMBERLO::addOtherItemsToMenu_shortVersion_skippingAPP(services, *mainMenu, true, ownId);
 }
 
-MenuItem AppDelegate::sliderItem(Slider slider, std::shared_ptr<Label> label) const {
-    MenuItem item;
-    item.view = platform::SliderView{.slider = std::move(slider), .label = std::move(label)};
-    return item;
-}
-
 MenuItem AppDelegate::boundsViewItem() {
+    const auto& bundle = services.bundle;
     MenuItem item;
-    item.view = platform::BoundsView{.corners = {{{"butangolo1", &butangolo1},
-                                                  {"butangolo2", &butangolo2},
-                                                  {"butangolo3", &butangolo3},
-                                                  {"butangolo4", &butangolo4}}},
-                                     .sides = {{{"butlato1", &butlato1},
-                                                {"butlato2", &butlato2},
-                                                {"butlato3", &butlato3},
-                                                {"butlato4", &butlato4}}},
-                                     .explanation = TFBounds};
+    item.view = platform::BoundsView{
+        .corners = {{{"butangolo1", &butangolo1, bundle.localizedString("CORNER_TOP_LEFT")},
+                     {"butangolo2", &butangolo2, bundle.localizedString("CORNER_TOP_RIGHT")},
+                     {"butangolo3", &butangolo3, bundle.localizedString("CORNER_BOTTOM_RIGHT")},
+                     {"butangolo4", &butangolo4, bundle.localizedString("CORNER_BOTTOM_LEFT")}}},
+        .sides = {{{"butlato1", &butlato1, bundle.localizedString("SIDE_LEFT")},
+                   {"butlato2", &butlato2, bundle.localizedString("SIDE_TOP")},
+                   {"butlato3", &butlato3, bundle.localizedString("SIDE_RIGHT")},
+                   {"butlato4", &butlato4, bundle.localizedString("SIDE_BOTTOM")}}},
+        .explanation = TFBounds};
     return item;
 }
 

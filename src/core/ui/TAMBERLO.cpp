@@ -53,6 +53,7 @@ std::unique_ptr<platform::MenuItem> itemOf(const Slot& slot) {
     item->title = formatted(std::string(slot.format), slot.title);
     item->text = item->title;
     if (slot.kind == Kind::heading) return item;
+    item->hint = item->title;
     item->action = "openApp:";
     item->madeWithAction = true;
     item->image = "miniicon_" + std::string(slot.id);

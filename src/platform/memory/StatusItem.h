@@ -19,6 +19,8 @@ class StatusItem final : public platform::StatusItem {
         effects.emit("statusImage", Member{"name", name}, Member{"template", isTemplate});
     }
 
+    void setToolTip(std::string_view text) override { toolTip = text; }
+
     void popUpMenu() override { effects.emit("popUpMenu"); }
 
     void labelChanged(const Label& label) override {
@@ -27,12 +29,14 @@ class StatusItem final : public platform::StatusItem {
 
     /// Null before there is an item.
     Menu* menu() const { return mainMenu; }
+    const std::string& shownToolTip() const { return toolTip; }
     MenuTarget* menuTarget() const { return target; }
 
   private:
     Effects& effects;
     Menu* mainMenu = nullptr;
     MenuTarget* target = nullptr;
+    std::string toolTip;
 };
 
 } // namespace platform::memory

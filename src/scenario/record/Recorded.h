@@ -64,6 +64,7 @@ class RecordedStatusItem final : public platform::StatusItem, private platform::
     void setImage(std::string_view name, bool isTemplate) override {
         real.setImage(name, isTemplate);
     }
+    void setToolTip(std::string_view text) override { real.setToolTip(text); }
     void popUpMenu() override { real.popUpMenu(); }
     void labelChanged(const platform::Label& label) override { real.labelChanged(label); }
 

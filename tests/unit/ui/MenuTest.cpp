@@ -305,6 +305,14 @@ TEST(StatusImage, FollowsTheStateAndTheProductAndIsATemplate) {
     }
 }
 
+TEST(StatusItem, SaysInWordsWhetherTheProductIsOn) {
+    Program program(variants::barrier);
+    program.launched();
+    EXPECT_THAT(program.platform.statusItem.shownToolTip(), testing::EndsWith(": STATE_ON"));
+    program.app.enableDisable();
+    EXPECT_THAT(program.platform.statusItem.shownToolTip(), testing::EndsWith(": STATE_OFF"));
+}
+
 TEST(StatusMenu, OpensByItselfOnTheVeryFirstRunAndNeverAgain) {
     Program program(variants::cursorHider);
     program.app.applicationDidFinishLaunching();

@@ -2,6 +2,7 @@
 
 #include "platform/qt/loop/QtApplication.h"
 #include "platform/qt/menu/BoundsPanel.h"
+#include "platform/qt/menu/EntryText.h"
 #include "platform/qt/menu/MenuStyle.h"
 #include "platform/qt/menu/SliderPanel.h"
 #include "platform/qt/pictures/Pictures.h"
@@ -18,8 +19,11 @@ namespace platform::qt {
 namespace {
 
 // The toolkit takes an ampersand for the mark of a mnemonic.
-QString plainText(const std::string& text) {
-    return QString::fromStdString(text).replace('&', "&&");
+QString plainText(const MenuItem& item) {
+    auto [text, shortcut] = entryText(item);
+    text.replace('&', "&&");
+    // Behind a tabulator is the column of the shortcuts.
+    return shortcut.isEmpty() ? text : text + '\t' + shortcut;
 }
 
 bool isChoice(int key) {
@@ -58,13 +62,11 @@ void MenuPopup::fill(const Menu& menu, const std::vector<std::size_t>& path) {
 }
 
 void MenuPopup::addEntry(const MenuItem& item, const std::vector<std::size_t>& path) {
-    QAction& action = *addAction(plainText(item.text));
-    if (item.state != 0) {
-        action.setCheckable(true);
-        action.setChecked(true);
-    }
+    QAction& action = *addAction(plainText(item));
+    action.setCheckable(item.isToggle || item.state != 0);
+    action.setChecked(item.state != 0);
     action.setEnabled(!item.greyed());
-    if (!item.toolTip.empty()) action.setToolTip(QString::fromStdString(item.toolTip));
+    action.setToolTip(QString::fromStdString(item.hint));
     if (!item.image.empty() && listener->icons != nullptr) {
         action.setIcon(listener->icons->menuIcon(item.image, item.imageIsTemplate));
         action.setIconVisibleInMenu(true);
@@ -180,7 +182,31 @@ void MenuPopup::keyPressEvent(QKeyEvent* event) {
         action->trigger();
         return;
     }
+    if (chooseByLetter(*event)) {
+        event->accept();
+        return;
+    }
     QMenu::keyPressEvent(event);
+}
+
+// As in every menu: a letter that begins one entry chooses it, and one that begins several goes
+// from each to the next.
+bool MenuPopup::chooseByLetter(const QKeyEvent& key) {
+    const QString letter = key.text();
+    const auto others = key.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier);
+    if (letter.size() != 1 || !letter[0].isLetterOrNumber() || others != Qt::NoModifier)
+        return false;
+    QList<QAction*> begun;
+    for (QAction* action : actions())
+        if (action->isEnabled() && action->text().startsWith(letter, Qt::CaseInsensitive))
+            begun += action;
+    if (begun.isEmpty()) return false;
+    const auto next = begun.indexOf(activeAction()) + 1;
+    setActiveAction(begun[next % begun.size()]);
+    if (begun.size() > 1) return true;
+    QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+    keyPressEvent(&enter);
+    return true;
 }
 
 // The pointer over a panel is not seen by the menu itself.

@@ -59,6 +59,7 @@ class MenuPopup final : public QMenu {
     void listenTo(QAction& action, MenuEntryId entry);
     /// Whether the entry is chosen although it has a submenu.
     bool sends(const QAction* action) const;
+    bool chooseByLetter(const QKeyEvent& key);
     MenuPanel* panelOf(const QAction* action) const;
     void showActive(const QAction* now);
 

@@ -2,15 +2,28 @@
 
 #include <QKeyEvent>
 #include <QLabel>
+#include <algorithm>
 
 namespace platform::qt {
 
 SliderPanel::SliderPanel(const SliderView& view, MenuSlider::Moved moved)
     : text(new QLabel(this)), slider(new MenuSlider(view.slider, std::move(moved))) {
-    constexpr int width = static_cast<int>(SliderView::width);
-    constexpr int height = static_cast<int>(SliderView::height);
-    constexpr int labelHeight = static_cast<int>(SliderView::labelHeight);
     constexpr int inset = static_cast<int>(SliderView::sliderInset);
+    constexpr int sliderHeight = static_cast<int>(SliderView::height - SliderView::labelHeight);
+    // As the model has it, unless the font is too large for that.
+    const QFontMetrics font = text->fontMetrics();
+    int textWidth = 0;
+    const auto leaveRoomFor = [&](const std::string& words) {
+        textWidth = std::max(textWidth, font.horizontalAdvance(QString::fromStdString(words)));
+    };
+    if (view.label) leaveRoomFor(view.label->text);
+    const int ticks = std::max(view.slider.tickMarks, 2);
+    const double step = (view.slider.maximum - view.slider.minimum) / (ticks - 1);
+    for (int tick = 0; view.text && tick < ticks; ++tick)
+        leaveRoomFor(view.text(view.slider.minimum + tick * step));
+    const int width = std::max(static_cast<int>(SliderView::width), textWidth + 2 * inset);
+    const int labelHeight = std::max(static_cast<int>(SliderView::labelHeight), font.height());
+    const int height = labelHeight + sliderHeight;
     setFixedSize(width, height);
     text->setGeometry(0, 0, width, labelHeight);
     text->setAlignment(Qt::AlignCenter);

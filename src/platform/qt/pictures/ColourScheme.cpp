@@ -11,8 +11,15 @@ namespace platform::qt {
 
 namespace {
 
+constexpr const char* portalName = "org.freedesktop.portal.Desktop";
+constexpr const char* portalPath = "/org/freedesktop/portal/desktop";
+constexpr const char* settingsName = "org.freedesktop.portal.Settings";
+constexpr const char* appearance = "org.freedesktop.appearance";
+constexpr const char* colourKey = "color-scheme";
+
 constexpr uint prefersDark = 1;
 constexpr QColor darkOutlines(0x84, 0x84, 0x84);
+constexpr QColor lightHandle(0xc8, 0xc8, 0xc8), lightHighlight(0x6c, 0xa8, 0xf0);
 constexpr int middleLightness = 128;
 
 // The portal wraps the value in one variant or, in its older call, in two.
@@ -25,18 +32,24 @@ QVariant unwrapped(QVariant value) {
 } // namespace
 
 ColourScheme::ColourScheme() : given(QApplication::palette()) {
+    QDBusConnection::sessionBus().connect(portalName, portalPath, settingsName, "SettingChanged",
+                                          this,
+                                          SLOT(settingChanged(QString, QString, QDBusVariant)));
     refresh();
+}
+
+void ColourScheme::settingChanged(const QString& group, const QString& key,
+                                  const QDBusVariant& value) {
+    if (group == appearance && key == colourKey)
+        apply(unwrapped(value.variant()).toUInt() == prefersDark);
 }
 
 void ColourScheme::refresh() {
     const QDBusConnection bus = QDBusConnection::sessionBus();
     if (asking || !bus.isConnected()) return;
     asking = true;
-    auto call = QDBusMessage::createMethodCall("org.freedesktop.portal.Desktop",
-                                               "/org/freedesktop/portal/desktop",
-                                               "org.freedesktop.portal.Settings", "Read");
-    call << "org.freedesktop.appearance"
-         << "color-scheme";
+    auto call = QDBusMessage::createMethodCall(portalName, portalPath, settingsName, "Read");
+    call << appearance << colourKey;
     auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(call), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
         answer->deleteLater();
@@ -55,8 +68,15 @@ void ColourScheme::apply(bool dark) {
     // The plain style draws outlines and tick marks a shade darker than a window, which
     // cannot be seen on the dark base of a menu.
     if (dark) palette.setColor(QPalette::Window, darkOutlines);
-    for (const char* drawnOnBase : {"QMenu", "QSlider", "QCheckBox"})
+    for (const char* drawnOnBase : {"QMenu", "QCheckBox"})
         QApplication::setPalette(palette, drawnOnBase);
+    // The handle has the colour of a button, and where it is at work its outline and the tick marks
+    // have a shade of the highlight.
+    if (dark) {
+        palette.setColor(QPalette::Button, lightHandle);
+        palette.setColor(QPalette::Highlight, lightHighlight);
+    }
+    QApplication::setPalette(palette, "QSlider");
 }
 
 QPalette ColourScheme::darkPalette() {

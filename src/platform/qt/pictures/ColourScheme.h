@@ -1,13 +1,17 @@
 #pragma once
 
+#include <QDBusVariant>
 #include <QObject>
 #include <QPalette>
 
 namespace platform::qt {
 
 /// The user's wish for dark windows, from the desktop portal's appearance settings, for sessions
-/// whose own platform theme does not bring it. A palette that is dark already stays as it is.
+/// whose own platform theme does not bring it. It is followed while the object lives. A palette
+/// that is dark already stays as it is.
 class ColourScheme final : public QObject {
+    Q_OBJECT
+
   public:
     /// Without a portal, or without a session bus, nothing changes.
     ColourScheme();
@@ -16,6 +20,9 @@ class ColourScheme final : public QObject {
     void refresh();
 
     static QPalette darkPalette();
+
+  private Q_SLOTS:
+    void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
 
   private:
     void apply(bool dark);

@@ -1,6 +1,6 @@
 #include "platform/qt/pictures/SymbolicIcons.h"
 
-#include <QDir>
+#include <QFile>
 #include <QStandardPaths>
 #include <filesystem>
 
@@ -31,18 +31,10 @@ SymbolicIcons::SymbolicIcons(const Pictures& images, const std::string& id) {
     path = QString::fromStdString(folder.string());
 }
 
-// lxqt looks for PNG files only, in every folder two levels below "hicolor", and shows nothing
-// where it finds a name without one. Hosts that tint read only the folders of the theme's own
-// index, so that these names, which no theme has, hide the files from them.
-QString SymbolicIcons::publish(const std::string& name, const QList<QImage>& pictures) const {
-    if (path.isEmpty() || pictures.isEmpty()) return {};
-    const QString iconName = QString::fromStdString(name + ending);
-    for (const QImage& picture : pictures) {
-        const QDir plain(QString("%1/hicolor/plain%2/status").arg(path).arg(picture.width()));
-        plain.mkpath(".");
-        picture.save(plain.filePath(iconName + ".png"));
-    }
-    return iconName;
+QString SymbolicIcons::nameOf(const std::string& picture) const {
+    const std::string name = picture + ending;
+    const bool isThere = QFile::exists(path + "/" + QString::fromStdString(name) + ".svg");
+    return isThere && !path.isEmpty() ? QString::fromStdString(name) : QString();
 }
 
 } // namespace platform::qt

@@ -2,7 +2,6 @@
 
 #include "platform/qt/pictures/Pictures.h"
 
-#include <QList>
 #include <QString>
 #include <string>
 
@@ -18,9 +17,8 @@ class SymbolicIcons {
 
     const QString& folder() const { return path; }
 
-    /// The name for the host; empty without a folder. `pictures` are those of several sizes for a
-    /// host that does not tint.
-    QString publish(const std::string& name, const QList<QImage>& pictures) const;
+    /// The name for the host; empty without a folder or without such a picture.
+    QString nameOf(const std::string& picture) const;
 
   private:
     QString path;

@@ -49,11 +49,30 @@ QtStatusItem::~QtStatusItem() = default;
 void QtStatusItem::create(Menu& newMenu, MenuTarget& newTarget) {
     menu = &newMenu;
     target = &newTarget;
-    if (tray != nullptr) tray->show([this](int button) { clicked(button); });
+    exported.emplace(
+        newMenu, ExportedMenu::Handlers{.chosen =
+                                            [this](const MenuEntryId& entry) {
+                                                if (bringAlertToFront()) return;
+                                                const QtApplication::EventScope event(
+                                                    application, {EventType::leftMouseDown, 0});
+                                                choose(entry);
+                                            },
+                                        .moved =
+                                            [this](const MenuEntryId& entry, double value) {
+                                                sliderMoved(entry, value, EventType::leftMouseUp);
+                                            },
+                                        .clicked = [this](CheckBox& box) { boxClicked(box); }});
+    if (tray != nullptr) tray->show([this](int button) { clicked(button); }, &*exported);
 }
 
 void QtStatusItem::setImage(std::string_view name, bool isTemplate) {
     if (tray != nullptr) tray->setImage({std::string(name), isTemplate});
+    // Every menu that is built sets it.
+    if (exported) exported->changed();
+}
+
+void QtStatusItem::setToolTip(std::string_view text) {
+    if (tray != nullptr) tray->setToolTip(std::string(text));
 }
 
 void QtStatusItem::popUpMenu() {
@@ -66,14 +85,18 @@ void QtStatusItem::popUpMenu() {
         chosen = popup.run(QCursor::pos());
         open = nullptr;
     }
-    if (!chosen) return;
-    // No longer there, or greyed meanwhile: then it was not what the user saw.
-    MenuItem* const item = findEntry(*menu, *chosen);
+    if (chosen) choose(*chosen);
+}
+
+// No longer there, or greyed meanwhile: then it was not what the user saw.
+void QtStatusItem::choose(const MenuEntryId& entry) {
+    MenuItem* const item = findEntry(*menu, entry);
     if (item != nullptr && !item->greyed()) target->chosen(*item);
 }
 
 void QtStatusItem::labelChanged(const Label& label) {
     if (open != nullptr) open->showLabel(label);
+    if (exported) exported->changed();
 }
 
 void QtStatusItem::clicked(int buttonNumber) {

@@ -3,6 +3,9 @@
 #include "platform/StatusItem.h"
 #include "platform/qt/loop/QtRunLoop.h"
 #include "platform/qt/menu/MenuPopup.h"
+#include "platform/qt/tray/ExportedMenu.h"
+
+#include <optional>
 
 namespace platform::qt {
 
@@ -21,6 +24,7 @@ class QtStatusItem final : public StatusItem {
 
     void create(Menu& menu, MenuTarget& target) override;
     void setImage(std::string_view name, bool isTemplate) override;
+    void setToolTip(std::string_view text) override;
     void popUpMenu() override;
     void labelChanged(const Label& label) override;
 
@@ -33,6 +37,7 @@ class QtStatusItem final : public StatusItem {
     void activate();
 
   private:
+    void choose(const MenuEntryId& entry);
     void sliderMoved(const MenuEntryId& entry, double value, EventType how);
     void boxClicked(CheckBox& box);
 
@@ -43,6 +48,7 @@ class QtStatusItem final : public StatusItem {
     Menu* menu = nullptr;
     MenuTarget* target = nullptr;
     MenuPopup* open = nullptr; ///< while it is
+    std::optional<ExportedMenu> exported;
 };
 
 } // namespace platform::qt

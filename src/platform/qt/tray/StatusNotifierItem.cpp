@@ -1,9 +1,13 @@
 #include "platform/qt/tray/StatusNotifierItem.h"
 
+#include "platform/qt/tray/ExportedMenu.h"
+#include "platform/qt/tray/ItemHosts.h"
+
 #include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusMetaType>
+#include <QDBusObjectPath>
 #include <QDBusVirtualObject>
 #include <QtEndian>
 #include <optional>
@@ -69,22 +73,30 @@ Pixmap toPixmap(const QImage& picture) {
 
 class StatusNotifierItem::Object final : public QDBusVirtualObject {
   public:
-    Object(const Identity& whose, Clicked handler) : identity(whose), clicked(std::move(handler)) {}
+    Object(const Identity& whose, Clicked handler, bool withMenu)
+        : identity(whose), clicked(std::move(handler)), hasMenu(withMenu) {}
 
     QString introspect(const QString&) const override {
         QString text = QString("<interface name=\"%1\">").arg(interfaceName);
-        for (const auto& [name, value] : properties().asKeyValueRange())
+        for (const auto& [name, value] : properties({}).asKeyValueRange())
             text += QString("<property name=\"%1\" type=\"%2\" access=\"read\"/>")
                         .arg(name, QDBusMetaType::typeToSignature(value.metaType()));
         const QString method("<method name=\"%1\"><arg type=\"i\" direction=\"in\"/>"
                              "<arg type=\"%2\" direction=\"in\"/></method>");
         for (const char* click : {"Activate", "SecondaryActivate", "ContextMenu"})
             text += method.arg(click, "i");
-        return text + method.arg("Scroll", "s") + "<signal name=\"NewIcon\"/></interface>";
+        return text + method.arg("Scroll", "s") +
+               "<signal name=\"NewIcon\"/>"
+               "<signal name=\"NewTitle\"/><signal name=\"NewToolTip\"/></interface>";
     }
 
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {
-        if (message.interface() == propertiesName) return answerProperties(message, bus);
+        if (message.interface() == propertiesName) {
+            hosts.tell(bus, message.service(), [this, message, bus](const ItemHost& host) {
+                answerProperties(message, bus, host);
+            });
+            return true;
+        }
         // A caller may leave the interface out.
         if (!message.interface().isEmpty() && message.interface() != interfaceName) return false;
         if (message.member() == "Scroll") return bus.send(message.createReply());
@@ -97,6 +109,8 @@ class StatusNotifierItem::Object final : public QDBusVirtualObject {
         return true;
     }
 
+    void setTitle(const QString& title) { identity.title = title; }
+
     Face face;
 
   private:
@@ -107,43 +121,59 @@ class StatusNotifierItem::Object final : public QDBusVirtualObject {
         return {};
     }
 
-    bool answerProperties(const QDBusMessage& message, const QDBusConnection& bus) const {
-        const QVariantMap all = properties();
+    void answerProperties(const QDBusMessage& message, const QDBusConnection& bus,
+                          const ItemHost& host) const {
+        const QVariantMap all = properties(host);
         const QVariantList arguments = message.arguments();
-        if (message.member() == "GetAll") return bus.send(message.createReply(all));
-        if (message.member() != "Get" || arguments.size() != 2) return false;
-        const auto found = all.find(arguments[1].toString());
-        if (found == all.end())
-            return bus.send(
-                message.createErrorReply(QDBusError::UnknownProperty, "no such property"));
-        return bus.send(message.createReply(QVariant::fromValue(QDBusVariant(*found))));
+        const auto found =
+            arguments.size() == 2 ? all.find(arguments[1].toString()) : all.constEnd();
+        if (message.member() == "GetAll")
+            bus.send(message.createReply(all));
+        else if (message.member() != "Get")
+            bus.send(message.createErrorReply(QDBusError::UnknownMethod, "no such method"));
+        else if (found == all.end())
+            bus.send(message.createErrorReply(QDBusError::UnknownProperty, "no such property"));
+        else
+            bus.send(message.createReply(QVariant::fromValue(QDBusVariant(*found))));
     }
 
-    // No "Menu": hosts that see one never pass a right click on.
-    QVariantMap properties() const {
+    // Hosts that see a "Menu" never pass a right click on: those that would, see none.
+    QVariantMap properties(const ItemHost& host) const {
         Pixmaps pixmaps;
         for (const QImage& picture : face.pictures)
             pixmaps += toPixmap(picture);
-        return {{"Category", "ApplicationStatus"},
-                {"Id", identity.id},
-                {"Title", identity.title},
-                {"Status", "Active"},
-                {"WindowId", 0},
-                {"IconName", face.iconName},
-                {"IconThemePath", identity.themePath},
-                {"IconPixmap", QVariant::fromValue(pixmaps)},
-                {"ToolTip", QVariant::fromValue(ToolTip{{}, {}, identity.title, {}})},
-                {"ItemIsMenu", false}};
+        const QString iconName = host.tintsIcons ? face.iconName : QString();
+        const QVariant none = QVariant::fromValue(Pixmaps());
+        QVariantMap all{{"Category", "ApplicationStatus"},
+                        {"Id", identity.id},
+                        {"Title", identity.title},
+                        {"Status", "Active"},
+                        {"WindowId", 0},
+                        {"IconName", iconName},
+                        {"IconThemePath", identity.themePath},
+                        {"IconPixmap", QVariant::fromValue(pixmaps)},
+                        {"OverlayIconName", ""},
+                        {"OverlayIconPixmap", none},
+                        {"AttentionIconName", ""},
+                        {"AttentionIconPixmap", none},
+                        {"ToolTip", QVariant::fromValue(ToolTip{{}, {}, identity.title, {}})},
+                        {"ItemIsMenu", false}};
+        if (hasMenu && !host.passesClicks)
+            all["Menu"] = QVariant::fromValue(QDBusObjectPath(ExportedMenu::path));
+        return all;
     }
 
     Identity identity;
     Clicked clicked;
+    bool hasMenu;
+    ItemHosts hosts;
 };
 
-StatusNotifierItem::StatusNotifierItem(const Identity& identity, Face face, Clicked clicked)
+StatusNotifierItem::StatusNotifierItem(const Identity& identity, Face face, Clicked clicked,
+                                       ExportedMenu* menu)
     : connectionName(identity.id + "-status-item"),
       bus(QDBusConnection::connectToBus(QDBusConnection::SessionBus, connectionName)),
-      object(std::make_unique<Object>(identity, std::move(clicked))) {
+      object(std::make_unique<Object>(identity, std::move(clicked), menu != nullptr)) {
     qDBusRegisterMetaType<Pixmap>();
     qDBusRegisterMetaType<Pixmaps>();
     qDBusRegisterMetaType<ToolTip>();
@@ -152,6 +182,7 @@ StatusNotifierItem::StatusNotifierItem(const Identity& identity, Face face, Clic
         QString("org.kde.StatusNotifierItem-%1-1").arg(QCoreApplication::applicationPid());
     // The object comes first: whoever sees the name may call it.
     bus.registerVirtualObject(objectPath, object.get());
+    if (menu != nullptr) menu->offerOn(bus);
     bus.registerService(service);
     auto registration = QDBusMessage::createMethodCall(watcherName, "/StatusNotifierWatcher",
                                                        watcherName, "RegisterStatusNotifierItem");
@@ -166,6 +197,12 @@ StatusNotifierItem::~StatusNotifierItem() {
 void StatusNotifierItem::setFace(Face face) {
     object->face = std::move(face);
     bus.send(QDBusMessage::createSignal(objectPath, interfaceName, "NewIcon"));
+}
+
+void StatusNotifierItem::setTitle(const QString& title) {
+    object->setTitle(title);
+    for (const char* change : {"NewTitle", "NewToolTip"})
+        bus.send(QDBusMessage::createSignal(objectPath, interfaceName, change));
 }
 
 } // namespace platform::qt

@@ -9,12 +9,14 @@
 
 namespace platform::qt {
 
-/// An org.kde.StatusNotifierItem without an exported menu, so that hosts pass clicks on. It is
-/// registered with the watcher while it lives, over a bus connection of its own: hosts that know
-/// an item by its connection let it go with the object. Main thread.
+class ExportedMenu;
+
+/// An org.kde.StatusNotifierItem. Hosts that pass every click on are shown no menu; the others show
+/// the exported one. It is registered with the watcher while it lives, over a bus connection of its
+/// own: hosts that know an item by its connection let it go with the object. Main thread.
 class StatusNotifierItem {
   public:
-    /// What hosts show. They take the icon by name if they find it, else a picture.
+    /// What hosts show: the icon of that name where they tint it, else a picture.
     struct Face {
         QString iconName;
         QList<QImage> pictures; ///< of several sizes
@@ -27,12 +29,15 @@ class StatusNotifierItem {
     /// 0 left, 1 right, 2 middle. Called from the run loop, not from inside the host's call.
     using Clicked = std::function<void(int button)>;
 
-    StatusNotifierItem(const Identity& identity, Face face, Clicked clicked);
+    /// Without a menu all hosts are taken for such that pass clicks on. The menu must outlive it.
+    StatusNotifierItem(const Identity& identity, Face face, Clicked clicked,
+                       ExportedMenu* menu = nullptr);
     ~StatusNotifierItem();
     StatusNotifierItem(const StatusNotifierItem&) = delete;
     StatusNotifierItem& operator=(const StatusNotifierItem&) = delete;
 
     void setFace(Face face);
+    void setTitle(const QString& title);
 
     static constexpr const char* watcherName = "org.kde.StatusNotifierWatcher";
 

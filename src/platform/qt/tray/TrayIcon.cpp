@@ -1,13 +1,16 @@
 #include "platform/qt/tray/TrayIcon.h"
 
+#include <QApplication>
+#include <QCursor>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
-#include <QGuiApplication>
+#include <QDBusVariant>
 #include <QPalette>
 #include <QTimer>
+#include <QToolTip>
 #include <chrono>
 #include <utility>
 
@@ -16,6 +19,14 @@ namespace platform::qt {
 namespace {
 
 constexpr std::chrono::seconds timeForThePanel{3};
+/// A slow login takes its time, and a notice that was wrong would come at each.
+constexpr std::chrono::seconds timeForASlowLogin{10};
+constexpr std::chrono::milliseconds restBeforeToolTip{700};
+
+/// A panel that has just come paints itself, and so does a compositor, after the icon is there: its
+/// tint is told anew when they have.
+constexpr std::chrono::milliseconds timesToLookAgain[] = {std::chrono::milliseconds(500),
+                                                          std::chrono::milliseconds(3000)};
 
 constexpr int itemSizes[] = {16, 22, 24, 32, 44, 48, 64}; // of panels at 100, 150 and 200 %
 
@@ -27,17 +38,74 @@ QColor textColour() {
 
 TrayIcon::TrayIcon(TrayWindow* ofTheWindowSystem, const Pictures& pictures, Identity whose,
                    Log& logger)
-    : window(ofTheWindowSystem), images(pictures), identity(std::move(whose)), log(logger) {}
+    : window(ofTheWindowSystem), images(pictures), identity(std::move(whose)), log(logger) {
+    toolTipDelay.setSingleShot(true);
+    toolTipDelay.setInterval(restBeforeToolTip);
+    connect(&toolTipDelay, &QTimer::timeout, this,
+            [this] { QToolTip::showText(QCursor::pos(), QString::fromStdString(identity.title)); });
+}
 
 TrayIcon::~TrayIcon() = default;
 
-void TrayIcon::show(std::function<void(int)> handler) {
+void TrayIcon::show(std::function<void(int)> handler, ExportedMenu* exported) {
     clicked = std::move(handler);
+    menu = exported;
     if (window != nullptr)
         window->show({.draw = [this](int size, auto panel) { return drawn(size, panel); },
-                      .clicked = clicked,
-                      .hostChanged = [this] { settle(); }});
+                      .clicked =
+                          [this](int button) {
+                              hovered(false);
+                              clicked(button);
+                          },
+                      .hovered = [this](bool on) { hovered(on); },
+                      .hostChanged =
+                          [this] {
+                              settle();
+                              lookAgain();
+                          }});
+    lookAgain();
+    qApp->installEventFilter(this);
     watchBus();
+}
+
+void TrayIcon::hovered(bool on) {
+    if (on) return toolTipDelay.start();
+    toolTipDelay.stop();
+    QToolTip::hideText();
+}
+
+void TrayIcon::setToolTip(const std::string& text) {
+    if (text == identity.title) return;
+    identity.title = text;
+    if (window != nullptr) window->setTitle(text);
+    if (item) item->setTitle(QString::fromStdString(text));
+}
+
+void TrayIcon::lookAgain() {
+    for (const auto time : timesToLookAgain)
+        QTimer::singleShot(time, this, [this] {
+            if (item) measurePanel();
+            setImage(image);
+        });
+}
+
+void TrayIcon::measurePanel() {
+    const auto colour = window != nullptr ? window->panelText() : std::nullopt;
+    panelText.reset();
+    if (colour) panelText = QColor(colour->red, colour->green, colour->blue);
+}
+
+/// Of the pictures of an item, which does not know where it is shown.
+QColor TrayIcon::itemTint() const {
+    return panelText.value_or(textColour());
+}
+
+bool TrayIcon::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::ApplicationPaletteChange && watched == qApp) {
+        setImage(image);
+        lookAgain();
+    }
+    return false;
 }
 
 QImage TrayIcon::picture(int size, const QColor& tint) const {
@@ -68,35 +136,53 @@ void TrayIcon::watchBus() {
         new QDBusServiceWatcher(name, bus, QDBusServiceWatcher::WatchForOwnerChange, this);
     connect(owners, &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString&, const QString&, const QString& owner) {
-                busAnswered = true;
-                watcherIsThere = !owner.isEmpty();
                 // Another watcher has to be told of the item anew.
                 item.reset();
-                settle();
+                watcherAnswers(false);
+                if (!owner.isEmpty()) askForHosts();
             });
-    auto question = QDBusMessage::createMethodCall("org.freedesktop.DBus", "/org/freedesktop/DBus",
-                                                   "org.freedesktop.DBus", "NameHasOwner");
-    question << name;
-    auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
+    for (const char* change : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"})
+        QDBusConnection(bus).connect(name, {}, name, change, this, SLOT(askForHosts()));
+    askForHosts();
+}
+
+// A watcher only keeps a list: without a host nobody shows what is on it.
+void TrayIcon::askForHosts() {
+    const QString name = StatusNotifierItem::watcherName;
+    auto question = QDBusMessage::createMethodCall(name, "/StatusNotifierWatcher",
+                                                   "org.freedesktop.DBus.Properties", "Get");
+    question << name << "IsStatusNotifierHostRegistered";
+    // Nobody is started for it.
+    question.setAutoStartService(false);
+    auto* answer =
+        new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
-        const QDBusPendingReply<bool> reply = *answer;
+        const QDBusPendingReply<QDBusVariant> reply = *answer;
         answer->deleteLater();
-        // A change of the owner that was seen first is newer.
-        if (std::exchange(busAnswered, true)) return;
-        watcherIsThere = reply.isValid() && reply.value();
-        settle();
+        watcherAnswers(reply.isValid() && reply.value().variant().toBool());
     });
 }
 
+void TrayIcon::watcherAnswers(bool hasHost) {
+    busAnswered = true;
+    hostIsThere = hasHost;
+    settle();
+}
+
 void TrayIcon::settle() {
-    const bool useItem = !isInWindow() && watcherIsThere;
-    if (!useItem)
+    const bool useItem = !isInWindow() && hostIsThere;
+    if (!useItem) {
         item.reset();
-    else if (!item)
+    } else if (!item) {
         makeItem();
+        lookAgain();
+    }
     if (hasTray() || !busAnswered || std::exchange(reported, true)) return;
     // At login the program and the panel start together, and either may be first.
     QTimer::singleShot(timeForThePanel, this, [this] { report(); });
+    QTimer::singleShot(timeForASlowLogin, this, [this] {
+        if (!hasTray() && missing) missing();
+    });
 }
 
 void TrayIcon::report() {
@@ -106,13 +192,14 @@ void TrayIcon::report() {
 }
 
 void TrayIcon::makeItem() {
-    told = {image, textColour()};
+    measurePanel();
+    told = {image, itemTint()};
     if (!symbolicIcons) symbolicIcons.emplace(images, identity.id);
     item = std::make_unique<StatusNotifierItem>(
         StatusNotifierItem::Identity{QString::fromStdString(identity.id),
                                      QString::fromStdString(identity.title),
                                      symbolicIcons->folder()},
-        face(), clicked);
+        face(), clicked, menu);
 }
 
 // Drawing it for the hosts of items takes milliseconds and files, and there may be a pointer event
@@ -126,20 +213,19 @@ void TrayIcon::setImage(TrayImage wanted) {
 void TrayIcon::showImage() {
     isToBeShown = false;
     if (window != nullptr) window->repaint();
-    const ItemFace wanted{image, textColour()};
+    const ItemFace wanted{image, itemTint()};
     if (!item || told == wanted) return;
     told = wanted;
     item->setFace(face());
 }
 
-// The pictures of a template are in the colour of the program's own text, a guess.
 StatusNotifierItem::Face TrayIcon::face() const {
     StatusNotifierItem::Face result;
     for (const int size : itemSizes) {
-        const QImage drawing = picture(size, textColour());
+        const QImage drawing = picture(size, itemTint());
         if (!drawing.isNull()) result.pictures += drawing;
     }
-    if (image.isTemplate) result.iconName = symbolicIcons->publish(image.name, result.pictures);
+    if (image.isTemplate) result.iconName = symbolicIcons->nameOf(image.name);
     return result;
 }
 

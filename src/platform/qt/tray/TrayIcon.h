@@ -8,6 +8,7 @@
 
 #include <QColor>
 #include <QObject>
+#include <QTimer>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -27,10 +28,12 @@ struct TrayImage {
 /// status notifier item where somebody watches for those. It follows whatever comes, goes and comes
 /// back; with neither, that is logged once. Main thread.
 class TrayIcon final : public QObject {
+    Q_OBJECT
+
   public:
     struct Identity {
         std::string id;    ///< the same in every run, such as the bundle's identifier
-        std::string title; ///< shown as a tool tip; UTF-8
+        std::string title; ///< UTF-8
     };
 
     /// Needs a QApplication. `window` is null where the window system has no tray; it has the
@@ -40,12 +43,22 @@ class TrayIcon final : public QObject {
 
     /// Comes into the tray. `clicked` is told of a button (0 left, 1 right, 2 middle) that was
     /// pressed and released, from the run loop; a menu may run its own loop inside. Some hosts pass
-    /// on only some of the buttons. Once.
-    void show(std::function<void(int button)> clicked);
+    /// on only some of the buttons, and those are offered the menu, if there is one; it must
+    /// outlive this object. Once.
+    void show(std::function<void(int button)> clicked, ExportedMenu* menu = nullptr);
+
+    /// Called once, from the run loop, when for a while there has been no tray at all.
+    void onMissing(std::function<void()> handler) { missing = std::move(handler); }
+
+    /// The icon's name and what the program is doing, shown as a tool tip; UTF-8.
+    void setToolTip(const std::string& text);
 
     /// Drawn by the run loop, and for an item only where it is another one by then. A name without
     /// a picture shows none.
     void setImage(TrayImage image);
+
+  private Q_SLOTS:
+    void askForHosts();
 
   private:
     std::vector<std::uint32_t> drawn(int size, std::optional<TrayColour> panel) const;
@@ -53,11 +66,17 @@ class TrayIcon final : public QObject {
     void settle();
     void report();
     bool isInWindow() const { return window != nullptr && window->hasHost(); }
-    bool hasTray() const { return isInWindow() || watcherIsThere; }
+    bool hasTray() const { return isInWindow() || hostIsThere; }
+    void watcherAnswers(bool hasHost);
+    void hovered(bool on);
     void makeItem();
     QImage picture(int size, const QColor& tint) const;
     StatusNotifierItem::Face face() const;
     void showImage();
+    void lookAgain();
+    void measurePanel();
+    QColor itemTint() const;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
     TrayWindow* window;
     const Pictures& images;
@@ -65,16 +84,20 @@ class TrayIcon final : public QObject {
     Log& log;
     struct ItemFace {
         TrayImage image;
-        QColor text; ///< the tint of a template
+        QColor tint; ///< of a template
 
         bool operator==(const ItemFace&) const = default;
     };
 
     TrayImage image;
-    ItemFace told; ///< to the hosts of the item
+    ItemFace told;                   ///< to the hosts of the item
+    std::optional<QColor> panelText; ///< what is read on the panels
     bool isToBeShown = false;
     std::function<void(int)> clicked;
-    bool busAnswered = false, watcherIsThere = false, reported = false;
+    std::function<void()> missing;
+    ExportedMenu* menu = nullptr;
+    QTimer toolTipDelay;
+    bool busAnswered = false, hostIsThere = false, reported = false;
     std::optional<SymbolicIcons> symbolicIcons; ///< not before there is an item
     std::unique_ptr<StatusNotifierItem> item;
 };

@@ -1,5 +1,7 @@
 #include "platform/x11/tray/TrayWindow.h"
 
+#include "platform/x11/tray/Contrast.h"
+
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -12,15 +14,6 @@ namespace {
 constexpr int smallestSize = 8, largestSize = 256;
 constexpr std::uint32_t xembedVersion = 0;
 constexpr std::uint32_t xembedMapped = 1;
-
-std::uint8_t depthOf(const xcb_screen_t& screen, xcb_visualid_t visual) {
-    for (auto depth = xcb_screen_allowed_depths_iterator(&screen); depth.rem != 0;
-         xcb_depth_next(&depth))
-        for (auto one = xcb_depth_visuals_iterator(depth.data); one.rem != 0;
-             xcb_visualtype_next(&one))
-            if (one.data->visual_id == visual) return depth.data->depth;
-    return 0;
-}
 
 std::optional<int> buttonNumber(xcb_button_t button) {
     switch (button) {
@@ -37,15 +30,6 @@ std::optional<int> buttonNumber(xcb_button_t button) {
 
 std::uint32_t channel(std::uint32_t pixel, int shift) {
     return pixel >> shift & 0xff;
-}
-
-/// Black or white, whichever is read better on the background.
-TrayColour contrastTo(const std::vector<std::uint32_t>& background) {
-    std::uint64_t sum = 0;
-    for (const std::uint32_t pixel : background)
-        sum += 3 * channel(pixel, 16) + 6 * channel(pixel, 8) + channel(pixel, 0);
-    const bool isDark = sum < 10 * 128 * background.size();
-    return isDark ? TrayColour{255, 255, 255} : TrayColour{0, 0, 0};
 }
 
 void blend(std::vector<std::uint32_t>& below, const std::vector<std::uint32_t>& above) {
@@ -75,14 +59,16 @@ void TrayWindow::show(Handlers given) {
                                               },
                                               [this] {
                                                   undock();
+                                                  proxy = XCB_NONE;
                                                   handlers.hostChanged();
                                               },
                                               [this] {
                                                   askForSquare();
                                                   repaint();
                                               }});
-    connection.listen(*this, {XCB_BUTTON_PRESS, XCB_BUTTON_RELEASE, XCB_EXPOSE,
-                              XCB_CONFIGURE_NOTIFY, XCB_REPARENT_NOTIFY, XCB_DESTROY_NOTIFY});
+    connection.listen(*this, {XCB_BUTTON_PRESS, XCB_BUTTON_RELEASE, XCB_EXPOSE, XCB_ENTER_NOTIFY,
+                              XCB_LEAVE_NOTIFY, XCB_CONFIGURE_NOTIFY, XCB_REPARENT_NOTIFY,
+                              XCB_DESTROY_NOTIFY});
     dock();
 }
 
@@ -103,23 +89,56 @@ void TrayWindow::undock() {
     xcb_discard_reply(xcb(), xcb_destroy_window_checked(xcb(), window).sequence);
     if (colormap != XCB_NONE) xcb_free_colormap(xcb(), colormap);
     window = context = colormap = XCB_NONE;
+    shown.clear();
+    contrast.reset();
     connection.flush();
+}
+
+bool TrayWindow::hasHost() const {
+    return host && host->window() != XCB_NONE && host->window() != proxy;
+}
+
+bool TrayWindow::isUnseen(xcb_window_t parent) {
+    const auto opacity = connection.wait(
+        xcb_get_property(xcb(), 0, parent, connection.atom(AtomName::netWmWindowOpacity),
+                         XCB_ATOM_CARDINAL, 0, 1),
+        xcb_get_property_reply);
+    return opacity && opacity->format == 32 && opacity->value_len == 1 &&
+           *static_cast<const std::uint32_t*>(xcb_get_property_value(opacity.get())) == 0;
+}
+
+// lxqt and Plasma keep the windows of icons out of sight and offer copies of them as status
+// notifier items, with nothing that tells what is behind. An item of the program's own is better.
+void TrayWindow::leaveProxy() {
+    proxy = host->window();
+    undock();
+    handlers.hostChanged();
+}
+
+std::optional<TrayColour> TrayWindow::panelText() {
+    return contrastToPanels(connection);
 }
 
 void TrayWindow::create() {
     const xcb_screen_t& screen = connection.screenInfo();
+    const auto formatOf = [&](xcb_visualid_t visual) {
+        return PixelFormat::of(*xcb_get_setup(xcb()), screen, visual);
+    };
+    rootFormat = formatOf(screen.root_visual);
     xcb_visualid_t visual = host->visual();
-    depth = depthOf(screen, visual);
-    if (depth != screen.root_depth && depth != 32) {
+    format = formatOf(visual);
+    if (!format || (format->depth() != screen.root_depth && format->depth() != 32)) {
         visual = screen.root_visual;
-        depth = screen.root_depth;
+        format = rootFormat;
     }
+    const std::uint8_t depth = format ? format->depth() : screen.root_depth;
     if (visual != screen.root_visual) {
         colormap = xcb_generate_id(xcb());
         xcb_create_colormap(xcb(), XCB_COLORMAP_ALLOC_NONE, colormap, connection.root(), visual);
     }
     const std::uint32_t events = XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE |
-                                 XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+                                 XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_STRUCTURE_NOTIFY |
+                                 XCB_EVENT_MASK_ENTER_WINDOW | XCB_EVENT_MASK_LEAVE_WINDOW;
     const bool likeParent = depth == screen.root_depth;
     const std::uint32_t ground =
         likeParent ? static_cast<std::uint32_t>(XCB_BACK_PIXMAP_PARENT_RELATIVE) : 0;
@@ -145,14 +164,26 @@ void TrayWindow::describe() const {
     const std::string twice = name + '\0' + name + '\0';
     xcb_change_property(xcb(), XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
                         static_cast<std::uint32_t>(twice.size()), twice.data());
+    writeTitle();
+    const auto process = static_cast<std::uint32_t>(getpid());
+    xcb_change_property(xcb(), XCB_PROP_MODE_REPLACE, window, connection.atom(AtomName::netWmPid),
+                        XCB_ATOM_CARDINAL, 32, 1, &process);
+}
+
+void TrayWindow::writeTitle() const {
     for (const xcb_atom_t property :
          {static_cast<xcb_atom_t>(XCB_ATOM_WM_NAME), connection.atom(AtomName::netWmName)})
         xcb_change_property(xcb(), XCB_PROP_MODE_REPLACE, window, property,
                             connection.atom(AtomName::utf8String), 8,
                             static_cast<std::uint32_t>(title.size()), title.data());
-    const auto process = static_cast<std::uint32_t>(getpid());
-    xcb_change_property(xcb(), XCB_PROP_MODE_REPLACE, window, connection.atom(AtomName::netWmPid),
-                        XCB_ATOM_CARDINAL, 32, 1, &process);
+}
+
+void TrayWindow::setTitle(const std::string& text) {
+    if (text == title) return;
+    title = text;
+    if (window == XCB_NONE) return;
+    writeTitle();
+    connection.flush();
 }
 
 // xfce hides an icon that does not ask for a size.
@@ -187,6 +218,13 @@ void TrayWindow::handle(const xcb_generic_event_t& event) {
     case XCB_BUTTON_RELEASE:
         release(reinterpret_cast<const xcb_button_release_event_t&>(event));
         break;
+    case XCB_ENTER_NOTIFY:
+    case XCB_LEAVE_NOTIFY: {
+        const auto& crossing = reinterpret_cast<const xcb_enter_notify_event_t&>(event);
+        const bool on = (event.response_type & 0x7f) == XCB_ENTER_NOTIFY;
+        if (crossing.event == window && handlers.hovered) handlers.hovered(on);
+        break;
+    }
     case XCB_EXPOSE: {
         const auto& expose = reinterpret_cast<const xcb_expose_event_t&>(event);
         if (expose.window == window && expose.count == 0) repaint();
@@ -204,7 +242,10 @@ void TrayWindow::handle(const xcb_generic_event_t& event) {
     case XCB_REPARENT_NOTIFY: {
         // A host that goes leaves the window on the root, where it would be a window of its own.
         const auto& notify = reinterpret_cast<const xcb_reparent_notify_event_t&>(event);
-        if (notify.window == window && notify.parent == connection.root()) undock();
+        if (notify.window == window && notify.parent == connection.root())
+            undock();
+        else if (notify.window == window && isUnseen(notify.parent))
+            leaveProxy();
         break;
     }
     case XCB_DESTROY_NOTIFY:
@@ -227,47 +268,56 @@ void TrayWindow::release(const xcb_button_release_event_t& event) {
     if (inside && button) handlers.clicked(*button);
 }
 
-// Only what is on the screen can be read back; the rest is exposed when it comes there.
-std::vector<std::uint32_t> TrayWindow::background(int side, int left, int top) {
-    const auto length = static_cast<std::uint16_t>(side);
-    const auto image = connection.wait(
-        xcb_get_image(xcb(), XCB_IMAGE_FORMAT_Z_PIXMAP, window, static_cast<std::int16_t>(left),
-                      static_cast<std::int16_t>(top), length, length, ~std::uint32_t{0}),
-        xcb_get_image_reply);
-    const std::size_t count = static_cast<std::size_t>(side) * static_cast<std::size_t>(side);
-    if (!image || image->depth != 24 ||
-        static_cast<std::size_t>(xcb_get_image_data_length(image.get())) < 4 * count)
-        return {};
-    const auto* pixels = reinterpret_cast<const std::uint32_t*>(xcb_get_image_data(image.get()));
-    return {pixels, pixels + count};
+// Where the host or the compositor blends, nobody but the screen knows what is behind the icon. It
+// is told from the icon itself by the last picture: only where that lets it through.
+std::optional<TrayColour> TrayWindow::contrastOnScreen(int side, int left, int top) {
+    if (!rootFormat) return {};
+    const auto place = connection.wait(xcb_translate_coordinates(xcb(), window, connection.root(),
+                                                                 static_cast<std::int16_t>(left),
+                                                                 static_cast<std::int16_t>(top)),
+                                       xcb_translate_coordinates_reply);
+    if (!place) return {};
+    auto pixels = readPixels(connection, connection.root(), *rootFormat,
+                             {place->dst_x, place->dst_y, side, side});
+    if (shown.size() == pixels.size()) {
+        std::size_t kept = 0;
+        for (std::size_t i = 0; i < pixels.size(); ++i)
+            if (channel(shown[i], 24) == 0) pixels[kept++] = pixels[i];
+        if (kept == 0) return contrast;
+        pixels.resize(kept);
+    }
+    contrast = contrastTo(pixels);
+    return contrast;
 }
 
 void TrayWindow::repaint() {
-    if (window == XCB_NONE) return;
+    if (window == XCB_NONE || !format) return;
     const int side = std::min(width, height);
     const int left = (width - side) / 2;
     const int top = (height - side) / 2;
     std::optional<TrayColour> foreground = host->foreground();
-    std::vector<std::uint32_t> pixels(static_cast<std::size_t>(side) *
-                                      static_cast<std::size_t>(side));
-    const bool blendsHere = depth != 32;
+    std::vector<std::uint32_t> pixels;
+    const bool blendsHere = format->depth() != 32;
+    if (!blendsHere && !foreground) foreground = contrastOnScreen(side, left, top);
     xcb_clear_area(xcb(), 0, window, 0, 0, 0, 0);
     if (blendsHere) {
-        pixels = background(side, left, top);
+        pixels = readPixels(connection, window, *format, {left, top, side, side});
+        // Only what is on the screen can be read back; the rest is exposed when it comes there.
         if (pixels.empty()) return;
         if (!foreground) foreground = contrastTo(pixels);
     }
-    const auto picture = handlers.draw(side, foreground);
-    if (picture.size() != pixels.size()) return connection.flush();
+    shown = handlers.draw(side, foreground);
+    if (shown.size() != static_cast<std::size_t>(side) * static_cast<std::size_t>(side))
+        return connection.flush();
     if (blendsHere)
-        blend(pixels, picture);
+        blend(pixels, shown);
     else
-        pixels = picture;
+        pixels = shown;
+    const auto bytes = format->pack(pixels, side);
     xcb_put_image(xcb(), XCB_IMAGE_FORMAT_Z_PIXMAP, window, context,
                   static_cast<std::uint16_t>(side), static_cast<std::uint16_t>(side),
-                  static_cast<std::int16_t>(left), static_cast<std::int16_t>(top), 0, depth,
-                  static_cast<std::uint32_t>(pixels.size() * 4),
-                  reinterpret_cast<const std::uint8_t*>(pixels.data()));
+                  static_cast<std::int16_t>(left), static_cast<std::int16_t>(top), 0,
+                  format->depth(), static_cast<std::uint32_t>(bytes.size()), bytes.data());
     connection.flush();
 }
 

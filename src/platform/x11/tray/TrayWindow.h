@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/x11/tray/PixelFormat.h"
 #include "platform/x11/tray/TrayHost.h"
 
 #include <string>
@@ -9,7 +10,8 @@ namespace platform::x11 {
 /// The icon window in the tray of the X screen (XEMBED); without a host it does not exist.
 ///
 /// Where the depth is the root's the window shows its parent's background, which is read back and
-/// blended with; a deeper one is blended by the compositor or the host.
+/// blended with; a deeper one is blended by the compositor or the host. A host that tells no colour
+/// has the icon black or white, by what is seen behind it.
 class TrayWindow final : public platform::TrayWindow, private Listener {
   public:
     /// `name` and `title` (UTF-8) tell the window apart for hosts. The connection must outlive it.
@@ -20,7 +22,9 @@ class TrayWindow final : public platform::TrayWindow, private Listener {
     TrayWindow& operator=(const TrayWindow&) = delete;
 
     void show(Handlers handlers) override;
-    bool hasHost() const override { return host && host->window() != XCB_NONE; }
+    bool hasHost() const override;
+    std::optional<TrayColour> panelText() override;
+    void setTitle(const std::string& text) override;
     void repaint() override;
 
   private:
@@ -33,9 +37,12 @@ class TrayWindow final : public platform::TrayWindow, private Listener {
     void undock();
     void create();
     void describe() const;
+    void writeTitle() const;
     void askForLength(int length);
     void askForSquare();
-    std::vector<std::uint32_t> background(int side, int left, int top);
+    bool isUnseen(xcb_window_t parent);
+    void leaveProxy();
+    std::optional<TrayColour> contrastOnScreen(int side, int left, int top);
     xcb_connection_t* xcb() const { return connection.xcb(); }
 
     Connection& connection;
@@ -43,9 +50,12 @@ class TrayWindow final : public platform::TrayWindow, private Listener {
     Handlers handlers;
     std::optional<TrayHost> host; ///< none before `show`
     xcb_window_t window = XCB_NONE;
+    xcb_window_t proxy = XCB_NONE; ///< a host that only passes the icon on
     xcb_gcontext_t context = XCB_NONE;
     xcb_colormap_t colormap = XCB_NONE;
-    std::uint8_t depth = 0;
+    std::optional<PixelFormat> format, rootFormat; ///< the window's, and the screen's
+    std::vector<std::uint32_t> shown;              ///< the last picture
+    std::optional<TrayColour> contrast;            ///< to what was last seen behind it
     std::uint16_t width = usualSize, height = usualSize;
     int asked = usualSize; ///< the length along the panel
     xcb_button_t pressed = 0;
