@@ -31,8 +31,7 @@ class RecordableHotKeys : public HotKeys {
     /// Whether another program held the combination when it was last claimed.
     virtual bool isTaken(const Shortcut& shortcut) const = 0;
 
-    /// Whether the combination could be claimed now. Asks, and leaves it unclaimed. While
-    /// recording.
+    /// While recording: whether the combination could be claimed. It stays unclaimed.
     virtual Obstacle obstacleTo(const Shortcut& shortcut) = 0;
 
     /// From now on every key goes to `pressed`, called from the run loop, and to nobody else; the
