@@ -68,9 +68,10 @@ Raw contentsOf(const platform::SliderView& view) {
 Raw contentsOf(const platform::BoundsView& view) {
     std::map<std::string_view, Raw> boxes;
     for (const auto& group : {view.corners, view.sides})
-        for (const auto& [name, box] : group)
-            boxes[name] = object(Member{"state", box->state}, Member{"enabled", box->enabled},
-                                 Member{"alpha", box->alpha});
+        for (const auto& named : group)
+            boxes[named.name] =
+                object(Member{"state", named.box->state}, Member{"enabled", named.box->enabled},
+                       Member{"alpha", named.box->alpha});
     return object(Member{"bounds", boxes});
 }
 
