@@ -20,6 +20,7 @@ class FirstMenu final : public platform::StatusItem {
     void setImage(std::string_view name, bool isTemplate) override {
         item.setImage(name, isTemplate);
     }
+    void setToolTip(std::string_view text) override { item.setToolTip(text); }
     void labelChanged(const platform::Label& label) override { item.labelChanged(label); }
 
     /// Returns at once where the menu has to wait.
