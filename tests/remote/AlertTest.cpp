@@ -42,7 +42,7 @@ qsizetype longestText(const AlertDialog& dialog) {
 TEST(AlertDialogs, HoldNobodyUpWhateverTheirTextsAre) {
     { // What the toolkit loads once is not the text's.
         AlertDialog first({.message = "m", .informative = times(60, "a "), .buttons = {"a", "b"}},
-                          {}, nullptr);
+                          {}, {}, nullptr);
         first.show();
         QApplication::processEvents();
     }
@@ -52,7 +52,7 @@ TEST(AlertDialogs, HoldNobodyUpWhateverTheirTextsAre) {
         for (int attempt = 0; attempt < 3; ++attempt) {
             const double before = processorTime();
             AlertDialog dialog({.message = "m", .informative = text, .buttons = {text, text}}, {},
-                               nullptr);
+                               {}, nullptr);
             dialog.show();
             QApplication::processEvents();
             took = std::min(took, processorTime() - before);
@@ -66,7 +66,8 @@ TEST(AlertDialogs, HoldNobodyUpWhateverTheirTextsAre) {
 
 TEST(AlertDialogs, ShowTextsOfOrdinaryLengthWhole) {
     const std::string text = times(400, "Word ");
-    AlertDialog dialog({.message = "m", .informative = text, .buttons = {"A & B"}}, {}, nullptr);
+    AlertDialog dialog({.message = "m", .informative = text, .buttons = {"A & B"}}, {}, {},
+                       nullptr);
     EXPECT_EQ(longestText(dialog), 2000);
     EXPECT_EQ(dialog.findChild<QPushButton*>()->text(), "A && B");
 }
@@ -83,13 +84,14 @@ TEST(AlertDialogs, AreClosedByTheButtonThatTheyName) {
         {Closing::defaultButton, {"a", "b"}, 0},   {Closing::defaultButton, {"a"}, 0},
         {Closing::none, {"a", "b"}, std::nullopt}, {Closing::none, {"a"}, 0}};
     for (const auto& [closing, buttons, answer] : rows) {
-        AlertDialog byEscape({.message = "m", .buttons = buttons, .closing = closing}, {}, nullptr);
+        AlertDialog byEscape({.message = "m", .buttons = buttons, .closing = closing}, {}, {},
+                             nullptr);
         byEscape.show();
         byEscape.reject();
         EXPECT_EQ(byEscape.answer(), answer);
         EXPECT_EQ(byEscape.isVisible(), !answer) << "it stays until it is answered";
         AlertDialog byWindowManager({.message = "m", .buttons = buttons, .closing = closing}, {},
-                                    nullptr);
+                                    {}, nullptr);
         byWindowManager.show();
         byWindowManager.close();
         EXPECT_EQ(byWindowManager.answer(), answer);
