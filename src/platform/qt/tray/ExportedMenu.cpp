@@ -192,6 +192,12 @@ void ExportedMenu::offerOn(const QDBusConnection& connection) {
     offeredOn->registerVirtualObject(path, this);
 }
 
+void ExportedMenu::withdraw() {
+    if (offeredOn) offeredOn->unregisterObject(path);
+    offeredOn.reset();
+    asked = false;
+}
+
 // Most changes come in a row, and most desktops ask for no menu at all.
 void ExportedMenu::changed() {
     if (std::exchange(due, true) || !asked) return;

@@ -31,8 +31,10 @@ class ExportedMenu final : public QDBusVirtualObject {
 
     static constexpr const char* path = "/Menu";
 
-    /// The connection that it is offered on from now on, until that is closed.
+    /// The connection that it is offered on from now on.
     void offerOn(const QDBusConnection& connection);
+    /// To be called before that is closed, which it cannot be while it is in use.
+    void withdraw();
 
     /// The menu says something else. Hosts that have asked for it are told, from the run loop.
     void changed();

@@ -170,10 +170,11 @@ class StatusNotifierItem::Object final : public QDBusVirtualObject {
 };
 
 StatusNotifierItem::StatusNotifierItem(const Identity& identity, Face face, Clicked clicked,
-                                       ExportedMenu* menu)
+                                       ExportedMenu* exported)
     : connectionName(identity.id + "-status-item"),
       bus(QDBusConnection::connectToBus(QDBusConnection::SessionBus, connectionName)),
-      object(std::make_unique<Object>(identity, std::move(clicked), menu != nullptr)) {
+      object(std::make_unique<Object>(identity, std::move(clicked), exported != nullptr)),
+      menu(exported) {
     qDBusRegisterMetaType<Pixmap>();
     qDBusRegisterMetaType<Pixmaps>();
     qDBusRegisterMetaType<ToolTip>();
@@ -191,6 +192,7 @@ StatusNotifierItem::StatusNotifierItem(const Identity& identity, Face face, Clic
 }
 
 StatusNotifierItem::~StatusNotifierItem() {
+    if (menu != nullptr) menu->withdraw();
     QDBusConnection::disconnectFromBus(connectionName);
 }
 

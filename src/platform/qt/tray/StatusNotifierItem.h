@@ -47,6 +47,7 @@ class StatusNotifierItem {
     QString connectionName;
     QDBusConnection bus;
     std::unique_ptr<Object> object;
+    ExportedMenu* menu;
 };
 
 } // namespace platform::qt
