@@ -33,15 +33,14 @@ QVariant unwrapped(QVariant value) {
 
 ColourScheme::ColourScheme() : given(QApplication::palette()) {
     QDBusConnection::sessionBus().connect(portalName, portalPath, settingsName, "SettingChanged",
-                                          this,
-                                          SLOT(settingChanged(QString, QString, QDBusVariant)));
+                                          this, SLOT(settingChanged(QDBusMessage)));
     refresh();
 }
 
-void ColourScheme::settingChanged(const QString& group, const QString& key,
-                                  const QDBusVariant& value) {
-    if (group == appearance && key == colourKey)
-        apply(unwrapped(value.variant()).toUInt() == prefersDark);
+void ColourScheme::settingChanged(const QDBusMessage& signal) {
+    const QVariantList told = signal.arguments(); // a group, a key of it, and the value
+    if (told.size() == 3 && told[0] == appearance && told[1] == colourKey)
+        apply(unwrapped(told[2]).toUInt() == prefersDark);
 }
 
 void ColourScheme::refresh() {
