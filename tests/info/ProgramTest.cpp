@@ -234,8 +234,9 @@ TEST_F(InfoWindowOfTheProgram, IsSeenOverAFullScreenWindowThatHasTheKeyboard) {
     const Spot corner = at(200, 10);
     EXPECT_FALSE(eye.waitForColour(corner.x, corner.y, {10, 200, 10}, support::milliseconds(500)));
     click(corner);
+    ASSERT_TRUE(waitUntil([&] { return focused() != film.id(); })) << "it can be clicked";
     hand.type(key::escape);
-    EXPECT_TRUE(isGoneSoon()) << "it can be clicked and typed into";
+    EXPECT_TRUE(isGoneSoon()) << "and typed into";
 }
 
 TEST_F(InfoWindowOfTheProgram, GetsTheKeyboardBackByAClickBesideADarkMonitor) {
