@@ -1,5 +1,7 @@
 #include "platform/x11/overlay/GammaOutputs.h"
 
+#include "platform/x11/session/ScreenGeometry.h"
+
 #include <algorithm>
 #include <map>
 #include <set>
@@ -11,11 +13,6 @@ namespace {
 bool isInside(const xcb_rectangle_t& part, const xcb_rectangle_t& whole) {
     return part.x >= whole.x && part.y >= whole.y && part.x + part.width <= whole.x + whole.width &&
            part.y + part.height <= whole.y + whole.height;
-}
-
-bool overlap(const xcb_rectangle_t& a, const xcb_rectangle_t& b) {
-    return a.x < b.x + b.width && b.x < a.x + a.width && a.y < b.y + b.height &&
-           b.y < a.y + a.height;
 }
 
 bool areEqual(const xcb_rectangle_t& a, const xcb_rectangle_t& b) {

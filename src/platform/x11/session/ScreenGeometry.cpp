@@ -7,14 +7,10 @@
 
 namespace platform::x11 {
 
-namespace {
-
 bool overlap(const xcb_rectangle_t& a, const xcb_rectangle_t& b) {
     return a.x < b.x + b.width && b.x < a.x + a.width && a.y < b.y + b.height &&
            b.y < a.y + a.height;
 }
-
-} // namespace
 
 xcb_rectangle_t around(std::span<const xcb_rectangle_t> areas) {
     if (areas.empty()) return {};

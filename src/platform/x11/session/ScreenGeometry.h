@@ -24,6 +24,9 @@ std::vector<SharedScreen> screensOf(std::span<const xcb_rectangle_t> monitors);
 /// on one, or where there are none.
 std::optional<xcb_point_t> nearestTo(xcb_point_t place, std::span<const xcb_rectangle_t> areas);
 
+/// Whether they have a pixel in common.
+bool overlap(const xcb_rectangle_t& a, const xcb_rectangle_t& b);
+
 /// The rectangle around them all; empty for none.
 xcb_rectangle_t around(std::span<const xcb_rectangle_t> areas);
 
