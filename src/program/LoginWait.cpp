@@ -21,6 +21,7 @@ void LoginWait::start(std::function<void()> over) {
         over();
         return;
     }
+    log.write("waiting for a second monitor");
     whenOver = std::move(over);
     displays.onChange([this] { look(); });
     limit = runLoop.schedule(longest, false, "loginWait", [this] { end(); });

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Displays.h"
+#include "platform/Log.h"
 #include "platform/RunLoop.h"
 
 #include <functional>
@@ -9,10 +10,10 @@
 /// how many there are is seen only when it has set them up. Main thread.
 class LoginWait {
   public:
-    /// Both that are lent must outlive the object. Until it is over the wait has the displays'
-    /// handler of changes.
-    LoginWait(platform::RunLoop& loop, platform::Displays& screens)
-        : runLoop(loop), displays(screens) {}
+    /// What is lent must outlive the object. Until it is over the wait has the displays' handler of
+    /// changes.
+    LoginWait(platform::RunLoop& loop, platform::Displays& screens, platform::Log& logger)
+        : runLoop(loop), displays(screens), log(logger) {}
     ~LoginWait();
     LoginWait(const LoginWait&) = delete;
     LoginWait& operator=(const LoginWait&) = delete;
@@ -27,6 +28,7 @@ class LoginWait {
 
     platform::RunLoop& runLoop;
     platform::Displays& displays;
+    platform::Log& log;
     std::function<void()> whenOver;
     platform::TimerId quiet = platform::TimerId::none;
     platform::TimerId limit = platform::TimerId::none;

@@ -105,7 +105,7 @@ Program::Program(const Product& product, lnx::ProductBundle& productBundle, Sess
                 .journal = inConfigurationFolder(product.identifier + ".cuts")},
                runLoop, log, [this](auto why) { tellWhyNoCalendar(why); }),
       atLogin(options.atLogin),
-      loginWait(runLoop, desk.displays),
+      loginWait(runLoop, desk.displays, coreLog),
       quitSignals(descriptors, [this] { quit(); }) {
     if (!options.record.empty()) startRecording(options.record);
     if (recording)

@@ -70,8 +70,10 @@ TEST_F(Mirror, IsLightAndFreeWhereItIsSwitchedOnAndDarkAgainWhenItIsSwitchedOff)
 
 TEST_F(Mirror, OfAMomentAtLoginIsWaitedFor) {
     product.moveToMiddle(0);
-    product.spawn({.options = {"--at-login"}});
-    ASSERT_TRUE(product.desktop.isOnTheBusSoon(product.identifier())) << product.program->errors();
+    product.spawn({.options = {"--at-login", "--verbose"}});
+    ASSERT_TRUE(waitUntil([&] {
+        return product.program->errors().find("waiting for a second monitor") != std::string::npos;
+    })) << product.program->errors();
     changeTo(sideBySide);
     EXPECT_TRUE(product.coveredSoon(1, 0)) << product.program->errors();
     EXPECT_FALSE(isSwitchedOffForGood());

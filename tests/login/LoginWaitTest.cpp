@@ -1,5 +1,6 @@
 #include "program/LoginWait.h"
 #include "platform/memory/Displays.h"
+#include "platform/memory/Log.h"
 #include "platform/memory/RunLoop.h"
 #include "testing/Layouts.h"
 
@@ -24,7 +25,8 @@ struct WaitAtLogin : testing::Test {
     platform::memory::Effects effects{clock};
     platform::memory::RunLoop loop{effects, clock};
     platform::memory::Displays displays;
-    LoginWait wait{loop, displays};
+    platform::memory::Log log{effects};
+    LoginWait wait{loop, displays, log};
     int overs = 0;
 };
 
@@ -99,7 +101,7 @@ TEST_F(WaitAtLogin, LeavesTheDisplaysToWhoeverComesAfterIt) {
 TEST_F(WaitAtLogin, EndsWithoutAWordWithItsObject) {
     displays.replace(screensFromLayout(one));
     {
-        LoginWait other(loop, displays);
+        LoginWait other(loop, displays, log);
         other.start([this] { ++overs; });
     }
     change(two);
