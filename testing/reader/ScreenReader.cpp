@@ -144,6 +144,14 @@ std::optional<Heard> ScreenReader::look(const Place& at) const {
     for (const auto& [number, name] : spoken)
         if (has(number)) heard.states.insert(name);
     if (!has(sensitive)) heard.states.insert("greyed");
+    constexpr uint ofTheScreen = 0;
+    const auto extents = ask(at, "org.a11y.atspi.Component", "GetExtents", {ofTheScreen});
+    if (!extents.arguments().isEmpty()) {
+        const auto area = extents.arguments().first().value<QDBusArgument>();
+        area.beginStructure();
+        area >> heard.place.x >> heard.place.y >> heard.place.width >> heard.place.height;
+        area.endStructure();
+    }
     const auto offers = ask(at, accessible, "GetInterfaces").arguments().value(0).toStringList();
     if (offers.contains(valued))
         heard.value = {property(at, valued, "CurrentValue").toDouble(),

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "testing/desktop/Layout.h"
 #include "testing/desktop/PrivateDesktop.h"
 
 #include <QCoreApplication>
@@ -23,6 +24,7 @@ struct Heard {
         double current = 0, least = 0, most = 0;
     };
     std::optional<Value> value;
+    Area place;    ///< X root coordinates
     int depth = 0; ///< below the window
 
     /// All of it on one line: 'slider "Darkness" (85%) 85 of 0 to 100 [focused]'.

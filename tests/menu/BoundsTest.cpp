@@ -115,7 +115,7 @@ TEST_F(MenuBounds, CutNothingInALargeFont) {
                     label->contentsRect(), Qt::TextWordWrap, label->text());
                 const int lines = needed.height() / label->fontMetrics().lineSpacing();
                 return label->rect().contains(needed.translated(-needed.topLeft())) &&
-                       label->parentWidget()->rect().contains(label->geometry()) && lines <= 4;
+                       label->parentWidget()->rect().contains(label->geometry()) && lines <= 3;
             }
             return false;
         };
