@@ -13,11 +13,16 @@ constexpr std::string_view oneMonitor =
     "As described on the Mac App Store, the app is useful for multi monitor users only and without "
     "Mirror Displays mode.";
 
-// The products without a description of their own have it in the text that is appended to one.
+// The labels of sliders say the value and no more, as that of the darkness does: what it is the
+// value of stands in the entry. The products without a description of their own have it in the text
+// that is appended to one.
 constexpr Wording english[] = {
     {everyProduct,
      {oneMonitor, "It needs two or more monitors that show different pictures. Connect another "
                   "one, or switch mirroring off, and start it again."}},
+    {everyProduct, {"0_SECONDI", "At once"}},
+    {everyProduct, {"N_SECONDI", "%d s"}},
+    {everyProduct, {"N_SENSIBILITY", "%d%"}},
     {"calendar-alerts", {"CTRLALTCMDText", "Left Ctrl+Alt+Super (No Effect Here)"}},
     {"calendar-alerts",
      {"TESTO_AGGIUNTO",
@@ -45,6 +50,9 @@ constexpr Wording italian[] = {
     {everyProduct,
      {oneMonitor, "Servono due o più monitor che mostrano immagini diverse. Collegane un altro, o "
                   "disattiva la duplicazione, e riavvia il programma."}},
+    {everyProduct, {"0_SECONDI", "Subito"}},
+    {everyProduct, {"N_SECONDI", "%d s"}},
+    {everyProduct, {"N_SENSIBILITY", "%d%"}},
     {"calendar-alerts", {"CTRLALTCMDText", "Ctrl+Alt+Super a sinistra (qui senza effetto)"}},
     {"calendar-alerts",
      {"TESTO_AGGIUNTO",

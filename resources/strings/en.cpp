@@ -64,6 +64,7 @@ constexpr Text texts[] = {
     {"N_SECONDI", "After %d s without movement"},
     {"N_SENSIBILITY", "Push strength: %d"},
     {"OK", "OK"},
+    {"OPEN_SITE", "Open the makers’ page"},
     {"QUIT", "Quit"},
     {"RATE_THIS_APP", "Do you like it? A few words on its product page help us a lot."},
     {"RECOMMEND_STARTATLOGIN", "Start by itself when you log in?"},

@@ -65,6 +65,7 @@ constexpr Text texts[] = {
     {"N_SECONDI", "Dopo %d s senza movimento"},
     {"N_SENSIBILITY", "Forza della spinta: %d"},
     {"OK", "OK"},
+    {"OPEN_SITE", "Apri la pagina degli autori"},
     {"QUIT", "Esci"},
     {"RATE_THIS_APP", "Ti piace? Due righe sulla pagina del prodotto ci aiutano molto."},
     {"RECOMMEND_STARTATLOGIN", "Vuoi che si avvii da solo quando accedi?"},

@@ -29,6 +29,8 @@ struct InfoButton {
     Rect frame{};
     std::string title{};
     std::string image{};  ///< of the bundle, shown without a frame instead of the title
+    std::string says{};   ///< what a picture does, to those who do not see it
+    std::string link{};   ///< the address that it leads to; empty where it leads to none
     std::string action{}; ///< selector sent when it is pressed
     bool closes = false;  ///< Enter, Escape and the window manager's way to close press it
 };

@@ -49,6 +49,8 @@ struct SliderView {
     /// What the label says of a value; empty where there is nothing better than the number. It may
     /// be called as long as the menu is as it was built.
     std::function<std::string(double value)> text{};
+    /// What the label's number grows by where the value grows by 1.
+    double labelStep = 1;
 };
 
 /// The contents of an entry that is a picture of a screen with a check box at each corner and side.
@@ -71,6 +73,7 @@ struct MenuItem {
     int state = 0;         ///< 1 shows a mark
     bool isToggle = false; ///< without its mark it shows that it could have one
     bool enabled = true;
+    bool leadsNowhere = false; ///< what it would open is no real address
     bool separator = false;
     bool madeWithAction = false;  ///< `action` may have been cleared since
     std::string toolTip;          ///< as inspected; by it a click knows what it opens
@@ -83,9 +86,11 @@ struct MenuItem {
     bool hasView() const { return !std::holds_alternative<std::monostate>(view); }
 
     /// Whether the user sees it greyed. An entry that was made with an action needs it and its
-    /// flag, with or without a submenu; one that was made without needs a submenu or a view.
+    /// flag, with or without a submenu; one that was made without needs a submenu or a view. What
+    /// leads nowhere is greyed whatever it has.
     bool greyed() const {
         if (separator) return false;
+        if (leadsNowhere) return true;
         if (madeWithAction) return action.empty() || !enabled;
         return submenu == nullptr && !hasView();
     }

@@ -15,6 +15,10 @@ class Workspace {
     /// anything else, and what is longer than 2,000 characters, is logged and ignored.
     virtual void openURL(const std::string& url) = 0;
 
+    /// Whether the address is of a kind that is opened, and could lead anywhere: what is offered of
+    /// others does nothing.
+    virtual bool leadsSomewhere(const std::string& url) const = 0;
+
     /// The bundle identifiers of the other applications that run in the session and have one.
     virtual std::vector<std::string> runningApplications() = 0;
 

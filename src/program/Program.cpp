@@ -80,7 +80,7 @@ Program::Program(const Product& product, lnx::ProductBundle& productBundle, Sess
       sounds(lnx::soundsFolder(), product.name, log),
       loginItems(inConfigurationFolder("autostart"), autostartProduct(product, bundle, options),
                  log),
-      workspace(product.identifier, log),
+      workspace(product.identifier, log, lnx::asksNobody),
       pictures({lnx::imagesFolder(), bundle.folder()}, log),
       desk(session.start(
           {product, runLoop, settings, application, pictures, [this] { exit(failure); }})),

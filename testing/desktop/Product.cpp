@@ -16,6 +16,17 @@ Product::Product(const std::string& layoutText)
 Product::Product(const support::PrivateDesktop::Options& options)
     : layout(support::parseLayout(options.layout)), desktop(options) {}
 
+void Product::useDictionary(const std::string& product, const Entries& dictionary) {
+    namespace fs = std::filesystem;
+    const fs::path bin = desktop.home() / "tree/bin", share = desktop.home() / "tree/share/palisor";
+    fs::create_directories(bin);
+    fs::create_directories(share / "products" / product);
+    fs::copy_file(fs::path(programs()) / "palisor", bin / product);
+    fs::create_directory_symlink(RESOURCES "/images", share / "images");
+    std::ofstream(share / "products" / product / "Info.plist") << propertyList(dictionary);
+    folder = bin;
+}
+
 void Product::spawn(const Setting& setting) {
     name = setting.product;
     Entries entries = setting.more;

@@ -35,6 +35,10 @@ struct Product {
     explicit Product(const support::PrivateDesktop::Options& options);
     explicit Product(const std::string& layout = "1920x1080+0+0,1280x1024+1920+56");
 
+    /// The shipped dictionaries hold reserved addresses, which nothing is offered of. From now on
+    /// the product is started from a tree in which its dictionary holds these entries and no more.
+    void useDictionary(const std::string& product, const Entries& dictionary);
+
     /// Puts the cursor on the middle of the primary monitor, starts the program there and returns
     /// when everything is in place. Throws std::runtime_error where it does not come to that.
     void start(const Setting& setting = {});

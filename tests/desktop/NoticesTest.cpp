@@ -62,6 +62,10 @@ TEST(Notices, SayWhatToInstallToOpenAPage) {
     const auto nothing = product.desktop.home() / "nothing";
     std::filesystem::create_directories(nothing);
     product.desktop.setVariable("PATH", nothing.string());
+    product.useDictionary("palisor", {{"IDApp", number(8)},
+                                      {"CFBundleDisplayName", text("Palisor")},
+                                      {"CFBundleIdentifier", text("com.tamberlo.palisor")},
+                                      {"StoreWebPage", text("https://store.tamberlo.example/%@")}});
     product.start();
     for (int times = 0; times < 2; ++times)
         product.choose(6);

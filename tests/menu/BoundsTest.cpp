@@ -1,5 +1,9 @@
 #include "Stage.h"
 
+#include <QApplication>
+#include <QLabel>
+#include <cstdlib>
+
 using namespace menutests;
 namespace key = support::key;
 
@@ -95,6 +99,31 @@ TEST_F(MenuBounds, ShowADisabledBoxFainter) {
         EXPECT_TRUE(waitUntil([&] { return contrast(box(4)) > 0; }));
         EXPECT_LT(contrast(box(0)), contrast(box(4)));
     });
+}
+
+TEST_F(MenuBounds, CutNothingInALargeFont) {
+    const QFont usual = QApplication::font();
+    QFont large = usual;
+    large.setPointSizeF(18);
+    QApplication::setFont(large);
+    act([&] {
+        const auto fits = [] {
+            for (QWidget* widget : QApplication::allWidgets()) {
+                const auto* label = qobject_cast<QLabel*>(widget);
+                if (label == nullptr || !label->isVisible() || !label->wordWrap()) continue;
+                const QRect needed = label->fontMetrics().boundingRect(
+                    label->contentsRect(), Qt::TextWordWrap, label->text());
+                const int lines = needed.height() / label->fontMetrics().lineSpacing();
+                return label->rect().contains(needed.translated(-needed.topLeft())) &&
+                       label->parentWidget()->rect().contains(label->geometry()) && lines <= 3;
+            }
+            return false;
+        };
+        EXPECT_TRUE(ask<bool>(fits));
+        if (const char* pictures = std::getenv("PALISOR_PICTURES"))
+            eye.screenshot(std::string(pictures) + "/bounds-large.png");
+    });
+    QApplication::setFont(usual);
 }
 
 TEST_F(MenuBounds, CanBeSetByKeys) {

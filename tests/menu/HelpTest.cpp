@@ -24,15 +24,30 @@ struct HelpOfTheProgram : Product, testing::Test {
 };
 
 TEST_F(HelpOfTheProgram, OpensItsPagesWithTheDesktopsOpener) {
+    useDictionary("palisor", {{"IDApp", number(8)},
+                              {"CFBundleDisplayName", text("Palisor")},
+                              {"CFBundleIdentifier", text("com.tamberlo.palisor")},
+                              {"CFBundleShortVersionString", text("1.0")},
+                              {"StoreWebPage", text("https://store.tamberlo.example/app/%@")},
+                              {"SocialPage", text("https://social.tamberlo.example/tamberlo")},
+                              {"MakerSite", text("https://www.tamberlo.example")}});
     spawn();
     ASSERT_TRUE(saysThatItStarts()) << program->errors();
     choose(6);
-    EXPECT_TRUE(program->waitForText("opened https://store.tamberlo.invalid/app/1200000417."));
+    EXPECT_TRUE(program->waitForText("opened https://store.tamberlo.example/app/1200000417."));
     choose(7);
-    EXPECT_TRUE(program->waitForText("opened https://social.tamberlo.invalid/tamberlo."));
+    EXPECT_TRUE(program->waitForText("opened https://social.tamberlo.example/tamberlo."));
     choose(8);
-    EXPECT_TRUE(program->waitForText("opened https://www.tamberlo.invalid#contacts."));
+    EXPECT_TRUE(program->waitForText("opened https://www.tamberlo.example#contacts."));
     EXPECT_EQ(program->errors().find("is not opened"), std::string::npos) << program->errors();
+}
+
+TEST_F(HelpOfTheProgram, OffersNoReservedAddress) {
+    spawn();
+    ASSERT_TRUE(saysThatItStarts()) << program->errors();
+    choose(6); // the next entry that can be chosen
+    EXPECT_TRUE(stores(entry("CHECK_1", text("1")))) << storedSettings();
+    EXPECT_EQ(program->output().find("opened "), std::string::npos) << program->output();
 }
 
 } // namespace

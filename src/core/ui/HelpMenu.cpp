@@ -11,10 +11,18 @@
 namespace palisor {
 
 void AppDelegate::addTAMBERLOItemsToHelpMenu(Menu& menu) const {
-    for (const auto& [title, action] : {std::pair{"MAC_APP_STORE_PAGE", "openMacAppStorePage"},
-                                        {"FACEBOOK_PAGE", "openFB"},
-                                        {"SUPPORT", "openSupport"}})
-        menu.items.push_back(std::make_unique<MenuItem>(localizedItem(title, action)));
+    struct Page {
+        const char *title, *action;
+        std::string_view address; ///< its key
+    };
+    for (const Page& page : {Page{"MAC_APP_STORE_PAGE", "openMacAppStorePage", "StoreWebPage"},
+                             {"FACEBOOK_PAGE", "openFB", "SocialPage"},
+                             {"SUPPORT", "openSupport", dictionary::makerSite}}) {
+        MenuItem item = localizedItem(page.title, page.action);
+        item.leadsNowhere =
+            !services.workspace.leadsSomewhere(std::string(services.bundle.string(page.address)));
+        menu.items.push_back(std::make_unique<MenuItem>(std::move(item)));
+    }
 }
 
 void AppDelegate::openApp(MenuItem& item) {

@@ -56,8 +56,12 @@ double topOf(const Rect& frame) {
 }
 
 /// A picture in its natural size that leads to the maker's site.
-InfoButton pictureButton(const std::string& image, Rect frame) {
-    return {.frame = frame, .image = image, .action = "opentamberloosx"};
+InfoButton pictureButton(const platform::Bundle& bundle, const std::string& image, Rect frame) {
+    return {.frame = frame,
+            .image = image,
+            .says = bundle.localizedString("OPEN_SITE"),
+            .link = std::string(bundle.string(dictionary::makerSite)),
+            .action = "opentamberloosx"};
 }
 
 } // namespace
@@ -97,7 +101,7 @@ double AppDelegate::stackInfoViews(std::vector<InfoView>& views) const {
     const auto logo = services.infoWindows.imageSize("logo");
     const Rect logoFrame{windowWidth / 2 - logoInset - logo.width, topOf(checkBox) + logoGap,
                          logo.width, logo.height};
-    views.push_back(pictureButton("logo", logoFrame));
+    views.push_back(pictureButton(bundle, "logo", logoFrame));
 
     const std::string mail(bundle.string(dictionary::supportMail));
     const InfoText contact =
@@ -106,6 +110,7 @@ double AppDelegate::stackInfoViews(std::vector<InfoView>& views) const {
     views.push_back(InfoButton{.frame = {textLeft, contact.frame.y - buttonHeight - recommendGap,
                                          buttonWidth, buttonHeight},
                                .title = bundle.localizedString("CONSIGLIA"),
+                               .link = "mailto:" + mail,
                                .action = "openConsigli"});
 
     const std::string site(bundle.string(dictionary::makerSite));
@@ -121,7 +126,7 @@ double AppDelegate::stackInfoViews(std::vector<InfoView>& views) const {
     const auto size = services.infoWindows.imageSize(picture);
     const Rect pictureFrame{windowWidth / 2 - size.width / 2, topOf(description.frame) + gap,
                             size.width, size.height};
-    views.push_back(pictureButton(picture, pictureFrame));
+    views.push_back(pictureButton(bundle, picture, pictureFrame));
     return topOf(pictureFrame) + gap + topMargin;
 }
 

@@ -150,7 +150,9 @@ void AppDelegate::addDarkLevelEntry() {
         makeSlider(0, keys::darkestLevel, services.settings.integerForKey(keys::OTHERS_DARK),
                    keys::darkestLevel + 1, "sliderDidMove:");
     updateTV(slider);
-    add(*timeSubMenu, sliderItem(services.bundle, slider, tv, darknessText));
+    MenuItem item = sliderItem(services.bundle, slider, tv, darknessText);
+    std::get<platform::SliderView>(item.view).labelStep = 100.0 / keys::darkestLevel; // per cent
+    add(*timeSubMenu, std::move(item));
     MenuItem entry = localizedItem("DARK_LEVEL");
     entry.submenu = timeSubMenu;
     entry.enabled = isActive();

@@ -43,7 +43,7 @@ constexpr Slot slots[] = {
     {.title = "Ostrelle", .id = "611203460", .shown = Shown::inItalian},
 };
 
-std::unique_ptr<platform::MenuItem> itemOf(const Slot& slot) {
+std::unique_ptr<platform::MenuItem> itemOf(const platform::Platform& services, const Slot& slot) {
     auto item = std::make_unique<platform::MenuItem>();
     item->toolTip = slot.id;
     if (slot.kind == Kind::separator) {
@@ -57,6 +57,9 @@ std::unique_ptr<platform::MenuItem> itemOf(const Slot& slot) {
     item->action = "openApp:";
     item->madeWithAction = true;
     item->image = "miniicon_" + std::string(slot.id);
+    const auto page = slot.id == withoutStorePage ? dictionary::makerSite : "StoreWebPage";
+    item->leadsNowhere =
+        !services.workspace.leadsSomewhere(std::string(services.bundle.string(page)));
     return item;
 }
 
@@ -71,7 +74,7 @@ void TAMBERLO::addOtherItemsToMenu_shortVersion_skippingAPP(const platform::Plat
                            (slot.shown == Shown::inShort && shortVersion) ||
                            (slot.shown == Shown::inLong && !shortVersion) ||
                            (slot.shown == Shown::inItalian && italian);
-        if (shown && slot.id != skippedId) menu.items.push_back(itemOf(slot));
+        if (shown && slot.id != skippedId) menu.items.push_back(itemOf(services, slot));
     }
 }
 

@@ -3,6 +3,8 @@
 #include "platform/Workspace.h"
 #include "platform/memory/Effects.h"
 
+#include <algorithm>
+
 namespace platform::memory {
 
 class Workspace final : public platform::Workspace {
@@ -10,6 +12,10 @@ class Workspace final : public platform::Workspace {
     explicit Workspace(Effects& stream) : effects(stream) {}
 
     void openURL(const std::string& url) override { effects.emit("openURL", Member{"url", url}); }
+
+    bool leadsSomewhere(const std::string& url) const override {
+        return std::ranges::find(dead, url) == dead.end();
+    }
 
     std::vector<std::string> runningApplications() override { return running; }
 
@@ -22,8 +28,12 @@ class Workspace final : public platform::Workspace {
         running = std::move(identifiers);
     }
 
+    /// Addresses that lead nowhere from now on; none at first.
+    void setDead(std::vector<std::string> urls) { dead = std::move(urls); }
+
   private:
     Effects& effects;
+    std::vector<std::string> dead;
     std::vector<std::string> running;
 };
 

@@ -43,6 +43,15 @@ TEST(Wordings, AreInBothLanguagesForTextsThatTheProgramHas) {
     }
 }
 
+TEST(Wordings, HaveTheLabelsOfAllSlidersSayTheirValueAndNoMore) {
+    for (const auto* language : {"en", "it"}) {
+        EXPECT_EQ(wordingOf("vellumor", language, "N_SECONDI"), "%d s");
+        EXPECT_EQ(wordingOf("palisor", language, "N_SENSIBILITY"), "%d%");
+        EXPECT_LE(wordingOf("vellumor", language, "0_SECONDI").size(), 12U);
+        EXPECT_LE(wordingOf("palisor", language, "0_DARK_LEVEL").size(), 12U);
+    }
+}
+
 TEST(Wordings, TellInEveryProductWhatItDoesAndWhatTheThreeKeysDoInIt) {
     const std::pair<std::string_view, std::string_view> rows[] = {
         {"palisor", "TESTO_PALISOR"},         {"vellumor", "TESTO_VELLUMOR"},

@@ -60,6 +60,22 @@ Lines titles(const Menu& menu) {
     return all;
 }
 
+TEST(HelpEntries, AreGreyedWhereTheyLeadToNoRealAddressAndKeepTheirActions) {
+    Promoting program;
+    program.platform.workspace.setDead(
+        {"https://social.tamberlo.invalid/page", "https://store.tamberlo.invalid/%@"});
+    Menu menu;
+    program.app.addTAMBERLOItemsToHelpMenu(menu);
+    const auto& [store, social, support] = std::tie(*menu.items[0], *menu.items[1], *menu.items[2]);
+    EXPECT_TRUE(store.greyed());
+    EXPECT_TRUE(social.greyed());
+    EXPECT_FALSE(support.greyed()) << "the makers' site is another address";
+    EXPECT_EQ(social.action, "openFB");
+    EXPECT_TRUE(social.enabled);
+    for (const auto& item : program.list(true, "").items)
+        EXPECT_TRUE(item->greyed() || item->action.empty()) << item->title;
+}
+
 TEST(Promotion, InItsShortVersionLeavesOutTheProductItself) {
     Promoting program;
     EXPECT_THAT(titles(program.list(true, "611203457")),

@@ -7,6 +7,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyleOptionFrame>
+#include <utility>
 
 namespace platform::qt {
 
@@ -14,7 +15,7 @@ namespace {
 
 constexpr int widthInLetters = 28;
 constexpr int verticalPadding = 7;
-constexpr int iconSize = 16;
+constexpr int crossSize = 16;
 constexpr double faintShare = 0.6;
 
 bool isClick(const QKeyEvent& key) {
@@ -43,14 +44,15 @@ class ClearButton final : public QToolButton {
 
 ShortcutField::ShortcutField(QString clearName, std::function<void()> click,
                              std::function<void()> cleared, QWidget* parent)
-    : QWidget(parent), clicked(std::move(click)), clear(new ClearButton(this)) {
+    : QAbstractButton(parent), clear(new ClearButton(this)) {
+    connect(this, &QAbstractButton::clicked, this, [click = std::move(click)] { click(); });
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     clear->setAutoRaise(true);
     clear->setFocusPolicy(Qt::TabFocus);
     clear->setToolTip(clearName);
     clear->setAccessibleName(clearName);
-    clear->setIconSize(QSize(iconSize, iconSize));
+    clear->setIconSize(QSize(crossSize, crossSize));
     clear->setCursor(Qt::ArrowCursor);
     clear->hide();
     connect(clear, &QToolButton::clicked, this, [cleared = std::move(cleared)] { cleared(); });
@@ -96,7 +98,7 @@ void ShortcutField::resizeEvent(QResizeEvent*) {
 }
 
 void ShortcutField::mousePressEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton) clicked();
+    if (event->button() == Qt::LeftButton) click();
 }
 
 // At the release, or the key that is still down would be the first one recorded.
@@ -115,7 +117,7 @@ void ShortcutField::keyReleaseEvent(QKeyEvent* event) {
     }
     if (event->isAutoRepeat() || !keyDown) return;
     keyDown = false;
-    clicked();
+    click();
 }
 
 void ShortcutField::changeEvent(QEvent* event) {
@@ -127,7 +129,7 @@ void ShortcutField::changeEvent(QEvent* event) {
 /// Drawn, since a session without an icon theme has none.
 void ShortcutField::drawClearIcon() {
     const qreal ratio = devicePixelRatioF();
-    QPixmap picture(QSize(iconSize, iconSize) * ratio);
+    QPixmap picture(QSize(crossSize, crossSize) * ratio);
     picture.setDevicePixelRatio(ratio);
     picture.fill(Qt::transparent);
     QPainter painter(&picture);
@@ -136,8 +138,8 @@ void ShortcutField::drawClearIcon() {
     colour.setAlphaF(faintShare);
     constexpr double strokeWidth = 1.6, inset = 4.5;
     painter.setPen(QPen(colour, strokeWidth, Qt::SolidLine, Qt::RoundCap));
-    painter.drawLine(QPointF(inset, inset), QPointF(iconSize - inset, iconSize - inset));
-    painter.drawLine(QPointF(iconSize - inset, inset), QPointF(inset, iconSize - inset));
+    painter.drawLine(QPointF(inset, inset), QPointF(crossSize - inset, crossSize - inset));
+    painter.drawLine(QPointF(crossSize - inset, inset), QPointF(inset, crossSize - inset));
     clear->setIcon(QIcon(picture));
 }
 

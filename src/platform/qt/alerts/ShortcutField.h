@@ -1,14 +1,14 @@
 #pragma once
 
 #include <QToolButton>
-#include <QWidget>
 #include <functional>
 
 namespace platform::qt {
 
 /// The look of a recorder's field: a line edit's frame, a text in its middle, a button that clears
-/// it. It knows nothing of keys but that Space and Enter are a click.
-class ShortcutField final : public QWidget {
+/// it. It knows nothing of keys but that Space and Enter are a click, and is a button to those who
+/// do not see it.
+class ShortcutField final : public QAbstractButton {
   public:
     struct Look {
         QString text;
@@ -28,6 +28,7 @@ class ShortcutField final : public QWidget {
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent*) override {}
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
     void changeEvent(QEvent* event) override;
@@ -35,7 +36,6 @@ class ShortcutField final : public QWidget {
   private:
     void drawClearIcon();
 
-    std::function<void()> clicked;
     Look look;
     QToolButton* clear;
     bool keyDown = false;

@@ -214,6 +214,7 @@ void ShortcutRecorder::store(std::optional<Shortcut> shortcut) {
 
 void ShortcutRecorder::say(const std::string& text, bool isTrouble) {
     words->setText(QString::fromStdString(text));
+    field->setAccessibleDescription(words->text());
     QPalette colours = palette();
     if (!isTrouble) {
         QColor faint = colours.color(QPalette::WindowText);

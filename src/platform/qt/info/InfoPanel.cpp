@@ -5,6 +5,7 @@
 #include "platform/qt/info/LinkLabel.h"
 #include "platform/qt/info/PictureButton.h"
 
+#include <QAccessibleWidget>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QCursor>
@@ -68,10 +69,17 @@ int widthOf(const std::vector<QWidget*>& widgets, int between) {
     return width;
 }
 
+/// A screen reader is told that it is a dialogue, as the window manager is.
+QAccessibleInterface* describe(const QString&, QObject* object) {
+    auto* panel = dynamic_cast<InfoPanel*>(object);
+    return panel != nullptr ? new QAccessibleWidget(panel, QAccessible::Dialog) : nullptr;
+}
+
 } // namespace
 
 InfoPanel::InfoPanel(const Pictures& shown, const QIcon& icon, Heard hearer)
     : pictures(shown), heard(std::move(hearer)), area(new QScrollArea) {
+    QAccessible::installFactory(describe);
     setWindowFlags(Qt::Dialog | TitleBar::windowFlags);
     setWindowIcon(icon);
     setFocusPolicy(Qt::NoFocus);
@@ -139,10 +147,12 @@ void InfoPanel::make(const InfoButton& view, Rows& rows) {
         made = button;
     } else {
         auto* picture = new PictureButton(pictures, view.image, page);
+        picture->setAccessibleName(text(view.says));
         picture->setFixedSize(picture->sizeHint());
         rows.pictures.push_back(picture);
         made = picture;
     }
+    if (!view.link.empty() && !heard.leadsSomewhere(view.link)) made->setEnabled(false);
     connect(made, &QAbstractButton::clicked, this, [this, view] { heard.pressed(view); });
 }
 

@@ -1,5 +1,7 @@
 #include "platform/qt/info/LinkLabel.h"
 
+#include "platform/qt/alerts/FocusRing.h"
+
 #include <QEvent>
 #include <QFocusEvent>
 #include <QTextDocument>
@@ -40,6 +42,12 @@ void LinkLabel::focusInEvent(QFocusEvent* event) {
     QLabel::focusInEvent(event);
     if (event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason)
         focusNextPrevChild(event->reason() == Qt::TabFocusReason);
+}
+
+// The toolkit's own mark is dotted and lies halfway outside.
+void LinkLabel::paintEvent(QPaintEvent* event) {
+    QLabel::paintEvent(event);
+    if (!content.link.empty()) paintFocusRing(*this, 0);
 }
 
 /// The colour of a link is part of its text. Blue is that of links here, which can be read on a

@@ -17,6 +17,7 @@ class LinkLabel final : public QLabel {
 
   protected:
     void changeEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
 
   private:

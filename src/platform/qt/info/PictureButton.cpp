@@ -15,9 +15,19 @@ constexpr double pressedOpacity = 0.7;
 
 PictureButton::PictureButton(const Pictures& shown, std::string called, QWidget* parent)
     : QAbstractButton(parent), pictures(shown), name(std::move(called)) {
-    setAccessibleName(QString::fromStdString(name));
     setFocusPolicy(Qt::TabFocus);
     setCursor(Qt::PointingHandCursor);
+}
+
+// A picture that leads nowhere looks as it does, and is none to click.
+void PictureButton::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::EnabledChange) {
+        if (isEnabled())
+            setCursor(Qt::PointingHandCursor);
+        else
+            unsetCursor();
+    }
+    QAbstractButton::changeEvent(event);
 }
 
 void PictureButton::paintEvent(QPaintEvent*) {

@@ -1,20 +1,24 @@
 #include "platform/qt/menu/BoundsPanel.h"
 
+#include "platform/qt/menu/MenuAccess.h"
+
 #include <QCheckBox>
 #include <QGraphicsOpacityEffect>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPainter>
 #include <QStyle>
+#include <algorithm>
 
 namespace platform::qt {
 
 namespace {
 
-constexpr int panelWidth = 280;
+constexpr int leastWidth = 280;
+constexpr int lettersInLine = 36;
 constexpr int margin = 14;
 constexpr int textMargin = 16;
-constexpr QRect monitor(50, margin, 180, 112);
+constexpr QSize monitorSize(180, 112);
 constexpr int bezel = 9;
 constexpr int boxInset = 6; // from the bezel to a box
 constexpr double outerRadius = 9;
@@ -29,10 +33,6 @@ constexpr int focusRadius = 4;
 
 QRect screenOf(const QRect& frame) {
     return frame.adjusted(bezel, bezel, -bezel, -bezel);
-}
-
-int standBottom() {
-    return monitor.bottom() + 1 + neckHeight + footHeight;
 }
 
 QColor mixed(const QColor& first, const QColor& second, double share) {
@@ -62,23 +62,15 @@ BoundsPanel::BoundsPanel(const BoundsView& view, Clicked handler)
     explanation->setTextFormat(Qt::PlainText);
     explanation->setWordWrap(true);
     explanation->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
-    const int textWidth = panelWidth - 2 * textMargin;
-    const int textHeight = explanation->heightForWidth(textWidth);
-    const int textTop = standBottom() + gap;
-    explanation->setGeometry(textMargin, textTop, textWidth, textHeight);
-    setFixedSize(panelWidth, textTop + textHeight + margin);
+    layOut();
+    setAccessibleDescription(explanation->text());
 }
 
 void BoundsPanel::add(const BoundsView::Named& named, Place place) {
     auto* shown = new QCheckBox(this);
     shown->setObjectName(QString::fromUtf8(named.name.data(), qsizetype(named.name.size())));
+    shown->setAccessibleName(QString::fromStdString(named.text));
     shown->setFocusPolicy(Qt::NoFocus);
-    const QRect room = screenOf(monitor).adjusted(boxInset, boxInset, -boxInset, -boxInset);
-    const QSize size(style()->pixelMetric(QStyle::PM_IndicatorWidth, nullptr, shown),
-                     style()->pixelMetric(QStyle::PM_IndicatorHeight, nullptr, shown));
-    shown->setGeometry(QRect(QPoint(room.x() + qRound(place.x * (room.width() - size.width())),
-                                    room.y() + qRound(place.y * (room.height() - size.height()))),
-                             size));
     CheckBox& box = *named.box;
     shown->setChecked(box.state != 0);
     shown->setEnabled(box.enabled);
@@ -92,6 +84,40 @@ void BoundsPanel::add(const BoundsView::Named& named, Place place) {
         clicked(box);
     });
     boxes.push_back(shown);
+    places.push_back(place);
+}
+
+/// As wide as the font makes a line of text.
+void BoundsPanel::layOut() {
+    const QFontMetrics letters = explanation->fontMetrics();
+    const int width =
+        std::max(leastWidth, letters.averageCharWidth() * lettersInLine + 2 * textMargin);
+    const int textWidth = width - 2 * textMargin;
+    const int textHeight = explanation->heightForWidth(textWidth);
+    const int textTop = margin + monitorSize.height() + neckHeight + footHeight + gap;
+    explanation->setGeometry(textMargin, textTop, textWidth, textHeight);
+    setFixedSize(width, textTop + textHeight + margin);
+    const QRect room = screenOf(monitor()).adjusted(boxInset, boxInset, -boxInset, -boxInset);
+    for (std::size_t index = 0; index < boxes.size(); ++index) {
+        QCheckBox* box = boxes[index];
+        const QSize size(box->style()->pixelMetric(QStyle::PM_IndicatorWidth, nullptr, box),
+                         box->style()->pixelMetric(QStyle::PM_IndicatorHeight, nullptr, box));
+        const QPoint corner(qRound(places[index].x * (room.width() - size.width())),
+                            qRound(places[index].y * (room.height() - size.height())));
+        box->setGeometry(QRect(room.topLeft() + corner, size));
+    }
+}
+
+QRect BoundsPanel::monitor() const {
+    return {QPoint((width() - monitorSize.width()) / 2, margin), monitorSize};
+}
+
+// A menu's font may be another one than that of the widget before it was put into one.
+void BoundsPanel::changeEvent(QEvent* event) {
+    MenuPanel::changeEvent(event);
+    const bool changes =
+        event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange;
+    if (changes && !boxes.empty()) layOut();
 }
 
 /// To the next box, or the one before, that can be changed.
@@ -102,6 +128,7 @@ void BoundsPanel::moveMark(int by) {
         if (boxes[marked]->isEnabled()) break;
     }
     update();
+    tellFocus(*boxes[marked]);
 }
 
 bool BoundsPanel::handleKey(const QKeyEvent& key) {
@@ -129,6 +156,11 @@ bool BoundsPanel::handleKey(const QKeyEvent& key) {
 void BoundsPanel::setActive(bool shown) {
     active = shown;
     update();
+    // Behind what the menu tells of the whole entry.
+    const auto tellBox = [this] {
+        if (active) tellFocus(*boxes[marked]);
+    };
+    if (active) QMetaObject::invokeMethod(this, tellBox, Qt::QueuedConnection);
 }
 
 void BoundsPanel::paintEvent(QPaintEvent*) {
@@ -138,22 +170,22 @@ void BoundsPanel::paintEvent(QPaintEvent*) {
     const QColor window = palette().color(QPalette::Window);
     const QColor body = mixed(window, text, 0.32);
     const QColor edge = mixed(window, text, 0.48);
+    const QRect frame = monitor();
 
     painter.setPen(Qt::NoPen);
     painter.setBrush(mixed(window, text, 0.4));
-    painter.drawRect(QRect(monitor.center().x() + 1 - neckWidth / 2, monitor.bottom() + 1,
-                           neckWidth, neckHeight));
+    painter.drawRect(
+        QRect(frame.center().x() + 1 - neckWidth / 2, frame.bottom() + 1, neckWidth, neckHeight));
     painter.setBrush(body);
-    painter.drawRoundedRect(QRectF(monitor.center().x() + 1 - footWidth / 2,
-                                   monitor.bottom() + 1 + neckHeight, footWidth, footHeight),
+    painter.drawRoundedRect(QRectF(frame.center().x() + 1 - footWidth / 2,
+                                   frame.bottom() + 1 + neckHeight, footWidth, footHeight),
                             footHeight / 2.0, footHeight / 2.0);
     painter.setPen(QPen(edge, 1));
     painter.setBrush(body);
-    painter.drawRoundedRect(QRectF(monitor).adjusted(0.5, 0.5, -0.5, -0.5), outerRadius,
-                            outerRadius);
+    painter.drawRoundedRect(QRectF(frame).adjusted(0.5, 0.5, -0.5, -0.5), outerRadius, outerRadius);
     // Not the colour of the boxes, which have no outline to speak of in dark styles.
     painter.setBrush(mixed(palette().color(QPalette::Base), text, 0.1));
-    painter.drawRoundedRect(QRectF(screenOf(monitor)).adjusted(0.5, 0.5, -0.5, -0.5), innerRadius,
+    painter.drawRoundedRect(QRectF(screenOf(frame)).adjusted(0.5, 0.5, -0.5, -0.5), innerRadius,
                             innerRadius);
     if (!active) return;
     const QRect around =

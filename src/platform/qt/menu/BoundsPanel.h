@@ -20,11 +20,16 @@ class BoundsPanel final : public MenuPanel {
     /// The boxes must outlive the object.
     BoundsPanel(const BoundsView& view, Clicked clicked);
 
+    void nameAfter(const QString& entry) override { setAccessibleName(entry); }
     bool handleKey(const QKeyEvent& key) override;
     void setActive(bool active) override;
 
+    /// Whether the keys are for that box.
+    bool isAt(const QCheckBox& box) const { return active && boxes[marked] == &box; }
+
   protected:
     void paintEvent(QPaintEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
   private:
     struct Place {
@@ -32,10 +37,13 @@ class BoundsPanel final : public MenuPanel {
     };
 
     void add(const BoundsView::Named& named, Place place);
+    void layOut();
+    QRect monitor() const;
     void moveMark(int by);
 
     Clicked clicked;
     std::vector<QCheckBox*> boxes; ///< clockwise from the top left
+    std::vector<Place> places;     ///< of the boxes
     QLabel* explanation;
     std::size_t marked = 0; ///< the box that the keyboard is at
     bool active = false;

@@ -10,6 +10,9 @@ namespace platform::qt {
 /// menu, which passes on the keys while the entry is the active one.
 class MenuPanel : public QWidget {
   public:
+    /// The text of the entry that leads to it, for those who do not see where it opens.
+    virtual void nameAfter(const QString& entry) = 0;
+
     /// True when the key is used up.
     virtual bool handleKey(const QKeyEvent& key) = 0;
 

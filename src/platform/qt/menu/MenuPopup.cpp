@@ -3,6 +3,7 @@
 #include "platform/qt/loop/QtApplication.h"
 #include "platform/qt/menu/BoundsPanel.h"
 #include "platform/qt/menu/EntryText.h"
+#include "platform/qt/menu/MenuAccess.h"
 #include "platform/qt/menu/MenuStyle.h"
 #include "platform/qt/menu/SliderPanel.h"
 #include "platform/qt/pictures/Pictures.h"
@@ -34,6 +35,7 @@ bool isChoice(int key) {
 } // namespace
 
 MenuPopup::MenuPopup(const Menu& menu, const Listener& hears) : root(*this), listener(&hears) {
+    describeMenus();
     fill(menu, {});
 }
 
@@ -47,6 +49,11 @@ void MenuPopup::fill(const Menu& menu, const std::vector<std::size_t>& path) {
     setSeparatorsCollapsible(true);
     setToolTipsVisible(true);
     connect(this, &QMenu::hovered, this, [this](const QAction* now) { showActive(now); });
+    // It has the keyboard, and no entry is chosen yet.
+    const auto tellMenu = [this] {
+        if (isVisible() && activeAction() == nullptr) tellFocus(*this);
+    };
+    connect(this, &QMenu::aboutToShow, this, tellMenu, Qt::QueuedConnection);
     connect(this, &QMenu::aboutToHide, this, [this] { showActive(nullptr); });
     std::vector<std::size_t> place = path;
     place.push_back(0);
@@ -76,8 +83,15 @@ void MenuPopup::addEntry(const MenuItem& item, const std::vector<std::size_t>& p
     auto* submenu = new MenuPopup(*item.submenu, path, root);
     submenu->setParent(this, submenu->windowFlags());
     action.setMenu(submenu);
+    submenu->nameAfter(entryText(item).label);
     submenus.push_back(submenu);
     if (!item.action.empty()) withActionAndSubmenu.push_back(&action);
+}
+
+void MenuPopup::nameAfter(const QString& entry) {
+    setAccessibleName(entry);
+    for (const QAction* action : actions())
+        if (MenuPanel* panel = panelOf(action)) panel->nameAfter(entry);
 }
 
 void MenuPopup::addPanel(const MenuItem& item, const std::vector<std::size_t>& path) {

@@ -56,6 +56,7 @@ class MenuPopup final : public QMenu {
     void fill(const Menu& menu, const std::vector<std::size_t>& path);
     void addEntry(const MenuItem& item, const std::vector<std::size_t>& path);
     void addPanel(const MenuItem& item, const std::vector<std::size_t>& path);
+    void nameAfter(const QString& entry);
     void listenTo(QAction& action, MenuEntryId entry);
     /// Whether the entry is chosen although it has a submenu.
     bool sends(const QAction* action) const;

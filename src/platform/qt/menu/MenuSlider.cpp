@@ -4,6 +4,7 @@
 #include <QStyleOptionSlider>
 #include <QWheelEvent>
 #include <algorithm>
+#include <climits>
 #include <cmath>
 
 namespace platform::qt {
@@ -18,9 +19,10 @@ int wholeSteps(const Slider& slider) {
 
 } // namespace
 
-MenuSlider::MenuSlider(const Slider& slider, Moved handler)
+MenuSlider::MenuSlider(const Slider& slider, double labelStep, Moved handler)
     : QSlider(Qt::Horizontal),
       minimumValue(slider.minimum),
+      perStep(labelStep),
       unitsPerStep(std::max(1, slider.tickMarks - 1)),
       moved(std::move(handler)) {
     setFocusPolicy(Qt::NoFocus);
@@ -55,6 +57,12 @@ void MenuSlider::step(int steps) {
 
 void MenuSlider::stepToEnd(bool toMaximum) {
     set(toMaximum ? maximum() : minimum(), EventType::leftMouseUp);
+}
+
+void MenuSlider::goTo(double shown) {
+    const double steps = std::round(shown / perStep - minimumValue);
+    set(static_cast<int>(std::clamp(steps * unitsPerStep, 0.0, double{INT_MAX})),
+        EventType::leftMouseUp);
 }
 
 void MenuSlider::showActive(bool shown) {

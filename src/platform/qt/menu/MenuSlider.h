@@ -16,7 +16,8 @@ class MenuSlider final : public QSlider {
     /// the wheel set a value as finally as a release does.
     using Moved = std::function<void(double value, EventType how)>;
 
-    MenuSlider(const Slider& slider, Moved moved);
+    /// `labelStep` is what the shown value grows by in a step.
+    MenuSlider(const Slider& slider, double labelStep, Moved moved);
 
     /// Moves by that many steps.
     void step(int steps);
@@ -25,6 +26,15 @@ class MenuSlider final : public QSlider {
     int pageSteps() const;
 
     void showActive(bool active);
+    bool isActive() const { return active; }
+
+    /// As its label counts.
+    double shownValue() const { return modelValue() * perStep; }
+    double shownMinimum() const { return minimumValue * perStep; }
+    double shownMaximum() const { return (minimumValue + maximum() / unitsPerStep) * perStep; }
+    double shownStep() const { return perStep; }
+    /// To that shown value, or the nearest that there is.
+    void goTo(double shown);
 
   protected:
     void mousePressEvent(QMouseEvent* event) override;
@@ -39,6 +49,7 @@ class MenuSlider final : public QSlider {
     double modelValue() const;
 
     double minimumValue;
+    double perStep;   ///< of the shown value
     int unitsPerStep; ///< so that the tick marks fall on whole units
     Moved moved;
     int grip = 0;  ///< from the handle's left edge to where it was taken

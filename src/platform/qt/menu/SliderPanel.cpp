@@ -7,7 +7,8 @@
 namespace platform::qt {
 
 SliderPanel::SliderPanel(const SliderView& view, MenuSlider::Moved moved)
-    : text(new QLabel(this)), slider(new MenuSlider(view.slider, std::move(moved))) {
+    : text(new QLabel(this)),
+      slider(new MenuSlider(view.slider, view.labelStep, std::move(moved))) {
     constexpr int inset = static_cast<int>(SliderView::sliderInset);
     constexpr int sliderHeight = static_cast<int>(SliderView::height - SliderView::labelHeight);
     // As the model has it, unless the font is too large for that.
@@ -35,8 +36,17 @@ SliderPanel::SliderPanel(const SliderView& view, MenuSlider::Moved moved)
         if (!end.empty()) nameEnd(end, side);
     if (view.label) {
         labelName = view.label->name;
-        text->setText(QString::fromStdString(view.label->text));
+        say(view.label->text);
     }
+}
+
+void SliderPanel::nameAfter(const QString& entry) {
+    slider->setAccessibleName(entry);
+}
+
+void SliderPanel::say(const std::string& words) {
+    text->setText(QString::fromStdString(words));
+    slider->setAccessibleDescription(text->text());
 }
 
 /// Above the slider, on the label's line.
@@ -55,7 +65,7 @@ void SliderPanel::nameEnd(const std::string& name, Qt::AlignmentFlag side) {
 }
 
 void SliderPanel::showLabel(const Label& label) {
-    if (label.name == labelName) text->setText(QString::fromStdString(label.text));
+    if (label.name == labelName) say(label.text);
 }
 
 bool SliderPanel::handleKey(const QKeyEvent& key) {

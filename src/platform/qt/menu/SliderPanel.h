@@ -15,10 +15,12 @@ class SliderPanel final : public MenuPanel {
     /// Nothing when the label is another one.
     void showLabel(const Label& label);
 
+    void nameAfter(const QString& entry) override;
     bool handleKey(const QKeyEvent& key) override;
     void setActive(bool active) override;
 
   private:
+    void say(const std::string& words);
     void nameEnd(const std::string& name, Qt::AlignmentFlag side);
 
     std::string labelName;

@@ -35,6 +35,10 @@ void QtWorkspace::openURL(const std::string& url) {
     log.write("no address can be opened: install xdg-utils and a browser");
 }
 
+bool QtWorkspace::leadsSomewhere(const std::string& url) const {
+    return openableAddress(url).has_value() && (!isDead || !isDead(url));
+}
+
 void QtWorkspace::postDistributedNotification(const std::string& name, const std::string& object) {
     DistributedNotifications::post(name, object, log);
 }

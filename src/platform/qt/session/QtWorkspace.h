@@ -9,13 +9,16 @@ namespace platform::qt {
 /// program, whatever draws the windows.
 class QtWorkspace final : public Workspace {
   public:
-    /// `ownName` is the program's name on the bus. The log must outlive the object.
-    QtWorkspace(std::string ownName, Log& writer)
-        : log(writer), applications(std::move(ownName), writer) {}
+    /// `ownName` is the program's name on the bus. The log must outlive the object. An address of
+    /// which `leadsNowhere` is true is not offered.
+    QtWorkspace(std::string ownName, Log& writer,
+                std::function<bool(const std::string& url)> leadsNowhere = {})
+        : log(writer), applications(std::move(ownName), writer), isDead(std::move(leadsNowhere)) {}
 
     /// Returns at once, and involves no shell. A page must have a host. A desktop that has no
     /// opener is logged once.
     void openURL(const std::string& url) override;
+    bool leadsSomewhere(const std::string& url) const override;
     /// Called for each address that there is no opener for.
     void onNoOpener(std::function<void()> handler) { noOpener = std::move(handler); }
 
@@ -25,6 +28,7 @@ class QtWorkspace final : public Workspace {
   private:
     Log& log;
     SessionApplications applications;
+    std::function<bool(const std::string& url)> isDead;
     std::function<void()> noOpener;
     bool toldMissing = false;
 };

@@ -72,7 +72,8 @@ void QtStatusItem::setImage(std::string_view name, bool isTemplate) {
 }
 
 void QtStatusItem::setToolTip(std::string_view text) {
-    if (tray != nullptr) tray->setToolTip(std::string(text));
+    toolTip = text;
+    if (tray != nullptr) tray->setToolTip(toolTip);
 }
 
 void QtStatusItem::popUpMenu() {
@@ -81,6 +82,7 @@ void QtStatusItem::popUpMenu() {
     {
         const QtRunLoop::ModalScope modal(runLoop);
         MenuPopup popup(*menu, listener);
+        popup.setAccessibleName(QString::fromStdString(toolTip));
         open = &popup;
         chosen = popup.run(QCursor::pos());
         open = nullptr;

@@ -47,6 +47,7 @@ class QtStatusItem final : public StatusItem {
     TrayIcon* tray;
     Menu* menu = nullptr;
     MenuTarget* target = nullptr;
+    std::string toolTip;
     MenuPopup* open = nullptr; ///< while it is
     std::optional<ExportedMenu> exported;
 };
