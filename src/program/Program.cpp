@@ -84,6 +84,7 @@ Program::Program(const Product& product, lnx::ProductBundle& productBundle, Sess
       pictures({lnx::imagesFolder(), bundle.folder()}, log),
       desk(session.start(
           {product, runLoop, settings, application, pictures,
+           [this](std::optional<bool> dark) { colourScheme.windowSystemWishes(dark); },
            [this] { exit(failure); }})),
       tray(std::in_place, desk.tray, pictures,
            platform::qt::TrayIcon::Identity{product.identifier, product.name}, log),
