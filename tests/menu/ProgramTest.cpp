@@ -1,5 +1,5 @@
+#include "testing/SettingsManager.h"
 #include "testing/desktop/Product.h"
-#include "testing/desktop/SettingsManager.h"
 
 #include <gtest/gtest.h>
 

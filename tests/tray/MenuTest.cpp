@@ -181,6 +181,29 @@ TEST_F(MenuInTheTray, OfLxqtHangsFromThePlaceOfTheLastClickAndBeforeFromTheEndOf
     EXPECT_EQ(cornerOf(menu), (support::Spot{x, panel.y - menu.height}));
 }
 
+// As a host's own key does, which some hosts have no place for.
+TEST_F(MenuInTheTray, OfAnItemHangsFromThePlaceThatTheHostTells) {
+    host = traytests::startHost(desktop, Host::lxqtPanel, {.edge = Edge::bottom});
+    const Area panel = waitForPanel(Edge::bottom);
+    startProgram();
+    const std::string item = "org.kde.StatusNotifierItem-" + std::to_string(program->pid()) + "-1";
+    ASSERT_TRUE(desktop.isOnTheBusSoon(item));
+    const auto activated = [&](int x, int y) {
+        desktop.call({"--dest=" + item, "/StatusNotifierItem",
+                      "org.kde.StatusNotifierItem.Activate", "int32:" + std::to_string(x),
+                      "int32:" + std::to_string(y)});
+        EXPECT_TRUE(waitForMenus(1));
+        return closed();
+    };
+    const int y = panel.y + panel.height / 2;
+    const Area menu = activated(700, y);
+    EXPECT_EQ(cornerOf(menu), (support::Spot{700, panel.y - menu.height}));
+    EXPECT_EQ(cornerOf(activated(300, y)).x, 300);
+    EXPECT_EQ(cornerOf(activated(0, 0)).x, 300) << "no place";
+    EXPECT_EQ(cornerOf(activated(400, 200)).x, 300) << "on no panel";
+    EXPECT_EQ(cornerOf(menuOfASecondStart()).x, 300);
+}
+
 TEST_F(MenuInTheTray, IsAtTheCursorWhereThereIsNoTray) {
     startProgram();
     const Area menu = menuOfASecondStart();

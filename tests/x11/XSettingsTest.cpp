@@ -1,8 +1,8 @@
 #include "platform/x11/session/XSettings.h"
 #include "TestLoop.h"
 #include "testing/KeptLog.h"
+#include "testing/SettingsManager.h"
 #include "testing/desktop/PrivateDesktop.h"
-#include "testing/desktop/SettingsManager.h"
 
 #include <gtest/gtest.h>
 
