@@ -82,22 +82,15 @@ struct MenuInTheTray : desktop::Product, testing::Test {
         return area;
     }
 
-    /// Whether a menu begins right beside the panel, and in line with it but for its border.
-    static bool isBeside(const Area& panel, Edge edge, const Area& menu) {
-        const bool inLine = edge == Edge::top || edge == Edge::bottom
-                                ? std::abs(menu.x - panel.x) <= thickestBorder
-                                : std::abs(menu.y - panel.y) <= thickestBorder;
-        switch (edge) {
-        case Edge::top:
-            return inLine && menu.y == panel.y + panel.height;
-        case Edge::bottom:
-            return inLine && menu.y + menu.height == panel.y;
-        case Edge::left:
-            return inLine && menu.x == panel.x + panel.width;
-        case Edge::right:
-            return inLine && menu.x + menu.width == panel.x;
-        }
-        return false;
+    /// Whether a menu begins right beside the panel, or so many pixels from there, and in line with
+    /// it but for its border.
+    static bool isBeside(const Area& panel, Edge edge, const Area& menu, int slack = 0) {
+        const bool isUpright = edge == Edge::left || edge == Edge::right;
+        const int inLine = isUpright ? menu.y - panel.y : menu.x - panel.x;
+        const int distances[] = {menu.y - panel.y - panel.height, panel.y - menu.y - menu.height,
+                                 menu.x - panel.x - panel.width, panel.x - menu.x - menu.width};
+        return std::abs(inLine) <= thickestBorder &&
+               std::abs(distances[static_cast<int>(edge)]) <= slack;
     }
 
     std::string picture;
@@ -123,6 +116,16 @@ TEST_P(OfAPlainTray, HangsFromTheIconByASecondStartAndByAClick) {
     EXPECT_TRUE(isBeside(icon, GetParam(), menu)) << menu.x << ' ' << menu.y;
     menu = menuOfAClick(icon.x + icon.width / 2, icon.y + icon.height / 2);
     EXPECT_TRUE(isBeside(icon, GetParam(), menu)) << menu.x << ' ' << menu.y;
+}
+
+// The coordinates of the toolkit are then other than the server's.
+TEST_P(OfAPlainTray, HangsFromTheIconWhereTheToolkitIsScaled) {
+    desktop.setVariable("QT_SCALE_FACTOR", "1.25");
+    host = traytests::startHost(desktop, Host::plainTray, {.edge = GetParam(), .centred = true});
+    startProgram();
+    const Area icon = waitForPanel(GetParam());
+    const Area menu = menuOfASecondStart();
+    EXPECT_TRUE(isBeside(icon, GetParam(), menu, 1)) << menu.x << ' ' << menu.y;
 }
 
 INSTANTIATE_TEST_SUITE_P(MenuInTheTray, OfAPlainTray,

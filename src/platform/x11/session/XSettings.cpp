@@ -66,7 +66,8 @@ class Reader {
 
 /// "Adwaita-dark", and "Adwaita:dark" of GTK's own theme.
 bool isDarkTheme(std::string name) {
-    std::ranges::transform(name, name.begin(), [](unsigned char c) { return std::tolower(c); });
+    std::ranges::transform(name, name.begin(),
+                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     return name.ends_with("-dark") || name.ends_with(":dark");
 }
 
