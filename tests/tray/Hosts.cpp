@@ -102,6 +102,10 @@ void write(const std::filesystem::path& path, const std::string& text) {
     std::ofstream(path) << text;
 }
 
+bool plainTrayCanBeAt(Edge edge) {
+    return edge == Edge::top || isInstalled("trayer");
+}
+
 std::unique_ptr<support::ChildProcess> startHost(const support::PrivateDesktop& desktop, Host host,
                                                  const Look& look) {
     switch (host) {

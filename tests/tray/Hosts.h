@@ -22,6 +22,9 @@ struct Look {
     bool black = false;    ///< the plain tray
 };
 
+/// Whether the plain tray of this system can be there.
+bool plainTrayCanBeAt(Edge edge);
+
 /// The panels are as long as their edge, and have the icon at its beginning.
 std::unique_ptr<support::ChildProcess> startHost(const support::PrivateDesktop& desktop, Host host,
                                                  const Look& look = {});
