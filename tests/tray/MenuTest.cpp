@@ -102,6 +102,7 @@ support::Spot cornerOf(const Area& area) {
 }
 
 struct OfXfce : MenuInTheTray, testing::WithParamInterface<Edge> {};
+struct OfLxqt : OfXfce {};
 struct OfAPlainTray : OfXfce {
     void SetUp() override {
         if (!traytests::plainTrayCanBeAt(GetParam())) GTEST_SKIP() << "there is no trayer";
@@ -170,23 +171,31 @@ TEST_F(MenuInTheTray, OfAShippedTint2HangsFromTheIcon) {
 }
 
 // The item's place is not known before it has been clicked.
-TEST_F(MenuInTheTray, OfLxqtHangsFromThePlaceOfTheLastClickAndBeforeFromTheEndOfThePanel) {
-    picture = "lxqt";
-    host = traytests::startHost(desktop, Host::lxqtPanel, {.edge = Edge::bottom});
-    const Area panel = waitForPanel(Edge::bottom);
+TEST_P(OfLxqt, HangsFromThePlaceOfTheLastClickAndBeforeFromTheEndOfThePanel) {
+    const bool isVertical = GetParam() == Edge::left;
+    picture = "lxqt-" + std::to_string(static_cast<int>(GetParam()));
+    host = traytests::startHost(desktop, Host::lxqtPanel, {.edge = GetParam()});
+    waitForPanel(GetParam());
     startProgram();
-    Area menu;
+    Area menu, panel;
     EXPECT_TRUE(support::waitUntil([&] {
         menu = menuOfASecondStart();
-        return menu.x + menu.width == 1280 && menu.y + menu.height == panel.y;
+        panel = panelAt(GetParam());
+        const Area end = isVertical ? Area{panel.x, 800 - menu.height, panel.width, panel.height}
+                                    : Area{1280 - menu.width, panel.y, panel.width, panel.height};
+        return isBeside(end, GetParam(), menu);
     })) << menu.x
         << ' ' << menu.y;
-    const int x = 14, y = panel.y + panel.height / 2;
-    menu = menuOfAClick(x, y);
-    EXPECT_EQ(cornerOf(menu), (support::Spot{x, panel.y - menu.height}));
-    menu = menuOfASecondStart();
-    EXPECT_EQ(cornerOf(menu), (support::Spot{x, panel.y - menu.height}));
+    const int x = isVertical ? panel.width / 2 : 14;
+    const int y = isVertical ? 14 : panel.y + panel.height / 2;
+    const Area place = isVertical ? Area{panel.x, y, panel.width, panel.height}
+                                  : Area{x, panel.y, panel.width, panel.height};
+    EXPECT_TRUE(isBeside(place, GetParam(), menuOfAClick(x, y)));
+    EXPECT_TRUE(isBeside(place, GetParam(), menuOfASecondStart()));
 }
+
+INSTANTIATE_TEST_SUITE_P(MenuInTheTray, OfLxqt,
+                         testing::Values(Edge::top, Edge::bottom, Edge::left));
 
 // As a host's own key does, which some hosts have no place for.
 TEST_F(MenuInTheTray, OfAnItemHangsFromThePlaceThatTheHostTells) {
