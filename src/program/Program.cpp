@@ -83,7 +83,9 @@ Program::Program(const Product& product, lnx::ProductBundle& productBundle, Sess
       workspace(product.identifier, log, lnx::asksNobody),
       pictures({lnx::imagesFolder(), bundle.folder()}, log),
       desk(session.start(
-          {product, runLoop, settings, application, pictures, [this] { exit(failure); }})),
+          {product, runLoop, settings, application, pictures,
+           [this](std::optional<bool> dark) { colourScheme.windowSystemWishes(dark); },
+           [this] { exit(failure); }})),
       tray(std::in_place, desk.tray, pictures,
            platform::qt::TrayIcon::Identity{product.identifier, product.name}, log),
       statusItem(runLoop, application, &pictures, &*tray),
@@ -238,9 +240,7 @@ void Program::begin() {
 
 void Program::activate() {
     // The caller waits for an answer, and the menu stays open as long as the user likes.
-    application.afterEvent([this] {
-        if (!platform::qt::QtAlerts::bringToFront()) statusItem.activate();
-    });
+    application.afterEvent([this] { statusItem.activate(); });
 }
 
 void Program::quit() {

@@ -10,6 +10,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace platform::qt {
@@ -34,6 +35,9 @@ class Session {
         platform::Settings& settings;
         platform::qt::QtApplication& application;
         platform::PictureSource& pictures; ///< of windows
+        /// The wish for dark windows in the window system's settings, or that they have none, as
+        /// often as it changes and from inside `start` on; at first there is none.
+        std::function<void(std::optional<bool>)> darkWished;
         std::function<void()> lost; ///< called once from the run loop; nothing works after that
     };
 

@@ -48,6 +48,7 @@ X11Session::Parts::Parts(X11Session& own, const Surroundings& given)
               &given.pictures),
       focus(*own.general, static_cast<std::uint32_t>(::getpid())),
       screenSaver(*own.general),
+      settings(*own.general, given.darkWished),
       tray(*own.general, given.product.identifier, given.product.name) {}
 
 // ":0.0" and ":0" are two screens of one display, which ":0" leads to as well.

@@ -9,6 +9,7 @@
 #include "platform/x11/session/Displays.h"
 #include "platform/x11/session/Focus.h"
 #include "platform/x11/session/ScreenSaver.h"
+#include "platform/x11/session/XSettings.h"
 #include "platform/x11/tray/TrayWindow.h"
 #include "program/Session.h"
 
@@ -41,6 +42,7 @@ class X11Session final : public Session {
         platform::x11::Windows windows;
         platform::x11::Focus focus;
         platform::x11::ScreenSaver screenSaver;
+        platform::x11::XSettings settings;
         platform::x11::TrayWindow tray;
     };
 

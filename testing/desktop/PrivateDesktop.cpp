@@ -127,7 +127,7 @@ void PrivateDesktop::startFirstOf(const Options& options, const Layout& layout) 
     for (const ServerKind kind : options.servers) {
         try {
             server = startXServer({kind, folder.path(), layout, options.hostDisplay,
-                                   options.devices, options.serverArguments},
+                                   options.devices, options.serverArguments, options.depth},
                                   variables);
             return;
         } catch (const std::runtime_error& error) {

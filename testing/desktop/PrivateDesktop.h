@@ -25,6 +25,7 @@ class PrivateDesktop {
         bool bus = true;
         /// Kinds of devices of an Xorg's own, driven through `device`; other servers have none.
         std::vector<std::string> devices{};
+        int depth = 24; ///< bits of a pixel, of an Xorg alone: also 16 and 30
     };
 
     PrivateDesktop() : PrivateDesktop(Options{}) {}

@@ -54,6 +54,32 @@ bool XConnection::keyboardIsGrabbed() const {
     return !isFree;
 }
 
+void XConnection::minimiseLargeWindows(int widerThan) const {
+    constexpr std::uint32_t iconicState = 3, mostWindows = 1024;
+    const auto list =
+        own(xcb_get_property_reply(connection,
+                                   xcb_get_property(connection, 0, root(), atom("_NET_CLIENT_LIST"),
+                                                    XCB_ATOM_WINDOW, 0, mostWindows),
+                                   nullptr));
+    if (!list) return;
+    const auto* windows = static_cast<const xcb_window_t*>(xcb_get_property_value(list.get()));
+    for (std::uint32_t i = 0; i < list->value_len; ++i) {
+        const auto size = own(
+            xcb_get_geometry_reply(connection, xcb_get_geometry(connection, windows[i]), nullptr));
+        if (!size || size->width <= widerThan) continue;
+        xcb_client_message_event_t event{};
+        event.response_type = XCB_CLIENT_MESSAGE;
+        event.format = 32;
+        event.window = windows[i];
+        event.type = atom("WM_CHANGE_STATE");
+        event.data.data32[0] = iconicState;
+        xcb_send_event(connection, 0, root(),
+                       XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                       reinterpret_cast<const char*>(&event));
+    }
+    sync();
+}
+
 void XConnection::sync() const {
     const auto reply =
         own(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));

@@ -47,6 +47,10 @@ class XConnection {
     /// Whether somebody has the keyboard for himself, as an open menu does.
     bool keyboardIsGrabbed() const;
 
+    /// Asks the window manager to minimise the windows that it manages and that are wider than so
+    /// many pixels.
+    void minimiseLargeWindows(int widerThan) const;
+
     /// Returns after the server has carried out everything that was sent here; the events that it
     /// caused up to then are in the queue.
     void sync() const;

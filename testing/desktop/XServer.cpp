@@ -32,9 +32,7 @@ Section "Screen"
     Identifier "screen"
     Device "card"
     Monitor "monitor"
-    DefaultDepth 24
     SubSection "Display"
-        Depth 24
         Modes "1024x768"
     EndSubSection
 EndSection
@@ -74,8 +72,18 @@ std::vector<std::string> commandFor(const ServerStart& start) {
     case ServerKind::xorg: {
         const auto configuration = start.folder / "xorg.conf";
         writeConfiguration(configuration, start);
-        return {"Xorg",     "-config",   configuration, "-logfile",   start.folder / "xorg.log",
-                "-noreset", "-nolisten", "tcp",         "-displayfd", "3"};
+        return {"Xorg",
+                "-config",
+                configuration,
+                "-logfile",
+                start.folder / "xorg.log",
+                "-noreset",
+                "-nolisten",
+                "tcp",
+                "-displayfd",
+                "3",
+                "-depth",
+                std::to_string(start.depth)};
     }
     case ServerKind::xvfb:
         // Room for monitors that are plugged in later; the screen itself is made to fit.

@@ -28,6 +28,7 @@ struct ServerStart {
     std::string hostDisplay{};            ///< for Xephyr
     std::vector<std::string> devices{};   ///< of Xorg alone: kinds as Device names them
     std::vector<std::string> arguments{}; ///< behind the usual ones
+    int depth = 24;                       ///< bits of a pixel, of Xorg alone
 };
 
 /// Starts a server and waits until it accepts connections. Throws std::runtime_error with the

@@ -1,10 +1,36 @@
 #include "testing/eye/Eye.h"
 
+#include <bit>
+#include <cstring>
 #include <stdexcept>
 #include <xcb/damage.h>
 #include <xcb/randr.h>
 
 namespace support {
+
+namespace {
+
+/// The bits of a pixel.
+struct Channels {
+    std::uint32_t red, green, blue;
+};
+
+Channels channelsOf(const xcb_screen_t& screen) {
+    for (auto depth = xcb_screen_allowed_depths_iterator(&screen); depth.rem != 0;
+         xcb_depth_next(&depth))
+        for (auto visual = xcb_depth_visuals_iterator(depth.data); visual.rem != 0;
+             xcb_visualtype_next(&visual))
+            if (visual.data->visual_id == screen.root_visual)
+                return {visual.data->red_mask, visual.data->green_mask, visual.data->blue_mask};
+    throw std::runtime_error("the screen has no visual");
+}
+
+std::uint8_t inEightBits(std::uint32_t pixel, std::uint32_t mask) {
+    const int shift = std::countr_zero(mask);
+    return static_cast<std::uint8_t>(((pixel & mask) >> shift) * 255 / (mask >> shift));
+}
+
+} // namespace
 
 Eye::Eye(const std::string& display) : server(display) {
     const auto version = own(xcb_damage_query_version_reply(
@@ -42,14 +68,24 @@ Picture Eye::picture(const Area& area) const {
                       static_cast<std::uint16_t>(area.width),
                       static_cast<std::uint16_t>(area.height), ~std::uint32_t{0}),
         nullptr));
-    const auto count = static_cast<std::size_t>(area.width) * static_cast<std::size_t>(area.height);
-    if (!image || static_cast<std::size_t>(xcb_get_image_data_length(image.get())) < count * 4)
+    const auto width = static_cast<std::size_t>(area.width);
+    const auto height = static_cast<std::size_t>(area.height);
+    const std::size_t bytes = server.screen().root_depth > 16 ? 4 : 2;
+    const std::size_t row = (width * bytes + 3) / 4 * 4;
+    if (!image || static_cast<std::size_t>(xcb_get_image_data_length(image.get())) < height * row)
         throw std::runtime_error("no picture of the screen");
+    const Channels channels = channelsOf(server.screen());
     Picture result{area, {}};
-    result.pixels.reserve(count);
+    result.pixels.reserve(width * height);
     const std::uint8_t* data = xcb_get_image_data(image.get());
-    for (std::size_t index = 0; index < count; ++index, data += 4)
-        result.pixels.push_back({data[2], data[1], data[0]});
+    for (std::size_t y = 0; y < height; ++y)
+        for (std::size_t x = 0; x < width; ++x) {
+            std::uint32_t pixel = 0;
+            std::memcpy(&pixel, data + y * row + x * bytes, bytes);
+            result.pixels.push_back({inEightBits(pixel, channels.red),
+                                     inEightBits(pixel, channels.green),
+                                     inEightBits(pixel, channels.blue)});
+        }
     return result;
 }
 

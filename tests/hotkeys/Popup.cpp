@@ -59,19 +59,7 @@ bool Popup::isShown() const {
 }
 
 void Popup::minimise() {
-    const auto focus =
-        support::own(xcb_get_input_focus_reply(x.get(), xcb_get_input_focus(x.get()), nullptr));
-    constexpr std::uint32_t iconicState = 3;
-    xcb_client_message_event_t event{};
-    event.response_type = XCB_CLIENT_MESSAGE;
-    event.format = 32;
-    event.window = focus->focus;
-    event.type = x.atom("WM_CHANGE_STATE");
-    event.data.data32[0] = iconicState;
-    xcb_send_event(x.get(), 0, x.root(),
-                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                   reinterpret_cast<const char*>(&event));
-    x.sync();
+    x.minimiseLargeWindows(200);
 }
 
 bool Popup::isGone() {

@@ -108,7 +108,7 @@ struct MenuThatIsExported : testing::Test {
                  heard.push_back("box " + std::to_string(box.tag) + "=" +
                                  std::to_string(box.state));
              }}};
-    StatusNotifierItem item{{"menu-test", "Test", {}}, {}, [](int) {}, &exported};
+    StatusNotifierItem item{{"menu-test", "Test", {}}, {}, [](int, auto) {}, &exported};
 };
 
 } // namespace

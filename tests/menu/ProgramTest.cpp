@@ -1,3 +1,4 @@
+#include "testing/SettingsManager.h"
 #include "testing/desktop/Product.h"
 
 #include <gtest/gtest.h>
@@ -157,6 +158,35 @@ TEST_F(MenuOfTheProgram, TurnsDarkWhenTheDesktopDoesWhileItRuns) {
                      .call({"--dest=org.freedesktop.portal.Desktop",
                             "/org/freedesktop/portal/desktop", "local.Test.Darken"})
                      .empty());
+    openMenu();
+    EXPECT_TRUE(eye.waitUntilSeen([&] {
+        const auto areas = menus();
+        return !areas.empty() && eye.picture(areas.front()).brightness() < 80;
+    }));
+}
+
+TEST_F(MenuOfTheProgram, TurnsDarkAndLightWithTheThemeWhereThereIsNoPortal) {
+    startWith({});
+    ASSERT_TRUE(isUpSoon());
+    const support::SettingsManager manager(desktop.display(), {{"Net/ThemeName", "Greybird-dark"}});
+    const auto turnsDark = [&](bool dark) {
+        return waitUntil([&] {
+            openMenu();
+            const double brightness = eye.picture(menus().front()).brightness();
+            closeMenus();
+            return dark ? brightness < 80 : brightness > 180;
+        });
+    };
+    EXPECT_TRUE(turnsDark(true));
+    manager.write({{"Net/ThemeName", "Greybird"}});
+    EXPECT_TRUE(turnsDark(false));
+}
+
+TEST_F(MenuOfTheProgram, FollowsThePortalAgainstTheTheme) {
+    const support::SettingsManager manager(desktop.display(), {{"Net/ThemeName", "Greybird"}});
+    auto portal = desktop.spawn(PORTAL);
+    ASSERT_TRUE(portal->waitForText("ready"));
+    startWith({});
     openMenu();
     EXPECT_TRUE(eye.waitUntilSeen([&] {
         const auto areas = menus();

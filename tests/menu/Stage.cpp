@@ -44,8 +44,8 @@ std::vector<QMenu*> shownMenus() {
 
 MenuTest::MenuTest() : MenuTest(nullptr) {}
 
-MenuTest::MenuTest(const platform::qt::Pictures* icons)
-    : item(loop, application, icons), eye(desktop().display()), hand(desktop().display()) {
+MenuTest::MenuTest(const platform::qt::Pictures* icons, platform::qt::TrayIcon* tray)
+    : item(loop, application, icons, tray), eye(desktop().display()), hand(desktop().display()) {
     target.event = [this] {
         const auto current = application.currentEvent();
         return std::string(nameOf(current.type)) + "/" + std::to_string(current.buttonNumber);

@@ -29,7 +29,7 @@ inline constexpr support::Area rightMonitor{1280, 16, 1024, 768};
 class MenuTest : public testing::Test {
   protected:
     MenuTest();
-    explicit MenuTest(const platform::qt::Pictures* icons);
+    explicit MenuTest(const platform::qt::Pictures* icons, platform::qt::TrayIcon* tray = nullptr);
 
     /// Clicks the item, has the user act while the menu is open, and closes what is still open.
     void whileOpen(const std::function<void()>& user, int buttonNumber = 0);

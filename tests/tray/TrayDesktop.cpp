@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
-#include <fstream>
-#include <sstream>
 
 namespace traytests {
 
@@ -26,102 +24,31 @@ constexpr const char* square = R"(<svg xmlns="http://www.w3.org/2000/svg" viewBo
 constexpr const char* cross = R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 16 16">
 <path d="M5 0h6v5h5v6h-5v5H5v-5H0V5h5z"/></svg>)";
 
-constexpr const char* xfcePanel = R"(<?xml version="1.0" encoding="UTF-8"?>
-<channel name="xfce4-panel" version="1.0">
-  <property name="configver" type="int" value="2"/>
-  <property name="panels" type="array">
-    <value type="int" value="1"/>
-    <property name="dark-mode" type="bool" value="DARK"/>
-    <property name="panel-1" type="empty">
-      <property name="position" type="string" value="p=6;x=0;y=0"/>
-      <property name="position-locked" type="bool" value="true"/>
-      <property name="length" type="uint" value="100"/>
-      <property name="size" type="uint" value="28"/>
-      <property name="plugin-ids" type="array">
-        <value type="int" value="1"/>
-      </property>
-    </property>
-  </property>
-  <property name="plugins" type="empty">
-    <property name="plugin-1" type="string" value="systray"/>
-  </property>
-</channel>
-)";
-
-// Only the status notifier plugin: no XEMBED tray.
-constexpr const char* lxqtPanel = R"([General]
-panels=panel1
-
-[panel1]
-plugins=statusnotifier
-position=Bottom
-panelSize=32
-iconSize=22
-background-color="#d0d0d0"
-
-[statusnotifier]
-type=statusnotifier
-)";
-
 int brightness(const Colour& colour) {
     return (colour.red + colour.green + colour.blue) / 3;
 }
 
-bool isInstalled(const std::string& program) {
-    std::istringstream folders(std::getenv("PATH"));
-    for (std::string folder; std::getline(folders, folder, ':');)
-        if (std::filesystem::exists(std::filesystem::path(folder) / program)) return true;
-    return false;
-}
-
-void write(const std::filesystem::path& path, const std::string& text) {
-    std::filesystem::create_directories(path.parent_path());
-    std::ofstream(path) << text;
+support::PrivateDesktop::Options optionsOf(int depth) {
+    support::PrivateDesktop::Options options;
+    options.layout = "1280x800+0+0";
+    options.depth = depth;
+    return options;
 }
 
 } // namespace
 
-TrayDesktop::TrayDesktop() {
+TrayDesktop::TrayDesktop(int depth) : desktop(optionsOf(depth)) {
     write(picturesFolder() / "square.svg", square);
     write(picturesFolder() / "cross.svg", cross);
-    write(desktop.configFolder() / "lxqt/panel.conf", lxqtPanel);
     desktop.startWindowManager("openbox");
 }
 
-void TrayDesktop::configureXfce(bool dark) const {
-    std::string text = xfcePanel;
-    text.replace(text.find("DARK"), 4, dark ? "true" : "false");
-    write(desktop.configFolder() / "xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml", text);
-}
-
 std::unique_ptr<support::ChildProcess> TrayDesktop::startPlainTray(Look look) {
-    const std::string height = std::to_string(look.height);
-    if (!isInstalled("trayer"))
-        return desktop.spawn("stalonetray", {"--config", "/dev/null", "--geometry", "1x1+0+0",
-                                             "--slot-size", height, "--icon-size", height,
-                                             "--background", look.black ? "#000000" : "#d0d0d0"});
-    std::vector<std::string> arguments{"--edge",      "top",     "--align",  "left",
-                                       "--widthtype", "request", "--height", height};
-    if (look.black)
-        arguments.insert(arguments.end(),
-                         {"--transparent", "true", "--alpha", "0", "--tint", "0x000000"});
-    return desktop.spawn("trayer", arguments);
+    return traytests::startHost(desktop, Host::plainTray, look);
 }
 
 void TrayDesktop::startHost(Host host, Look look) {
-    switch (host) {
-    case Host::plainTray:
-        hostProcess = startPlainTray(look);
-        break;
-    case Host::xfcePanel:
-    case Host::darkXfcePanel:
-        configureXfce(host == Host::darkXfcePanel);
-        hostProcess = desktop.spawn("xfce4-panel", {"--disable-wm-check"});
-        break;
-    case Host::lxqtPanel:
-        hostProcess = desktop.spawn("lxqt-panel");
-        break;
-    }
+    hostProcess = traytests::startHost(desktop, host, look);
 }
 
 void TrayDesktop::startShippedLxqtPanel(const std::string& theme) {

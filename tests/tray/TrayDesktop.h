@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Hosts.h"
 #include "testing/desktop/Hand.h"
 #include "testing/desktop/PrivateDesktop.h"
 #include "testing/eye/Eye.h"
@@ -11,20 +12,10 @@
 
 namespace traytests {
 
-/// A tray host of the desktops of this kind; the settings are written before it starts.
-/// `plainTray` is a tray and nothing else: trayer, or stalonetray where a release has no trayer.
-enum class Host { plainTray, xfcePanel, darkXfcePanel, lxqtPanel };
-
-/// Of the plain tray.
-struct Look {
-    int height = 24; ///< pixels
-    bool black = false;
-};
-
 /// A desktop on which hosts and the program come and go.
 class TrayDesktop {
   public:
-    TrayDesktop();
+    explicit TrayDesktop(int depth = 24);
 
     void startHost(Host host, Look look = {});
     /// The panel as its package ships it, in one of the package's own themes.
@@ -64,12 +55,11 @@ class TrayDesktop {
     /// A picture for a person to look at, where the variable PALISOR_PICTURES names a folder.
     void keepPicture(const std::string& name) const;
 
-    support::PrivateDesktop desktop{"1280x800+0+0"};
+    support::PrivateDesktop desktop;
     std::unique_ptr<support::Eye> eye = std::make_unique<support::Eye>(desktop.display());
     support::Hand hand{desktop.display()};
 
   private:
-    void configureXfce(bool dark) const;
     long clicksSoFar() const;
 
     std::unique_ptr<support::ChildProcess> hostProcess, programProcess;

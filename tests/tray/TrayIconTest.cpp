@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <gtest/gtest.h>
 
+using traytests::Edge;
 using traytests::Host;
 using traytests::TrayDesktop;
 
@@ -36,6 +37,24 @@ TEST(TrayIcon, IsReadableOnABlackTray) {
     ASSERT_TRUE(tray.clickArrives(*icon, middleOfX, middle));
     EXPECT_TRUE(tray.waitForTemplate(*icon));
     tray.keepPicture("plain-black");
+}
+
+TEST(TrayIcon, IsReadableOnServersOfEveryDepth) {
+    for (const int depth : {16, 30})
+        for (const bool black : {false, true}) {
+            SCOPED_TRACE(std::to_string(depth) + (black ? " on black" : " on light"));
+            TrayDesktop tray(depth);
+            if (tray.desktop.kind() != support::ServerKind::xorg)
+                GTEST_SKIP() << "no server of that depth";
+            tray.startHost(Host::plainTray, {.black = black});
+            tray.startProgram();
+            const auto icon = tray.waitForPicture();
+            ASSERT_TRUE(icon) << tray.program().output();
+            ASSERT_TRUE(tray.clickArrives(*icon, middleOfX, middle));
+            EXPECT_TRUE(tray.waitForTemplate(*icon));
+            tray.keepPicture("depth-" + std::to_string(depth) + (black ? "-black" : ""));
+            EXPECT_EQ(tray.brightnessInTheMiddle(*icon) > 128, black);
+        }
 }
 
 TEST(TrayIcon, IsInThePanelOfXfceWithAllItsClicks) {
@@ -140,7 +159,7 @@ TEST(StatusNotifierItem, IsTintedByADarkPanel) {
 
 TEST(TrayIcon, IsAStatusNotifierItemInThePanelOfLxqtWithAllItsClicks) {
     TrayDesktop tray;
-    tray.startHost(Host::lxqtPanel);
+    tray.startHost(Host::lxqtPanel, {.edge = Edge::bottom});
     tray.startProgram();
     const auto icon = tray.waitForPicture();
     ASSERT_TRUE(icon) << tray.program().output();
@@ -155,7 +174,7 @@ TEST(TrayIcon, IsAStatusNotifierItemInThePanelOfLxqtWithAllItsClicks) {
 // As at each crossing, which switches the program off and on again.
 TEST(TrayIcon, IsNotDrawnForAHostWhereItIsAtOnceAsBefore) {
     TrayDesktop tray;
-    tray.startHost(Host::lxqtPanel);
+    tray.startHost(Host::lxqtPanel, {.edge = Edge::bottom});
     tray.startProgram();
     const auto icon = tray.waitForPicture();
     ASSERT_TRUE(icon) << tray.program().output();
@@ -255,7 +274,7 @@ INSTANTIATE_TEST_SUITE_P(TrayIcon, RestartedHost,
 
 TEST(TrayIcon, MovesBetweenTheTwoKindsOfTray) {
     TrayDesktop tray;
-    tray.startHost(Host::lxqtPanel);
+    tray.startHost(Host::lxqtPanel, {.edge = Edge::bottom});
     tray.startProgram();
     const auto asItem = tray.waitForPicture();
     ASSERT_TRUE(asItem);

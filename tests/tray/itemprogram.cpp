@@ -23,7 +23,7 @@ int main(int argc, char** argv) {
     const auto show = [&] {
         item = std::make_unique<StatusNotifierItem>(
             StatusNotifierItem::Identity{"org.example.itemtest", "Item test", icons.folder()},
-            StatusNotifierItem::Face{icons.nameOf(argv[2]), pictures}, [](int) {});
+            StatusNotifierItem::Face{icons.nameOf(argv[2]), pictures}, [](int, auto) {});
     };
     const QDBusConnection bus = QDBusConnection::sessionBus();
     const QDBusServiceWatcher host(StatusNotifierItem::watcherName, bus,

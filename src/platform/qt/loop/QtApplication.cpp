@@ -37,6 +37,18 @@ void QtApplication::activateIgnoringOtherApps() {
     }
 }
 
+bool QtApplication::restoreMinimised() {
+    bool isAny = false;
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (!window->isVisible() || !window->isMinimized()) continue;
+        isAny = true;
+        window->showNormal();
+        window->raise();
+        window->activateWindow();
+    }
+    return isAny;
+}
+
 void QtApplication::terminate() {
     QCoreApplication::postEvent(QCoreApplication::instance(), new QEvent(QEvent::Quit));
 }

@@ -33,6 +33,9 @@ class QtApplication final : public QObject, public Application {
     /// Raises the windows that are shown; an alert that opens later comes to the front itself.
     void activateIgnoringOtherApps() override;
 
+    /// Shows and activates the windows that the user has minimised; false where there are none.
+    static bool restoreMinimised();
+
     /// The request goes to the loop like one from the session.
     void terminate() override;
 

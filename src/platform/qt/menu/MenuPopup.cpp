@@ -123,7 +123,13 @@ std::optional<MenuEntryId> MenuPopup::run(const QPoint& position) {
     return std::move(chosen);
 }
 
+std::optional<MenuEntryId> MenuPopup::runAt(const QPoint& corner) {
+    fixedCorner = corner;
+    return run(corner);
+}
+
 void MenuPopup::setVisible(bool visible) {
+    if (visible && fixedCorner) move(*fixedCorner);
     std::optional<QtApplication::Closing> closing;
     if (!visible && isVisible() && &root == this) closing.emplace(*this);
     QMenu::setVisible(visible);

@@ -35,6 +35,10 @@ class MenuPopup final : public QMenu {
     /// closed: the entry that was chosen, if one was. Once only.
     std::optional<MenuEntryId> run(const QPoint& position);
 
+    /// The same with its top left corner there, even where the toolkit would move it: the work area
+    /// of several monitors is one rectangle, which begins far from a panel of a lower monitor.
+    std::optional<MenuEntryId> runAt(const QPoint& corner);
+
     /// Closes it and its submenus; nothing is chosen.
     void dismiss();
 
@@ -71,6 +75,7 @@ class MenuPopup final : public QMenu {
     std::vector<const QAction*> withActionAndSubmenu;
     const QAction* pressed = nullptr;
     MenuPanel* activePanel = nullptr;
+    std::optional<QPoint> fixedCorner;
     std::optional<MenuEntryId> chosen; ///< of the outermost menu only
 };
 

@@ -39,8 +39,18 @@ ColourScheme::ColourScheme() : given(QApplication::palette()) {
 
 void ColourScheme::settingChanged(const QDBusMessage& signal) {
     const QVariantList told = signal.arguments(); // a group, a key of it, and the value
-    if (told.size() == 3 && told[0] == appearance && told[1] == colourKey)
-        apply(unwrapped(told[2]).toUInt() == prefersDark);
+    if (told.size() != 3 || told[0] != appearance || told[1] != colourKey) return;
+    ofPortal = unwrapped(told[2]).toUInt() == prefersDark;
+    follow();
+}
+
+void ColourScheme::windowSystemWishes(std::optional<bool> dark) {
+    ofWindowSystem = dark;
+    follow();
+}
+
+void ColourScheme::follow() {
+    apply(ofPortal ? *ofPortal : ofWindowSystem.value_or(false));
 }
 
 void ColourScheme::refresh() {
@@ -54,7 +64,9 @@ void ColourScheme::refresh() {
         answer->deleteLater();
         asking = false;
         const QDBusPendingReply<QDBusVariant> reply = *answer;
-        if (reply.isValid()) apply(unwrapped(reply.value().variant()).toUInt() == prefersDark);
+        if (!reply.isValid()) return;
+        ofPortal = unwrapped(reply.value().variant()).toUInt() == prefersDark;
+        follow();
     });
 }
 

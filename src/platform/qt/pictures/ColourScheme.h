@@ -3,18 +3,22 @@
 #include <QDBusMessage>
 #include <QObject>
 #include <QPalette>
+#include <optional>
 
 namespace platform::qt {
 
-/// The user's wish for dark windows, from the desktop portal's appearance settings, for sessions
-/// whose own platform theme does not bring it. It is followed while the object lives. A palette
-/// that is dark already stays as it is.
+/// The user's wish for dark windows, from the desktop portal's appearance settings, and from the
+/// window system's own where no portal tells it, for sessions whose own platform theme does not
+/// bring it. It is followed while the object lives. A palette that is dark already stays as it is.
 class ColourScheme final : public QObject {
     Q_OBJECT
 
   public:
     /// Without a portal, or without a session bus, nothing changes.
     ColourScheme();
+
+    /// The wish in the window system's settings, as often as it changes; none where they have none.
+    void windowSystemWishes(std::optional<bool> dark);
 
     /// Asks without waiting; the palette changes when the answer comes.
     void refresh();
@@ -25,9 +29,11 @@ class ColourScheme final : public QObject {
     void settingChanged(const QDBusMessage& signal);
 
   private:
+    void follow();
     void apply(bool dark);
 
     QPalette given; ///< what the platform theme gave
+    std::optional<bool> ofPortal, ofWindowSystem;
     bool darkened = false;
     bool asking = false;
 };

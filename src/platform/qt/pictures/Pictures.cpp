@@ -11,6 +11,7 @@ namespace platform::qt {
 
 namespace {
 
+constexpr int usualGrid = 16, otherGrid = 22;
 constexpr int windowIconSizes[] = {16, 32, 64, 128};
 constexpr int menuIconSizes[] = {16, 24, 32, 48}; // the toolkit enlarges none at up to three times
 
@@ -68,12 +69,25 @@ void Pictures::render(QPainter& painter, std::string_view name, const QRectF& ar
     svg->render(&painter, area);
 }
 
+// Icons are drawn on a grid of 16 pixels. Panels want 22 and 24, in which that has its edges
+// between the pixels, and as icons for 22 usually are these have a border of one in 24.
+bool Pictures::drawnFor22(QPainter& painter, std::string_view name, int size) const {
+    const int scale = size / otherGrid;
+    const int border = (size - scale * otherGrid) / 2;
+    if (size % usualGrid == 0 || border > scale) return false;
+    const std::string other = std::string(name) + "-22";
+    if (!paths.contains(other)) return false;
+    const int length = scale * otherGrid;
+    render(painter, other, QRect(border, border, length, length), Qt::KeepAspectRatio);
+    return true;
+}
+
 QImage Pictures::drawn(std::string_view name, int size) const {
     if (size <= 0 || renderer(name) == nullptr) return {};
     QImage image(size, size, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter painter(&image);
-    render(painter, name, image.rect(), Qt::KeepAspectRatio);
+    if (!drawnFor22(painter, name, size)) render(painter, name, image.rect(), Qt::KeepAspectRatio);
     return image;
 }
 

@@ -29,7 +29,9 @@ class Pictures final : public PictureSource {
     Pictures& operator=(const Pictures&) = delete;
 
     /// In its own colours, `size` device pixels square, premultiplied, the drawing in the middle in
-    /// its proportions. Null where there is no such picture.
+    /// its proportions. Null where there is no such picture. One that has a second drawing for 22
+    /// pixels, named with "-22" behind it, is taken from that where its edges then lie on whole
+    /// pixels and the first one's would not.
     QImage drawn(std::string_view name, int size) const;
 
     /// As a template: its opacity in one colour.
@@ -57,6 +59,7 @@ class Pictures final : public PictureSource {
 
   private:
     QSvgRenderer* renderer(std::string_view name) const;
+    bool drawnFor22(QPainter& painter, std::string_view name, int size) const;
     void render(QPainter& painter, std::string_view name, const QRectF& area,
                 Qt::AspectRatioMode mode) const;
 

@@ -10,13 +10,14 @@ namespace platform::qt {
 namespace {
 
 // Measured: lxqt 1.2 draws a symbolic icon in black on any panel. mate 1.26 passes every click on,
-// xfce 4.18 only the middle one.
+// xfce 4.18 only the middle one. What mate tells with a click is a place on its own button.
 ItemHost hostOf(uint process) {
     QFile file(QString("/proc/%1/comm").arg(process));
     if (!file.open(QIODevice::ReadOnly)) return {};
     const QByteArray name = file.readAll().trimmed();
     if (name == "lxqt-panel") return {.passesClicks = true, .tintsIcons = false};
-    if (name == "mate-panel" || name == "notification-ar") return {.passesClicks = true};
+    if (name == "mate-panel" || name == "notification-ar")
+        return {.passesClicks = true, .tellsPlaces = false};
     return {};
 }
 

@@ -14,6 +14,8 @@ struct ItemHost {
     bool passesClicks = false;
     /// It draws a symbolic icon in the colour of its panel.
     bool tintsIcons = true;
+    /// With a click it tells where on the desktop that was.
+    bool tellsPlaces = true;
 };
 
 /// Tells the callers on a bus apart by the programs that they are. Main thread.

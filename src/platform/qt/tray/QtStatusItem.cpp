@@ -1,10 +1,12 @@
 #include "platform/qt/tray/QtStatusItem.h"
 
+#include "platform/qt/alerts/QtAlerts.h"
 #include "platform/qt/loop/QtApplication.h"
 #include "platform/qt/tray/TrayIcon.h"
 
-#include <QApplication>
 #include <QCursor>
+#include <QGuiApplication>
+#include <QScreen>
 
 // Every call into the target may rebuild the menu, and so may anything that happens while it is
 // open. Therefore entries are looked up anew for each call.
@@ -12,14 +14,6 @@
 namespace platform::qt {
 
 namespace {
-
-bool bringAlertToFront() {
-    QWidget* const alert = QApplication::activeModalWidget();
-    if (alert == nullptr) return false;
-    alert->raise();
-    alert->activateWindow();
-    return true;
-}
 
 EventType pressOf(int buttonNumber) {
     switch (buttonNumber) {
@@ -52,7 +46,7 @@ void QtStatusItem::create(Menu& newMenu, MenuTarget& newTarget) {
     exported.emplace(
         newMenu, ExportedMenu::Handlers{.chosen =
                                             [this](const MenuEntryId& entry) {
-                                                if (bringAlertToFront()) return;
+                                                if (QtAlerts::bringToFront()) return;
                                                 const QtApplication::EventScope event(
                                                     application, {EventType::leftMouseDown, 0});
                                                 choose(entry);
@@ -84,10 +78,20 @@ void QtStatusItem::popUpMenu() {
         MenuPopup popup(*menu, listener);
         popup.setAccessibleName(QString::fromStdString(toolTip));
         open = &popup;
-        chosen = popup.run(QCursor::pos());
+        const auto corner = cornerOf(popup);
+        chosen = corner ? popup.runAt(*corner) : popup.run(QCursor::pos());
         open = nullptr;
     }
     if (chosen) choose(*chosen);
+}
+
+std::optional<QPoint> QtStatusItem::cornerOf(MenuPopup& popup) const {
+    const auto anchor = tray != nullptr ? tray->menuAnchor() : std::nullopt;
+    const QScreen* const screen =
+        anchor ? QGuiApplication::screenAt(anchor->item.center()) : nullptr;
+    if (screen == nullptr) return {};
+    popup.ensurePolished();
+    return menuCorner(popup.sizeHint(), *anchor, screen->geometry(), popup.layoutDirection());
 }
 
 // No longer there, or greyed meanwhile: then it was not what the user saw.
@@ -102,18 +106,19 @@ void QtStatusItem::labelChanged(const Label& label) {
 }
 
 void QtStatusItem::clicked(int buttonNumber) {
-    if (menu == nullptr || bringAlertToFront()) return;
+    if (menu == nullptr || QtAlerts::bringToFront()) return;
     if (open != nullptr) {
         open->dismiss();
         return;
     }
+    if (buttonNumber == 0 && QtApplication::restoreMinimised()) return;
     const QtApplication::EventScope event(application, {pressOf(buttonNumber), buttonNumber});
     target->menuWillOpen(*menu);
     popUpMenu();
 }
 
 void QtStatusItem::activate() {
-    if (!bringAlertToFront()) popUpMenu();
+    if (!QtAlerts::bringToFront() && !QtApplication::restoreMinimised()) popUpMenu();
 }
 
 void QtStatusItem::sliderMoved(const MenuEntryId& entry, double value, EventType how) {

@@ -28,15 +28,19 @@ class QtStatusItem final : public StatusItem {
     void popUpMenu() override;
     void labelChanged(const Label& label) override;
 
-    /// The item was clicked: button 0 left, 1 right, 2 middle. Opens the menu at the cursor if the
-    /// target leaves something in it, and returns when it has closed. While the menu is open a
-    /// click closes it; while an alert is open it brings the alert to the front.
+    /// The item was clicked: button 0 left, 1 right, 2 middle. Opens the menu beside the panel, and
+    /// at the cursor where no tray tells a place, if the target leaves something in it, and returns
+    /// when it has closed. While the menu is open a click closes it; while an alert is open it
+    /// brings the alert to the front. A left one shows windows again that were minimised, instead.
     void clicked(int buttonNumber);
 
-    /// The program was started again: opens the menu, or brings an open alert to the front.
+    /// The program was started again: opens the menu, or brings to the front what a left click
+    /// would.
     void activate();
 
   private:
+    /// Of the menu on the screen; nothing where no tray tells a place.
+    std::optional<QPoint> cornerOf(MenuPopup& popup) const;
     void choose(const MenuEntryId& entry);
     void sliderMoved(const MenuEntryId& entry, double value, EventType how);
     void boxClicked(CheckBox& box);

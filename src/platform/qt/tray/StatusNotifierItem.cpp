@@ -10,7 +10,6 @@
 #include <QDBusObjectPath>
 #include <QDBusVirtualObject>
 #include <QtEndian>
-#include <optional>
 
 namespace platform::qt {
 
@@ -103,9 +102,10 @@ class StatusNotifierItem::Object final : public QDBusVirtualObject {
         const auto button = buttonOf(message.member());
         if (!button) return false;
         bus.send(message.createReply());
-        // The click may open a menu, whose loop must not run inside this call.
-        QMetaObject::invokeMethod(
-            this, [this, button] { clicked(*button); }, Qt::QueuedConnection);
+        hosts.tell(bus, message.service(),
+                   [this, button, place = placeIn(message)](const ItemHost& host) {
+                       click(*button, host.tellsPlaces ? place : std::nullopt);
+                   });
         return true;
     }
 
@@ -119,6 +119,20 @@ class StatusNotifierItem::Object final : public QDBusVirtualObject {
         if (member == "ContextMenu") return 1;
         if (member == "SecondaryActivate") return 2;
         return {};
+    }
+
+    // A host that knows no place says zero.
+    static std::optional<QPoint> placeIn(const QDBusMessage& message) {
+        const QVariantList told = message.arguments();
+        if (told.size() != 2) return {};
+        const QPoint place(told[0].toInt(), told[1].toInt());
+        return place.isNull() ? std::nullopt : std::optional(place);
+    }
+
+    // The click may open a menu, whose loop must not run inside the host's call.
+    void click(int button, std::optional<QPoint> place) {
+        QMetaObject::invokeMethod(
+            this, [this, button, place] { clicked(button, place); }, Qt::QueuedConnection);
     }
 
     void answerProperties(const QDBusMessage& message, const QDBusConnection& bus,

@@ -3,9 +3,11 @@
 #include <QDBusConnection>
 #include <QImage>
 #include <QList>
+#include <QPoint>
 #include <QString>
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace platform::qt {
 
@@ -26,8 +28,10 @@ class StatusNotifierItem {
         QString title;     ///< also the tool tip
         QString themePath; ///< the folder of the named icons
     };
-    /// 0 left, 1 right, 2 middle. Called from the run loop, not from inside the host's call.
-    using Clicked = std::function<void(int button)>;
+    /// 0 left, 1 right, 2 middle, and where the host says that the item is, in device pixels from
+    /// the top left corner of all monitors. Called from the run loop, not from inside the host's
+    /// call.
+    using Clicked = std::function<void(int button, std::optional<QPoint> place)>;
 
     /// Without a menu all hosts are taken for such that pass clicks on. The menu must outlive it.
     StatusNotifierItem(const Identity& identity, Face face, Clicked clicked,

@@ -9,8 +9,10 @@
 #include <QDBusServiceWatcher>
 #include <QDBusVariant>
 #include <QPalette>
+#include <QScreen>
 #include <QTimer>
 #include <QToolTip>
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -29,6 +31,26 @@ constexpr std::chrono::milliseconds timesToLookAgain[] = {std::chrono::milliseco
                                                           std::chrono::milliseconds(3000)};
 
 constexpr int itemSizes[] = {16, 22, 24, 32, 44, 48, 64}; // of panels at 100, 150 and 200 %
+
+QRect toRect(const PixelArea& area) {
+    return {area.left, area.top, area.width, area.height};
+}
+
+const QRect* panelAt(const QList<QRect>& panels, const std::optional<QPoint>& place) {
+    const auto found = std::ranges::find_if(
+        panels, [&](const QRect& panel) { return place && panel.contains(*place); });
+    return found == panels.end() ? nullptr : &*found;
+}
+
+/// The largest on the primary monitor; of none there, any.
+QRect usualPanel(const QList<QRect>& panels) {
+    const QScreen* const primary = QGuiApplication::primaryScreen();
+    const auto sizeOnIt = [&](const QRect& panel) {
+        const QRect part = primary == nullptr ? panel : panel & primary->geometry();
+        return part.isEmpty() ? 0 : part.width() * part.height();
+    };
+    return *std::ranges::max_element(panels, {}, sizeOnIt);
+}
 
 QColor textColour() {
     return QGuiApplication::palette().color(QPalette::WindowText);
@@ -199,7 +221,38 @@ void TrayIcon::makeItem() {
         StatusNotifierItem::Identity{QString::fromStdString(identity.id),
                                      QString::fromStdString(identity.title),
                                      symbolicIcons->folder()},
-        face(), clicked, menu);
+        face(), [this](int button, std::optional<QPoint> place) { itemClicked(button, place); },
+        menu);
+}
+
+// A host that tells no place, or one on its own window, passes on what a pointer did: then that is
+// still on the panel.
+void TrayIcon::itemClicked(int button, std::optional<QPoint> place) {
+    const QList<QRect> known = panels();
+    if (place) place = fromDevicePixels(*place);
+    if (!panelAt(known, place)) place = QCursor::pos();
+    if (panelAt(known, place)) itemPlace = place;
+    clicked(button);
+}
+
+QList<QRect> TrayIcon::panels() const {
+    QList<QRect> result;
+    if (window != nullptr)
+        for (const PixelArea& area : window->panels())
+            result += fromDevicePixels(toRect(area));
+    return result;
+}
+
+std::optional<MenuAnchor> TrayIcon::menuAnchor() const {
+    if (!hasTray()) return {};
+    if (const auto place = isInWindow() ? window->place() : std::nullopt)
+        return MenuAnchor{fromDevicePixels(toRect(place->icon)),
+                          fromDevicePixels(toRect(place->panel)), place->isVertical};
+    const QList<QRect> known = panels();
+    if (const QRect* const panel = panelAt(known, itemPlace))
+        return MenuAnchor{QRect(*itemPlace, QSize(1, 1)), *panel, panel->height() > panel->width()};
+    if (known.isEmpty()) return {};
+    return endOf(usualPanel(known), QGuiApplication::layoutDirection());
 }
 
 // Drawing it for the hosts of items takes milliseconds and files, and there may be a pointer event

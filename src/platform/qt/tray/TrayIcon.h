@@ -4,6 +4,7 @@
 #include "platform/TrayWindow.h"
 #include "platform/qt/pictures/Pictures.h"
 #include "platform/qt/pictures/SymbolicIcons.h"
+#include "platform/qt/tray/MenuPlace.h"
 #include "platform/qt/tray/StatusNotifierItem.h"
 
 #include <QColor>
@@ -47,6 +48,11 @@ class TrayIcon final : public QObject {
     /// outlive this object. Once.
     void show(std::function<void(int button)> clicked, ExportedMenu* menu = nullptr);
 
+    /// What a menu of the icon hangs from: the icon in the window system's tray, an item at the
+    /// place that it was last clicked at, or else the end of a panel. Nothing where there is no
+    /// tray, or no panel is known. Waits for the window system.
+    std::optional<MenuAnchor> menuAnchor() const;
+
     /// Called once, from the run loop, when for a while there has been no tray at all.
     void onMissing(std::function<void()> handler) { missing = std::move(handler); }
 
@@ -70,6 +76,8 @@ class TrayIcon final : public QObject {
     void watcherAnswers(bool hasHost);
     void hovered(bool on);
     void makeItem();
+    void itemClicked(int button, std::optional<QPoint> place);
+    QList<QRect> panels() const;
     QImage picture(int size, const QColor& tint) const;
     StatusNotifierItem::Face face() const;
     void showImage();
@@ -100,6 +108,7 @@ class TrayIcon final : public QObject {
     bool busAnswered = false, hostIsThere = false, reported = false;
     std::optional<SymbolicIcons> symbolicIcons; ///< not before there is an item
     std::unique_ptr<StatusNotifierItem> item;
+    std::optional<QPoint> itemPlace; ///< where it was last clicked, in the toolkit's coordinates
 };
 
 } // namespace platform::qt

@@ -12,12 +12,8 @@ namespace platform::x11 {
 /// Black or white, whichever is read better on the pixels (RGB, 8 bits each); nothing on none.
 std::optional<TrayColour> contrastTo(const std::vector<std::uint32_t>& background);
 
-/// A rectangle of a window, in its own coordinates.
-struct PixelArea {
-    int left, top, width, height;
-};
-
-/// What it shows, row by row; empty where that cannot be read. A round trip.
+/// What a part of a window, in its own coordinates, shows row by row; empty where that cannot be
+/// read. A round trip.
 std::vector<std::uint32_t> readPixels(Connection& connection, xcb_drawable_t from,
                                       const PixelFormat& format, const PixelArea& area);
 

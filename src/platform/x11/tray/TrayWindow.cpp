@@ -1,6 +1,7 @@
 #include "platform/x11/tray/TrayWindow.h"
 
 #include "platform/x11/tray/Contrast.h"
+#include "platform/x11/tray/Panels.h"
 
 #include <algorithm>
 #include <array>
@@ -117,6 +118,21 @@ void TrayWindow::leaveProxy() {
 
 std::optional<TrayColour> TrayWindow::panelText() {
     return contrastToPanels(connection);
+}
+
+// A window that the host has not yet taken in stands by itself.
+std::optional<TrayWindow::Place> TrayWindow::place() {
+    if (window == XCB_NONE) return {};
+    const xcb_window_t holder = topLevelOf(connection, window);
+    if (holder == XCB_NONE || holder == window) return {};
+    const auto icon = areaOnScreen(connection, window);
+    const auto panel = areaOnScreen(connection, holder);
+    if (!icon || !panel || std::min(icon->width, icon->height) < smallestSize) return {};
+    return Place{*icon, *panel, host->isVertical()};
+}
+
+std::vector<PixelArea> TrayWindow::panels() {
+    return panelsOnScreen(connection);
 }
 
 void TrayWindow::create() {

@@ -24,6 +24,8 @@ class TrayWindow final : public platform::TrayWindow, private Listener {
     void show(Handlers handlers) override;
     bool hasHost() const override;
     std::optional<TrayColour> panelText() override;
+    std::optional<Place> place() override;
+    std::vector<PixelArea> panels() override;
     void setTitle(const std::string& text) override;
     void repaint() override;
 
