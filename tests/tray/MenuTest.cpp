@@ -73,8 +73,10 @@ struct MenuInTheTray : desktop::Product, testing::Test {
         return closed();
     }
 
-    /// The place of the open menu, which is closed.
+    /// The place of the open menu, which is closed when all of it has been seen.
     Area closed() {
+        EXPECT_TRUE(eye.waitUntilSeen(
+            [&] { return !menus().empty() && eye.picture(menus().front()).brightness() > 180; }));
         if (const char* pictures = std::getenv("PALISOR_PICTURES"))
             eye.screenshot(std::string(pictures) + "/menu-" + picture + ".png");
         const Area area = menus().empty() ? Area{} : menus().front();
