@@ -112,7 +112,7 @@ class Recorder : public testing::Test {
     bool isRecording() const { return keyboard.pressed != nullptr; }
     std::string shown() const { return field->accessibleName().toStdString(); }
     std::string words() const { return recorder->findChild<QLabel*>()->text().toStdString(); }
-    QAbstractButton* clearButton() const { return recorder->findChild<QAbstractButton*>(); }
+    QAbstractButton* clearButton() const { return field->findChild<QAbstractButton*>(); }
 
     platform::memory::Clock clock;
     platform::memory::Effects effects{clock};

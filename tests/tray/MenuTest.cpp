@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <fstream>
 #include <gtest/gtest.h>
 
 // The menu of the real program under its icon in real trays.
@@ -72,8 +73,10 @@ struct MenuInTheTray : desktop::Product, testing::Test {
         return closed();
     }
 
-    /// The place of the open menu, which is closed.
+    /// The place of the open menu, which is closed when all of it has been seen.
     Area closed() {
+        EXPECT_TRUE(eye.waitUntilSeen(
+            [&] { return !menus().empty() && eye.picture(menus().front()).brightness() > 180; }));
         if (const char* pictures = std::getenv("PALISOR_PICTURES"))
             eye.screenshot(std::string(pictures) + "/menu-" + picture + ".png");
         const Area area = menus().empty() ? Area{} : menus().front();
@@ -103,6 +106,25 @@ support::Spot cornerOf(const Area& area) {
 
 struct OfXfce : MenuInTheTray, testing::WithParamInterface<Edge> {};
 struct OfLxqt : OfXfce {};
+struct OfTint2 : OfXfce {
+    /// As it is shipped, but there and with nothing in it but the tray and a clock.
+    std::unique_ptr<support::ChildProcess> startTint2(Edge edge) {
+        constexpr const char* places[] = {"top center horizontal", "bottom center horizontal",
+                                          "center left vertical"};
+        std::ifstream shipped("/etc/xdg/tint2/tint2rc");
+        const auto path = desktop.home() / "tint2rc";
+        std::ofstream changed(path);
+        for (std::string line; std::getline(shipped, line);)
+            if (line.starts_with("panel_items"))
+                changed << "panel_items = SC\n";
+            else if (line.starts_with("panel_position"))
+                changed << "panel_position = " << places[static_cast<int>(edge)] << '\n';
+            else
+                changed << line << '\n';
+        changed.close();
+        return desktop.spawn("tint2", {"-c", path});
+    }
+};
 struct OfAPlainTray : OfXfce {
     void SetUp() override {
         if (!traytests::plainTrayCanBeAt(GetParam())) GTEST_SKIP() << "there is no trayer";
@@ -156,19 +178,24 @@ TEST_P(OfXfce, HangsFromTheIconAtTheBeginningOfThePanel) {
 INSTANTIATE_TEST_SUITE_P(MenuInTheTray, OfXfce,
                          testing::Values(Edge::top, Edge::bottom, Edge::left, Edge::right));
 
-TEST_F(MenuInTheTray, OfAShippedTint2HangsFromTheIcon) {
-    picture = "tint2";
-    host = desktop.spawn("tint2", {"-c", "/etc/xdg/tint2/tint2rc"});
+TEST_P(OfTint2, HangsFromTheIconAtTheBeginningOfThePanel) {
+    const bool isVertical = GetParam() == Edge::left;
+    picture = "tint2-" + std::to_string(static_cast<int>(GetParam()));
+    host = startTint2(GetParam());
     startProgram();
     Area menu, panel;
-    // The tray is at the right end of the panel, before the clock.
     EXPECT_TRUE(support::waitUntil([&] {
         menu = menuOfASecondStart();
-        panel = panelAt(Edge::bottom);
-        return menu.y + menu.height == panel.y && menu.x + menu.width > 1000;
-    })) << menu.y + menu.height
-        << ' ' << panel.y << ' ' << panel.width << 'x' << panel.height;
+        panel = panelAt(GetParam());
+        const Area start = isVertical ? Area{panel.x, menu.y, panel.width, panel.height}
+                                      : Area{menu.x, panel.y, panel.width, panel.height};
+        return isBeside(start, GetParam(), menu) && (isVertical ? menu.y : menu.x) < thickest;
+    })) << menu.x
+        << ' ' << menu.y;
 }
+
+INSTANTIATE_TEST_SUITE_P(MenuInTheTray, OfTint2,
+                         testing::Values(Edge::top, Edge::bottom, Edge::left));
 
 // The item's place is not known before it has been clicked.
 TEST_P(OfLxqt, HangsFromThePlaceOfTheLastClickAndBeforeFromTheEndOfThePanel) {

@@ -13,10 +13,12 @@ int within(int start, int length, int first, int last) {
     return std::max(first, std::min(start, last + 1 - length));
 }
 
-// Not every tray tells how it runs (trayer 1.1.8 does not), and a short one is as wide as high. One
-// that touches a single edge of the screen runs along that.
+// Not every tray tells how it runs (neither trayer 1.1.8 nor tint2 17 does). Its shape shows it,
+// and one as wide as high that touches a single edge of the screen runs along that.
 bool runsUpright(const MenuAnchor& anchor, const QRect& screen) {
     const QRect& panel = anchor.panel;
+    if (panel.height() >= 2 * panel.width()) return true;
+    if (panel.width() >= 2 * panel.height()) return false;
     const bool atSide = panel.left() <= screen.left() || panel.right() >= screen.right();
     const bool atEnd = panel.top() <= screen.top() || panel.bottom() >= screen.bottom();
     return atSide == atEnd ? anchor.isVertical : atSide;

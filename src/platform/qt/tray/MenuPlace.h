@@ -10,7 +10,7 @@ namespace platform::qt {
 struct MenuAnchor {
     QRect item;              ///< one pixel where no more is known
     QRect panel;             ///< that has it, or the item again
-    bool isVertical = false; ///< the panel, where its place leaves that open
+    bool isVertical = false; ///< the panel, where its shape and place leave that open
 };
 
 /// The end of a panel at which trays are: the right one, or the left one where text runs to the
