@@ -176,12 +176,13 @@ const PhysicalKey* KeyboardMap::keyNamed(std::string_view name) const {
         return labelled;
     const xkb_keysym_t wanted =
         xkb_keysym_from_name(std::string(name).c_str(), XKB_KEYSYM_CASE_INSENSITIVE);
-    if (wanted == XKB_KEY_NoSymbol) return nullptr;
-    for (const unsigned from : {layout, 0u, 1u, 2u, 3u})
+    for (const unsigned from : {layout, 0u, 1u, 2u, 3u}) {
+        if (wanted == XKB_KEY_NoSymbol) break;
         if (const PhysicalKey* having =
                 find([&](const PhysicalKey& key) { return keysym(key.keycode(), from) == wanted; }))
             return having;
-    return nullptr;
+    }
+    return find([&](const PhysicalKey& key) { return std::ranges::equal(key.name, name, isSame); });
 }
 
 Key KeyboardMap::key(xcb_keycode_t keycode) const {

@@ -35,7 +35,8 @@ class KeyboardMap final : private Listener {
     std::string label(const PhysicalKey& key) const;
 
     /// The key with that label, upper and lower case of A to Z being one; else the one on which a
-    /// layout has the keysym of that name, the layout in use first. Null for none.
+    /// layout has the keysym of that name, the layout in use first; else the one that is called so
+    /// on a U.S. keyboard. Null for none.
     const PhysicalKey* keyNamed(std::string_view name) const;
 
     Key key(xcb_keycode_t keycode) const;
