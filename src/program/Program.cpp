@@ -112,6 +112,11 @@ Program::Program(const Product& product, lnx::ProductBundle& productBundle, Sess
         delegate.emplace(services(recording->displays, recording->input, recording->statusItem));
     else
         delegate.emplace(services(desk.displays, desk.input, firstMenu));
+    if (options.verbose) {
+        decisionLog.emplace([this](std::string_view line) { coreLog.write(line); },
+                            [this] { return runLoop.now(); });
+        delegate->explainTo(&*decisionLog);
+    }
     for (const auto key : {palisor::keys::customShortcut, palisor::keys::customShortcutEnabled})
         settings.observe(key, platform::qt::ShortcutRecorder::refreshAll);
     settings.onOutsideEdit([this](const auto& keys) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/AppDelegate.h"
+#include "engine/Decisions.h"
 #include "platform/json/Parser.h"
 #include "platform/linux/files/ProductBundle.h"
 #include "platform/linux/files/XdgFiles.h"
@@ -111,6 +112,7 @@ class Program {
     bool atLogin;
     LoginWait loginWait;
     std::optional<Recording> recording;
+    std::optional<palisor::DecisionLog> decisionLog; ///< where the log is verbose
     std::optional<palisor::AppDelegate> delegate;
     platform::linux::QuitSignals quitSignals;
 };

@@ -21,6 +21,7 @@
 namespace palisor {
 
 struct AlarmPass;
+class DecisionObserver;
 namespace control {
 class Watcher;
 }
@@ -109,6 +110,8 @@ class AppDelegate : public AppState, private platform::MenuTarget, private platf
     // Barrier.cpp
     /// P in top-left coordinates.
     void onMouseMovedOrClicked(Point P);
+    /// Who is told why the cursor was held or let through, one at most; null for nobody.
+    void explainTo(DecisionObserver* observer) { decisions = observer; }
 
     // Crossing.cpp; directions are 0 left, 1 right, 2 top, 3 bottom
     /// The length in pixels beyond which one step is a push.
@@ -283,6 +286,7 @@ class AppDelegate : public AppState, private platform::MenuTarget, private platf
     bool wantsPointerEvent(platform::EventType type) const;
     void rearmHideTimer(double secondsWhenZero);
     void holdInsideScreen(Point P);
+    void tellDecision(Point P, bool pushed) const;
     void moveCrossHair();
     void followHotEdges(Point P, int variant);
     int armedEdgeAt(Point P, int variant) const;
@@ -336,6 +340,7 @@ class AppDelegate : public AppState, private platform::MenuTarget, private platf
     int accessRequest = 0;                ///< answers to earlier ones come too late
 
     control::Watcher* watcher = nullptr;
+    DecisionObserver* decisions = nullptr;
     std::optional<double> freedUntil; ///< by the run loop's clock
     TimerId freeingTimer = TimerId::none;
     ScreenId heldScreen = ScreenId::none; ///< the one that was held last

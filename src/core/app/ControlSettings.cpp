@@ -98,7 +98,6 @@ Parsed parsedNumber(const Setting& setting, std::string_view text) {
     if ((isPercent && text.ends_with('%')) ||
         (setting.unit == Setting::Unit::seconds && text.ends_with('s')))
         text = withoutBlanks(text.substr(0, text.size() - 1));
-    if (text.starts_with('+')) text.remove_prefix(1);
     std::int64_t number = 0;
     const char* const end = text.data() + text.size();
     const auto [rest, error] = std::from_chars(text.data(), end, number);

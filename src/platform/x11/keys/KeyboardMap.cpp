@@ -48,8 +48,13 @@ std::string printed(xkb_keysym_t keysym) {
     return upper.empty() ? utf8(plain) : upper;
 }
 
-char asciiLower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+/// Letters of both cases are one, and a blank is an underscore.
+bool isSame(char a, char b) {
+    const auto folded = [](char c) {
+        if (c == ' ') return '_';
+        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    };
+    return folded(a) == folded(b);
 }
 
 } // namespace
@@ -170,18 +175,18 @@ const PhysicalKey* KeyboardMap::keyNamed(std::string_view name) const {
                 return key;
         return nullptr;
     };
-    const auto isSame = [](char a, char b) { return asciiLower(a) == asciiLower(b); };
     if (const PhysicalKey* labelled = find(
             [&](const PhysicalKey& key) { return std::ranges::equal(label(key), name, isSame); }))
         return labelled;
     const xkb_keysym_t wanted =
         xkb_keysym_from_name(std::string(name).c_str(), XKB_KEYSYM_CASE_INSENSITIVE);
-    if (wanted == XKB_KEY_NoSymbol) return nullptr;
-    for (const unsigned from : {layout, 0u, 1u, 2u, 3u})
+    for (const unsigned from : {layout, 0u, 1u, 2u, 3u}) {
+        if (wanted == XKB_KEY_NoSymbol) break;
         if (const PhysicalKey* having =
                 find([&](const PhysicalKey& key) { return keysym(key.keycode(), from) == wanted; }))
             return having;
-    return nullptr;
+    }
+    return find([&](const PhysicalKey& key) { return std::ranges::equal(key.name, name, isSame); });
 }
 
 Key KeyboardMap::key(xcb_keycode_t keycode) const {
