@@ -1,8 +1,9 @@
 #include "bus/Link.h"
 
+#include "bus/Address.h"
+
 #include <algorithm>
 #include <cerrno>
-#include <cstdlib>
 #include <ctime>
 #include <sys/epoll.h>
 #include <sys/timerfd.h>
@@ -20,14 +21,6 @@ using std::chrono::microseconds;
 constexpr int messagesInATurn = 4;
 constexpr std::uint64_t searchPeriod = 2'000'000; // microseconds
 constexpr std::uint64_t longestPatience = 16'000'000;
-
-std::string addressOfSessionBus() {
-    const char* const told = std::getenv("DBUS_SESSION_BUS_ADDRESS");
-    if (told != nullptr && *told != '\0') return told;
-    const char* const folder = std::getenv("XDG_RUNTIME_DIR");
-    const std::string usual = folder == nullptr ? "" : std::string(folder) + "/bus";
-    return folder != nullptr && ::access(usual.c_str(), F_OK) == 0 ? "unix:path=" + usual : "";
-}
 
 std::uint64_t now() {
     timespec time{};

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/AppDelegate.h"
+#include "bus/ProductObject.h"
 #include "engine/Decisions.h"
 #include "platform/json/Parser.h"
 #include "platform/linux/files/ProductBundle.h"
@@ -29,6 +30,7 @@
 #include "platform/qt/tray/QtStatusItem.h"
 #include "platform/qt/tray/TrayIcon.h"
 #include "platform/qt/web/WebModule.h"
+#include "program/DoctorReport.h"
 #include "program/FirstMenu.h"
 #include "program/LoginWait.h"
 #include "program/Notices.h"
@@ -43,7 +45,8 @@ class Program {
   public:
     /// What is lent must outlive the object.
     Program(const Product& product, platform::linux::ProductBundle& bundle, Session& session,
-            platform::Descriptors& descriptors, platform::Log& log, const Options& options);
+            bus::Link& link, platform::Descriptors& descriptors, platform::Log& log,
+            const Options& options);
 
     /// The application object starts, from inside the run loop, which an alert or a request to quit
     /// at the start relies on. At login the monitors are waited for first.
@@ -72,6 +75,8 @@ class Program {
                                 platform::StatusItem& statusItem);
     /// The control that an alert names; null for an unknown one.
     platform::qt::Accessory* accessory(const std::string& name, QWidget* parent);
+    bus::ProductObject::Program onBus(const Product& product);
+    platform::Capabilities capabilities() const;
     void undoAtExit();
     void begin();
     void tellFailures();
@@ -114,5 +119,7 @@ class Program {
     std::optional<Recording> recording;
     std::optional<palisor::DecisionLog> decisionLog; ///< where the log is verbose
     std::optional<palisor::AppDelegate> delegate;
+    DoctorReport doctor;
+    bus::ProductObject productObject;
     platform::linux::QuitSignals quitSignals;
 };

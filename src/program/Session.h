@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Capabilities.h"
 #include "platform/Descriptors.h"
 #include "platform/Picture.h"
 #include "platform/Platform.h"
@@ -33,7 +34,8 @@ class Session {
         platform::RunLoop& runLoop;
         platform::Settings& settings;
         platform::qt::QtApplication& application;
-        platform::PictureSource& pictures; ///< of windows
+        platform::PictureSource& pictures;         ///< of windows
+        std::function<void()> capabilitiesChanged; ///< called from the run loop
         std::function<void()> lost; ///< called once from the run loop; nothing works after that
     };
 
@@ -74,6 +76,9 @@ class Session {
 
     /// Brings the services up. Needs a QApplication. Once.
     virtual Services start(const Surroundings& surroundings) = 0;
+
+    /// What this desktop allows of what the session brings. After `start`.
+    virtual platform::Capabilities capabilities() const = 0;
 
     /// The program ends: from now on nothing waits for the window system for longer than a second
     /// in all. What it has not done by then is left to whoever undoes it after a kill.

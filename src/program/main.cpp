@@ -68,7 +68,7 @@ int run(char* command, Session& session, ProductBundle& bundle, const Product& p
         (void)std::fprintf(stderr, "%s is running already\n", product.name.c_str());
         return 0;
     }
-    Program program(product, bundle, session, descriptors, log, options);
+    Program program(product, bundle, session, link, descriptors, log, options);
     instance.onActivate([&program] { program.activate(); });
     link.start();
     descriptors.start();
