@@ -46,7 +46,9 @@ struct InfoWindowOfTheProgram : Product, testing::Test {
         const std::filesystem::path bin = tree.path("bin"), share = tree.path("share/palisor");
         std::filesystem::create_directories(bin);
         std::filesystem::create_directories(share / "products/orbisant");
-        std::filesystem::copy_file(std::filesystem::path(programs()) / "palisor", bin / "orbisant");
+        const std::filesystem::path built = programs();
+        std::filesystem::copy_file(built / "palisor", bin / "orbisant");
+        std::filesystem::copy_file(built / "palisor-tray", bin / "palisor-tray");
         std::filesystem::create_directory_symlink(RESOURCES "/images", share / "images");
         std::ofstream(share / "products/orbisant/Info.plist")
             << propertyList({{"IDApp", number(5)},
