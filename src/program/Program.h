@@ -30,11 +30,11 @@
 #include "platform/qt/tray/QtStatusItem.h"
 #include "platform/qt/tray/TrayIcon.h"
 #include "platform/qt/web/WebModule.h"
-#include "program/DoctorReport.h"
 #include "program/FirstMenu.h"
 #include "program/LoginWait.h"
 #include "program/Notices.h"
 #include "program/Session.h"
+#include "program/bus/DoctorReport.h"
 #include "scenario/record/Recorded.h"
 
 #include <optional>

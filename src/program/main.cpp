@@ -3,9 +3,9 @@
 #include "platform/linux/system/SystemLog.h"
 #include "platform/qt/loop/QtDescriptors.h"
 #include "platform/qt/session/HiddenBus.h"
-#include "program/OneInstance.h"
 #include "program/Options.h"
 #include "program/Program.h"
+#include "program/bus/OneInstance.h"
 #include "strings/Strings.h"
 
 #include <QApplication>

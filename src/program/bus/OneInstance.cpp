@@ -1,4 +1,4 @@
-#include "program/OneInstance.h"
+#include "program/bus/OneInstance.h"
 
 #include "platform/linux/files/AtomicFile.h"
 #include "platform/linux/files/XdgFiles.h"

@@ -1,4 +1,4 @@
-#include "program/DoctorReport.h"
+#include "program/bus/DoctorReport.h"
 
 #include <cerrno>
 #include <csignal>
