@@ -6,6 +6,7 @@
 #include <functional>
 #include <optional>
 #include <span>
+#include <string>
 
 namespace platform {
 
@@ -14,7 +15,9 @@ enum class ScreenId : std::uint32_t { none = 0 };
 
 struct Screen {
     ScreenId id = ScreenId::none;
-    Rect frame; ///< bottom-left coordinates, pixels
+    Rect frame;         ///< bottom-left coordinates, pixels
+    std::string name{}; ///< the output's, as the desktop's own settings call it ("HDMI-1")
+    double scale = 1;   ///< pixels for one unit of the desktop; 1 where it does not tell
 };
 
 /// The attached screens. The first one defines the origin of both coordinate systems. Main thread.

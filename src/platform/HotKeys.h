@@ -24,6 +24,11 @@ struct Shortcut {
     std::uint32_t modifierFlags = 0;
     bool operator==(const Shortcut&) const = default;
 
+    /// Whether pressing it is mere typing: it has no modifier, or Shift alone without being a
+    /// function key. No program may claim such a combination.
+    bool isTyping() const;
+    static bool isFunctionKey(std::uint16_t keyCode);
+
     /// Nothing for a value that is not a stored shortcut.
     static std::optional<Shortcut> fromValue(const Value* value);
     Value toValue() const;
@@ -33,7 +38,17 @@ struct Shortcut {
 /// run from the run loop.
 class HotKeys {
   public:
+    /// What keeps a combination from being chosen.
+    enum class Obstacle {
+        none,
+        fixed, ///< the program itself has it, by `registerShortcut`
+        taken, ///< another program holds it
+    };
+
     virtual ~HotKeys() = default;
+
+    /// Whether the combination could be claimed. What is claimed stays as it is.
+    virtual Obstacle obstacleTo(const Shortcut& shortcut) = 0;
 
     /// Claims the combination. One that another program holds stays without effect.
     virtual void registerShortcut(const Shortcut& shortcut, std::function<void()> action) = 0;
@@ -55,6 +70,14 @@ class HotKeys {
 
     /// The key as the user's keyboard labels it.
     virtual std::string keyCodeString(const Shortcut& shortcut) const = 0;
+
+    /// The key that the user's keyboard labels so, in upper or lower case, or that the desktop's
+    /// own key names call so ("space", "Page_Up"); nothing for no key.
+    virtual std::optional<std::uint16_t> keyCodeNamed(std::string_view name) const = 0;
 };
+
+/// A combination as people write it: "Ctrl+Super+K", the modifiers in any order and case, or as the
+/// two strings of `hotKeys` make it. Nothing for anything else, and for modifiers alone.
+std::optional<Shortcut> shortcutNamed(std::string_view text, const HotKeys& hotKeys);
 
 } // namespace platform

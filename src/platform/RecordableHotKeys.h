@@ -13,13 +13,6 @@ class RecordableHotKeys : public HotKeys {
         bool unknownKey = false;                ///< a key was pressed that has no virtual key code
     };
 
-    /// What keeps a combination from being chosen.
-    enum class Obstacle {
-        none,
-        fixed, ///< the program itself has it, by `registerShortcut`
-        taken, ///< another program holds it
-    };
-
     /// `changed` is called from the run loop when the strings of the keys are others than before:
     /// the user has gone to another layout, or to another keyboard. One handler.
     virtual void onLabelsChange(std::function<void()> changed) = 0;
@@ -30,9 +23,6 @@ class RecordableHotKeys : public HotKeys {
 
     /// Whether another program held the combination when it was last claimed.
     virtual bool isTaken(const Shortcut& shortcut) const = 0;
-
-    /// While recording: whether the combination could be claimed. It stays unclaimed.
-    virtual Obstacle obstacleTo(const Shortcut& shortcut) = 0;
 
     /// From now on every key goes to `pressed`, called from the run loop, and to nobody else; the
     /// program's own combinations do nothing meanwhile. `left` is called, from the run loop, when

@@ -30,6 +30,10 @@ class RunLoop {
     /// Whether the timer will still fire.
     virtual bool isRunning(TimerId timer) const = 0;
 
+    /// Seconds since some moment, on the clock that timers go by: it stands still in no alert and
+    /// is never set back.
+    virtual double now() const = 0;
+
     /// Runs the loop from inside the current call, and returns when the loop is stopped.
     virtual void run() = 0;
 

@@ -1,33 +1,13 @@
 #include "program/Options.h"
 
-#include <algorithm>
-#include <array>
+#include "program/Products.h"
+
 #include <string_view>
 
 namespace {
 
-constexpr std::array<std::string_view, 7> products = {
-    "palisor", "vellumor", "quenlow", "orbisant", "stay-awake", "crosshair", "calendar-alerts"};
-
-std::string productNames() {
-    std::string names;
-    for (const auto product : products) {
-        if (!names.empty()) names += ", ";
-        names += product;
-    }
-    return names;
-}
-
 std::string_view baseName(std::string_view path) {
     return path.substr(path.find_last_of('/') + 1);
-}
-
-/// People write a product's name as they read it.
-std::string inSmallLetters(std::string_view name) {
-    std::string small(name);
-    for (char& letter : small)
-        if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
-    return small;
 }
 
 struct Value {
@@ -52,8 +32,8 @@ std::optional<Value> valueOf(std::string_view name, int argc, char** argv, int& 
 ParsedOptions parseOptions(int argc, char** argv) {
     ParsedOptions result;
     Options& options = result.options;
-    options.command = argc > 0 ? baseName(argv[0]) : products[0];
-    options.product = options.command;
+    options.command = argc > 0 ? baseName(argv[0]) : products::names[0];
+    options.product = products::calledBy(options.command, "palisor-tray");
     const auto fail = [&result](std::string text) {
         result.error = std::move(text);
         return result;
@@ -71,8 +51,8 @@ ParsedOptions parseOptions(int argc, char** argv) {
         } else if (word == "--verbose") {
             options.verbose = true;
         } else if (const auto product = valueOf("--product", argc, argv, index)) {
-            if (!product->isThere) return fail("--product needs one of " + productNames());
-            options.product = inSmallLetters(product->text);
+            if (!product->isThere) return fail("--product needs one of " + products::list());
+            options.product = products::named(product->text);
         } else if (const auto hold = valueOf("--hold", argc, argv, index)) {
             if (hold->text != "on" && hold->text != "off") return fail("--hold needs on or off");
             options.hold = hold->text == "on";
@@ -86,8 +66,9 @@ ParsedOptions parseOptions(int argc, char** argv) {
             return fail("unknown option " + std::string(word) + " (--help lists the known ones)");
         }
     }
-    if (std::ranges::find(products, options.product) == products.end())
-        return fail("unknown product " + options.product + "; the products are " + productNames());
+    if (!products::contain(options.product))
+        return fail("unknown product " + options.product + "; the products are " +
+                    products::list());
     return result;
 }
 
@@ -99,7 +80,7 @@ std::string usage(const std::string& command) {
            "\n"
            "  --product NAME   the product to run instead of the one that the command is named\n"
            "                   after: " +
-           productNames() +
+           products::list() +
            "\n"
            "  --hold on|off    whether the X server holds the cursor at an edge (on unless said\n"
            "                   otherwise); off, it is put back after it has left\n"

@@ -65,7 +65,8 @@ constexpr const char* refusals[] = {"", "CALENDAR_NO_MODULE", "CALENDAR_NO_SERVE
 } // namespace
 
 Program::Program(const Product& product, lnx::ProductBundle& productBundle, Session& joined,
-                 platform::Descriptors& descriptors, platform::Log& logger, const Options& options)
+                 bus::Link& link, platform::Descriptors& descriptors, platform::Log& logger,
+                 const Options& options)
     : log(logger),
       coreLog(options.product, options.verbose),
       bundle(productBundle),
@@ -82,10 +83,10 @@ Program::Program(const Product& product, lnx::ProductBundle& productBundle, Sess
                  log),
       workspace(product.identifier, log, lnx::asksNobody),
       pictures({lnx::imagesFolder(), bundle.folder()}, log),
-      desk(session.start(
-          {product, runLoop, settings, application, pictures,
-           [this](std::optional<bool> dark) { colourScheme.windowSystemWishes(dark); },
-           [this] { exit(failure); }})),
+      desk(session.start({product, runLoop, settings, application, pictures,
+                          [this](auto dark) { colourScheme.windowSystemWishes(dark); },
+                          [this] { productObject.capabilitiesChanged(); },
+                          [this] { exit(failure); }})),
       tray(std::in_place, desk.tray, pictures,
            platform::qt::TrayIcon::Identity{product.identifier, product.name}, log),
       statusItem(runLoop, application, &pictures, &*tray),
@@ -108,12 +109,20 @@ Program::Program(const Product& product, lnx::ProductBundle& productBundle, Sess
                runLoop, log, [this](auto why) { tellWhyNoCalendar(why); }),
       atLogin(options.atLogin),
       loginWait(runLoop, desk.displays, coreLog),
+      doctor(lnx::executablePath("palisor-doctor"), bundle.name(), descriptors),
+      productObject(onBus(product), link),
       quitSignals(descriptors, [this] { quit(); }) {
     if (!options.record.empty()) startRecording(options.record);
     if (recording)
         delegate.emplace(services(recording->displays, recording->input, recording->statusItem));
     else
         delegate.emplace(services(desk.displays, desk.input, firstMenu));
+    productObject.watch(&*delegate);
+    if (options.verbose) {
+        decisionLog.emplace([this](std::string_view line) { coreLog.write(line); },
+                            [this] { return runLoop.now(); });
+        delegate->explainTo(&*decisionLog);
+    }
     for (const auto key : {palisor::keys::customShortcut, palisor::keys::customShortcutEnabled})
         settings.observe(key, platform::qt::ShortcutRecorder::refreshAll);
     settings.onOutsideEdit([this](const auto& keys) {
@@ -144,6 +153,7 @@ platform::Platform Program::services(platform::Displays& displays, platform::Inp
 void Program::undoAtExit() {
     application.atExit([this] {
         session.aboutToEnd();
+        productObject.watch(nullptr);
         delegate.reset();
         recording.reset();
         web.close();
@@ -204,7 +214,10 @@ platform::qt::Accessory* Program::accessory(const std::string& name, QWidget* pa
 }
 
 void Program::tellFailures() {
-    tray->onMissing([this] { notices.tell("NO_TRAY", "NO_TRAY_TEXT", bundle.displayName()); });
+    tray->onMissing([this] {
+        notices.tell("NO_TRAY", "NO_TRAY_TEXT", bundle.displayName());
+        productObject.capabilitiesChanged();
+    });
     settings.onSetAside([this](const std::string& file) {
         notices.tell("NOTICE_SETTINGS_ASIDE", "NOTICE_SETTINGS_ASIDE_TEXT", file);
     });
@@ -236,6 +249,26 @@ void Program::begin() {
     loginItems.bringUpToDate();
     if (recording) recording->writer.begin(bundle, settings.persistentDomain(), desk.displays);
     delegate->applicationDidFinishLaunching();
+}
+
+bus::ProductObject::Program Program::onBus(const Product& product) {
+    return {.name = product.identifier,
+            .version = std::string(bundle.string("CFBundleShortVersionString")),
+            // Its menu is made at the end of its start.
+            .delegate = [this] { return delegate && delegate->mainMenu ? &*delegate : nullptr; },
+            .capabilities = [this] { return capabilities(); },
+            .showMenu = [this] { activate(); },
+            .quit = [this] { application.afterEvent([this] { quit(); }); },
+            .report = [this](DoctorReport::Done done) { doctor.ask(std::move(done)); }};
+}
+
+platform::Capabilities Program::capabilities() const {
+    platform::Capabilities all = session.capabilities();
+    const bool isInTray = tray && tray->isInTray();
+    all.push_back(
+        {"tray", isInTray,
+         isInTray ? "" : "The desktop has no tray: the command line does what it would."});
+    return all;
 }
 
 void Program::activate() {

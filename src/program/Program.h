@@ -1,6 +1,8 @@
 #pragma once
 
 #include "app/AppDelegate.h"
+#include "bus/ProductObject.h"
+#include "engine/Decisions.h"
 #include "platform/json/Parser.h"
 #include "platform/linux/files/ProductBundle.h"
 #include "platform/linux/files/XdgFiles.h"
@@ -32,6 +34,7 @@
 #include "program/LoginWait.h"
 #include "program/Notices.h"
 #include "program/Session.h"
+#include "program/bus/DoctorReport.h"
 #include "scenario/record/Recorded.h"
 
 #include <optional>
@@ -42,7 +45,8 @@ class Program {
   public:
     /// What is lent must outlive the object.
     Program(const Product& product, platform::linux::ProductBundle& bundle, Session& session,
-            platform::Descriptors& descriptors, platform::Log& log, const Options& options);
+            bus::Link& link, platform::Descriptors& descriptors, platform::Log& log,
+            const Options& options);
 
     /// The application object starts, from inside the run loop, which an alert or a request to quit
     /// at the start relies on. At login the monitors are waited for first.
@@ -71,6 +75,8 @@ class Program {
                                 platform::StatusItem& statusItem);
     /// The control that an alert names; null for an unknown one.
     platform::qt::Accessory* accessory(const std::string& name, QWidget* parent);
+    bus::ProductObject::Program onBus(const Product& product);
+    platform::Capabilities capabilities() const;
     void undoAtExit();
     void begin();
     void tellFailures();
@@ -111,6 +117,9 @@ class Program {
     bool atLogin;
     LoginWait loginWait;
     std::optional<Recording> recording;
+    std::optional<palisor::DecisionLog> decisionLog; ///< where the log is verbose
     std::optional<palisor::AppDelegate> delegate;
+    DoctorReport doctor;
+    bus::ProductObject productObject;
     platform::linux::QuitSignals quitSignals;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Capabilities.h"
 #include "platform/Descriptors.h"
 #include "platform/Picture.h"
 #include "platform/Platform.h"
@@ -38,6 +39,7 @@ class Session {
         /// The wish for dark windows in the window system's settings, or that they have none, as
         /// often as it changes and from inside `start` on; at first there is none.
         std::function<void(std::optional<bool>)> darkWished;
+        std::function<void()> capabilitiesChanged; ///< called from the run loop
         std::function<void()> lost; ///< called once from the run loop; nothing works after that
     };
 
@@ -78,6 +80,9 @@ class Session {
 
     /// Brings the services up. Needs a QApplication. Once.
     virtual Services start(const Surroundings& surroundings) = 0;
+
+    /// What this desktop allows of what the session brings. After `start`.
+    virtual platform::Capabilities capabilities() const = 0;
 
     /// The program ends: from now on nothing waits for the window system for longer than a second
     /// in all. What it has not done by then is left to whoever undoes it after a kill.

@@ -63,6 +63,7 @@ std::string X11Session::displayName() const {
 Session::Services X11Session::start(const Surroundings& surroundings) {
     lost = surroundings.lost;
     parts.emplace(*this, surroundings);
+    parts->windows.onBlendChange(surroundings.capabilitiesChanged);
     surroundings.application.onActiveWindowChange([this] {
         if (!parts) return;
         parts->input.ownWindowChanged();
@@ -71,6 +72,20 @@ Session::Services X11Session::start(const Surroundings& surroundings) {
     });
     return {*screens,       parts->pointer, parts->cursor, parts->input,       parts->keyboard,
             parts->hotKeys, parts->windows, parts->focus,  parts->screenSaver, &parts->tray};
+}
+
+platform::Capabilities X11Session::capabilities() const {
+    const char* const unheld = "the cursor is put back after it has left its monitor";
+    platform::Capability hold{.id = "hold", .available = true, .reason = {}};
+    if (!serverHolds)
+        hold = {"hold", false, std::string("Switched off by --hold off: ") + unheld + "."};
+    else if (!input->tellsBarrierHits())
+        hold = {"hold", false,
+                std::string("The X server is older than XInput 2.3: ") + unheld + "."};
+    const bool blends = parts && parts->windows.canBlend();
+    return {std::move(hold),
+            {"darkness", true,
+             blends ? "" : "No compositor runs: monitors are darkened through their gamma."}};
 }
 
 void X11Session::aboutToEnd() {

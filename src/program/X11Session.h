@@ -26,6 +26,7 @@ class X11Session final : public Session {
     std::string displayName() const override;
     const platform::Displays& displays() const override { return *screens; }
     Services start(const Surroundings& surroundings) override;
+    platform::Capabilities capabilities() const override;
     void aboutToEnd() override;
     void end() override;
 

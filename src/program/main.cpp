@@ -2,9 +2,10 @@
 #include "platform/linux/system/SessionLanguage.h"
 #include "platform/linux/system/SystemLog.h"
 #include "platform/qt/loop/QtDescriptors.h"
-#include "program/OneInstance.h"
+#include "platform/qt/session/HiddenBus.h"
 #include "program/Options.h"
 #include "program/Program.h"
+#include "program/bus/OneInstance.h"
 #include "strings/Strings.h"
 
 #include <QApplication>
@@ -50,10 +51,13 @@ void prepareToolkit(const Session& session) {
 int run(char* command, Session& session, ProductBundle& bundle, const Product& product,
         platform::qt::QtDescriptors& descriptors, SystemLog& log, const Options& options) {
     prepareToolkit(session);
-    OneInstance instance(product.identifier, session.displayName(), descriptors, log);
+    bus::Link link(descriptors, log);
+    OneInstance instance(product.identifier, session.displayName(), link, descriptors, log);
+    platform::qt::HiddenBus silent(link.wait() == bus::Link::State::silent);
     char* arguments[] = {command, nullptr};
     int count = 1;
     const QApplication toolkit(count, arguments);
+    silent.showAgain();
     QGuiApplication::setQuitOnLastWindowClosed(false);
     const auto identifier = QString::fromStdString(product.identifier);
     QCoreApplication::setApplicationName(identifier);
@@ -64,8 +68,9 @@ int run(char* command, Session& session, ProductBundle& bundle, const Product& p
         (void)std::fprintf(stderr, "%s is running already\n", product.name.c_str());
         return 0;
     }
-    Program program(product, bundle, session, descriptors, log, options);
+    Program program(product, bundle, session, link, descriptors, log, options);
     instance.onActivate([&program] { program.activate(); });
+    link.start();
     descriptors.start();
     program.launch();
     program.exit(QApplication::exec());

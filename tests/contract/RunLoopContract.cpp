@@ -87,6 +87,24 @@ TYPED_TEST(RunLoopContract, FiresASingleTimerOnceAndNeverFromInsideSchedule) {
     EXPECT_FALSE(this->loop.isRunning(timer));
 }
 
+TYPED_TEST(RunLoopContract, HasAClockThatTimersGoBy) {
+    const double before = this->loop.now();
+    double atFiring = before;
+    this->schedule(0.02, false, [&] {
+        atFiring = this->loop.now();
+        this->backend.end();
+    });
+    this->backend.runUntilEnd();
+    EXPECT_GE(atFiring, before + 0.02 - 1e-6);
+}
+
+TYPED_TEST(RunLoopContract, HasAClockThatGoesOnWhileAnAlertIsOpen) {
+    const auto alert = this->backend.modal();
+    const double before = this->loop.now();
+    this->backend.letTimePass(0.02);
+    EXPECT_GT(this->loop.now(), before);
+}
+
 TYPED_TEST(RunLoopContract, ATimeBelowZeroIsTheNextTurn) {
     this->noteAfter(-1, 'a');
     this->noteAfter(0.01, 'b');

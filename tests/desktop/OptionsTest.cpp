@@ -19,8 +19,9 @@ std::string answer(const std::vector<std::string>& command, int status = 0) {
 
 TEST(Options, HaveTheShortFormsThatEveryProgramHas) {
     EXPECT_EQ(answer({"palisor", "-V"}), answer({"palisor", "--version"}));
-    const std::string help = answer({"palisor", "-h"});
-    EXPECT_EQ(help, answer({"palisor", "--help"}));
+    EXPECT_EQ(answer({"palisor", "-h"}), answer({"palisor", "--help"}));
+    const std::string help = answer({"palisor-tray", "-h"});
+    EXPECT_EQ(help, answer({"palisor-tray", "--help"}));
     for (const char* option : {"-h, --help", "-V, --version"})
         EXPECT_NE(help.find(option), help.npos) << help;
 }
@@ -37,7 +38,7 @@ TEST(Options, AreExplainedUnderTheNameThatTheProgramIsCalledBy) {
     EXPECT_TRUE(answer({"orbisant", "--help"}).starts_with("Usage: orbisant [--product NAME]"));
     EXPECT_TRUE(answer({"palisor", "--help"}).starts_with("Usage: palisor [--product NAME]"));
     // The second line stands under the first.
-    EXPECT_NE(answer({"stay-awake", "-h"}).find("\n                  [--at-login]"),
+    EXPECT_NE(answer({"palisor-tray", "-h"}).find("\n                    [--at-login]"),
               std::string::npos);
 }
 

@@ -28,6 +28,18 @@ TEST_F(HotKeys, WorkInEveryStateOfTheLockKeys) {
     }
 }
 
+TEST_F(HotKeys, StayClaimedWhenSomebodyAsksForObstacles) {
+    using Obstacle = platform::HotKeys::Obstacle;
+    bind(ctrlAltK);
+    EXPECT_EQ(hotKeys->obstacleTo(ctrlAltK), Obstacle::none);
+    EXPECT_EQ(hotKeys->obstacleTo(superE), Obstacle::taken);
+    EXPECT_EQ(hotKeys->obstacleTo({keyK, Shortcut::control}), Obstacle::none);
+    pressCtrlAltK();
+    EXPECT_EQ(pressesSoFar(), 1);
+    hand.chord({key::leftControl, 'k'});
+    EXPECT_EQ(pressesSoFar(), 1) << "asking claims nothing";
+}
+
 TEST_F(HotKeys, AreForTheirModifiersAndNoOthers) {
     bind(ctrlAltK);
     hand.type('k');

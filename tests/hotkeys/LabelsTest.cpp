@@ -76,6 +76,38 @@ TEST_F(Labels, AreWhatTheUsersKeyboardPrints) {
     useLayout("tr", 33, "Ğ");
 }
 
+TEST_F(Labels, FindTheirKeysAgainAndSoDoTheNamesOfKeysyms) {
+    const auto found = [this](std::string_view name) { return hotKeys->keyCodeNamed(name); };
+    EXPECT_EQ(found("k"), keyK);
+    EXPECT_EQ(found("space"), 49);
+    EXPECT_EQ(found("Page Up"), 116);
+    EXPECT_EQ(found("page_up"), 116);
+    EXPECT_EQ(found("semicolon"), 41);
+    EXPECT_EQ(found("nothing"), std::nullopt);
+    EXPECT_EQ(found(""), std::nullopt);
+    useLayout("de", keyZ, "Y");
+    EXPECT_EQ(found("Z"), keyY);
+    EXPECT_EQ(found("Ö"), 41);
+    EXPECT_EQ(found("odiaeresis"), 41);
+    useLayout("ru", keyK, "Л");
+    EXPECT_EQ(found("Л"), keyK);
+    EXPECT_EQ(found("K"), keyK) << "by its place, where no layout has it";
+    for (std::uint16_t code = 0; code < 128; ++code) {
+        if (platform::x11::physicalKey(code) == nullptr) continue;
+        EXPECT_EQ(label(found(label(code)).value_or(4000)), label(code));
+    }
+}
+
+TEST_F(Labels, OfCombinationsAreReadAsTheyAreWritten) {
+    for (const Shortcut shortcut :
+         {Shortcut{keyK, Shortcut::modifiers}, Shortcut{69, Shortcut::control}, // Num +
+          Shortcut{122, 0}, Shortcut{116, Shortcut::command}})
+        EXPECT_EQ(platform::shortcutNamed(hotKeys->modifierFlagsString(shortcut) +
+                                              hotKeys->keyCodeString(shortcut),
+                                          *hotKeys),
+                  shortcut);
+}
+
 TEST_F(Labels, OfKeysWithoutACharacterAreTheirNames) {
     const std::pair<std::uint16_t, const char*> rows[] = {
         {49, "Space"}, {36, "Return"}, {122, "F1"},   {111, "F12"},    {90, "F20"},

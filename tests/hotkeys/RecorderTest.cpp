@@ -33,6 +33,9 @@ class Keyboard final : public platform::RecordableHotKeys {
     std::string keyCodeString(const Shortcut& shortcut) const override {
         return " and " + std::to_string(shortcut.keyCode);
     }
+    std::optional<std::uint16_t> keyCodeNamed(std::string_view) const override {
+        return std::nullopt;
+    }
     void onLabelsChange(std::function<void()>) override {}
     void onTaken(std::function<void(const Shortcut&)>) override {}
     bool isTaken(const Shortcut& shortcut) const override { return shortcut == taken; }

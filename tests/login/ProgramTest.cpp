@@ -122,6 +122,18 @@ TEST_F(LoginOfTheProgram, WorksFromAnInstalledTreeWithOddCharactersInItsPath) {
     expectToComeUpInANewSession();
 }
 
+TEST_F(LoginOfTheProgram, IsStartedByTheBusFromAnInstalledTreeWithOddCharactersInItsPath) {
+    const fs::path prefix = tree.path("it's $of 100% \"its\" own");
+    installInto(prefix);
+    std::ofstream(desktop.configFolder() / "com.tamberlo.orbisant.plist")
+        << propertyList(pastTheFirstStart());
+    desktop.setVariable("XDG_DATA_DIRS", prefix / "share");
+    desktop.startBus();
+    const auto command = desktop.spawn(folder + "/orbisant", {"on"});
+    EXPECT_EQ(command->wait(), 0) << command->errors();
+    EXPECT_TRUE(desktop.isOnTheBus("com.tamberlo.orbisant"));
+}
+
 TEST_F(LoginOfTheProgram, AnInstalledTreeIsComplete) {
     installInto(tree.path("usr"));
     const fs::path share = tree.path("usr/share");
@@ -140,8 +152,10 @@ TEST_F(LoginOfTheProgram, AnInstalledTreeIsComplete) {
         EXPECT_TRUE(fs::exists(share / "icons/hicolor/scalable/apps" / (id + ".svg")));
         expectValid(share / "applications" / (id + ".desktop"));
         EXPECT_TRUE(fs::exists(share / "palisor/products" / product / "Info.plist"));
+        EXPECT_TRUE(fs::exists(share / "dbus-1/services" / (id + ".service")));
     }
     EXPECT_TRUE(fs::exists(share / "palisor/images/menu/OnOff.svg"));
+    EXPECT_TRUE(fs::exists(share / "dbus-1/interfaces/com.tamberlo.Product1.xml"));
     EXPECT_TRUE(fs::exists(tree.path("usr/libexec/palisor/gamma-guard")));
     EXPECT_TRUE(fs::exists(tree.path("usr/lib/palisor/calendar.so")));
     EXPECT_EQ(desktop.spawn(folder + "/palisor-helper", {"--help"})->wait(), 0);

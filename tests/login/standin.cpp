@@ -1,9 +1,10 @@
 // Stands in for a product at login: owns NAME on the session bus, and does what DEED says.
 
+#include "bus/SingleInstance.h"
 #include "platform/linux/system/SystemLog.h"
+#include "platform/qt/loop/QtDescriptors.h"
 #include "platform/qt/session/DistributedNotifications.h"
 #include "platform/qt/session/SessionApplications.h"
-#include "platform/qt/session/SingleInstance.h"
 
 #include <QCoreApplication>
 #include <cstdlib>
@@ -14,8 +15,13 @@ int main(int argc, char** argv) {
     if (deed == "end") return 3;
     const QCoreApplication application(argc, argv);
     platform::linux::SystemLog log("stand-in");
-    platform::qt::SingleInstance instance(name, log);
+    platform::qt::QtDescriptors descriptors;
+    bus::Link link(descriptors, log);
+    bus::SingleInstance instance(name, link, log);
+    (void)link.wait();
     if (!instance.claim()) return 4;
+    link.start();
+    descriptors.start();
     const platform::qt::SessionApplications applications(name, log);
     for (const std::string& other : applications.others())
         log.write("beside " + other);

@@ -46,6 +46,14 @@ TEST_F(X11Displays, PutThePrimaryFirstAndTheOthersAtNegativePlaces) {
     EXPECT_EQ(session->displays.mainScreen(), session->displays.screens()[0].id);
 }
 
+TEST_F(X11Displays, AreCalledAsTheirOutputs) {
+    start("1280x1024+0+0,1920x1080+1280+200*");
+    const auto screens = session->displays.screens();
+    EXPECT_EQ(screens[0].name, "DUMMY1");
+    EXPECT_EQ(screens[1].name, "DUMMY0");
+    EXPECT_EQ(screens[0].scale, 1);
+}
+
 TEST_F(X11Displays, CountThePointersPlaceFromThePrimary) {
     start("1280x1024+0+0,1920x1080+1280+200*");
     support::Hand hand(desktop->display());

@@ -17,6 +17,9 @@ class TestLoop final : public platform::RunLoop, public platform::Descriptors {
                                std::function<void()> fire) override;
     void invalidate(platform::TimerId timer) override { timers.erase(timer); }
     bool isRunning(platform::TimerId timer) const override { return timers.contains(timer); }
+    double now() const override {
+        return std::chrono::duration<double>(Clock::now().time_since_epoch()).count();
+    }
     void run() override;
     /// The X11 services have no other thread, so neither has this loop.
     void performOnMainThread(std::function<void()> work, bool waitUntilDone) override;

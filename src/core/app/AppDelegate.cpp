@@ -4,8 +4,8 @@ namespace palisor {
 
 AppDelegate* AppDelegate::sharedInstance = nullptr;
 
-AppDelegate::AppDelegate(const platform::Platform& platformServices)
-    : windowInfo(platformServices.infoWindows.create(*this)), services(platformServices) {
+AppDelegate::AppDelegate(const platform::Platform& platformServices) : services(platformServices) {
+    windowInfo = services.infoWindows.create(*this);
     sharedInstance = this;
 }
 

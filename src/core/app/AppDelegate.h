@@ -1,11 +1,10 @@
 #pragma once
 
 #include "app/Keys.h"
-#include "engine/Appoggio.h"
+#include "app/State.h"
 #include "platform/Platform.h"
 
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -21,19 +20,13 @@
 
 namespace palisor {
 
-using platform::CheckBox;
-using platform::Label;
-using platform::Menu;
-using platform::MenuItem;
-using platform::Point;
-using platform::Rect;
-using platform::ScreenId;
-using platform::Slider;
-using platform::TimerId;
-
 struct AlarmPass;
+class DecisionObserver;
+namespace control {
+class Watcher;
+}
 
-class AppDelegate : private platform::MenuTarget, private platform::InfoTarget {
+class AppDelegate : public AppState, private platform::MenuTarget, private platform::InfoTarget {
   public:
     /// The platform's services must outlive the object, which is the one of its process.
     explicit AppDelegate(const platform::Platform& services);
@@ -60,13 +53,29 @@ class AppDelegate : private platform::MenuTarget, private platform::InfoTarget {
 
     // Enable.cpp
     void enableDisable();
+    /// Whether the product does what it is for: the user has it on, and it is not freed.
+    bool isActive() const;
+    /// Switches off for that long, a day at most, and on again. The settings stay. Nothing where
+    /// the product is off; zero or less ends it.
+    void freeFor(double seconds);
+    /// Freed no longer; what follows from that is the caller's.
+    void forgetFreeing();
+    /// Seconds that are left; 0 while not freed.
+    double freedFor() const;
     void quit();
     void killapp();
+
+    // Control.cpp
+    /// Who is told of what can be seen from outside, one at most; null for nobody.
+    void watch(control::Watcher* newWatcher) { watcher = newWatcher; }
 
     // OutsideEdit.cpp
     /// Another program has changed what these settings read as: the screen follows, the menu once
     /// it is closed. Before the start nothing, since that reads them all.
     void settingsEdited(const std::set<std::string, std::less<>>& edited);
+    /// Stores a value of the right type, takes the key out for nothing, and has the change take
+    /// effect as an edit does. False, and nothing is changed, where the product needs a shortcut.
+    bool changeSetting(std::string_view key, std::optional<platform::Value> value);
 
     // DisplaySleep.cpp
     void noSleep();
@@ -87,6 +96,7 @@ class AppDelegate : private platform::MenuTarget, private platform::InfoTarget {
     // Screens.cpp
     void updateScreensSize();
     void detectCurrentScreen();
+    Rect topLeftFrame(const platform::Screen& screen) const;
     void noSecondaryMonitor();
     void applicationDidChangeScreenParameters();
 
@@ -100,6 +110,8 @@ class AppDelegate : private platform::MenuTarget, private platform::InfoTarget {
     // Barrier.cpp
     /// P in top-left coordinates.
     void onMouseMovedOrClicked(Point P);
+    /// Who is told why the cursor was held or let through, one at most; null for nobody.
+    void explainTo(DecisionObserver* observer) { decisions = observer; }
 
     // Crossing.cpp; directions are 0 left, 1 right, 2 top, 3 bottom
     /// The length in pixels beyond which one step is a push.
@@ -110,6 +122,8 @@ class AppDelegate : private platform::MenuTarget, private platform::InfoTarget {
     void runForUpDown(int direction);
 
     // Placement.cpp; points in top-left coordinates
+    /// Into the middle of an attached screen, where the barrier then holds the cursor.
+    void crossToScreen(const platform::Screen& screen);
     void forceMouseToPoint(Point P);
     void forceMouseInCalculatedPoint();
     Rect restrictRect_aboutPixel(Rect rect, float pixels) const;
@@ -174,6 +188,10 @@ class AppDelegate : private platform::MenuTarget, private platform::InfoTarget {
     void otherMonitorsDark();
     void otherMonitorsLight();
     void updateShadow();
+    /// Of the monitors that are darkened, 0 to 1.
+    float darkness() const;
+    /// Whether a window darkens it now.
+    bool isDark(const platform::Screen& screen) const;
 
     // Markers.cpp
     /// A new marker window over the whole screen, on screen already.
@@ -186,6 +204,8 @@ class AppDelegate : private platform::MenuTarget, private platform::InfoTarget {
     void setCustomShortcutEnabled(bool enabled);
     void setHardcodedShortcutEnabled(bool enabled);
     void showShortcutPopup();
+    bool hasUsableShortcut() const;
+    std::string shortcutText() const;
 
     // InfoWindow.cpp
     void createViewInfo();
@@ -233,83 +253,8 @@ class AppDelegate : private platform::MenuTarget, private platform::InfoTarget {
     /// One pass over the events of the coming hour. Nothing while one is under way.
     void ReplaceDefaultEvents();
 
-    // ---- state ------------------------------------------------------------------------------
-
-    using WindowList = std::vector<std::unique_ptr<platform::Window>>;
-
-    /// Calls `field(name, value)` for each field with a plain value, in the order of declaration.
-    template <class Visitor>
-    void visitFields(Visitor&& field) const;
-
-    std::unique_ptr<Appoggio> appoggio;
-    std::map<std::string, std::string, std::less<>> proKeys; ///< held modifiers, by key code
-    bool flagriopenInfo = false;
-    std::int32_t keycombo = 0;
-    bool inHotArea = false; ///< an edge has fired and the cursor has not been back inside since
-
-    std::string helperAppBundleIdentifier;
-    platform::AssertionId assertionID = 0; ///< the last one made; stays after its release
-
-    // The extent of the desktop; y in top-left coordinates. MAX_X is the largest *left* edge.
-    float MIN_X = 0;
-    float MAX_X = 0;
-    float MIN_Y = 0;
-    float MAX_Y = 0;
-    float MAX_W = 0; ///< right edge of screenMax
-    float MAX_H = 0; ///< height of the main screen
-    ScreenId screenMax = ScreenId::none;
-    ScreenId screenMaxH = ScreenId::none;
-    ScreenId switchedScreen =
-        ScreenId::none;      ///< the screen that held the cursor at the last detection
-    Rect switchedScreenRect; ///< its frame, top-left coordinates
-
-    // Cursor positions, top-left coordinates.
-    Point cordmouse;
-    Point oldcordmouse;
-    Point oldoldcordmouse;
-    Point savedcoordsMD;
-    Point lastCoord; ///< last place known to be inside the current screen
-    bool JUST_MY_MOVE = false;
-    bool cursorMustToBeHidden = false;
-    bool combo = false; ///< CTRL+ALT+CMD is held
-    TimerId timerRetardHide = TimerId::none;
-    TimerId timerCursorMustToBeHidden = TimerId::none;
-    TimerId timerSchedule = TimerId::none;
-
-    // The switches of the hot borders. Corners: 1 top-left, 2 top-right, 3 bottom-right,
-    // 4 bottom-left. Sides: 1 left, 2 top, 3 right, 4 bottom.
-    CheckBox butangolo1, butangolo2, butangolo3, butangolo4;
-    CheckBox butlato1, butlato2, butlato3, butlato4;
-    std::vector<CheckBox*> AButtonBounds;
-    std::string TFBounds;
-    double countanimation = 0; ///< steps of the border window's fade, 0 to 5
-    TimerId timerAnimBorders = TimerId::none;
-
-    // The status menu. Made by createBarStatusItem; the entries are made anew by updateMenuItems.
-    std::shared_ptr<Menu> mainMenu, timeSubMenu, boundsSubMenu, velocitySubMenu;
-    std::shared_ptr<Label> tv, tvVelocity;
-    MenuItem* itemHotBorders = nullptr;
-    MenuItem* menuitemForBoundsView = nullptr;
-
-    std::optional<WindowList> AWindowsDark; ///< one per darkened screen, nothing before the first
-    std::unique_ptr<platform::Window> windowHotBorders;
-    std::unique_ptr<platform::Window> windowCursorX, windowCursorY;
-    std::optional<WindowList> aWindowCursorX; ///< one per screen, nothing before they are made
-
-    std::unique_ptr<platform::InfoWindow> windowInfo; ///< never null
-    CheckBox butautologin;                            ///< not shown; says what was last accepted
-    platform::Alert alertrate;                        ///< the one shown last
-    platform::Alert alertShortCut;                    ///< the popup shown last
-
-    // What the maker's service asked for.
-    std::optional<std::string> event_1, event_2; ///< addresses, one for each button
-    bool active_1 = false;                       ///< whether the button goes on to the start
-    bool active_2 = false;
-    bool otherApps = false;    ///< whether the menu shows the other products
-    std::int8_t allowRate = 0; ///< minutes until the user is asked for a rating; 0 for never
-
-    platform::Calendar* store = nullptr; ///< null before start, and in the other products
-    TimerId customDefaultEventTimer = TimerId::none;
+    /// What it was made with.
+    const platform::Platform services;
 
   private:
     bool settingIsOne(std::string_view key) const;
@@ -323,6 +268,12 @@ class AppDelegate : private platform::MenuTarget, private platform::InfoTarget {
     }
     void invalidate(TimerId timer) { services.runLoop.invalidate(timer); }
 
+    void endFreeing();
+    void activityChanged();
+    void updateMenuSoon();
+    void tellChanged() const;
+    void tellCrossing(ScreenId from, ScreenId to) const;
+    void holdOrRelease();
     void keepAwakeWhileActive();
     void lookAfterCalendarWhileActive();
     void resetCursor();
@@ -330,12 +281,12 @@ class AppDelegate : private platform::MenuTarget, private platform::InfoTarget {
     void takeFirstActions();
     void installEventIntake();
     void scheduleRating();
-    Rect topLeftFrame(const platform::Screen& screen) const;
     Rect frameOf(ScreenId screen) const;
 
     bool wantsPointerEvent(platform::EventType type) const;
     void rearmHideTimer(double secondsWhenZero);
     void holdInsideScreen(Point P);
+    void tellDecision(Point P, bool pushed) const;
     void moveCrossHair();
     void followHotEdges(Point P, int variant);
     int armedEdgeAt(Point P, int variant) const;
@@ -374,13 +325,9 @@ class AppDelegate : private platform::MenuTarget, private platform::InfoTarget {
 
     MenuItem boundsViewItem();
     void setLabel(Label& label, std::string text);
-    bool isActive() const;
     void toggleSetting(std::string_view key);
     void storeFlippedState(MenuItem& item, std::string_view key);
-    bool hasUsableShortcut() const;
-    std::string shortcutText() const;
     void reopenMenu();
-    float darkness() const;
 
     void turnOffCustomDefaultAlert();
     void startAlarmPasses(bool granted);
@@ -392,8 +339,13 @@ class AppDelegate : private platform::MenuTarget, private platform::InfoTarget {
     std::shared_ptr<AlarmPass> alarmPass; ///< while a pass is under way
     int accessRequest = 0;                ///< answers to earlier ones come too late
 
+    control::Watcher* watcher = nullptr;
+    DecisionObserver* decisions = nullptr;
+    std::optional<double> freedUntil; ///< by the run loop's clock
+    TimerId freeingTimer = TimerId::none;
+    ScreenId heldScreen = ScreenId::none; ///< the one that was held last
+
     static AppDelegate* sharedInstance;
-    const platform::Platform services;
 };
 
 } // namespace palisor

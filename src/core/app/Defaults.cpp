@@ -1,5 +1,6 @@
 #include "app/AppDelegate.h"
 #include "app/Keys.h"
+#include "app/SettingsTable.h"
 #include "app/Variants.h"
 
 // First-run values and registered defaults.
@@ -16,14 +17,12 @@ constexpr double firstMenuDelay = 0.2;
 } // namespace
 
 void AppDelegate::initiailValuesForUserDefaults() {
-    auto& settings = services.settings;
     const int variant = IDApp();
 
     if (!settingIsOne(keys::PRIMOACCESSO)) {
-        setAndSynchronize(keys::CHECK_0, Value{"0"});
-        setAndSynchronize(keys::CHECK_1, Value{"0"});
-        setAndSynchronize(keys::SCHEDULE, Value{"5"});
-        setAndSynchronize(keys::HOT_BOUNDS, Value{"0"});
+        for (const Setting& setting : settingsTable())
+            if (setting.origin == Setting::Origin::firstRun)
+                setAndSynchronize(setting.key, setting.standardValue());
         setAndSynchronize(keys::PRIMOACCESSO, Value{"1"});
         schedule<&AppDelegate::firstTime>(firstMenuDelay, false, "firstTime");
     }
@@ -32,23 +31,9 @@ void AppDelegate::initiailValuesForUserDefaults() {
         setAndSynchronize(keys::SCHEDULE, Value{"5"});
         setAndSynchronize(keys::PRIMOACCESSOCONSLIDER, Value{"1"});
     }
-    if (variant == variants::wrapAround || variant == variants::cursorHider ||
-        variant == variants::desktopSwitcher) {
-        settings.registerDefault(keys::BUTLATO1, Value{true});
-        settings.registerDefault(keys::BUTLATO3, Value{true});
-    }
-    settings.registerDefault(keys::ATTIVO, Value{true});
-    settings.registerDefault(keys::SHOW_ON_SCROLL, Value{true});
-    settings.registerDefault(keys::CTRLALTCMD, Value{true});
-    settings.registerDefault(keys::VELOCITY_OPTION, Value{false});
-    settings.registerDefault(keys::VELOCITY, Value{std::int64_t{50}});
-    settings.registerDefault(keys::BREAK_AFTER_SWITCH, Value{false});
-    settings.registerDefault(keys::OFFSET, Value{std::int64_t{0}});
-    settings.registerDefault(keys::ALARM_SOUND, Value{"Pop"});
-    settings.registerDefault(keys::TIME_MODE, Value{true});
-    if (variant == variants::cursorHider) settings.registerDefault(keys::STAY_HIDDEN, Value{false});
-    if (variant == variants::barrier)
-        settings.registerDefault(keys::OTHERS_DARK, Value{std::int64_t{15}});
+    for (const Setting& setting : settingsTable())
+        if (setting.origin == Setting::Origin::registered && setting.hasStandard(variant))
+            services.settings.registerDefault(setting.key, setting.standardValue());
 }
 
 void AppDelegate::firstTime() {

@@ -2,16 +2,26 @@
 #include "app/Keys.h"
 #include "app/Variants.h"
 
+#include <algorithm>
+
 // Switching the product on and off, and ending it.
 
 namespace palisor {
 
+namespace {
+
+constexpr double longestFreeing = 24 * 60 * 60;
+
+} // namespace
+
 bool AppDelegate::isActive() const {
-    return services.settings.boolForKey(keys::ATTIVO);
+    return services.settings.boolForKey(keys::ATTIVO) && !freedUntil;
 }
 
 void AppDelegate::enableDisable() {
-    setAndSynchronize(keys::ATTIVO, platform::Value{!isActive()});
+    const bool on = !isActive();
+    forgetFreeing();
+    setAndSynchronize(keys::ATTIVO, platform::Value{on});
 
     if (IDApp() == variants::barrier) {
         if (services.displays.screens().size() > 1)
@@ -27,6 +37,47 @@ void AppDelegate::enableDisable() {
     const int variant = IDApp();
     if (variant == variants::crossHair || variant == variants::cursorHider) resetCursor();
     if (variant == variants::calendarAlerts) lookAfterCalendarWhileActive();
+}
+
+// The settings say all the while that the product is on, so that it is at the next start, however
+// this one ends.
+void AppDelegate::freeFor(double seconds) {
+    if (!mainMenu || (!isActive() && !freedUntil)) return;
+    if (!(seconds > 0)) {
+        if (freedUntil) endFreeing();
+        return;
+    }
+    const bool isFreed = freedUntil.has_value();
+    forgetFreeing();
+    seconds = std::min(seconds, longestFreeing);
+    freedUntil = services.runLoop.now() + seconds;
+    freeingTimer = schedule<&AppDelegate::endFreeing>(seconds, false, "endFreeing");
+    if (isFreed) {
+        tellChanged();
+        return;
+    }
+    activityChanged();
+    updateMenuSoon();
+}
+
+double AppDelegate::freedFor() const {
+    return freedUntil ? std::max(0.0, *freedUntil - services.runLoop.now()) : 0;
+}
+
+void AppDelegate::forgetFreeing() {
+    freedUntil.reset();
+    invalidate(freeingTimer);
+    freeingTimer = TimerId::none;
+}
+
+void AppDelegate::endFreeing() {
+    forgetFreeing();
+    // Who holds the combination meanwhile goes on being free until it is released.
+    if (combo && IDApp() == variants::barrier && services.displays.screens().size() > 1)
+        comboPressedReleased(true);
+    else
+        activityChanged();
+    updateMenuSoon();
 }
 
 void AppDelegate::keepAwakeWhileActive() {

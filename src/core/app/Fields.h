@@ -1,11 +1,11 @@
 #pragma once
 
-#include "app/AppDelegate.h"
+#include "app/State.h"
 
 namespace palisor {
 
 template <class Visitor>
-void AppDelegate::visitFields(Visitor&& field) const {
+void AppState::visitFields(Visitor&& field) const {
     field("proKeys", proKeys);
     field("flagriopenInfo", flagriopenInfo);
     field("keycombo", keycombo);

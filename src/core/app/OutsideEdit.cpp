@@ -4,8 +4,9 @@
 
 #include <algorithm>
 
-// What is on the screen after somebody has edited the settings file. Most settings are read at each
-// use; these are the ones that have left something behind.
+// What is on the screen after settings were changed by other means than the program's own windows:
+// in the settings file, or by somebody who asked for it. Most settings are read at each use; these
+// are the ones that have left something behind.
 
 namespace palisor {
 
@@ -14,20 +15,64 @@ void AppDelegate::settingsEdited(const std::set<std::string, std::less<>>& edite
     const auto isEdited = [&edited](std::string_view key) { return edited.contains(key); };
     const int variant = IDApp();
 
-    if (variant == variants::barrier && isEdited(keys::ATTIVO))
-        applicationDidChangeScreenParameters();
-    else if (variant == variants::barrier && isEdited(keys::OTHERS_DARK))
+    if (isEdited(keys::ATTIVO)) {
+        forgetFreeing();
+        activityChanged();
+    } else if (variant == variants::barrier && isEdited(keys::OTHERS_DARK)) {
         updateShadow();
-    if (variant == variants::keepAwake && isEdited(keys::ATTIVO)) keepAwakeWhileActive();
-    if (variant == variants::calendarAlerts && isEdited(keys::ATTIVO))
-        lookAfterCalendarWhileActive();
-
-    static constexpr keys::Key hiding[] = {keys::ATTIVO, keys::STAY_HIDDEN, keys::HOT_BOUNDS,
-                                           keys::TIME_MODE};
-    if (variant == variants::crossHair && isEdited(keys::ATTIVO)) resetCursor();
-    if (variant == variants::cursorHider && std::ranges::any_of(hiding, isEdited)) resetCursor();
+    }
+    static constexpr keys::Key hiding[] = {keys::STAY_HIDDEN, keys::HOT_BOUNDS, keys::TIME_MODE};
+    if (variant == variants::cursorHider && !isEdited(keys::ATTIVO) &&
+        std::ranges::any_of(hiding, isEdited))
+        resetCursor();
 
     setUpHotBorderButtons(variant);
+    updateMenuSoon();
+}
+
+// The barrier can be left only by those who have a way back, and a cursor that stays hidden be
+// shown again.
+bool AppDelegate::changeSetting(std::string_view key, std::optional<platform::Value> value) {
+    if (key == keys::customShortcut && !value && IDApp() == variants::barrier) return false;
+    if (key == keys::STAY_HIDDEN && value && platform::boolValue(*value) && !hasUsableShortcut())
+        return false;
+    if (key == keys::CHECK_1 && value) {
+        presscheck(
+            CheckBox{.tag = tags::startAtLogin, .state = platform::boolValue(*value) ? 1 : 0});
+    } else {
+        if (value)
+            services.settings.set(key, *std::move(value));
+        else
+            services.settings.remove(key);
+        services.settings.synchronize();
+    }
+    settingsEdited({std::string(key)});
+    return true;
+}
+
+/// What is on the screen follows from the product's being on or off now. Unlike `enableDisable` it
+/// asks nobody anything, and a single monitor does not end the program.
+void AppDelegate::activityChanged() {
+    switch (IDApp()) {
+    case variants::barrier:
+        applicationDidChangeScreenParameters();
+        break;
+    case variants::keepAwake:
+        keepAwakeWhileActive();
+        break;
+    case variants::calendarAlerts:
+        lookAfterCalendarWhileActive();
+        break;
+    case variants::crossHair:
+    case variants::cursorHider:
+        resetCursor();
+        break;
+    default:
+        break;
+    }
+}
+
+void AppDelegate::updateMenuSoon() {
     // By a timer, since those wait for the end of an open menu.
     schedule<&AppDelegate::updateMenuItems>(0, false, "updateMenuItems");
 }

@@ -1,6 +1,9 @@
 #include "app/AppDelegate.h"
 #include "app/Keys.h"
 #include "app/Variants.h"
+#include "engine/Decisions.h"
+
+#include <cmath>
 
 // What a pointer event means, product by product.
 
@@ -63,13 +66,29 @@ void AppDelegate::holdInsideScreen(Point P) {
     const bool pushed =
         services.settings.boolForKey(keys::VELOCITY_OPTION) && !combo &&
         distanceBewteenCGPoint_andCGPoint_distanceMax(P, oldcordmouse, calculatedSettedDistance());
-    if (!pushed) {
+    if (pushed) {
+        // Switching off and on again anchors the barrier on the screen that the cursor has entered.
+        enableDisable();
+        enableDisable();
+    } else {
         forceMouseInCalculatedPoint();
-        return;
     }
-    // Switching off and on again anchors the barrier on the screen that the cursor has entered.
-    enableDisable();
-    enableDisable();
+    if (decisions != nullptr) tellDecision(P, pushed);
+}
+
+void AppDelegate::tellDecision(Point P, bool pushed) const {
+    using Outcome = Decision::Outcome;
+    Decision decision{.outcome = Outcome::noPush,
+                      .at = services.pointer.location(),
+                      .sideways = std::abs(P.x - oldcordmouse.x),
+                      .upOrDown = std::abs(P.y - oldcordmouse.y),
+                      .needed = calculatedSettedDistance()};
+    if (pushed)
+        decision.outcome = Outcome::crossed;
+    else if (services.settings.boolForKey(keys::VELOCITY_OPTION) && !combo)
+        decision.outcome =
+            decision.sideways > decision.needed ? Outcome::slanted : Outcome::tooShort;
+    decisions->decided(decision);
 }
 
 } // namespace palisor

@@ -7,10 +7,10 @@
 namespace palisor {
 
 void AppDelegate::onKeyPressed(std::uint16_t keyCode) {
-    using namespace platform::keyCodes;
+    namespace codes = platform::keyCodes;
     if (!services.settings.boolForKey(keys::CTRLALTCMD)) return;
     // The left-hand keys only.
-    if (keyCode != command && keyCode != option && keyCode != control) return;
+    if (keyCode != codes::command && keyCode != codes::option && keyCode != codes::control) return;
 
     // A change event does not say which way the key went: each one turns its entry over.
     const std::string key = std::to_string(keyCode);
@@ -25,7 +25,8 @@ void AppDelegate::comboPressedReleased(bool held) {
     if (!services.settings.boolForKey(keys::CTRLALTCMD)) return;
     combo = held;
     switch (IDApp()) {
-    case variants::barrier: // held to switch off
+    case variants::barrier: // held to switch off, which a freed one is already
+        if (freedUntil) return;
         if (isActive() == combo) enableDisable();
         return;
     case variants::desktopSwitcher: // held to switch on

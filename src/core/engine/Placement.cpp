@@ -44,6 +44,20 @@ void AppDelegate::moveCursorOnScreen(ScreenId screen) {
     forceMouseToPoint(getCenterPointOfScreen(screen));
 }
 
+// The hold comes first: the hand could move a cursor on that is put there before it. Nothing of the
+// way is the hand's, so none of it counts as a push.
+void AppDelegate::crossToScreen(const platform::Screen& screen) {
+    const Rect frame = topLeftFrame(screen);
+    const Point middle{frame.x + frame.width / 2, frame.y + frame.height / 2};
+    if (IDApp() == variants::barrier && services.displays.screens().size() > 1) {
+        switchedScreen = screen.id;
+        switchedScreenRect = frame;
+        cordmouse = oldcordmouse = oldoldcordmouse = lastCoord = middle;
+        holdOrRelease();
+    }
+    forceMouseToPoint(middle);
+}
+
 /// Pointer events are ignored from here on until rimettiCursoreSulleGiusteCoordinate.
 void AppDelegate::moveCursorOnMainScreen() {
     JUST_MY_MOVE = true;

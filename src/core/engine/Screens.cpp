@@ -80,6 +80,7 @@ void AppDelegate::noSecondaryMonitor() {
 }
 
 void AppDelegate::applicationDidChangeScreenParameters() {
+    tellChanged();
     if (IDApp() != variants::barrier) return;
     if (services.displays.screens().size() > 1) {
         updatePalisor();

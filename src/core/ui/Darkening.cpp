@@ -3,19 +3,28 @@
 #include "app/Variants.h"
 #include "ui/Overlay.h"
 
+#include <algorithm>
+#include <utility>
+
 // The windows that darken the monitors on which the cursor is not.
 
 namespace palisor {
 
 void AppDelegate::updatePalisor() {
     detectCurrentScreen();
+    holdOrRelease();
+}
+
+void AppDelegate::holdOrRelease() {
     if (isActive()) {
         services.pointer.holdInside(switchedScreenRect);
         otherMonitorsDark();
+        tellCrossing(std::exchange(heldScreen, switchedScreen), switchedScreen);
     } else {
         services.pointer.holdInside(std::nullopt);
         otherMonitorsLight();
     }
+    tellChanged();
 }
 
 void AppDelegate::otherMonitorsDark() {
@@ -63,7 +72,15 @@ void AppDelegate::otherMonitorsLight() {
     AWindowsDark->clear();
 }
 
+/// A cursor hider's windows are frames, and those of a level of nothing cannot be seen.
+bool AppDelegate::isDark(const platform::Screen& screen) const {
+    if (!AWindowsDark || IDApp() == variants::cursorHider || darkness() <= 0) return false;
+    return std::ranges::any_of(*AWindowsDark,
+                               [&](const auto& window) { return window->frame() == screen.frame; });
+}
+
 void AppDelegate::updateShadow() {
+    tellChanged();
     if (!AWindowsDark) return;
     for (const auto& window : *AWindowsDark)
         window->setAlpha(darkness());

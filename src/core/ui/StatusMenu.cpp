@@ -107,6 +107,7 @@ void AppDelegate::updateMenuItems() {
     addSeparator(*mainMenu);
     add(*mainMenu, switchItem("AVVIA_AL_LOGIN", "pressAvviaAlLogin", keys::CHECK_1));
     add(*mainMenu, localizedItem("QUIT", "quit"));
+    tellChanged();
 }
 
 MenuItem AppDelegate::localizedItem(std::string_view key, std::string_view action) const {

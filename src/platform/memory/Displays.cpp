@@ -4,8 +4,11 @@ namespace platform::memory {
 
 void Displays::replace(const std::vector<Rect>& frames, std::size_t mainIndex) {
     attached.clear();
-    for (const Rect& frame : frames)
-        attached.push_back({static_cast<ScreenId>(attached.size() + 1), frame});
+    for (const Rect& frame : frames) {
+        const auto number = static_cast<std::uint32_t>(attached.size() + 1);
+        attached.push_back(
+            {.id = ScreenId{number}, .frame = frame, .name = "Screen-" + std::to_string(number)});
+    }
     main = attached.empty() ? ScreenId::none : attached.at(mainIndex).id;
 }
 

@@ -16,8 +16,10 @@ class Displays final : public platform::Displays {
     void onChange(std::function<void()> changed) override { handler = std::move(changed); }
 
     /// Replaces the list, bottom-left frames, and says so to nobody. `mainIndex` is of the list,
-    /// and ignored when that is empty.
+    /// and ignored when that is empty. The screens are called "Screen-1", "Screen-2", ...
     void replace(const std::vector<Rect>& frames, std::size_t mainIndex = 0);
+
+    void setScale(std::size_t index, double scale) { attached.at(index).scale = scale; }
 
     /// Tells the program that the list has changed.
     void notify() const;

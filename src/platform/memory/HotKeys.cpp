@@ -1,6 +1,8 @@
 #include "platform/memory/HotKeys.h"
 
+#include <algorithm>
 #include <array>
+#include <cctype>
 
 namespace platform::memory {
 
@@ -59,6 +61,22 @@ std::string HotKeys::keyCodeString(const Shortcut& shortcut) const {
     for (const Labelled& key : labels)
         if (key.keyCode == shortcut.keyCode) return std::string(key.label);
     return {};
+}
+
+std::optional<std::uint16_t> HotKeys::keyCodeNamed(std::string_view name) const {
+    const auto isSame = [](unsigned char a, unsigned char b) {
+        return std::tolower(a) == std::tolower(b);
+    };
+    for (const Labelled& key : labels)
+        if (std::ranges::equal(key.label, name, isSame)) return key.keyCode;
+    return std::nullopt;
+}
+
+HotKeys::Obstacle HotKeys::obstacleTo(const Shortcut& shortcut) {
+    const auto isOurs = [&](const Registered& known) { return known.shortcut == shortcut; };
+    if (std::ranges::any_of(registered, isOurs)) return Obstacle::fixed;
+    const bool isTaken = std::ranges::find(taken, shortcut) != taken.end();
+    return isTaken ? Obstacle::taken : Obstacle::none;
 }
 
 std::vector<Shortcut> HotKeys::claimed() const {

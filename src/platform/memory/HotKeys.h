@@ -19,6 +19,11 @@ class HotKeys final : public platform::HotKeys {
     void breakBinding(std::string_view settingsKey) override;
     std::string modifierFlagsString(const Shortcut& shortcut) const override;
     std::string keyCodeString(const Shortcut& shortcut) const override;
+    std::optional<std::uint16_t> keyCodeNamed(std::string_view name) const override;
+    Obstacle obstacleTo(const Shortcut& shortcut) override;
+
+    /// From now on another program holds the combination.
+    void take(const Shortcut& shortcut) { taken.push_back(shortcut); }
 
     /// The combinations that are claimed, bound ones apart, in the order of their claiming.
     std::vector<Shortcut> claimed() const;
@@ -35,6 +40,7 @@ class HotKeys final : public platform::HotKeys {
     Effects& effects;
     const Settings& settings;
     std::vector<Registered> registered;
+    std::vector<Shortcut> taken;                                        ///< by others
     std::map<std::string, std::function<void()>, std::less<>> bindings; ///< by settings key
 };
 

@@ -57,6 +57,10 @@ bool RunLoop::isRunning(TimerId timer) const {
     return timer != TimerId::none && std::ranges::find(slots, timer, &Timer::id) != slots.end();
 }
 
+double RunLoop::now() const {
+    return static_cast<double>(clock.nanoseconds) / 1e9;
+}
+
 void RunLoop::run() {
     if (whileRunning) whileRunning();
 }

@@ -25,6 +25,7 @@ class RunLoop final : public platform::RunLoop {
                      std::function<void()> fire) override;
     void invalidate(TimerId timer) override;
     bool isRunning(TimerId timer) const override;
+    double now() const override;
 
     /// Calls what `setWhileRunning` was given, and returns with it.
     void run() override;

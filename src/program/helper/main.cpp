@@ -2,6 +2,7 @@
 // goes when the product tells it to, or when there is no product that could.
 
 #include "app/LoginHelper.h"
+#include "bus/SingleInstance.h"
 #include "platform/linux/files/Installation.h"
 #include "platform/linux/files/ProductBundle.h"
 #include "platform/linux/files/XdgFiles.h"
@@ -10,7 +11,6 @@
 #include "platform/qt/loop/QtDescriptors.h"
 #include "platform/qt/session/DistributedNotifications.h"
 #include "platform/qt/session/SessionApplications.h"
-#include "platform/qt/session/SingleInstance.h"
 #include "program/Options.h"
 #include "program/helper/StartedProgram.h"
 
@@ -36,10 +36,11 @@ constexpr const char* usageText =
 
 struct Session {
     Session(const std::string& ownName, SystemLog& log)
-        : instance(ownName, log), applications(ownName, log) {}
+        : link(descriptors, log), instance(ownName, link, log), applications(ownName, log) {}
 
     platform::qt::QtDescriptors descriptors;
-    platform::qt::SingleInstance instance;
+    bus::Link link;
+    bus::SingleInstance instance;
     platform::qt::SessionApplications applications;
     platform::qt::DistributedNotifications notifications;
     helper::StartedProgram program{descriptors};
@@ -75,6 +76,7 @@ int run(const ProductBundle& bundle, const std::string& calendarFolder, SystemLo
     const std::string mainIdentifier(bundle.string("CFBundleIdentifier"));
     if (isSwitchedOff(mainIdentifier, log)) return 0;
     Session session(mainIdentifier + std::string(palisor::loginHelper::identifierEnding), log);
+    (void)session.link.wait();
     if (!session.instance.claim()) return 0;
     // The product would find itself running, and nobody could tell this helper to end.
     if (std::ranges::count(session.applications.others(), mainIdentifier) > 0) return 0;
@@ -93,6 +95,7 @@ int run(const ProductBundle& bundle, const std::string& calendarFolder, SystemLo
         return failure;
     }
     if (!canBeTold) return 0;
+    session.link.start();
     session.descriptors.start();
     return QCoreApplication::exec();
 }

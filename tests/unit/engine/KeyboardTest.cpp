@@ -5,7 +5,7 @@
 namespace palisor {
 namespace {
 
-using namespace platform::keyCodes;
+namespace codes = platform::keyCodes;
 using platform::Value;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -19,13 +19,13 @@ struct Keys : Program {
         launched();
     }
     void hold() {
-        for (const auto key : {command, option, control})
+        for (const auto key : {codes::command, codes::option, codes::control})
             modifier(key);
     }
 };
 
 TEST(Combination, IsHeldAtTheThirdKeyInAnyOrderAndReleasedAtTheFirst) {
-    std::vector<std::uint16_t> order = {command, option, control};
+    std::vector<std::uint16_t> order = {codes::command, codes::option, codes::control};
     do {
         for (const std::uint16_t released : order) {
             Keys keys;
@@ -45,7 +45,8 @@ TEST(Combination, IsHeldAtTheThirdKeyInAnyOrderAndReleasedAtTheFirst) {
 
 TEST(Combination, IsNotMadeByRightHandOrOtherKeys) {
     Keys keys;
-    for (const auto key : {rightCommand, rightOption, rightControl, shift, capsLock, leftArrow})
+    for (const auto key : {codes::rightCommand, codes::rightOption, codes::rightControl,
+                           codes::shift, codes::capsLock, codes::leftArrow})
         keys.modifier(key);
     EXPECT_THAT(keys.effects(), IsEmpty());
     EXPECT_THAT(keys.app.proKeys, IsEmpty());
@@ -53,18 +54,18 @@ TEST(Combination, IsNotMadeByRightHandOrOtherKeys) {
 
 TEST(Combination, KeepsHeldKeysUnderTheirDecimalCodes) {
     Keys keys;
-    keys.modifier(command);
-    keys.modifier(control);
+    keys.modifier(codes::command);
+    keys.modifier(codes::control);
     EXPECT_THAT(keys.app.proKeys, ElementsAre(std::pair("55", "YES"), std::pair("59", "YES")));
-    keys.modifier(command);
+    keys.modifier(codes::command);
     EXPECT_THAT(keys.app.proKeys, ElementsAre(std::pair("59", "YES")));
 }
 
 TEST(Combination, OfAMissedPressStaysInvertedUntilTheKeyIsPressedAgain) {
     Keys keys;
-    keys.modifier(option); // the release of a key that was down before the program started
-    keys.modifier(command);
-    keys.modifier(control);
+    keys.modifier(codes::option); // the release of a key that was down before the program started
+    keys.modifier(codes::command);
+    keys.modifier(codes::control);
     EXPECT_TRUE(keys.app.combo);
 }
 
@@ -82,7 +83,7 @@ TEST(Combination, KeepsItsStateWhenItsOptionIsSwitchedOff) {
     Keys keys;
     keys.hold();
     keys.setting(keys::CTRLALTCMD, Value{false});
-    keys.modifier(command);
+    keys.modifier(codes::command);
     EXPECT_TRUE(keys.app.combo);
     EXPECT_EQ(keys.app.proKeys.size(), 3U);
 }
@@ -93,7 +94,7 @@ TEST(Combination, LiftsTheBarrierAndAnchorsItWhereTheCursorIsWhenReleased) {
     EXPECT_THAT(keys.effects({"windowOut"}), ElementsAre(R"(windowOut {"id":1})"));
     keys.pointer({2500, 500});
     EXPECT_THAT(keys.effects({"warp"}), IsEmpty());
-    keys.modifier(control);
+    keys.modifier(codes::control);
     EXPECT_EQ(keys.app.switchedScreen, keys.screen(1));
     EXPECT_THAT(keys.effects({"window"}), testing::SizeIs(1));
     keys.pointer({1900, 500});
@@ -105,7 +106,7 @@ TEST(Combination, HeldWhileTheBarrierIsOffSwitchesItOnWhenReleased) {
     keys.setting(keys::ATTIVO, Value{false});
     keys.hold();
     EXPECT_THAT(keys.writesOf(keys::ATTIVO), IsEmpty());
-    keys.modifier(command);
+    keys.modifier(codes::command);
     EXPECT_THAT(keys.writesOf(keys::ATTIVO), ElementsAre(on));
 }
 
@@ -135,7 +136,7 @@ TEST(Combination, HeldAndReleasedActsOnWhetherTheProductIsOnAtThatMoment) {
             if (byHand) keys.platform.hotKeys.press(Program::shortcut);
             EXPECT_EQ(isOn(), held) << row;
             keys.effects();
-            keys.modifier(option);
+            keys.modifier(codes::option);
             EXPECT_EQ(isOn(), after) << row;
             EXPECT_EQ(keys.writesOf(keys::ATTIVO), releaseWrites) << row;
             EXPECT_EQ(keys.platform.cursor.isVisible(), variant != variants::cursorHider) << row;
@@ -149,7 +150,7 @@ TEST(Combination, SwitchesTheEdgeProductsOnWhileHeld) {
         keys.setting(keys::ATTIVO, Value{false});
         keys.hold();
         EXPECT_THAT(keys.writesOf(keys::ATTIVO), ElementsAre(on));
-        keys.modifier(command);
+        keys.modifier(codes::command);
         EXPECT_THAT(keys.writesOf(keys::ATTIVO), ElementsAre(off));
     }
 }
@@ -158,7 +159,7 @@ TEST(Combination, ReleasedHidesTheCursorOfTheCursorHider) {
     Keys keys(variants::cursorHider);
     keys.hold();
     EXPECT_THAT(keys.effects(), IsEmpty()) << "a press does nothing";
-    keys.modifier(command);
+    keys.modifier(codes::command);
     EXPECT_FALSE(keys.platform.cursor.isVisible());
     EXPECT_THAT(keys.effects({"write", "log"}), IsEmpty());
 }
@@ -167,7 +168,7 @@ TEST(Combination, ReleasedWhileTheCursorHiderIsOffSwitchesItOnAndHides) {
     Keys keys(variants::cursorHider);
     keys.setting(keys::ATTIVO, Value{false});
     keys.hold();
-    keys.modifier(command);
+    keys.modifier(codes::command);
     EXPECT_THAT(keys.effects({"log"}), ElementsAre(R"(log {"text":"asdasdasd"})"));
     EXPECT_TRUE(keys.platform.settings.boolForKey(keys::ATTIVO));
     EXPECT_FALSE(keys.platform.cursor.isVisible());
@@ -178,7 +179,7 @@ TEST(Combination, OnlyStoresItsStateInTheOtherProducts) {
         Keys keys(variant);
         keys.hold();
         EXPECT_TRUE(keys.app.combo) << variant;
-        keys.modifier(command);
+        keys.modifier(codes::command);
         EXPECT_FALSE(keys.app.combo) << variant;
         EXPECT_THAT(keys.effects({"write", "log"}), IsEmpty()) << variant;
     }

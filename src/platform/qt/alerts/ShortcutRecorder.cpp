@@ -5,8 +5,6 @@
 #include <QApplication>
 #include <QLabel>
 #include <QVBoxLayout>
-#include <algorithm>
-#include <array>
 #include <chrono>
 #include <utility>
 
@@ -22,12 +20,6 @@ constexpr int mostAttempts = 20;
 
 // Virtual key codes.
 constexpr std::uint16_t escapeKey = 53, backspaceKey = 51, deleteKey = 117;
-constexpr std::array<std::uint16_t, 20> functionKeys = {
-    122, 120, 99, 118, 96, 97, 98, 100, 101, 109, 103, 111, 105, 107, 113, 106, 64, 79, 80, 90};
-
-bool isFunctionKey(std::uint16_t keyCode) {
-    return std::ranges::find(functionKeys, keyCode) != functionKeys.end();
-}
 
 std::string about(const std::string& sentence, const std::string& combination) {
     return QString::fromStdString(sentence)
@@ -190,8 +182,7 @@ void ShortcutRecorder::pressed(const RecordableHotKeys::Stroke& stroke) {
 const std::string* ShortcutRecorder::objectionTo(const Shortcut& shortcut) {
     using Obstacle = RecordableHotKeys::Obstacle;
     if (shortcut.modifierFlags == 0) return &texts.modifiers;
-    if (shortcut.modifierFlags == Shortcut::shift && !isFunctionKey(shortcut.keyCode))
-        return &texts.shift;
+    if (shortcut.isTyping()) return &texts.shift;
     switch (hotKeys.obstacleTo(shortcut)) {
     case Obstacle::fixed:
         return &texts.fixed;

@@ -58,6 +58,10 @@ bool QtRunLoop::isRunning(TimerId timer) const {
     return timers.contains(timer);
 }
 
+double QtRunLoop::now() const {
+    return std::chrono::duration<double>(Clock::now().time_since_epoch()).count();
+}
+
 /// The timer that is due first; of two that are due together the one that was made first.
 QtRunLoop::Timers::iterator QtRunLoop::next() {
     auto first = timers.end();

@@ -23,6 +23,7 @@ class QtRunLoop final : public RunLoop {
                      std::function<void()> fire) override;
     void invalidate(TimerId timer) override;
     bool isRunning(TimerId timer) const override;
+    double now() const override;
     void run() override;
     void performOnMainThread(std::function<void()> work, bool waitUntilDone) override;
     void detachNewThread(std::function<void()> work) override;

@@ -56,6 +56,9 @@ class TrayIcon final : public QObject {
     /// Called once, from the run loop, when for a while there has been no tray at all.
     void onMissing(std::function<void()> handler) { missing = std::move(handler); }
 
+    /// Whether there is a place for the icon at the moment.
+    bool isInTray() const { return hasTray(); }
+
     /// The icon's name and what the program is doing, shown as a tool tip; UTF-8.
     void setToolTip(const std::string& text);
 

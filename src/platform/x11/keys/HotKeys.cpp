@@ -176,9 +176,12 @@ bool HotKeys::isRegistered(const Shortcut& shortcut) const {
     return std::ranges::find(registered, plain(shortcut), &Claim::shortcut) != registered.end();
 }
 
-RecordableHotKeys::Obstacle HotKeys::obstacleTo(const Shortcut& shortcut) {
+HotKeys::Obstacle HotKeys::obstacleTo(const Shortcut& shortcut) {
     if (isRegistered(shortcut)) return Obstacle::fixed;
-    heldStates = map.lockStates(); // the recording has given everything up
+    // To try it is to give it up, which would take it from the binding that has it.
+    if (!recording.isOn() && std::ranges::count(wanted(), plain(shortcut)) != 0)
+        return isTaken(shortcut) ? Obstacle::taken : Obstacle::none;
+    heldStates = map.lockStates();
     const auto asked = ask(plain(shortcut));
     if (!asked) return Obstacle::none;
     connection.sync();
@@ -262,6 +265,11 @@ std::string HotKeys::modifierFlagsString(const Shortcut& shortcut) const {
 std::string HotKeys::keyCodeString(const Shortcut& shortcut) const {
     const PhysicalKey* key = physicalKey(shortcut.keyCode);
     return key != nullptr ? map.label(*key) : "Key " + std::to_string(shortcut.keyCode);
+}
+
+std::optional<std::uint16_t> HotKeys::keyCodeNamed(std::string_view name) const {
+    const PhysicalKey* key = map.keyNamed(name);
+    return key != nullptr ? std::optional(key->virtualCode) : std::nullopt;
 }
 
 } // namespace platform::x11

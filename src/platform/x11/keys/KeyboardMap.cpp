@@ -48,6 +48,15 @@ std::string printed(xkb_keysym_t keysym) {
     return upper.empty() ? utf8(plain) : upper;
 }
 
+/// Letters of both cases are one, and a blank is an underscore.
+bool isSame(char a, char b) {
+    const auto folded = [](char c) {
+        if (c == ' ') return '_';
+        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    };
+    return folded(a) == folded(b);
+}
+
 } // namespace
 
 KeyboardMap::KeyboardMap(Connection& x, Changed onChange)
@@ -156,6 +165,28 @@ std::string KeyboardMap::label(const PhysicalKey& key) const {
         for (const unsigned from : {layout, 0u})
             if (std::string text = printed(keysym(key.keycode(), from)); !text.empty()) return text;
     return std::string(key.name);
+}
+
+const PhysicalKey* KeyboardMap::keyNamed(std::string_view name) const {
+    const auto find = [](const auto& isMeant) -> const PhysicalKey* {
+        constexpr std::uint16_t virtualCodes = 128;
+        for (std::uint16_t code = 0; code < virtualCodes; ++code)
+            if (const PhysicalKey* key = physicalKey(code); key != nullptr && isMeant(*key))
+                return key;
+        return nullptr;
+    };
+    if (const PhysicalKey* labelled = find(
+            [&](const PhysicalKey& key) { return std::ranges::equal(label(key), name, isSame); }))
+        return labelled;
+    const xkb_keysym_t wanted =
+        xkb_keysym_from_name(std::string(name).c_str(), XKB_KEYSYM_CASE_INSENSITIVE);
+    for (const unsigned from : {layout, 0u, 1u, 2u, 3u}) {
+        if (wanted == XKB_KEY_NoSymbol) break;
+        if (const PhysicalKey* having =
+                find([&](const PhysicalKey& key) { return keysym(key.keycode(), from) == wanted; }))
+            return having;
+    }
+    return find([&](const PhysicalKey& key) { return std::ranges::equal(key.name, name, isSame); });
 }
 
 Key KeyboardMap::key(xcb_keycode_t keycode) const {

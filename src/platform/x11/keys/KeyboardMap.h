@@ -34,6 +34,11 @@ class KeyboardMap final : private Listener {
     /// first layout does where it prints nothing, else the key's name.
     std::string label(const PhysicalKey& key) const;
 
+    /// The key with that label, upper and lower case of A to Z being one, and blank and underscore;
+    /// else the one on which a layout has the keysym of that name, the layout in use first; else
+    /// the one that is called so on a U.S. keyboard. Null for none.
+    const PhysicalKey* keyNamed(std::string_view name) const;
+
     Key key(xcb_keycode_t keycode) const;
 
     std::uint16_t maskOf(std::uint32_t flags) const;

@@ -25,6 +25,7 @@ Windows::Windows(Connection& x, Displays& screens, Log& writer, std::string appl
         for (Overlay* overlay : overlays)
             overlay->changeOver();
         connection.flush();
+        if (blendChanged) blendChanged();
     });
     displays.onLayout(this, [this] {
         outputs.layoutChanged();

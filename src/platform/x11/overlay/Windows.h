@@ -27,6 +27,11 @@ class Windows final : public platform::Windows {
     Windows(const Windows&) = delete;
     Windows& operator=(const Windows&) = delete;
 
+    /// Whether what lies below an overlay shines through: it takes a compositor.
+    bool canBlend() const { return compositor.isRunning() && translucent.depth != 0; }
+    /// Called from the run loop when that has changed.
+    void onBlendChange(std::function<void()> handler) { blendChanged = std::move(handler); }
+
     std::unique_ptr<platform::Window> create(const WindowStyle& style) override;
     void letMarkersBeSeen(bool seen) override;
 
@@ -45,7 +50,6 @@ class Windows final : public platform::Windows {
     /// Null when it cannot be shown, which is logged.
     std::unique_ptr<Picture> openPicture(const std::string& image, std::uint8_t depth,
                                          const xcb_rectangle_t& area);
-    bool canBlend() const { return compositor.isRunning() && translucent.depth != 0; }
 
     Connection& connection;
     Displays& displays;
@@ -58,6 +62,7 @@ class Windows final : public platform::Windows {
     Stacking stacking;
     Visual translucent;
     std::vector<Overlay*> overlays;
+    std::function<void()> blendChanged;
     WindowId lastId = 0;
     bool toldNoImages = false;
     bool markersSeen = true;

@@ -10,6 +10,7 @@ namespace platform::x11 {
 struct Displays::Monitor {
     xcb_randr_monitor_info_t info;
     std::vector<xcb_randr_get_output_info_cookie_t> asked;
+    xcb_get_atom_name_cookie_t nameAsked{};
 };
 
 Displays::Displays(Connection& x) : connection(x) {
@@ -74,7 +75,7 @@ void Displays::fetch() {
     for (auto it = xcb_randr_get_monitors_monitors_iterator(reply.get()); it.rem;
          xcb_randr_monitor_info_next(&it)) {
         if (it.data->width == 0 || it.data->height == 0) continue;
-        Monitor monitor{*it.data, {}};
+        Monitor monitor{*it.data, {}, xcb_get_atom_name(c, it.data->name)};
         const xcb_randr_output_t* outputs = xcb_randr_monitor_info_outputs(it.data);
         for (int i = 0; i < xcb_randr_monitor_info_outputs_length(it.data); ++i)
             monitor.asked.push_back(xcb_randr_get_output_info(c, outputs[i], XCB_CURRENT_TIME));
@@ -90,8 +91,14 @@ void Displays::describe(const std::vector<Monitor>& monitors) {
     wiring.clear();
     rootAreas.clear();
     std::vector<xcb_rectangle_t> shown;
-    for (const Monitor& m : monitors)
+    std::vector<std::string> names;
+    for (const Monitor& m : monitors) {
         shown.push_back({m.info.x, m.info.y, m.info.width, m.info.height});
+        const auto name = connection.wait(m.nameAsked, xcb_get_atom_name_reply);
+        names.emplace_back(
+            name ? xcb_get_atom_name_name(name.get()) : "",
+            name ? static_cast<std::size_t>(xcb_get_atom_name_name_length(name.get())) : 0);
+    }
     for (const auto& [area, members] : screensOf(shown)) {
         if (list.empty()) {
             originX = area.x;
@@ -99,9 +106,11 @@ void Displays::describe(const std::vector<Monitor>& monitors) {
             originHeight = area.height;
         }
         const double bottom = originY + originHeight - (area.y + area.height);
-        list.push_back({static_cast<ScreenId>(monitors[members.front()].info.name),
-                        {static_cast<double>(area.x - originX), bottom,
-                         static_cast<double>(area.width), static_cast<double>(area.height)}});
+        list.push_back(
+            {.id = static_cast<ScreenId>(monitors[members.front()].info.name),
+             .frame = {static_cast<double>(area.x - originX), bottom,
+                       static_cast<double>(area.width), static_cast<double>(area.height)},
+             .name = names[members.front()]});
         rootAreas.push_back(area);
         Wiring wires;
         for (const std::size_t member : members)

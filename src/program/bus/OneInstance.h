@@ -1,8 +1,8 @@
 #pragma once
 
+#include "bus/SingleInstance.h"
 #include "platform/linux/files/LockFile.h"
 #include "platform/linux/settings/FileWatch.h"
-#include "platform/qt/session/SingleInstance.h"
 
 #include <functional>
 #include <optional>
@@ -13,10 +13,9 @@
 /// ends, and has the menu shown where a person asked for it. Main thread.
 class OneInstance {
   public:
-    /// `name` is the product's on the bus; `display` tells the user's displays apart. To be made
-    /// before the application object, for the sake of a bus that does not answer. What is lent must
-    /// outlive the object.
-    OneInstance(const std::string& name, const std::string& display,
+    /// `name` is the product's on the bus; `display` tells the user's displays apart. What is lent
+    /// must outlive the object.
+    OneInstance(const std::string& name, const std::string& display, bus::Link& link,
                 platform::Descriptors& descriptors, platform::Log& log);
 
     /// False when this is a further start; the first one has then been asked for its menu, unless
@@ -30,6 +29,6 @@ class OneInstance {
     platform::Descriptors& descriptors;
     platform::Log& log;
     std::optional<platform::linux::LockFile> lock; ///< nothing without a folder for it
-    platform::qt::SingleInstance onBus;
+    bus::SingleInstance onBus;
     std::optional<platform::linux::FileWatch> knocks;
 };

@@ -1,4 +1,4 @@
-#include "program/OneInstance.h"
+#include "program/bus/OneInstance.h"
 
 #include "platform/linux/files/AtomicFile.h"
 #include "platform/linux/files/XdgFiles.h"
@@ -19,12 +19,12 @@ std::optional<lnx::LockFile> lockFor(const std::string& name, std::string displa
 
 } // namespace
 
-OneInstance::OneInstance(const std::string& name, const std::string& display,
+OneInstance::OneInstance(const std::string& name, const std::string& display, bus::Link& link,
                          platform::Descriptors& descriptorService, platform::Log& logger)
     : descriptors(descriptorService),
       log(logger),
       lock(lockFor(name, display)),
-      onBus(name, log, display) {}
+      onBus(name, link, log, display) {}
 
 bool OneInstance::claim(bool atLogin) {
     if (lock && lock->state() == State::isElsewhere) {

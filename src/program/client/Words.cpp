@@ -1,0 +1,164 @@
+#include "program/client/Words.h"
+
+#include "program/Products.h"
+
+#include <numeric>
+
+namespace client {
+
+namespace {
+
+constexpr std::string_view productOption = "--product";
+// Those options of the program that take a word of their own.
+constexpr std::string_view withValue[] = {"--hold", "--record", "--calendar"};
+
+template <class Table>
+std::vector<std::string_view> namesOf(const Table& table) {
+    std::vector<std::string_view> names;
+    for (const auto& entry : table)
+        names.push_back(entry.name);
+    return names;
+}
+
+template <class Table>
+Failure unknown(const std::string& kind, std::string_view word, const Table& table) {
+    return {Exit::wrongUsage, "there is no " + kind + " \"" + std::string(word) +
+                                  "\"; did you mean \"" +
+                                  std::string(nearest(word, namesOf(table))) + "\"?"};
+}
+
+void setProduct(Words& words, std::string_view name) {
+    words.product = products::named(name);
+    if (!products::contain(words.product))
+        throw Failure{Exit::wrongUsage, "unknown product " + words.product + "; the products are " +
+                                            products::list()};
+}
+
+void checkSettings(const Words& words) {
+    if (words.arguments.empty()) return;
+    const auto* const word = find(settingsWords, words.arguments[0]);
+    if (!word) throw unknown("word for settings", words.arguments[0], settingsWords);
+    if (static_cast<int>(words.arguments.size()) != word->arguments + 1)
+        throw Failure{Exit::wrongUsage, "settings " + std::string(word->name) + " takes " +
+                                            std::to_string(word->arguments) +
+                                            " further words (--help)"};
+}
+
+void check(const Words& words) {
+    const Command& command = *words.command;
+    const int count = static_cast<int>(words.arguments.size());
+    if (count < command.least || count > command.most)
+        throw Failure{Exit::wrongUsage,
+                      std::string(command.name) +
+                          (command.arguments.empty() ? " takes no further word"
+                                                     : " takes " + std::string(command.arguments)) +
+                          " (--help)"};
+    if (words.json && !command.prints)
+        throw Failure{Exit::wrongUsage, std::string(command.name) + " prints nothing: no --json"};
+    if (command.name == "settings") checkSettings(words);
+}
+
+/// The number of letters that have to be changed, added or left out.
+std::size_t distance(std::string_view from, std::string_view to) {
+    std::vector<std::size_t> row(to.size() + 1);
+    std::iota(row.begin(), row.end(), std::size_t{0});
+    for (std::size_t i = 0; i < from.size(); ++i) {
+        std::size_t corner = row[0];
+        row[0] = i + 1;
+        for (std::size_t j = 0; j < to.size(); ++j) {
+            const std::size_t changed = corner + (from[i] == to[j] ? 0 : 1);
+            corner = row[j + 1];
+            row[j + 1] = std::min({changed, row[j] + 1, row[j + 1] + 1});
+        }
+    }
+    return row.back();
+}
+
+std::string padded(std::string text, std::size_t width) {
+    text.resize(std::max(width, text.size()), ' ');
+    return text;
+}
+
+/// In lines of a terminal, broken behind commas; the further ones begin that far to the right.
+std::string wrapped(std::string text, std::size_t indent) {
+    constexpr std::size_t columns = 79;
+    std::string lines;
+    while (text.size() > columns) {
+        const std::size_t comma = text.rfind(", ", columns - 1);
+        lines += text.substr(0, comma + 1) + "\n";
+        text = std::string(indent, ' ') + text.substr(comma + 2);
+    }
+    return lines + text + "\n";
+}
+
+} // namespace
+
+std::string_view nearest(std::string_view word, const std::vector<std::string_view>& right) {
+    const std::string small = products::named(word);
+    // Of those that are as far, the one that begins alike: "of" is meant for "off", not for "on".
+    const auto far = [&](std::string_view one) {
+        const std::string other = products::named(one);
+        const auto alike = std::ranges::mismatch(small, other).in1 - small.begin();
+        return std::pair(distance(small, other), -alike);
+    };
+    const auto found = std::ranges::min_element(right, {}, far);
+    return found == right.end() ? std::string_view() : *found;
+}
+
+Words parse(int argc, const char* const* argv) {
+    Words words;
+    words.product = products::calledBy(argc > 0 ? argv[0] : "", "palisor");
+    bool forTheProgram = false;
+    for (int index = 1; index < argc; ++index) {
+        const std::string_view word = argv[index];
+        if (words.command && words.command->name == "doctor" && word != productOption) {
+            words.arguments.emplace_back(word);
+        } else if (word == productOption) {
+            if (++index == argc)
+                throw Failure{Exit::wrongUsage, "--product needs one of " + products::list()};
+            setProduct(words, argv[index]);
+        } else if (word.starts_with(productOption) && word[productOption.size()] == '=') {
+            setProduct(words, word.substr(productOption.size() + 1));
+        } else if (word == "--help" || word == "-h") {
+            words.help = true;
+        } else if (word == "--json") {
+            words.json = true;
+        } else if (word.starts_with('-') && word.size() > 1 && !words.command) {
+            forTheProgram = true;
+            if (std::ranges::count(withValue, word) > 0) ++index;
+        } else if (!words.command) {
+            words.command = find(commands, word);
+            if (!words.command) throw unknown("command", word, commands);
+        } else {
+            words.arguments.emplace_back(word);
+        }
+    }
+    if (words.help) return words;
+    if (words.command && forTheProgram)
+        throw Failure{Exit::wrongUsage, "that option is for the start of the program, and \"" +
+                                            std::string(words.command->name) + "\" starts none"};
+    if (!words.command && words.json) throw Failure{Exit::wrongUsage, "--json goes with a command"};
+    if (words.command) check(words);
+    return words;
+}
+
+std::string usage(std::string_view calledBy) {
+    const std::string name(calledBy);
+    std::string text = "Usage: " + name + " [--product NAME] [--json] COMMAND\n       " + name +
+                       " [OPTIONS]   start it; palisor-tray --help lists them\n\n";
+    for (const Command& command : commands) {
+        std::string left = "  " + std::string(command.name);
+        if (!command.arguments.empty()) left += " " + std::string(command.arguments);
+        text += padded(left, 19) + std::string(command.help) + "\n";
+    }
+    text += "\n" + wrapped("  --product NAME   " + products::list(), 19) +
+            "  --json           print JSON, where anything is printed\n"
+            "  -h, --help       print this and end\n\n";
+    std::string statuses;
+    for (const ExitMeaning& exit : exits)
+        statuses += (statuses.empty() ? "Exit status: " : ", ") +
+                    std::to_string(static_cast<int>(exit.status)) + " " + std::string(exit.meaning);
+    return text + wrapped(statuses + ".", 2);
+}
+
+} // namespace client
