@@ -14,7 +14,7 @@ std::string whole(double pixels) {
 }
 
 std::string reasonOf(const Decision& decision) {
-    const std::string step =
+    std::string step =
         "step " + whole(decision.sideways) + " px, " + whole(decision.needed) + " needed";
     switch (decision.outcome) {
     case Decision::Outcome::crossed:
