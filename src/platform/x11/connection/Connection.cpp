@@ -48,6 +48,13 @@ std::string missing(std::string_view extension) {
 
 } // namespace
 
+std::string plainDisplayName(std::string name) {
+    const auto screen = name.find('.', std::min(name.find_last_of(':'), name.size()));
+    if (screen != std::string::npos) name.erase(screen);
+    if (name.starts_with("unix:")) name.erase(0, name.find(':'));
+    return name;
+}
+
 Connection::Opened Connection::open(const std::string& displayName, Descriptors& descriptors,
                                     Log& log, std::function<void()> lost) {
     const char* environment = std::getenv("DISPLAY");
