@@ -8,9 +8,11 @@
 #include "platform/linux/processes/Processes.h"
 #include "platform/linux/settings/PropertyList.h"
 #include "platform/linux/settings/SettingsFile.h"
+#include "platform/linux/system/LinuxSystemInfo.h"
 #include "platform/x11/connection/Connection.h"
 #include "program/helper/LoginEntry.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -100,9 +102,14 @@ SettingsFacts settingsOf(const std::string& identifier) {
     const auto [wholeness, list] = lnx::readPropertyList(found.text);
     constexpr File states[] = {File::whole, File::repeatsKeys, File::blank, File::damaged};
     facts.file = states[static_cast<int>(wholeness)];
-    const auto stored = list.find(palisor::keys::customShortcut);
-    if (stored != list.end() && stored->second.value)
-        facts.shortcut = platform::Shortcut::fromValue(&*stored->second.value);
+    const auto value = [&list = list](palisor::keys::Key key) -> const platform::Value* {
+        const auto stored = list.find(key);
+        return stored != list.end() && stored->second.value ? &*stored->second.value : nullptr;
+    };
+    // On unless it is switched off.
+    const auto* const enabled = value(palisor::keys::customShortcutEnabled);
+    if (enabled == nullptr || platform::boolValue(*enabled))
+        facts.shortcut = platform::Shortcut::fromValue(value(palisor::keys::customShortcut));
     return facts;
 }
 
@@ -115,14 +122,14 @@ std::string systemName() {
     utsname kernel{};
     if (::uname(&kernel) == 0)
         name += (name.empty() ? "" : ", ") + std::string(kernel.sysname) + " " + kernel.release;
-    return name;
+    return name + (name.empty() ? "" : ", ") + "Qt " + lnx::toolkitVersion();
 }
 
 RunningFacts runningOne(const std::string& identifier) {
-    const auto path = lockOf(identifier);
-    RunningFacts facts{.process = path ? lnx::holderOf(*path) : std::nullopt};
-    if (facts.process) facts.isStopped = lnx::OtherProcess(*facts.process).isStopped();
-    return facts;
+    for (const std::string& lock : locksOf(identifier))
+        if (const auto holder = lnx::holderOf(lock))
+            return {.process = holder, .isStopped = lnx::OtherProcess(*holder).isStopped()};
+    return {};
 }
 
 } // namespace
@@ -146,8 +153,22 @@ ProductFacts factsOf(const lnx::ProductBundle& bundle) {
             .variant = bundle.integer(palisor::dictionary::IDApp)};
 }
 
-std::optional<std::string> lockOf(const std::string& identifier) {
-    return lnx::lockPath(identifier, platform::x11::plainDisplayName(variable("DISPLAY")));
+// On a console, where a person goes whose desktop hangs, no display is named.
+std::vector<std::string> locksOf(const std::string& identifier) {
+    const std::string display = platform::x11::plainDisplayName(variable("DISPLAY"));
+    const auto own = lnx::lockPath(identifier, display);
+    if (!own) return {};
+    if (!display.empty()) return {*own};
+    std::vector<std::string> locks;
+    std::error_code error;
+    const fs::path folder = fs::path(*own).parent_path();
+    for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error)) {
+        const std::string name = at->path().filename();
+        if (name.starts_with(identifier + ":") && name.ends_with(".lock"))
+            locks.push_back(at->path());
+    }
+    std::ranges::sort(locks);
+    return locks;
 }
 
 lnx::AutostartItems autostartItems(const lnx::ProductBundle& bundle,

@@ -24,10 +24,10 @@ struct SettingsFacts {
     std::string path{}; ///< empty where the user has no folder for it
     File file = File::absent;
     bool canWrite = false;
-    std::optional<platform::Shortcut> shortcut{}; ///< the one that is stored
+    std::optional<platform::Shortcut> shortcut{}; ///< that is stored and on
 };
 
-/// The product itself, if it runs on this display.
+/// The product itself, if it runs on this display, or on any where none is named.
 struct RunningFacts {
     std::optional<pid_t> process{};
     bool isStopped = false;
@@ -53,7 +53,7 @@ struct Facts {
     std::vector<std::string> keyHolders{}; ///< that run and may hold shortcuts
     bool hasCalendarModule = false;
     std::string calendarFolder{}; ///< that the product takes instead of a server; empty for none
-    std::string system{};         ///< name and release of the distribution, and of the kernel
+    std::string system{}; ///< name and release of the distribution, of the kernel and the toolkit
 };
 
 /// How long everything may take that waits for others.
@@ -61,8 +61,9 @@ constexpr std::chrono::milliseconds patience{1800};
 
 ProductFacts factsOf(const platform::linux::ProductBundle& bundle);
 
-/// The product's lock on this display, which tells whether it runs; nothing without a folder.
-std::optional<std::string> lockOf(const std::string& identifier);
+/// The files whose locks tell whether the product runs: that of this display, or those of all where
+/// none is named. They need not be there.
+std::vector<std::string> locksOf(const std::string& identifier);
 
 /// The entries of the product in the user's autostart folder.
 platform::linux::AutostartItems autostartItems(const platform::linux::ProductBundle& bundle,

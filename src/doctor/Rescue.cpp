@@ -32,8 +32,8 @@ enum class Found { none, well, unknown, stuck, foreign };
 
 class Program {
   public:
-    explicit Program(const ProductFacts& served)
-        : product(served), lock(lockOf(product.identifier)) {}
+    Program(const ProductFacts& served, std::string lockFile)
+        : product(served), lock(std::move(lockFile)) {}
 
     Found look();
     /// The one that was found.
@@ -41,15 +41,15 @@ class Program {
     std::string which() const { return " (process " + std::to_string(process->id()) + ")"; }
 
   private:
-    bool hasLock() const { return lnx::holderOf(*lock) == process->id(); }
+    bool hasLock() const { return lnx::holderOf(lock) == process->id(); }
 
     const ProductFacts& product;
-    std::optional<std::string> lock;
+    std::string lock;
     std::optional<lnx::OtherProcess> process;
 };
 
 Found Program::look() {
-    const auto holder = lock ? lnx::holderOf(*lock) : std::nullopt;
+    const auto holder = lnx::holderOf(lock);
     if (!holder) return Found::none;
     process.emplace(*holder);
     // It may have gone since, and the number be another's.
@@ -83,8 +83,9 @@ Finding Program::end() const {
     return finding;
 }
 
-void rescueProgram(const ProductFacts& product, std::vector<Finding>& done) {
-    Program program(product);
+void rescueProgram(const ProductFacts& product, const std::string& lock,
+                   std::vector<Finding>& done) {
+    Program program(product, lock);
     switch (program.look()) {
     case Found::none:
         return;
@@ -188,7 +189,8 @@ void rescueAutostart(const lnx::ProductBundle& bundle, platform::Log& log,
 Report rescue(const lnx::ProductBundle& bundle, platform::Log& log) {
     const ProductFacts product = factsOf(bundle);
     Report report{product.name, product.title, product.version, {}};
-    rescueProgram(product, report.findings);
+    for (const std::string& lock : locksOf(product.identifier))
+        rescueProgram(product, lock, report.findings);
     rescueColours(report.findings);
     rescueAutostart(bundle, log, report.findings);
     return report;

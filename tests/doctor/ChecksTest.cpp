@@ -22,6 +22,7 @@ Facts goodFacts(int variant = variants::barrier) {
     facts.server.windowManager = "Openbox";
     facts.server.hasCompositor = true;
     facts.server.hasTray = true;
+    facts.server.holdsCursor = true;
     facts.server.ramps = {{"A", true, true}, {"B", true, true}};
     facts.bus.state = BusFacts::State::answers;
     facts.bus.notifications.isThere = true;
@@ -79,6 +80,18 @@ TEST(Doctor, NamesAllExtensionsThatAreTooOld) {
     facts.server.extensions = {
         {"RANDR", "1.4", "1.5", false}, {"XFIXES", "", "5.0", false}, {"XTEST", "", "", false}};
     expectTrouble(facts, "extensions", "lacks RANDR 1.5, XFIXES 5.0", "xserver-xorg-core");
+}
+
+TEST(Doctor, SaysWhatIsLostWithoutAnExtensionThatIsNotNeeded) {
+    Facts facts = goodFacts();
+    facts.server.extensions[1].version.clear();
+    facts.server.holdsCursor = false;
+    const Report report = examine(facts);
+    EXPECT_TRUE(isWell(report));
+    const Finding& found = *find(report, "extensions");
+    EXPECT_EQ(found.level, Level::note);
+    EXPECT_NE(found.says.find("without XTEST desktops"), std::string::npos) << found.says;
+    EXPECT_NE(found.says.find("before XInput 2.3"), std::string::npos) << found.says;
 }
 
 TEST(Doctor, CountsMirroredMonitorsAsOne) {

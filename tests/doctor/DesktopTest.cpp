@@ -160,12 +160,19 @@ TEST(Doctor, SaysThatAShortcutIsAnotherProgramsAndWhoseItMayBe) {
     EXPECT_TRUE(holds(seen.of("shortcut"), "there run openbox")) << seen.said;
 }
 
-TEST(Doctor, FindsAFreeShortcutFreeTimeAndAgain) {
+TEST(Doctor, FindsAFreeShortcutTimeAndAgain) {
     const Whole whole;
     std::ofstream(whole.settingsFile()) << propertyList(pastTheFirstStart());
     for (int times = 0; times < 2; ++times)
         EXPECT_EQ(whole.visit().of("shortcut"), "OK, Ctrl+Super+K is free for Palisor")
             << "it is given back";
+}
+
+TEST(Doctor, DoesNotTryAShortcutThatIsSwitchedOff) {
+    const Whole whole;
+    std::ofstream(whole.settingsFile()) << propertyList(
+        {{"customShortcut", shortcut(14, 0x100000)}, {"customShortcutEnabled", flag(false)}});
+    EXPECT_TRUE(holds(whole.visit().of("shortcut"), "OK, none is recorded, or it is switched off"));
 }
 
 TEST(Doctor, LeavesARunningProgramAloneAndFindsItWell) {

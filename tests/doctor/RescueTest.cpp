@@ -115,6 +115,18 @@ TEST_F(Rescue, EndsAProgramThatIsStoppedSoThatItUndoesAll) {
     EXPECT_TRUE(product.cursorIsOn(1));
 }
 
+TEST_F(Rescue, EndsItFromAConsoleToo) {
+    startDark();
+    product.program->signal(SIGSTOP);
+    auto console = product.desktop.environment();
+    console.erase("DISPLAY");
+    console.erase("DBUS_SESSION_BUS_ADDRESS");
+    const Visit seen = visit(console, {"--product", "palisor", "--rescue"});
+    EXPECT_TRUE(holds(seen.of("program"), "was ended with SIGTERM")) << seen.said;
+    EXPECT_EQ(product.program->wait(), 0);
+    EXPECT_TRUE(isBrightSoon());
+}
+
 TEST_F(Rescue, EndsAProgramThatHangsThoughItIsNotStopped) {
     startDark();
     {
@@ -188,6 +200,18 @@ TEST_F(Rescue, LeadsAnEntryToTheProgramThatIsThere) {
     EXPECT_TRUE(holds(entry(), "Exec=" + programs() + "/palisor-helper --product palisor\n"))
         << entry();
     EXPECT_EQ(rescue().said, nothing) << "the second time";
+}
+
+TEST_F(Rescue, DeletesAnEntryWhereThereIsNothingToLeadItTo) {
+    writeEntry();
+    const fs::path prefix = product.desktop.home() / "half"; // without palisor-helper
+    fs::create_directories(prefix / "bin");
+    fs::copy_file(programs() + "/palisor-doctor", prefix / "bin/palisor-doctor");
+    fs::create_directory_symlink(fs::path(programs()).parent_path() / "share", prefix / "share");
+    const auto doctor = product.desktop.spawn(prefix / "bin/palisor-doctor", {"--rescue"});
+    EXPECT_EQ(doctor->wait(), 0) << doctor->errors();
+    EXPECT_TRUE(holds(doctor->output(), "it has been deleted")) << doctor->output();
+    EXPECT_FALSE(fs::exists(entryFile()));
 }
 
 TEST_F(Rescue, LeavesAnEntryAloneThatTheUserHasEdited) {

@@ -85,7 +85,7 @@ Finding shortcut(const Facts& facts) {
     Finding finding{.key = "shortcut"};
     const std::string& name = facts.server.shortcut;
     if (!facts.settings.shortcut) {
-        finding.says = "none is recorded";
+        finding.says = "none is recorded, or it is switched off";
     } else if (name.empty()) {
         finding.says = "one is recorded, and could not be tried";
     } else if (facts.running.process) {

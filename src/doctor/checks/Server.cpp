@@ -2,6 +2,8 @@
 #include "doctor/checks/Checks.h"
 
 #include <algorithm>
+#include <string_view>
+#include <utility>
 
 // The session, its X server and the monitors.
 
@@ -40,6 +42,29 @@ std::string sideBySide(const std::vector<platform::x11::MonitorFacts>& monitors)
                (monitors.empty() ? "OTHER" : monitors.front().name);
     return "put them side by side: xrandr --output " + monitors[1].name + " --auto --right-of " +
            monitors[0].name;
+}
+
+/// What does not work without the extensions that a server may lack.
+std::string lossesOf(const platform::x11::ServerFacts& server) {
+    constexpr std::pair<std::string_view, std::string_view> uses[] = {
+        {"SYNC", "moves of the cursor that no device makes are seen later"},
+        {"XKEYBOARD", "shortcuts are labelled as on a U.S. keyboard"},
+        {"XTEST", "desktops are not switched where no window manager does it"},
+        {"MIT-SCREEN-SAVER", "the screen saver cannot be held off"},
+        {"Composite", "no compositor can run"}};
+    std::string losses;
+    const auto add = [&losses](const std::string& what) {
+        losses += (losses.empty() ? "" : "; ") + what;
+    };
+    if (server.refusal.empty() && !server.holdsCursor)
+        add("before XInput 2.3 the cursor is put back after it has left, and not held");
+    for (const auto& [name, loss] : uses) {
+        const auto found =
+            std::ranges::find(server.extensions, name, &platform::x11::ExtensionFacts::name);
+        if (found != server.extensions.end() && found->version.empty())
+            add("without " + found->name + " " + std::string(loss));
+    }
+    return losses;
 }
 
 /// What the program says when it refuses goes on with what to do.
@@ -89,6 +114,10 @@ Finding extensions(const Facts& facts) {
             all += (all.empty() ? "" : ", ") + extension.name + " " + extension.version;
     }
     finding.says = all;
+    if (const std::string losses = lossesOf(facts.server); !losses.empty()) {
+        finding.level = Level::note;
+        finding.says += "; " + losses;
+    }
     if (missing.empty()) return finding;
     finding.level = Level::trouble;
     finding.says = "the X server lacks " + missing;

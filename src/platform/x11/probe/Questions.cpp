@@ -1,6 +1,7 @@
 #include "platform/x11/probe/Questions.h"
 
-#include <utility>
+#include "platform/x11/connection/Needed.h"
+
 #include <xcb/screensaver.h>
 #include <xcb/shape.h>
 #include <xcb/sync.h>
@@ -12,40 +13,40 @@ namespace platform::x11 {
 
 namespace {
 
-using Version = std::pair<unsigned, unsigned>;
+using Version = ExtensionVersion;
 
 // Each extension has a request of its own for it, with fields of its own. The server tells no
 // higher version than it is asked for, and some extensions behave by what was asked for; nothing
 // here uses any.
 Version randrVersion(const Questions& x) {
     const auto r = x.reply(xcb_randr_query_version(x.xcb(), 1, 9), xcb_randr_query_version_reply);
-    return r ? Version(r->major_version, r->minor_version) : Version();
+    return r ? Version{r->major_version, r->minor_version} : Version();
 }
 Version xfixesVersion(const Questions& x) {
     const auto r = x.reply(xcb_xfixes_query_version(x.xcb(), 9, 0), xcb_xfixes_query_version_reply);
-    return r ? Version(r->major_version, r->minor_version) : Version();
+    return r ? Version{r->major_version, r->minor_version} : Version();
 }
 Version xinputVersion(const Questions& x) {
     const auto r =
         x.reply(xcb_input_xi_query_version(x.xcb(), 2, 9), xcb_input_xi_query_version_reply);
-    return r ? Version(r->major_version, r->minor_version) : Version();
+    return r ? Version{r->major_version, r->minor_version} : Version();
 }
 Version shapeVersion(const Questions& x) {
     const auto r = x.reply(xcb_shape_query_version(x.xcb()), xcb_shape_query_version_reply);
-    return r ? Version(r->major_version, r->minor_version) : Version();
+    return r ? Version{r->major_version, r->minor_version} : Version();
 }
 Version syncVersion(const Questions& x) {
     const auto r = x.reply(xcb_sync_initialize(x.xcb(), 3, 1), xcb_sync_initialize_reply);
-    return r ? Version(r->major_version, r->minor_version) : Version();
+    return r ? Version{r->major_version, r->minor_version} : Version();
 }
 Version xtestVersion(const Questions& x) {
     const auto r = x.reply(xcb_test_get_version(x.xcb(), 2, 2), xcb_test_get_version_reply);
-    return r ? Version(r->major_version, r->minor_version) : Version();
+    return r ? Version{r->major_version, r->minor_version} : Version();
 }
 Version saverVersion(const Questions& x) {
     const auto r =
         x.reply(xcb_screensaver_query_version(x.xcb(), 1, 1), xcb_screensaver_query_version_reply);
-    return r ? Version(r->server_major_version, r->server_minor_version) : Version();
+    return r ? Version{r->server_major_version, r->server_minor_version} : Version();
 }
 
 struct Wanted {
@@ -53,11 +54,10 @@ struct Wanted {
     Version lowest;                       ///< 0.0 where the program works without it
     Version (*version)(const Questions&); ///< null where it does not matter
 };
-// As the program's own connection asks for them.
 constexpr Wanted wanted[] = {
-    {"RANDR", {1, 5}, randrVersion},
-    {"XFIXES", {5, 0}, xfixesVersion},
-    {"XInputExtension", {2, 2}, xinputVersion},
+    {"RANDR", needed::randr, randrVersion},
+    {"XFIXES", needed::xfixes, xfixesVersion},
+    {"XInputExtension", needed::xinput, xinputVersion},
     {"SHAPE", {1, 0}, shapeVersion},
     {"SYNC", {}, syncVersion},
     {"XKEYBOARD", {}, nullptr},
@@ -65,10 +65,6 @@ constexpr Wanted wanted[] = {
     {"MIT-SCREEN-SAVER", {}, saverVersion},
     {"Composite", {}, nullptr},
 };
-
-std::string textOf(const Version& version) {
-    return std::to_string(version.first) + "." + std::to_string(version.second);
-}
 
 bool isThere(const Questions& x, std::string_view name) {
     const auto found =
@@ -85,7 +81,7 @@ Questions::Questions() : connection(xcb_connect(nullptr, &number)) {
     for (int i = 0; i < number && screens.rem > 1; ++i)
         xcb_screen_next(&screens);
     screen = screens.data;
-    randr = isThere(*this, "RANDR") && randrVersion(*this) >= Version(1, 5);
+    randr = isThere(*this, "RANDR") && randrVersion(*this) >= needed::randr;
 }
 
 std::string Questions::vendor() const {
@@ -109,8 +105,8 @@ std::vector<ExtensionFacts> Questions::extensions() const {
         ExtensionFacts facts{.name = name, .version = {}, .needed = {}, .suffices = false};
         const bool there = isThere(*this, name);
         const Version has = there && version != nullptr ? version(*this) : Version();
-        if (there) facts.version = version != nullptr ? textOf(has) : "present";
-        if (lowest != Version()) facts.needed = textOf(lowest);
+        if (there) facts.version = version != nullptr ? has.text() : "present";
+        if (lowest != Version()) facts.needed = lowest.text();
         facts.suffices = there && has >= lowest;
         all.push_back(std::move(facts));
     }

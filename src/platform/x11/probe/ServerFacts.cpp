@@ -103,6 +103,7 @@ void lookAsTheProgram(const ServerQuestion& question, Settings& settings, Log& l
     const auto [connection, error] = Connection::open({}, loop, log, nullptr);
     facts.refusal = error;
     if (!connection) return;
+    facts.holdsCursor = connection->tellsBarrierHits();
     {
         const Displays displays(*connection);
         for (const xcb_rectangle_t& area : displays.areas())

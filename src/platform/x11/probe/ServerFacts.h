@@ -48,6 +48,7 @@ struct ServerFacts {
     bool leftDark = false; ///< by a program that has gone
 
     // Of a server where the program works.
+    bool holdsCursor = false;     ///< it tells what is pushed against barriers
     std::vector<Rect> screens;    ///< as the program counts them; X root coordinates
     std::string shortcut;         ///< the one asked for, as the keyboard labels it
     bool isShortcutTaken = false; ///< by another program; false where it was not tried
