@@ -118,6 +118,17 @@ TEST(Doctor, MissesAnExtensionThatTheServerWasStartedWithout) {
     EXPECT_EQ(seen.status, 1);
 }
 
+TEST(Doctor, SaysWhereMonitorsCannotBeDarkenedAtAll) {
+    support::PrivateDesktop::Options options;
+    options.servers = {support::ServerKind::xvfb};
+    const support::PrivateDesktop desktop(options);
+    const Visit seen = visit(desktop.environment());
+    EXPECT_TRUE(holds(seen.of("colours"), "OK, the gamma of the monitors cannot be set"))
+        << seen.said;
+    EXPECT_TRUE(holds(seen.of("compositor"), "no monitor can be darkened")) << seen.said;
+    EXPECT_TRUE(holds(seen.of("monitors"), "OK, 2 monitors: ")) << seen.said;
+}
+
 TEST(Doctor, SaysOnWaylandWhatToLogInTo) {
     const support::WaylandSession session;
     const Visit seen = visit(session.environment);

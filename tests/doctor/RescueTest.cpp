@@ -132,8 +132,11 @@ TEST_F(Rescue, EndsAProgramThatHangsThoughItIsNotStopped) {
     {
         // Its menu is to come up, for which the toolkit waits for the server.
         const support::Stopped server(product.desktop.serverProcess());
-        product.desktop.call({"--dest=" + product.identifier(), "/com/tamberlo/palisor",
-                              "org.freedesktop.Application.Activate"});
+        const auto menu =
+            product.desktop.spawn("gdbus", {"call", "--session", "--dest", product.identifier(),
+                                            "--object-path", "/com/tamberlo/palisor", "--method",
+                                            "org.freedesktop.Application.Activate", "@a{sv} {}"});
+        ASSERT_EQ(menu->wait(), 0) << menu->errors();
         ASSERT_TRUE(waitUntil([&] {
             return holds(visit(product.desktop.environment()).of("program"), "does not answer");
         }));

@@ -5,7 +5,7 @@
 #include "platform/x11/probe/Questions.h"
 #include "platform/x11/session/Displays.h"
 
-#include <array>
+#include <algorithm>
 #include <cerrno>
 #include <cmath>
 
@@ -87,12 +87,15 @@ void lookAtRamps(const Questions& ask, const std::string& folder, ServerFacts& f
         const auto reply = ask.reply(xcb_randr_get_crtc_gamma(ask.xcb(), info->crtc),
                                      xcb_randr_get_crtc_gamma_reply);
         const auto now = gammaguard::rampOf(reply.get());
-        const auto users = kept.find(info->crtc);
+        const auto found = kept.find(info->crtc);
+        const auto& users = found == kept.end() ? now : found->second;
+        // A server without any hardware shows a ramp of nothing but zeros, and keeps none.
+        const bool isAny = std::ranges::any_of(users, [](std::uint16_t v) { return v != 0; });
         facts.ramps.push_back(
             {{reinterpret_cast<const char*>(xcb_randr_get_output_info_name(info.get())),
               static_cast<std::size_t>(xcb_randr_get_output_info_name_length(info.get()))},
-             !now.empty(),
-             isLinear(users == kept.end() ? now : users->second)});
+             isAny,
+             isLinear(users)});
     }
 }
 
