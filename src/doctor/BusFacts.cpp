@@ -1,9 +1,11 @@
 #include "doctor/BusFacts.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <deque>
 #include <functional>
 #include <memory>
+#include <string_view>
 #include <systemd/sd-bus.h>
 
 namespace doctor {

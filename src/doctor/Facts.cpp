@@ -16,6 +16,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <sys/utsname.h>
 #include <thread>
 #include <unistd.h>

@@ -59,12 +59,22 @@ void replaceWord(std::string& text, std::string_view word, std::string_view by) 
     }
 }
 
-/// "/home/anybody" is a home folder, whoever's it is.
-void replaceHomes(std::string& text) {
-    constexpr std::string_view homes = "/home/";
-    for (auto at = text.find(homes); at != std::string::npos; at = text.find(homes, at + 1)) {
-        const auto end = text.find_first_of("/ ,;'\"", at + homes.size());
-        text.replace(at, std::min(end, text.size()) - at, "~");
+/// A path beyond the system's own folders, home folders of whomever included, tells of the user:
+/// only its last name stays.
+void shortenPaths(std::string& text) {
+    constexpr std::string_view systems[] = {"/usr/", "/opt/", "/bin/", "/lib", "/etc/"};
+    constexpr std::string_view before = " ('\"";
+    constexpr std::string_view behind = " ,;)'\"";
+    for (auto at = text.find('/'); at != std::string::npos; at = text.find('/', at + 1)) {
+        if (at > 0 && before.find(text[at - 1]) == std::string_view::npos) continue;
+        const auto end = std::min(text.find_first_of(behind, at), text.size());
+        const std::string path = text.substr(at, end - at);
+        const bool isSystems = std::ranges::any_of(
+            systems, [&path](std::string_view folder) { return path.starts_with(folder); });
+        const std::string shorter = "..." + path.substr(path.find_last_of('/'));
+        if (isSystems || path == "/") continue;
+        text.replace(at, path.size(), shorter);
+        at += shorter.size() - 1;
     }
 }
 
@@ -110,7 +120,7 @@ std::string withoutPrivateThings(std::string text) {
     for (const std::string_view home :
          {variable("HOME"), std::string_view(user ? user->pw_dir : "")})
         if (home != root) replaceWord(text, home, "~");
-    replaceHomes(text);
+    shortenPaths(text);
     for (const std::string_view name :
          {variable("USER"), variable("LOGNAME"), std::string_view(user ? user->pw_name : "")})
         replaceWord(text, name, "(user)");

@@ -10,7 +10,9 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <memory>
 #include <unistd.h>
+#include <utility>
 
 namespace doctor {
 

@@ -36,7 +36,12 @@ TEST_F(DoctorsReport, OfARescueSaysThatNothingWasLeft) {
 TEST_F(DoctorsReport, TellsNobodyWhoTheUserIs) {
     EXPECT_EQ(withoutPrivateThings("/somewhere/wilhelmina/.config/a.plist is whole"),
               "~/.config/a.plist is whole");
-    EXPECT_EQ(withoutPrivateThings("/home/karl/bin/palisor, which"), "~/bin/palisor, which");
+    EXPECT_EQ(withoutPrivateThings("/home/karl/bin/palisor, which"), ".../palisor, which");
+    EXPECT_EQ(withoutPrivateThings("/data/w/x.desktop starts /srv/y/palisor"),
+              ".../x.desktop starts .../palisor");
+    EXPECT_EQ(withoutPrivateThings("starts /usr/local/bin/palisor and/or /opt/p/bin/palisor"),
+              "starts /usr/local/bin/palisor and/or /opt/p/bin/palisor");
+    EXPECT_EQ(withoutPrivateThings("~/a /"), "~/a /");
     EXPECT_EQ(withoutPrivateThings("of wilhelmina's"), "of (user)'s");
     EXPECT_EQ(withoutPrivateThings("wilhelminas"), "wilhelminas") << "another word";
     char host[256] = {};

@@ -2,6 +2,7 @@
 
 #include "platform/x11/connection/Needed.h"
 
+#include <string_view>
 #include <xcb/screensaver.h>
 #include <xcb/shape.h>
 #include <xcb/sync.h>

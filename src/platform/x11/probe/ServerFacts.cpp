@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
+#include <functional>
+#include <utility>
 
 // A server that lacks what the program needs is asked all the same, so that it can be told what is
 // there. Therefore this goes by a connection of its own; what the program sees is then asked of the
