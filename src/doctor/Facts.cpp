@@ -202,8 +202,11 @@ Facts gather(const lnx::ProductBundle& bundle, platform::Log& log) {
     if (facts.serverAnswers) facts.server = std::move(*server);
 
     facts.autostart = autostartItems(bundle, {}, log).entries();
-    facts.tools = lnx::runningOf(tools, facts.display);
-    facts.keyHolders = lnx::runningOf(keyHolders, facts.display);
+    const auto isHere = [own = platform::x11::plainDisplayName(facts.display)](auto& display) {
+        return platform::x11::plainDisplayName(display) == own;
+    };
+    facts.tools = lnx::runningOf(tools, isHere);
+    facts.keyHolders = lnx::runningOf(keyHolders, isHere);
     std::error_code error;
     facts.hasCalendarModule = fs::exists(lnx::modulePath("calendar.so"), error);
     facts.calendarFolder = bundle.string("CalendarFolder");

@@ -66,18 +66,12 @@ bool holds(pid_t process, const struct stat& lock) {
     return false;
 }
 
-/// ":0" and ":0.1" are two screens of one display.
-std::string withoutScreen(std::string display) {
-    const auto screen = display.find('.', std::min(display.rfind(':'), display.size()));
-    return screen == std::string::npos ? display : display.substr(0, screen);
-}
-
 std::string displayOf(pid_t process) {
     constexpr std::string_view variable = "DISPLAY=";
     const std::string all = '\0' + contentOf(folderOf(process) / "environ");
     const auto found = all.find('\0' + std::string(variable));
     return found == std::string::npos ? std::string()
-                                      : withoutScreen(all.c_str() + found + 1 + variable.size());
+                                      : std::string(all.c_str() + found + 1 + variable.size());
 }
 
 } // namespace
@@ -90,13 +84,14 @@ std::optional<pid_t> holderOf(const std::string& lockFile) {
     return std::nullopt;
 }
 
-std::vector<std::string> runningOf(const std::vector<std::string>& names,
-                                   const std::string& display) {
+std::vector<std::string>
+runningOf(const std::vector<std::string>& names,
+          const std::function<bool(const std::string& display)>& isDisplay) {
     std::vector<std::string> seen;
     for (const pid_t process : ownProcesses()) {
         std::string name = contentOf(folderOf(process) / "comm");
         if (name.ends_with('\n')) name.pop_back();
-        if (displayOf(process) == withoutScreen(display)) seen.push_back(std::move(name));
+        if (isDisplay(displayOf(process))) seen.push_back(std::move(name));
     }
     std::vector<std::string> found;
     std::ranges::copy_if(names, std::back_inserter(found), [&seen](const std::string& name) {

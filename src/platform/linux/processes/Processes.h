@@ -3,6 +3,7 @@
 #include "platform/linux/files/FileHandle.h"
 
 #include <chrono>
+#include <functional>
 #include <optional>
 #include <string>
 #include <sys/types.h>
@@ -17,10 +18,12 @@ namespace platform::linux {
 /// file nor tries the lock.
 std::optional<pid_t> holderOf(const std::string& lockFile);
 
-/// The user's own processes whose programs have one of these names and that were started for the
-/// display; each name once, in the order given. Of a long name the kernel knows 15 letters.
-std::vector<std::string> runningOf(const std::vector<std::string>& names,
-                                   const std::string& display);
+/// The user's own processes whose programs have one of these names and were started with a $DISPLAY
+/// that `isDisplay` likes; each name once, in the order given. Of a long name the kernel knows 15
+/// letters.
+std::vector<std::string>
+runningOf(const std::vector<std::string>& names,
+          const std::function<bool(const std::string& display)>& isDisplay);
 
 /// A process of this user's, told from a later one with the same number.
 class OtherProcess {
