@@ -1,11 +1,10 @@
 #include "program/Program.h"
 
 #include "app/Keys.h"
-#include "app/LoginHelper.h"
 #include "app/Variants.h"
 #include "platform/linux/files/Installation.h"
 #include "platform/qt/alerts/ShortcutRecorder.h"
-#include "util/Format.h"
+#include "program/helper/LoginEntry.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -36,26 +35,9 @@ std::string calendarFolder(const lnx::ProductBundle& bundle, const std::string& 
     return named.empty() ? named : std::filesystem::absolute(named, none).string();
 }
 
-/// What starts the product at login as it was started now.
-std::vector<std::string> helperCommand(const lnx::ProductBundle& bundle, const Options& options) {
-    std::vector<std::string> command{lnx::executablePath(palisor::loginHelper::command),
-                                     "--product", bundle.name()};
-    if (!options.calendarFolder.empty())
-        command.insert(command.end(),
-                       {"--calendar", calendarFolder(bundle, options.calendarFolder)});
-    return command;
-}
-
-lnx::AutostartItems::Product
-autostartProduct(const Product& product, const lnx::ProductBundle& bundle, const Options& options) {
-    return {.identifier = product.identifier,
-            .name = product.name,
-            .comment = bundle.localizedString("AVVIA_AL_LOGIN"),
-            .icon = bundle.folder() + "/" + product.icon + ".svg",
-            .helper = helperCommand(bundle, options),
-            .options = {std::string(atLoginOption)},
-            .program = bundle.path(),
-            .helperName = palisor::formatted(bundle.localizedString("LOGIN_HELPER"), product.name)};
+/// A folder that was named on the command line is named again at login.
+std::string calendarFolderAtLogin(const lnx::ProductBundle& bundle, const Options& options) {
+    return options.calendarFolder.empty() ? "" : calendarFolder(bundle, options.calendarFolder);
 }
 
 /// The texts of platform::calendar::Refusal, in its order.
@@ -79,8 +61,8 @@ Program::Program(const Product& product, lnx::ProductBundle& productBundle, Sess
       files(log),
       system(product.identifier),
       sounds(lnx::soundsFolder(), product.name, log),
-      loginItems(inConfigurationFolder("autostart"), autostartProduct(product, bundle, options),
-                 log),
+      loginItems(inConfigurationFolder("autostart"),
+                 helper::loginEntry(bundle, calendarFolderAtLogin(bundle, options)), log),
       workspace(product.identifier, log, lnx::asksNobody),
       pictures({lnx::imagesFolder(), bundle.folder()}, log),
       desk(session.start({product, runLoop, settings, application, pictures,

@@ -51,13 +51,8 @@ X11Session::Parts::Parts(X11Session& own, const Surroundings& given)
       settings(*own.general, given.darkWished),
       tray(*own.general, given.product.identifier, given.product.name) {}
 
-// ":0.0" and ":0" are two screens of one display, which ":0" leads to as well.
 std::string X11Session::displayName() const {
-    std::string name = general->displayName();
-    const auto screen = name.find('.', name.find_last_of(':'));
-    if (screen != std::string::npos) name.erase(screen);
-    if (name.starts_with("unix:")) name.erase(0, name.find(':'));
-    return name;
+    return x::plainDisplayName(general->displayName());
 }
 
 Session::Services X11Session::start(const Surroundings& surroundings) {

@@ -1,4 +1,5 @@
 #include "testing/TempFolder.h"
+#include "testing/WaylandSession.h"
 #include "testing/desktop/Product.h"
 
 #include <algorithm>
@@ -11,33 +12,7 @@ namespace {
 
 using support::ChildProcess;
 using support::Environment;
-
-struct WaylandSession {
-    WaylandSession() {
-        compositor = std::make_unique<ChildProcess>(ChildProcess::Start{
-            .command = {"weston", "--backend=headless-backend.so", "--socket=wayland-test",
-                        "--idle-time=0", "--no-config"},
-            .environment = environment});
-        if (!waitUntil([&] { return std::filesystem::exists(folder.path("wayland-test")); }))
-            throw std::runtime_error("no Wayland session: " + compositor->errors());
-        environment["WAYLAND_DISPLAY"] = "wayland-test";
-    }
-
-    /// The display that Xwayland shows X clients on.
-    std::string startXwayland() {
-        server =
-            support::startServer({"Xwayland", "-displayfd", "3", "-nolisten", "tcp"}, environment);
-        return ":" + server.line;
-    }
-
-    testing_support::TempFolder folder;
-    Environment environment{{"PATH", std::getenv("PATH")},
-                            {"HOME", folder.path()},
-                            {"XDG_RUNTIME_DIR", folder.path()},
-                            {"XDG_CONFIG_HOME", folder.path()}};
-    std::unique_ptr<ChildProcess> compositor;
-    support::Announced server;
-};
+using support::WaylandSession;
 
 /// What the program says as it ends with status 1.
 std::string refusal(const Environment& environment) {

@@ -138,6 +138,33 @@ TEST_F(Autostart, WhatCannotBeWrittenIsLoggedAndLeftAlone) {
     EXPECT_EQ(folder.read("autostart"), "a file in the place of the folder");
 }
 
+TEST_F(Autostart, OfTheProductAreToldWithWhatTheyStart) {
+    const std::string bin = folder.path("100%");
+    std::filesystem::create_directories(bin);
+    folder.write("100%/example-helper", "");
+    std::filesystem::permissions(bin + "/example-helper", std::filesystem::perms::owner_all);
+    itemsOf(bin).setEnabled("org.example.appHelper", true);
+    items().insertLast("/gone/app");
+    folder.write("autostart/org.other.app.desktop", "[Desktop Entry]\nExec=/gone/other\n");
+
+    auto found = items().entries();
+    ASSERT_EQ(found.size(), 2U) << "another's is none";
+    EXPECT_EQ(found[0].path, folder.path("autostart/org.example.app.desktop"));
+    EXPECT_EQ(found[0].command, (std::vector<std::string>{"/gone/app", "--early"}));
+    EXPECT_FALSE(found[0].isThere || found[0].isOff || found[0].isEdited);
+    EXPECT_EQ(found[1].command,
+              (std::vector<std::string>{bin + "/example-helper", "--product", "example"}));
+    EXPECT_TRUE(found[1].isThere);
+
+    switchOffIn("gnome");
+    EXPECT_TRUE(items().entries()[1].isOff);
+    EXPECT_FALSE(items().entries()[1].isEdited) << "only switched off";
+    edit("Name=", "Mine=1\nName=");
+    EXPECT_TRUE(items().entries()[1].isEdited);
+    folder.write(helperFile, "");
+    EXPECT_EQ(items().entries()[1].command, std::vector<std::string>{}) << "an empty file";
+}
+
 TEST_F(Autostart, WithoutAHomeThereIsNoSessionList) {
     AutostartItems homeless(
         {}, {.identifier = "a", .name = "A", .comment = "", .icon = "", .helper = {"/a"}}, log);

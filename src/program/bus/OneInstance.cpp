@@ -1,20 +1,18 @@
 #include "program/bus/OneInstance.h"
 
 #include "platform/linux/files/AtomicFile.h"
-#include "platform/linux/files/XdgFiles.h"
 
-#include <algorithm>
+#include <utility>
 
 namespace {
 
 namespace lnx = platform::linux;
 using State = lnx::LockFile::State;
 
-std::optional<lnx::LockFile> lockFor(const std::string& name, std::string display) {
-    const auto folder = lnx::runtimeFolder();
-    if (!folder) return std::nullopt;
-    std::ranges::replace(display, '/', '_');
-    return lnx::LockFile(*folder + "/" + name + display + ".lock");
+std::optional<lnx::LockFile> lockFor(const std::string& name, const std::string& display) {
+    auto path = lnx::lockPath(name, display);
+    if (!path) return std::nullopt;
+    return lnx::LockFile(std::move(*path));
 }
 
 } // namespace

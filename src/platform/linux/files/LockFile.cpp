@@ -1,11 +1,21 @@
 #include "platform/linux/files/LockFile.h"
 
+#include "platform/linux/files/XdgFiles.h"
+
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 
 namespace platform::linux {
+
+std::optional<std::string> lockPath(const std::string& name, std::string display) {
+    const auto folder = runtimeFolder();
+    if (!folder) return std::nullopt;
+    std::ranges::replace(display, '/', '_');
+    return *folder + "/" + name + display + ".lock";
+}
 
 // It is opened for reading: a try that failed would otherwise be a knock when it is closed.
 LockFile::LockFile(std::string path)

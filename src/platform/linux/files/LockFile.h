@@ -2,9 +2,14 @@
 
 #include "platform/linux/files/FileHandle.h"
 
+#include <optional>
 #include <string>
 
 namespace platform::linux {
+
+/// The file whose lock makes the program with that name the only one on a display; nothing without
+/// a folder for it.
+std::optional<std::string> lockPath(const std::string& name, std::string display);
 
 /// A lock between processes, held as long as the object lives, however the process ends. The file
 /// stays. Who does not get the lock can knock; the holder notices that with a `FileWatch`.

@@ -180,6 +180,27 @@ void AutostartItems::bringUpToDate() {
     }
 }
 
+std::vector<AutostartItems::Entry> AutostartItems::entries() const {
+    std::vector<Entry> found;
+    for (const std::string& file : files()) {
+        if (!file.starts_with(product.identifier)) continue;
+        const DesktopEntry entry(readFile(pathOf(file)).text);
+        const auto program = executableOf(entry);
+        std::vector<std::string> command;
+        if (program) {
+            command = execArguments(entry.string("Exec")).value_or(command);
+            const auto differ = std::ranges::mismatch(command, indirect);
+            if (differ.in2 == indirect.end()) command.erase(command.begin(), differ.in1);
+        }
+        found.push_back({.path = pathOf(file),
+                         .command = std::move(command),
+                         .isThere = program && isThere(*program),
+                         .isOff = isOff(entry),
+                         .isEdited = !isAsWritten(entry)});
+    }
+    return found;
+}
+
 bool AutostartItems::isSwitchedOff() const {
     bool any = false;
     for (const std::string& file : files()) {

@@ -53,6 +53,16 @@ class AutostartItems final : public LoginItems {
     /// what the user has edited is left alone.
     void bringUpToDate();
 
+    /// An entry of the product's own, of the list or a helper's.
+    struct Entry {
+        std::string path;
+        std::vector<std::string> command; ///< the program first; empty where none can be read
+        bool isThere = false;             ///< the program
+        bool isOff = false;
+        bool isEdited = false; ///< by the user, whose it is then
+    };
+    std::vector<Entry> entries() const;
+
     /// Whether all the items that were inserted for the product are switched off. Then a helper of
     /// it should not start it either: a desktop's settings show the item alone.
     bool isSwitchedOff() const;

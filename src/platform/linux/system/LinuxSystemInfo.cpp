@@ -13,6 +13,10 @@
 
 namespace platform::linux {
 
+std::string toolkitVersion() {
+    return ::qVersion();
+}
+
 namespace {
 
 /// Up to the line's end, or the zero byte that ends a text of the device tree.

@@ -4,6 +4,9 @@
 
 namespace platform::linux {
 
+/// The version of the toolkit that runs.
+std::string toolkitVersion();
+
 /// Of the session's environment, what it was when the object was made.
 class LinuxSystemInfo final : public SystemInfo {
   public:

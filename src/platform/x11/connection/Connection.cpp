@@ -1,5 +1,7 @@
 #include "platform/x11/connection/Connection.h"
 
+#include "platform/x11/connection/Needed.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -47,6 +49,13 @@ std::string missing(std::string_view extension) {
 }
 
 } // namespace
+
+std::string plainDisplayName(std::string name) {
+    const auto screen = name.find('.', std::min(name.find_last_of(':'), name.size()));
+    if (screen != std::string::npos) name.erase(screen);
+    if (name.starts_with("unix:")) name.erase(0, name.find(':'));
+    return name;
+}
 
 Connection::Opened Connection::open(const std::string& displayName, Descriptors& descriptors,
                                     Log& log, std::function<void()> lost) {
@@ -116,24 +125,26 @@ std::string Connection::negotiateExtensions() {
     if (!xinput) return missing("XInputExtension");
     if (!present(xcb_shape_id)) return missing("SHAPE");
 
-    const auto randrAsked = xcb_randr_query_version(c, 1, 5);
-    const auto xfixesAsked = xcb_xfixes_query_version(c, 5, 0);
-    const auto xinputAsked = xcb_input_xi_query_version(c, 2, 3);
+    const auto randrAsked = xcb_randr_query_version(c, needed::randr.major, needed::randr.minor);
+    const auto xfixesAsked =
+        xcb_xfixes_query_version(c, needed::xfixes.major, needed::xfixes.minor);
+    const auto xinputAsked =
+        xcb_input_xi_query_version(c, needed::barrierHits.major, needed::barrierHits.minor);
     const auto randrHas = wait(randrAsked, xcb_randr_query_version_reply);
     const auto xfixesHas = wait(xfixesAsked, xcb_xfixes_query_version_reply);
     const auto xinputHas = wait(xinputAsked, xcb_input_xi_query_version_reply);
-    auto atLeast = [](auto& has, unsigned major, unsigned minor) {
-        return has && (has->major_version > major ||
-                       (has->major_version == major && has->minor_version >= minor));
+    const auto atLeast = [](const auto& has, const ExtensionVersion& lowest) {
+        return has && ExtensionVersion{has->major_version, has->minor_version} >= lowest;
     };
-    if (!atLeast(randrHas, 1, 5)) return missing("RANDR 1.5");
-    if (!atLeast(xfixesHas, 5, 0)) return missing("XFIXES 5.0");
-    if (!atLeast(xinputHas, 2, 2)) return missing("XInputExtension 2.2");
+    if (!atLeast(randrHas, needed::randr)) return missing("RANDR " + needed::randr.text());
+    if (!atLeast(xfixesHas, needed::xfixes)) return missing("XFIXES " + needed::xfixes.text());
+    if (!atLeast(xinputHas, needed::xinput))
+        return missing("XInputExtension " + needed::xinput.text());
 
     randrFirstEvent = randr->first_event;
     xfixesFirstEvent = xfixes->first_event;
     xinputMajorOpcode = xinput->major_opcode;
-    barrierHits = atLeast(xinputHas, 2, 3);
+    barrierHits = atLeast(xinputHas, needed::barrierHits);
     return {};
 }
 

@@ -34,6 +34,9 @@ class Listener {
     ~Listener() = default;
 };
 
+/// One name for all that lead to the same display: ":0.0" and ":0" are two screens of it.
+std::string plainDisplayName(std::string name);
+
 /// A connection to the X server: the stream of events and replies, the atoms and the numbers of the
 /// extensions. Its services share it, and it must outlive them. Main thread.
 class Connection {

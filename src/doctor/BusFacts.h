@@ -1,0 +1,35 @@
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <sys/types.h>
+
+namespace doctor {
+
+/// A service of the session.
+struct ServiceFacts {
+    bool isThere = false;
+    bool canStart = false; ///< the bus starts it when it is called
+};
+
+/// What the session bus tells.
+struct BusFacts {
+    enum class State { none, silent, answers };
+
+    State state = State::none; ///< nothing else is there unless it answers
+    ServiceFacts itemWatcher;  ///< of status notifier items
+    bool hasItemHost = false;  ///< somebody shows those
+    ServiceFacts notifications;
+    ServiceFacts portal;
+    bool portalHasSettings = false; ///< of a portal that is there
+    ServiceFacts calendar;
+    std::optional<pid_t> program; ///< whose the product's name is
+    bool programAnswers = false;
+};
+
+/// Asks everything at once and starts no service. What has not come by the deadline is as if it
+/// were not there. `identifier` is the product's.
+BusFacts askBus(const std::string& identifier, std::chrono::steady_clock::time_point deadline);
+
+} // namespace doctor

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "doctor/Facts.h"
+#include "doctor/Report.h"
+
+// Each check looks at one topic and says in one line what is there. They are told everything and
+// ask nobody.
+
+namespace doctor {
+
+/// All that concern the product and can be made of these facts, in the order in which they are
+/// shown.
+Report examine(const Facts& facts);
+
+namespace checks {
+
+/// The command that calls the doctor for this product with an option.
+std::string doctorCommand(const ProductFacts& product, const std::string& option);
+
+/// Whether the program could work with this server, apart from what this server lacks.
+bool isX11Session(const Facts& facts);
+
+// Server.cpp
+Finding session(const Facts& facts);
+Finding extensions(const Facts& facts);
+Finding monitors(const Facts& facts);
+Finding colours(const Facts& facts);
+
+// Desktop.cpp
+Finding windowManager(const Facts& facts);
+Finding compositor(const Facts& facts);
+Finding tray(const Facts& facts);
+Finding shortcut(const Facts& facts);
+Finding tools(const Facts& facts);
+
+// Services.cpp
+Finding bus(const Facts& facts);
+Finding notifications(const Facts& facts);
+Finding portal(const Facts& facts);
+Finding calendar(const Facts& facts);
+
+// Files.cpp
+Finding program(const Facts& facts);
+Finding settings(const Facts& facts);
+std::vector<Finding> autostart(const Facts& facts);
+Finding versions(const Facts& facts);
+
+} // namespace checks
+
+} // namespace doctor
