@@ -94,6 +94,18 @@ TEST_P(EitherWay, TheHoldIsLiftedWhileTheLeftHandKeysAreHeldAndAnchorsWhereTheyA
     EXPECT_TRUE(product.cursorEndsOn(1));
 }
 
+TEST_P(EitherWay, TheVerboseLogSaysWhyAPushDidNotCrossAndThatOneDid) {
+    Product product;
+    product.start({.pushOption = true, .hold = GetParam(), .options = {"--verbose"}});
+    product.moveNextTo(0, 1);
+    product.hand.push(5, 0, 30, displayRate);
+    EXPECT_TRUE(product.program->waitForText("held at 1919,"));
+    EXPECT_TRUE(product.program->waitForText(" px, 75 needed"));
+    product.moveNextTo(0, 1);
+    product.hand.push(100, 0, 10, displayRate);
+    EXPECT_TRUE(product.program->waitForText("crossed to "));
+}
+
 TEST_P(EitherWay, TheHoldIsNotLiftedByTheRightHandKeys) {
     constexpr xcb_keysym_t rightControl = 0xffe4, rightAlt = 0xffea, rightSuper = 0xffec;
     Product product;

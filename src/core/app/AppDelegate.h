@@ -58,9 +58,8 @@ class AppDelegate : public AppState, private platform::MenuTarget, private platf
     /// Switches off for that long, a day at most, and on again. The settings stay. Nothing where
     /// the product is off; zero or less ends it.
     void freeFor(double seconds);
-    /// Freed no longer; what follows from that is the caller's.
-    void forgetFreeing();
-    /// Seconds that are left; 0 while not freed.
+    bool isFreed() const { return freedUntil.has_value(); }
+    /// Seconds that are left; 0 while not freed, and while an alert keeps it so beyond its time.
     double freedFor() const;
     void quit();
     void killapp();
@@ -269,6 +268,8 @@ class AppDelegate : public AppState, private platform::MenuTarget, private platf
     void invalidate(TimerId timer) { services.runLoop.invalidate(timer); }
 
     void endFreeing();
+    /// What follows from it is the caller's.
+    void forgetFreeing();
     void activityChanged();
     void updateMenuSoon();
     void tellChanged() const;

@@ -57,11 +57,13 @@ State state(const AppDelegate& app) {
     return seen;
 }
 
-// Freed, it is off for `enableDisable`, which would only put it on again.
 void setActive(AppDelegate& app, bool on) {
     if (!app.mainMenu) return;
-    if (!on) app.forgetFreeing();
-    if (app.isActive() != on) app.enableDisable();
+    // Freed, it is off already, and stays so.
+    if (!on && app.isFreed())
+        app.changeSetting(keys::ATTIVO, platform::Value{false});
+    else if (app.isActive() != on)
+        app.enableDisable();
 }
 
 void free(AppDelegate& app, double seconds) {

@@ -15,7 +15,7 @@ constexpr double longestFreeing = 24 * 60 * 60;
 } // namespace
 
 bool AppDelegate::isActive() const {
-    return services.settings.boolForKey(keys::ATTIVO) && !freedUntil;
+    return services.settings.boolForKey(keys::ATTIVO) && !isFreed();
 }
 
 void AppDelegate::enableDisable() {
@@ -42,17 +42,17 @@ void AppDelegate::enableDisable() {
 // The settings say all the while that the product is on, so that it is at the next start, however
 // this one ends.
 void AppDelegate::freeFor(double seconds) {
-    if (!mainMenu || (!isActive() && !freedUntil)) return;
+    if (!mainMenu || (!isActive() && !isFreed())) return;
     if (!(seconds > 0)) {
-        if (freedUntil) endFreeing();
+        if (isFreed()) endFreeing();
         return;
     }
-    const bool isFreed = freedUntil.has_value();
+    const bool wasFreed = isFreed();
     forgetFreeing();
     seconds = std::min(seconds, longestFreeing);
     freedUntil = services.runLoop.now() + seconds;
     freeingTimer = schedule<&AppDelegate::endFreeing>(seconds, false, "endFreeing");
-    if (isFreed) {
+    if (wasFreed) {
         tellChanged();
         return;
     }

@@ -16,8 +16,9 @@ void AppDelegate::settingsEdited(const std::set<std::string, std::less<>>& edite
     const int variant = IDApp();
 
     if (isEdited(keys::ATTIVO)) {
+        const bool wasFreed = isFreed();
         forgetFreeing();
-        activityChanged();
+        if (isActive() || !wasFreed) activityChanged();
     } else if (variant == variants::barrier && isEdited(keys::OTHERS_DARK)) {
         updateShadow();
     }
@@ -37,16 +38,24 @@ bool AppDelegate::changeSetting(std::string_view key, std::optional<platform::Va
     if (key == keys::STAY_HIDDEN && value && platform::boolValue(*value) && !hasUsableShortcut())
         return false;
     if (key == keys::CHECK_1 && value) {
-        presscheck(
-            CheckBox{.tag = tags::startAtLogin, .state = platform::boolValue(*value) ? 1 : 0});
-    } else {
-        if (value)
-            services.settings.set(key, *std::move(value));
-        else
-            services.settings.remove(key);
-        services.settings.synchronize();
+        const int state = platform::boolValue(*value) ? 1 : 0;
+        presscheck(CheckBox{.tag = tags::startAtLogin, .state = state});
+        updateMenuSoon();
+        return true;
     }
-    settingsEdited({std::string(key)});
+    auto& settings = services.settings;
+    const auto read = [&] {
+        const platform::Value* now = settings.object(key);
+        return now == nullptr ? std::nullopt : std::optional(*now);
+    };
+    const auto before = read();
+    if (value)
+        settings.set(key, *std::move(value));
+    else
+        settings.remove(key);
+    settings.synchronize();
+    const bool endsFreeing = key == keys::ATTIVO && isFreed();
+    if (read() != before || endsFreeing) settingsEdited({std::string(key)});
     return true;
 }
 

@@ -14,7 +14,7 @@ std::string whole(double pixels) {
 }
 
 std::string reasonOf(const Decision& decision) {
-    const std::string step =
+    std::string step =
         "step " + whole(decision.sideways) + " px, " + whole(decision.needed) + " needed";
     switch (decision.outcome) {
     case Decision::Outcome::crossed:
@@ -45,11 +45,13 @@ void DecisionLog::decided(const Decision& decision) {
         secondBegan = now;
         written = 0;
     }
-    if (written == mostLinesASecond) {
+    // Nobody crosses often, and whoever pushes has been held a dozen times just before.
+    const bool crossed = decision.outcome == Decision::Outcome::crossed;
+    if (written == mostLinesASecond && !crossed) {
         if (leftOut < std::numeric_limits<int>::max()) ++leftOut;
         return;
     }
-    ++written;
+    if (!crossed) ++written;
     std::string line = explained(decision);
     if (leftOut > 0) line += " (" + std::to_string(leftOut) + " before it left out)";
     leftOut = 0;

@@ -34,7 +34,8 @@ class DecisionObserver {
     virtual void decided(const Decision& decision) = 0;
 };
 
-/// Writes decisions out, four a second at most; the next line tells how many were left out.
+/// Writes decisions out: each crossing, and of the others four a second at most. The next line
+/// tells how many were left out.
 class DecisionLog final : public DecisionObserver {
   public:
     using Write = std::function<void(std::string_view line)>;

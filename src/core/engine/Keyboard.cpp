@@ -26,7 +26,7 @@ void AppDelegate::comboPressedReleased(bool held) {
     combo = held;
     switch (IDApp()) {
     case variants::barrier: // held to switch off, which a freed one is already
-        if (freedUntil) return;
+        if (isFreed()) return;
         if (isActive() == combo) enableDisable();
         return;
     case variants::desktopSwitcher: // held to switch on

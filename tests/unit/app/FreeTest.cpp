@@ -234,6 +234,19 @@ TEST(Free, EndsAfterAnAlertThatWasOpenMeanwhile) {
     EXPECT_EQ(program.platform.pointer.heldInside(), left);
 }
 
+TEST(Free, WhoseTimeIsOverWhileAnAlertIsOpenCanStillBeMadeOff) {
+    Controlled program;
+    control::free(program.app, 10);
+    program.platform.alerts.setWhileOpen([&](const platform::Alert&) {
+        program.platform.advance(20);
+        control::setActive(program.app, false);
+    });
+    program.app.showStayHiddenWarning();
+    program.platform.advance(1);
+    EXPECT_FALSE(program.state().active);
+    EXPECT_EQ(program.platform.pointer.heldInside(), std::nullopt);
+}
+
 TEST(Free, CrossesWithoutHolding) {
     Controlled program;
     control::free(program.app, 10);
@@ -252,6 +265,11 @@ TEST(Free, LetsTheOtherProductsRestToo) {
     EXPECT_EQ(awake.effects({"assertionCreate", "assertionRelease"}).size(), 1U);
     awake.platform.advance(10);
     EXPECT_EQ(awake.effects({"assertionCreate"}).size(), 1U);
+
+    control::free(awake.app, 10);
+    awake.effects();
+    control::setActive(awake.app, false);
+    EXPECT_THAT(awake.effects({"assertionCreate", "assertionRelease"}), IsEmpty());
 
     Controlled hider(variants::cursorHider);
     ASSERT_EQ(control::setSetting(hider.app, "stay-hidden", "on"), control::Refusal::none);

@@ -255,6 +255,14 @@ TEST(ChangedSetting, TakesEffectAtOnce) {
     EXPECT_EQ(entry(program, "CTRLALTCMDText").state, 0);
 }
 
+TEST(ChangedSetting, ThatIsSoAlreadyChangesNothingOnTheScreen) {
+    Controlled awake(variants::keepAwake);
+    awake.effects();
+    EXPECT_EQ(control::setSetting(awake.app, "active", "on"), Refusal::none);
+    EXPECT_EQ(control::resetSetting(awake.app, "active"), Refusal::none);
+    EXPECT_THAT(awake.effects({"assertionCreate", "assertionRelease", "timer"}), IsEmpty());
+}
+
 TEST(ChangedSetting, OfTheSwitchOnOneMonitorDoesNotEndTheProgram) {
     Controlled program;
     program.plug(oneMonitor);

@@ -74,7 +74,7 @@ TEST(DecisionLog, WritesFourLinesASecondAndCountsTheOthers) {
     Lines lines;
     double now = 100;
     DecisionLog log([&](std::string_view line) { lines.emplace_back(line); }, [&] { return now; });
-    const Decision decision{.at = {1919, 500}};
+    Decision decision{.at = {1919, 500}};
     const std::string plain = "held at 1919,500: no push crosses now";
     const auto decide = [&](int times) {
         for (int i = 0; i < times; ++i)
@@ -88,6 +88,10 @@ TEST(DecisionLog, WritesFourLinesASecondAndCountsTheOthers) {
     EXPECT_EQ(decide(5), (Lines{plain + " (7 before it left out)", plain, plain, plain}));
     now += 5;
     EXPECT_EQ(decide(1), (Lines{plain + " (1 before it left out)"}));
+    decide(10);
+    decision.outcome = Decision::Outcome::crossed;
+    EXPECT_EQ(decide(1),
+              (Lines{"crossed to 1919,500: step 0 px, 0 needed (7 before it left out)"}));
 }
 
 } // namespace

@@ -10,6 +10,7 @@ using platform::Point;
 using platform::Rect;
 using support::Spot;
 using x11tests::left;
+using x11tests::right;
 using x11tests::Session;
 using x11tests::X11Hold;
 
@@ -93,6 +94,19 @@ TEST_F(X11Hold, EndsWhenNothingIsToBeHeldAndWithTheService) {
     session.reset();
     hand->relative(1100, 0);
     EXPECT_EQ(eye->cursor(), (Spot{2000, 500}));
+}
+
+TEST_F(X11Hold, GoesAlongToTheScreenThatTheProgramPutsTheCursorOn) {
+    start();
+    hold();
+    session->pointer.holdInside(right);
+    session->pointer.warp({2560, 568});
+    session->sync();
+    EXPECT_EQ(eye->cursor(), (Spot{2560, 568}));
+    hand->relative(-1100, 0);
+    EXPECT_EQ(eye->cursor(), (Spot{1920, 568}));
+    runPastScroll();
+    EXPECT_EQ(seen.back().location, (Point{1460, 568})) << "the push, from where it was put";
 }
 
 TEST_F(X11Hold, DoesNotTrapTheCursorOnAScreenThatIsNoMore) {
