@@ -26,6 +26,7 @@ bool holdsOtherNames(const std::string& path) {
 const Keys otherWords = {"BUTANGOLO",
                          "BUTLATO",
                          "CHECK_",
+                         "DBUS_SESSION_BUS_ADDRESS",
                          "HOME",
                          "KORVADIN",
                          "NULL",
@@ -35,6 +36,7 @@ const Keys otherWords = {"BUTANGOLO",
                          "QT_XCB_GL_INTEGRATION",
                          "RATE_",
                          "TERMINATEHELPER",
+                         "XDG_RUNTIME_DIR",
                          "YES"};
 
 std::string withoutComments(const std::string& source) {
