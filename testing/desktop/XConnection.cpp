@@ -54,7 +54,7 @@ bool XConnection::keyboardIsGrabbed() const {
     return !isFree;
 }
 
-void XConnection::minimiseLargeWindows(int widerThan) const {
+void XConnection::minimiseWindows(int widerThan, int narrowerThan) const {
     constexpr std::uint32_t iconicState = 3, mostWindows = 1024;
     const auto list =
         own(xcb_get_property_reply(connection,
@@ -66,7 +66,7 @@ void XConnection::minimiseLargeWindows(int widerThan) const {
     for (std::uint32_t i = 0; i < list->value_len; ++i) {
         const auto size = own(
             xcb_get_geometry_reply(connection, xcb_get_geometry(connection, windows[i]), nullptr));
-        if (!size || size->width <= widerThan) continue;
+        if (!size || size->width <= widerThan || size->width >= narrowerThan) continue;
         xcb_client_message_event_t event{};
         event.response_type = XCB_CLIENT_MESSAGE;
         event.format = 32;

@@ -47,9 +47,9 @@ class XConnection {
     /// Whether somebody has the keyboard for himself, as an open menu does.
     bool keyboardIsGrabbed() const;
 
-    /// Asks the window manager to minimise the windows that it manages and that are wider than so
-    /// many pixels.
-    void minimiseLargeWindows(int widerThan) const;
+    /// Asks the window manager to minimise the windows that it manages and whose width is between
+    /// these, in pixels.
+    void minimiseWindows(int widerThan, int narrowerThan = 1 << 16) const;
 
     /// Returns after the server has carried out everything that was sent here; the events that it
     /// caused up to then are in the queue.

@@ -59,7 +59,7 @@ bool Popup::isShown() const {
 }
 
 void Popup::minimise() {
-    x.minimiseLargeWindows(200);
+    x.minimiseWindows(200, 1000); // what covers it stays
 }
 
 bool Popup::isGone() {

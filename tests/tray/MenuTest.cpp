@@ -285,7 +285,7 @@ TEST_F(MinimisedWindow, OfInformationComesBackByAClickOnTheIcon) {
     spawn({.more = {{"CHECK_0", desktop::text("0")}}});
     ASSERT_TRUE(isShownSoon()) << program->errors();
     const Area icon = waitForPanel(Edge::top);
-    x.minimiseLargeWindows(smallest);
+    x.minimiseWindows(smallest);
     ASSERT_TRUE(isShownSoon(false));
     clickOn(icon);
     EXPECT_TRUE(isShownSoon());
@@ -300,7 +300,7 @@ TEST_F(MinimisedWindow, OfAnAlertComesBackByAClickOnTheIcon) {
     const Area icon = waitForPanel(Edge::top);
     choose(2); // the shortcut
     ASSERT_TRUE(isShownSoon());
-    x.minimiseLargeWindows(smallest);
+    x.minimiseWindows(smallest);
     ASSERT_TRUE(isShownSoon(false));
     clickOn(icon);
     EXPECT_TRUE(isShownSoon());
