@@ -134,7 +134,8 @@ TEST_F(X11Hold, TellsWhereACursorBesideTheScreenIsStopped) {
     EXPECT_EQ(seen.back().location.y, 500 - 1024);
 }
 
-// Each frame would ask once more.
+// Each frame would ask once more. So does a rest between two pushes, which a busy machine makes:
+// then it is tried again.
 TEST_F(X11Hold, AsksNothingWhereABarrierTellsThePlace) {
     start();
     hold();
@@ -143,22 +144,27 @@ TEST_F(X11Hold, AsksNothingWhereABarrierTellsThePlace) {
     runPastScroll();
     hand->relative(0, 1);
     runPastScroll();
-    constexpr int pushes = 20;
-    const auto requests = [this] {
-        return xcb_no_operation(session->inputConnection.xcb()).sequence;
-    };
     int warps = 0;
     answer = [&](const InputEvent& event) {
         if (left.contains(event.location)) return;
         ++warps;
         putBack(event);
     };
-    const auto before = requests();
-    for (int i = 1; i <= pushes; ++i) {
-        hand->relative(5, 0);
-        ASSERT_TRUE(session->loop.runUntil([&] { return warps == i; }));
+    const auto requests = [this] {
+        return xcb_no_operation(session->inputConnection.xcb()).sequence;
+    };
+    constexpr unsigned pushes = 20, tries = 20;
+    unsigned sent = 0;
+    for (unsigned i = 0; i < tries && sent != pushes + 1; ++i) {
+        const auto before = requests();
+        for (const int goal = warps + static_cast<int>(pushes); warps < goal;) {
+            const int next = warps + 1;
+            hand->relative(5, 0);
+            ASSERT_TRUE(session->loop.runUntil([&] { return warps == next; }));
+        }
+        sent = requests() - before;
     }
-    EXPECT_EQ(requests() - before, static_cast<unsigned>(pushes) + 1) << "the warps alone";
+    EXPECT_EQ(sent, pushes + 1) << "the warps alone";
 }
 
 TEST_F(X11Hold, TellsWhichButtonsAreDownInAPush) {
