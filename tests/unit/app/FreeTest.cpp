@@ -262,6 +262,7 @@ TEST(Free, LetsTheOtherProductsRestToo) {
     Controlled awake(variants::keepAwake);
     awake.effects();
     control::free(awake.app, 10);
+    control::free(awake.app, 10);
     EXPECT_EQ(awake.effects({"assertionCreate", "assertionRelease"}).size(), 1U);
     awake.platform.advance(10);
     EXPECT_EQ(awake.effects({"assertionCreate"}).size(), 1U);

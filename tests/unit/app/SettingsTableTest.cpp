@@ -88,6 +88,13 @@ TEST(SettingsList, SaysOfAFreshInstallationThatAllButTheShortcutAreDefaults) {
     }
 }
 
+TEST(SettingsList, BeforeTheStartReadsWhatIsStored) {
+    Program program(variants::barrier);
+    EXPECT_EQ(control::setting(program.app, "darkness")->value, "0");
+    EXPECT_EQ(control::setting(program.app, "active")->value, "off");
+    EXPECT_EQ(control::setting(program.app, "shortcut")->value, "⌃⌘K");
+}
+
 TEST(SettingText, IsInTheUsersUnits) {
     Controlled barrier;
     EXPECT_EQ(valueOf(barrier, "darkness"), "75");
