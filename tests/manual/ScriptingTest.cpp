@@ -67,6 +67,12 @@ bool isAsShown(const std::string& text, const std::string& shown) {
     return ::fnmatch(replaced(pattern, "…", "*").c_str(), text.c_str(), 0) == 0;
 }
 
+const platform::JsonValue& memberOf(const platform::JsonValue& object, const char* name) {
+    const auto* const found = object.member(name);
+    if (found == nullptr) throw std::runtime_error(std::string("no member ") + name);
+    return *found;
+}
+
 struct Scripting : BusStage, testing::Test {
     Scripting() {
         startBusWithServices();
@@ -144,10 +150,10 @@ TEST(ScriptingDocument, IsNotMatchedBySomethingElse) {
 TEST_F(Scripting, WaybarsModuleFollowsInJson) {
     typed("palisor on");
     const auto config = platform::json::read(blocks("json").at(0), 10);
+    const platform::JsonValue& module = memberOf(config, "custom/palisor");
     const auto text = [](const platform::JsonValue& object, const char* member) {
-        return std::get<std::string>(object.member(member)->held);
+        return std::get<std::string>(memberOf(object, member).held);
     };
-    const platform::JsonValue& module = *config.member("custom/palisor");
     EXPECT_EQ(text(module, "return-type"), "json");
     const auto child = shell(text(module, "exec"));
     EXPECT_TRUE(child->waitForText("\"on\"}\n"));
