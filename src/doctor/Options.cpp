@@ -9,7 +9,6 @@ namespace doctor {
 namespace {
 
 constexpr std::string_view ending = "-doctor";
-constexpr std::string_view productOption = "--product";
 
 std::string listOf(const std::vector<std::string>& products) {
     std::string list;
@@ -37,28 +36,27 @@ Options parseOptions(const std::vector<std::string>& arguments,
                      const std::vector<std::string>& products) {
     Options options;
     if (!arguments.empty()) options.product = productOf(arguments.front());
-    for (std::size_t i = 1; i < arguments.size(); ++i) {
-        const std::string_view word = arguments[i];
-        if (word == "--json") {
-            options.json = true;
-        } else if (word == "--rescue") {
-            options.rescue = true;
-        } else if (word == "--help" || word == "-h") {
-            options.help = true;
-        } else if (word == "--version" || word == "-V") {
-            options.version = true;
-        } else if (word == productOption && i + 1 < arguments.size()) {
-            options.product = inSmallLetters(arguments[++i]);
-        } else if (word.starts_with(productOption) && word.substr(productOption.size())[0] == '=') {
-            options.product = inSmallLetters(std::string(word.substr(productOption.size() + 1)));
-        } else if (word == productOption) {
-            options.error = "--product needs one of " + listOf(products);
-            return options;
-        } else {
+    std::vector<const char*> words;
+    for (const std::string& argument : arguments)
+        words.push_back(argument.c_str());
+    const int count = static_cast<int>(words.size());
+    for (int i = 1; i < count; ++i) {
+        const auto* const option = findOption(optionTable, words[i]);
+        if (option == nullptr) {
             options.error =
-                "unknown option " + std::string(word) + " (--help lists the known ones)";
+                "unknown option " + std::string(words[i]) + " (--help lists the known ones)";
             return options;
         }
+        if (option->flag != nullptr) {
+            options.*option->flag = true;
+            continue;
+        }
+        const auto value = optionValue(*option, count, words.data(), i);
+        if (!value) {
+            options.error = "--product needs one of " + listOf(products);
+            return options;
+        }
+        options.product = inSmallLetters(std::string(*value));
     }
     if (std::ranges::find(products, options.product) == products.end())
         options.error =
@@ -67,21 +65,8 @@ Options parseOptions(const std::vector<std::string>& arguments,
 }
 
 std::string usage(const std::vector<std::string>& products) {
-    return "Usage: palisor-doctor [--product NAME] [--json] [--rescue] [--help] [--version]\n"
-           "\n"
-           "Tells what of this desktop keeps the product from working, and how to mend it. "
-           "Nothing\n"
-           "is changed without --rescue. Ends with 0 where all is well, and with 1 otherwise.\n"
-           "\n"
-           "  --product NAME   the product instead of the one that the command is named after:\n"
-           "                   " +
-           listOf(products) +
-           "\n"
-           "  --json           for a bug report, without names and paths of yours\n"
-           "  --rescue         mend what a program that died or hangs has left: dark monitors, a\n"
-           "                   held or hidden cursor, entries that start a program that is gone\n"
-           "  -h, --help       print this and end\n"
-           "  -V, --version    print the product and its version and end\n";
+    return usageLines("palisor-doctor", optionTable) + "\n" + helpLines("", purpose, 0) + "\n" +
+           optionLines(optionTable, listOf(products));
 }
 
 } // namespace doctor

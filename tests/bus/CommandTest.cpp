@@ -1,5 +1,6 @@
 #include "bus/Stage.h"
 #include "platform/json/Parser.h"
+#include "program/client/Commands.h"
 
 #include <fstream>
 #include <gmock/gmock.h>
@@ -73,7 +74,8 @@ TEST_F(Commands, FreeLeavesTheCursorFreeForAsLongAsIsSaid) {
     expectSilent(command({"free", "0"}));
     EXPECT_EQ(freed(), 0U);
     expectSilent(command({"free"}));
-    EXPECT_GT(freed(), 30U);
+    EXPECT_LE(freed(), client::usualFreeing);
+    EXPECT_GT(freed(), 10U) << "thirty, less what a busy machine takes";
     EXPECT_THAT(command({"status"}).output, HasSubstr(" s\n"));
     for (const char* wrong : {"soon", "90000", "1.5", "-"})
         expectRefused(command({"free", wrong}), 2, "whole seconds");

@@ -70,6 +70,12 @@ TEST(Words, AreAsManyAsTheCommandTakes) {
                 testing::ElementsAre("--rescue"));
 }
 
+TEST(Help, TellsForHowLongTheCursorIsFreeUnlessTold) {
+    EXPECT_EQ(usualFreeing, 30U);
+    EXPECT_THAT(std::string(find(commands, "free")->help),
+                HasSubstr(" " + std::to_string(usualFreeing) + " s unless told"));
+}
+
 TEST(Help, FitsAScreenAndHasEveryCommandAndStatus) {
     const std::string help = usage("calendar-alerts");
     EXPECT_LE(std::ranges::count(help, '\n'), 24);

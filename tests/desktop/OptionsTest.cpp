@@ -2,6 +2,7 @@
 #include "testing/desktop/Product.h"
 
 #include <gtest/gtest.h>
+#include <sstream>
 
 // What a person types into a terminal. It needs no display.
 
@@ -38,8 +39,23 @@ TEST(Options, AreExplainedUnderTheNameThatTheProgramIsCalledBy) {
     EXPECT_TRUE(answer({"orbisant", "--help"}).starts_with("Usage: orbisant [--product NAME]"));
     EXPECT_TRUE(answer({"palisor", "--help"}).starts_with("Usage: palisor [--product NAME]"));
     // The second line stands under the first.
-    EXPECT_NE(answer({"palisor-tray", "-h"}).find("\n                    [--at-login]"),
+    EXPECT_NE(answer({"palisor-tray", "-h"}).find("\n                    [--calendar DIR]"),
               std::string::npos);
+}
+
+TEST(Options, AreExplainedOnAScreenOf80By24) {
+    for (const auto& command :
+         std::vector<std::vector<std::string>>{{"palisor", "--help"},
+                                               {"calendar-alerts", "-h"},
+                                               {"palisor-tray", "--help"},
+                                               {"palisor-doctor", "--help"}}) {
+        std::istringstream lines(answer(command));
+        int count = 0;
+        for (std::string line; std::getline(lines, line); ++count)
+            EXPECT_LE(line.size(), 80U) << command.front() << ": " << line;
+        EXPECT_GT(count, 10) << command.front();
+        EXPECT_LE(count, 24) << command.front();
+    }
 }
 
 } // namespace

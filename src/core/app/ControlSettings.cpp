@@ -15,8 +15,6 @@ using platform::Value;
 
 namespace {
 
-constexpr int wholeShare = 100; // in percent
-
 std::string lowered(std::string_view text) {
     std::string low(text);
     std::ranges::transform(low, low.begin(), [](char c) {
@@ -35,38 +33,17 @@ std::string_view withoutBlanks(std::string_view text) {
 // ---- from what is stored ------------------------------------------------------------------------
 
 std::string shown(const AppDelegate& app, const Setting& setting, const Value* stored) {
-    switch (setting.kind) {
-    case Setting::Kind::flag: {
-        const bool value = stored != nullptr && platform::boolValue(*stored);
-        return value != setting.inverted ? "on" : "off";
-    }
-    case Setting::Kind::number: {
-        const int value = stored == nullptr ? 0 : platform::intValue(*stored);
-        if (setting.unit != Setting::Unit::percent) return std::to_string(value);
-        return std::to_string(std::lround(static_cast<double>(value) * wholeShare / setting.most));
-    }
-    case Setting::Kind::text:
-        return std::string(stored == nullptr ? "" : platform::stringValue(*stored).value_or(""));
-    case Setting::Kind::shortcut: {
-        const auto combination = Shortcut::fromValue(stored);
-        if (!combination) return "none";
-        const auto& hotKeys = app.services.hotKeys;
-        return hotKeys.modifierFlagsString(*combination) + hotKeys.keyCodeString(*combination);
-    }
-    }
-    return {};
-}
-
-std::string shownStandard(const AppDelegate& app, const Setting& setting) {
-    if (!setting.hasStandard(app.IDApp())) return shown(app, setting, nullptr);
-    const Value standard = setting.standardValue();
-    return shown(app, setting, &standard);
+    if (setting.kind != Setting::Kind::shortcut) return setting.shown(stored);
+    const auto combination = Shortcut::fromValue(stored);
+    if (!combination) return "none";
+    const auto& hotKeys = app.services.hotKeys;
+    return hotKeys.modifierFlagsString(*combination) + hotKeys.keyCodeString(*combination);
 }
 
 SettingState stateOf(const AppDelegate& app, const Setting& setting) {
     SettingState seen{.setting = &setting,
                       .value = shown(app, setting, app.services.settings.object(setting.key))};
-    seen.isDefault = seen.value == shownStandard(app, setting);
+    seen.isDefault = seen.value == setting.shownStandard(app.IDApp());
     return seen;
 }
 
@@ -103,10 +80,9 @@ Parsed parsedNumber(const Setting& setting, std::string_view text) {
     const auto [rest, error] = std::from_chars(text.data(), end, number);
     if (error == std::errc::result_out_of_range) return refused(Refusal::outOfRange);
     if (error != std::errc() || rest != end) return refused(Refusal::wrongType);
-    if (number < (isPercent ? 0 : setting.least) ||
-        number > (isPercent ? wholeShare : setting.most))
-        return refused(Refusal::outOfRange);
-    if (isPercent) number = std::lround(static_cast<double>(number) * setting.most / wholeShare);
+    const auto [least, most] = setting.range();
+    if (number < least || number > most) return refused(Refusal::outOfRange);
+    if (isPercent) number = std::lround(static_cast<double>(number) * setting.most / most);
     if (setting.form == Setting::Form::string) return {.value = Value{std::to_string(number)}};
     return {.value = Value{number}};
 }

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <string>
 
 namespace palisor {
@@ -26,6 +27,7 @@ constexpr Products withEdges{variants::cursorHider, variants::desktopSwitcher,
 constexpr Products withLevelEdges{variants::cursorHider, variants::wrapAround};
 constexpr Products withPush{variants::desktopSwitcher, variants::wrapAround, variants::barrier};
 
+constexpr int wholeShare = 100; // in percent
 constexpr int longestHideAfter = 30;
 constexpr int strongestPush = 100;
 constexpr int thirtyDays = 30 * 24 * 60 * 60;
@@ -167,6 +169,36 @@ Value Setting::standardValue() const {
     if (form == Form::string || kind == text) return Value{std::string(standard)};
     const std::int64_t stored = platform::intValue(Value{std::string(standard)});
     return kind == number ? Value{stored} : Value{stored != 0};
+}
+
+std::string Setting::shown(const Value* stored) const {
+    switch (kind) {
+    case flag: {
+        const bool value = stored != nullptr && platform::boolValue(*stored);
+        return value != inverted ? "on" : "off";
+    }
+    case number: {
+        const int value = stored == nullptr ? 0 : platform::intValue(*stored);
+        if (unit != Unit::percent) return std::to_string(value);
+        return std::to_string(std::lround(static_cast<double>(value) * wholeShare / most));
+    }
+    case text:
+        return std::string(stored == nullptr ? "" : platform::stringValue(*stored).value_or(""));
+    case shortcut:
+        return "none";
+    }
+    return {};
+}
+
+std::string Setting::shownStandard(int variant) const {
+    if (!hasStandard(variant)) return shown(nullptr);
+    const Value standardStored = standardValue();
+    return shown(&standardStored);
+}
+
+std::pair<int, int> Setting::range() const {
+    if (unit == Unit::percent) return {0, wholeShare};
+    return {least, most};
 }
 
 std::span<const Setting> settingsTable() {

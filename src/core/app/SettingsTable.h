@@ -5,7 +5,9 @@
 #include <initializer_list>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
+#include <utility>
 
 // The settings that a user can change, in one table: what the program registers as defaults, what
 // it lists and accepts from outside, and what its manual says come from here.
@@ -63,6 +65,16 @@ struct Setting {
     }
     /// The default in its stored form.
     platform::Value standardValue() const;
+
+    // In the user's units, as text that is taken back. A shortcut is told by who knows the keys:
+    // here each is "none".
+
+    /// Null for what is not stored.
+    std::string shown(const platform::Value* stored) const;
+    /// What the product reads where nobody has set it.
+    std::string shownStandard(int variant) const;
+    /// The first and the last number that is taken.
+    std::pair<int, int> range() const;
 };
 
 /// All of them; defaults are registered, and written by the first run, in this order.

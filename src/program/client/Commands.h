@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <string>
 #include <string_view>
 
 // What the command line knows, in tables: help, and whatever else tells of it, is made from these.
@@ -45,13 +46,22 @@ inline constexpr std::array<Command, 11> commands = {
      {"off", "", "switch off"},
      {"toggle", "", "switch over; on, where the program does not run yet"},
      {"status", "", "print what it does at the moment", 0, 0, true},
-     {"free", "[SECONDS]", "leave the cursor free, 60 s unless told; 0 ends that", 0, 1},
+     {"free", "[SECONDS]", "leave the cursor free, 30 s unless told; 0 ends that", 0, 1},
      {"cross", "MONITOR", "put the cursor onto that monitor", 1, 1},
      {"menu", "", "open the menu"},
      {"settings", "[list]", "print them; or: get NAME, set NAME VALUE, reset NAME", 0, 3, true},
      {"watch", "", "print the state, and then one line a change", 0, 0, true},
      {"doctor", "", "look for what keeps it from working on this desktop", 0, 16, true},
      {"quit", "", "end the program"}}};
+
+/// "cross MONITOR"
+inline std::string synopsis(const Command& command) {
+    return std::string(command.name) +
+           (command.arguments.empty() ? "" : " " + std::string(command.arguments));
+}
+
+/// What `free` without a number asks for, in seconds.
+inline constexpr unsigned usualFreeing = 30;
 
 struct SettingsWord {
     std::string_view name;

@@ -16,7 +16,6 @@ namespace {
 using platform::json::Member;
 
 constexpr std::chrono::seconds startPatience{10};
-constexpr unsigned usualFreeing = 60;
 
 struct SeenSetting {
     std::string key, name, kind, value;

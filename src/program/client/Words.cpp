@@ -1,5 +1,6 @@
 #include "program/client/Words.h"
 
+#include "program/Options.h"
 #include "program/Products.h"
 
 #include <numeric>
@@ -9,8 +10,6 @@ namespace client {
 namespace {
 
 constexpr std::string_view productOption = "--product";
-// Those options of the program that take a word of their own.
-constexpr std::string_view withValue[] = {"--hold", "--record", "--calendar"};
 
 template <class Table>
 std::vector<std::string_view> namesOf(const Table& table) {
@@ -74,23 +73,6 @@ std::size_t distance(std::string_view from, std::string_view to) {
     return row.back();
 }
 
-std::string padded(std::string text, std::size_t width) {
-    text.resize(std::max(width, text.size()), ' ');
-    return text;
-}
-
-/// In lines of a terminal, broken behind commas; the further ones begin that far to the right.
-std::string wrapped(std::string text, std::size_t indent) {
-    constexpr std::size_t columns = 79;
-    std::string lines;
-    while (text.size() > columns) {
-        const std::size_t comma = text.rfind(", ", columns - 1);
-        lines += text.substr(0, comma + 1) + "\n";
-        text = std::string(indent, ' ') + text.substr(comma + 2);
-    }
-    return lines + text + "\n";
-}
-
 } // namespace
 
 std::string_view nearest(std::string_view word, const std::vector<std::string_view>& right) {
@@ -113,19 +95,19 @@ Words parse(int argc, const char* const* argv) {
         const std::string_view word = argv[index];
         if (words.command && words.command->name == "doctor" && word != productOption) {
             words.arguments.emplace_back(word);
-        } else if (word == productOption) {
-            if (++index == argc)
+        } else if (const auto* const own = findOption(options, word)) {
+            if (own->flag != nullptr) {
+                words.*own->flag = true;
+                continue;
+            }
+            const auto name = optionValue(*own, argc, argv, index);
+            if (!name)
                 throw Failure{Exit::wrongUsage, "--product needs one of " + products::list()};
-            setProduct(words, argv[index]);
-        } else if (word.starts_with(productOption) && word[productOption.size()] == '=') {
-            setProduct(words, word.substr(productOption.size() + 1));
-        } else if (word == "--help" || word == "-h") {
-            words.help = true;
-        } else if (word == "--json") {
-            words.json = true;
+            setProduct(words, *name);
         } else if (word.starts_with('-') && word.size() > 1 && !words.command) {
             forTheProgram = true;
-            if (std::ranges::count(withValue, word) > 0) ++index;
+            const auto* const option = findOption(programOptions, word);
+            if (option && option->flag == nullptr && word == option->name) ++index;
         } else if (!words.command) {
             words.command = find(commands, word);
             if (!words.command) throw unknown("command", word, commands);
@@ -146,19 +128,14 @@ std::string usage(std::string_view calledBy) {
     const std::string name(calledBy);
     std::string text = "Usage: " + name + " [--product NAME] [--json] COMMAND\n       " + name +
                        " [OPTIONS]   start it; palisor-tray --help lists them\n\n";
-    for (const Command& command : commands) {
-        std::string left = "  " + std::string(command.name);
-        if (!command.arguments.empty()) left += " " + std::string(command.arguments);
-        text += padded(left, 19) + std::string(command.help) + "\n";
-    }
-    text += "\n" + wrapped("  --product NAME   " + products::list(), 19) +
-            "  --json           print JSON, where anything is printed\n"
-            "  -h, --help       print this and end\n\n";
+    for (const Command& command : commands)
+        text += helpLines("  " + synopsis(command), command.help, 19);
+    text += "\n" + optionLines(options, products::list()) + "\n";
     std::string statuses;
     for (const ExitMeaning& exit : exits)
-        statuses += (statuses.empty() ? "Exit status: " : ", ") +
-                    std::to_string(static_cast<int>(exit.status)) + " " + std::string(exit.meaning);
-    return text + wrapped(statuses + ".", 2);
+        statuses += (statuses.empty() ? "" : "; ") + std::to_string(static_cast<int>(exit.status)) +
+                    " " + std::string(exit.meaning);
+    return text + helpLines("Exit status:", statuses + ".", 2);
 }
 
 } // namespace client

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "program/OptionTable.h"
 #include "program/client/Commands.h"
 
 #include <string>
@@ -22,6 +23,12 @@ struct Words {
     bool help = false;
     bool json = false;
 };
+
+/// Those that go with a command.
+inline constexpr std::array<OptionRow<Words>, 3> options = {
+    {{{"--product", "", "NAME", "the product to ask"}},
+     {{"--json", "", "", "print JSON, where anything is printed"}, &Words::json},
+     {{"--help", "-h", "", "print this and end"}, &Words::help}}};
 
 /// Throws Failure for a command line that makes no sense. One without a command is the program's,
 /// and not looked at any further.

@@ -16,10 +16,11 @@ using testing::IsEmpty;
 using Keys = std::set<std::string>;
 
 /// Names of settings and of fields are written like the keys of texts, and so is much of what the
-/// command line says, which is English everywhere.
+/// command line and the manual say, which are English everywhere.
 bool holdsOtherNames(const std::string& path) {
     return path == "core/app/Keys.h" || path == "core/app/Fields.h" ||
-           path.starts_with("doctor/") || path.starts_with("program/client/");
+           path.starts_with("doctor/") || path.starts_with("program/client/") ||
+           path.starts_with("program/manual/") || path.starts_with("program/Option");
 }
 
 /// Written like the key of a text, and none.
