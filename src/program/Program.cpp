@@ -196,10 +196,8 @@ platform::qt::Accessory* Program::accessory(const std::string& name, QWidget* pa
 }
 
 void Program::tellFailures() {
-    tray->onMissing([this] {
-        notices.tell("NO_TRAY", "NO_TRAY_TEXT", bundle.displayName());
-        productObject.capabilitiesChanged();
-    });
+    tray->onMissing([this] { notices.tell("NO_TRAY", "NO_TRAY_TEXT", bundle.displayName()); });
+    tray->onPlaceChange([this] { productObject.capabilitiesChanged(); });
     settings.onSetAside([this](const std::string& file) {
         notices.tell("NOTICE_SETTINGS_ASIDE", "NOTICE_SETTINGS_ASIDE_TEXT", file);
     });
