@@ -81,6 +81,11 @@ Message RandomCalls::next(sd_bus* caller) {
             return sd_bus_message_append(made, "sv", "Active", "b", below(2)) < 0 ? nullptr
                                                                                   : std::move(call);
     }
+    // Most names go with values of some kind.
+    if (member == "SetSetting" && arguments == "ss" && below(8) > 0) {
+        if (sd_bus_message_append(made, "ss", word().c_str(), value().c_str()) < 0) return nullptr;
+        arguments.clear();
+    }
     while (!arguments.empty()) {
         const auto end = endOfFirst(arguments);
         if (!append(made, arguments.substr(0, end))) return nullptr;
@@ -117,7 +122,8 @@ std::string RandomCalls::value() {
     case 0:
         return pick({"on", "off", "YES", "no", "true", "False", " 1 ", "0"});
     case 1:
-        return std::to_string(below(120)) + pick({"", "%", "s", " %", "x"});
+        return std::to_string(below(below(3) == 0 ? 100'000 : 120)) +
+               pick({"", "%", "s", " %", "x"});
     case 2:
         return pick({"none", "Ctrl+Super+K", "Ctrl+Alt+F2", "K", "Shift+K", "Super+", "+",
                      "Ctrl+Ctrl", "-1", "99999999999999999999", "-99999999999999999999", "1e3",
