@@ -1,4 +1,5 @@
 #include "Meters.h"
+#include "bus/Flood.h"
 #include "testing/desktop/Product.h"
 #include "testing/desktop/Watcher.h"
 
@@ -309,12 +310,37 @@ void latencyRows() {
     row("from a motion to the marker at the cursor, crosshair", "17 ms", follow());
 }
 
+/// How long the cursor that a mouse has moved across the edge is there, while somebody asks the
+/// program that many times a second over the bus.
+std::string putBack(double callsASecond) {
+    Contest contest(Way::warped);
+    Product& product = contest.product;
+    std::optional<desktop::Flood> flood;
+    if (callsASecond > 0) {
+        flood.emplace(product.desktop.environment().at("DBUS_SESSION_BUS_ADDRESS"), callsASecond);
+        desktop::waitUntil([&] { return flood->answered > 1000; });
+    }
+    constexpr int tries = 40;
+    const auto act = [&](int i) {
+        product.moveNextTo(0, 1);
+        Contest::rest(i % 17); // so that the event comes somewhere in a frame
+        product.hand.relative(60, 0);
+    };
+    return longest(tries, act, [&] { return product.cursorIsOn(0); });
+}
+
+void floodRows() {
+    row("from the other side to the put-back", "17 ms", "", putBack(0));
+    row("the same, 10000 calls a second over the bus", "17 ms more", "", putBack(10'000));
+}
+
 } // namespace
 
 int main(int count, char** arguments) {
     constexpr std::pair<std::string_view, void (*)()> groups[] = {
         {"outside", outsideRows}, {"places", placesRows},        {"cost", costRows},
-        {"idle", idleRow},        {"thresholds", thresholdRows}, {"latency", latencyRows}};
+        {"idle", idleRow},        {"thresholds", thresholdRows}, {"latency", latencyRows},
+        {"flood", floodRows}};
     if (count > 1) seconds = std::atof(arguments[1]);
     const std::string_view wanted = count > 2 ? arguments[2] : "";
     row("", "required", "palisor", "palisor --hold off", "bare client, warps");

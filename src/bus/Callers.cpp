@@ -52,7 +52,8 @@ int Callers::decide(sd_bus_message& message) {
         found->second.name = sender;
         if (!ask(found->second)) {
             callers.erase(found);
-            return sd_bus_reply_method_errorf(&message, errors::notTheUser, "%s", refusal);
+            (void)sd_bus_reply_method_errorf(&message, errors::notTheUser, "%s", refusal);
+            return 1; // also where no answer is expected, and none was sent
         }
     }
     Caller& caller = found->second;

@@ -4,7 +4,6 @@
 #include "bus/Names.h"
 
 #include <cmath>
-#include <cstdio>
 
 namespace bus {
 
@@ -31,10 +30,10 @@ std::string text(sd_bus_message& call) {
 int refuse(sd_bus_message& call, Refusal why, const std::string& setting) {
     struct Words {
         const char* error;
-        const char* sentence; ///< with the setting's name in it
+        std::string_view sentence; ///< with the setting's name for the "%s"
     };
     static constexpr Words words[] = {
-        {nullptr, nullptr},
+        {nullptr, {}},
         {errors::unknownSetting, "There is no setting \"%s\"."},
         {errors::wrongType, "That is not the kind of value that \"%s\" takes."},
         {errors::outOfRange, "That is outside of the range of \"%s\"."},
@@ -43,9 +42,10 @@ int refuse(sd_bus_message& call, Refusal why, const std::string& setting) {
         {errors::notPossible, "The combination for \"%s\" is in use already."},
         {errors::notPossible, "This product needs the shortcut that \"%s\" is."}};
     const Words& chosen = words[static_cast<std::size_t>(why)];
-    char sentence[512];
-    (void)std::snprintf(sentence, sizeof sentence, chosen.sentence, setting.c_str());
-    return sd_bus_reply_method_errorf(&call, chosen.error, "%s", sentence);
+    // Whole: of a text that ends amid a letter the library makes no answer.
+    std::string sentence(chosen.sentence);
+    sentence.replace(sentence.find("%s"), 2, setting);
+    return sd_bus_reply_method_errorf(&call, chosen.error, "%s", sentence.c_str());
 }
 
 int answer(sd_bus_message& call, Refusal why, const std::string& setting) {

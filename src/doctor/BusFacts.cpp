@@ -1,12 +1,15 @@
 #include "doctor/BusFacts.h"
 
-#include <algorithm>
+#include "bus/Names.h"
+#include "program/client/Seen.h"
+
 #include <cstdint>
 #include <deque>
 #include <functional>
 #include <memory>
 #include <string_view>
 #include <systemd/sd-bus.h>
+#include <utility>
 
 namespace doctor {
 
@@ -113,6 +116,15 @@ void note(BusFacts& facts, std::string_view name, bool ServiceFacts::*which) {
     if (name.starts_with(calendar)) facts.calendar.*which = true;
 }
 
+ProgramTells toldIn(sd_bus_message* properties) {
+    client::Seen seen;
+    (void)seen.take(properties);
+    ProgramTells told{.shortcut = seen.shortcut};
+    for (client::SeenCapability& one : seen.capabilities)
+        told.capabilities.push_back({std::move(one.id), one.available, std::move(one.reason)});
+    return told;
+}
+
 // Its main loop answers, so that a program that hangs does not. Whether it knows the question does
 // not matter: what the bus answers in its stead has no sender with a number.
 void askProgram(Questions& questions, const std::string& identifier, BusFacts& facts) {
@@ -123,15 +135,14 @@ void askProgram(Questions& questions, const std::string& identifier, BusFacts& f
         if (!isFailure(reply) && sd_bus_message_read(reply, "u", &process) > 0)
             facts.program = static_cast<pid_t>(process);
     });
-    std::string path = "/" + identifier;
-    std::ranges::replace(path, '.', '/');
-    std::ranges::replace(path, '-', '_');
-    questions.ask(questions.call(identifier.c_str(), path.c_str(),
-                                 "org.freedesktop.DBus.Introspectable", "Introspect"),
-                  [&facts](sd_bus_message* reply) {
-                      const char* const sender = sd_bus_message_get_sender(reply);
-                      facts.programAnswers = sender != nullptr && sender[0] == ':';
-                  });
+    auto all = questions.call(identifier.c_str(), bus::objectPath(identifier).c_str(),
+                              "org.freedesktop.DBus.Properties", "GetAll");
+    if (all) sd_bus_message_append(all.get(), "s", bus::productInterface);
+    questions.ask(all, [&facts](sd_bus_message* reply) {
+        const char* const sender = sd_bus_message_get_sender(reply);
+        facts.programAnswers = sender != nullptr && sender[0] == ':';
+        if (!isFailure(reply)) facts.told = toldIn(reply);
+    });
 }
 
 } // namespace

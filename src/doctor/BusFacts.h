@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Capabilities.h"
+
 #include <chrono>
 #include <optional>
 #include <string>
@@ -11,6 +13,12 @@ namespace doctor {
 struct ServiceFacts {
     bool isThere = false;
     bool canStart = false; ///< the bus starts it when it is called
+};
+
+/// What the running program tells of itself.
+struct ProgramTells {
+    std::string shortcut{}; ///< as its menu writes it, empty for none
+    platform::Capabilities capabilities{};
 };
 
 /// What the session bus tells.
@@ -26,6 +34,7 @@ struct BusFacts {
     ServiceFacts calendar;
     std::optional<pid_t> program; ///< whose the product's name is
     bool programAnswers = false;
+    std::optional<ProgramTells> told{}; ///< nothing of one that knows no such question
 };
 
 /// Asks everything at once and starts no service. What has not come by the deadline is as if it

@@ -6,6 +6,7 @@
 #include "doctor/checks/Checks.h"
 #include "platform/linux/files/Installation.h"
 #include "platform/linux/system/SessionLanguage.h"
+#include "program/Printable.h"
 #include "strings/Strings.h"
 
 #include <algorithm>
@@ -52,7 +53,7 @@ int main(int argc, char** argv) {
         return 0;
     }
     if (options.error) {
-        (void)std::fprintf(stderr, "%s\n", options.error->c_str());
+        (void)std::fprintf(stderr, "%s\n", printable(*options.error).c_str());
         return wrongUsage;
     }
     ErrorLog log;

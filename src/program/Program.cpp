@@ -196,10 +196,8 @@ platform::qt::Accessory* Program::accessory(const std::string& name, QWidget* pa
 }
 
 void Program::tellFailures() {
-    tray->onMissing([this] {
-        notices.tell("NO_TRAY", "NO_TRAY_TEXT", bundle.displayName());
-        productObject.capabilitiesChanged();
-    });
+    tray->onMissing([this] { notices.tell("NO_TRAY", "NO_TRAY_TEXT", bundle.displayName()); });
+    tray->onPlaceChange([this] { productObject.capabilitiesChanged(); });
     settings.onSetAside([this](const std::string& file) {
         notices.tell("NOTICE_SETTINGS_ASIDE", "NOTICE_SETTINGS_ASIDE_TEXT", file);
     });
@@ -207,6 +205,7 @@ void Program::tellFailures() {
         notices.tell("NOTICE_SHORTCUT_TAKEN", "NOTICE_SHORTCUT_TAKEN_TEXT",
                      desk.hotKeys.modifierFlagsString(shortcut) +
                          desk.hotKeys.keyCodeString(shortcut));
+        productObject.capabilitiesChanged();
     });
     workspace.onNoOpener([this] { notices.tell("NOTICE_NO_OPENER", "NOTICE_NO_OPENER_TEXT"); });
     power.onNothingInhibited([this] { notices.tell("NOTICE_NOT_AWAKE", "NOTICE_NOT_AWAKE_TEXT"); });
@@ -250,6 +249,11 @@ platform::Capabilities Program::capabilities() const {
     all.push_back(
         {"tray", isInTray,
          isInTray ? "" : "The desktop has no tray: the command line does what it would."});
+    const auto shortcut =
+        platform::Shortcut::fromValue(settings.object(palisor::keys::customShortcut));
+    const bool isTaken = shortcut && desk.hotKeys.isTaken(*shortcut);
+    all.push_back({"shortcut", !isTaken,
+                   isTaken ? "Another program holds the shortcut, which does nothing here." : ""});
     return all;
 }
 

@@ -4,6 +4,7 @@
 #include "platform/qt/loop/QtDescriptors.h"
 #include "platform/qt/session/HiddenBus.h"
 #include "program/Options.h"
+#include "program/Printable.h"
 #include "program/Program.h"
 #include "program/bus/OneInstance.h"
 #include "strings/Strings.h"
@@ -81,7 +82,7 @@ int run(char* command, Session& session, ProductBundle& bundle, const Product& p
 int main(int argc, char** argv) {
     const auto [options, error] = parseOptions(argc, argv);
     if (error) {
-        (void)std::fprintf(stderr, "%s\n", error->c_str());
+        (void)std::fprintf(stderr, "%s\n", printable(*error).c_str());
         return wrongUsage;
     }
     if (options.help) {

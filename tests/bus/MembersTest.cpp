@@ -190,6 +190,17 @@ TEST_F(Members, CapabilitiesSayWhatTheDesktopAllowsAndWhyNot) {
     EXPECT_EQ(capability(*this, "darkness"), "yes ");
 }
 
+TEST_F(Members, CapabilitiesFollowATrayThatComesGoesAndComesBack) {
+    for (int times = 0; times < 2; ++times) {
+        const auto host = desktop.spawn("trayer");
+        ASSERT_TRUE(hearChange("Capabilities")) << host->errors();
+        EXPECT_EQ(capability(*this, "tray"), "yes ");
+        host->end();
+        ASSERT_TRUE(hearChange("Capabilities"));
+        EXPECT_THAT(capability(*this, "tray"), HasSubstr("no tray"));
+    }
+}
+
 TEST(MembersWithoutAHold, SayWhy) {
     BusStage stage;
     stage.start({.hold = false});

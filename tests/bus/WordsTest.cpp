@@ -1,4 +1,5 @@
 #include "program/client/Words.h"
+#include "program/Printable.h"
 
 #include <gmock/gmock.h>
 
@@ -7,7 +8,9 @@
 namespace client {
 namespace {
 
+using testing::AllOf;
 using testing::HasSubstr;
+using testing::Not;
 
 Words parsed(std::vector<const char*> words) {
     return parse(static_cast<int>(words.size()), words.data());
@@ -46,13 +49,27 @@ TEST(Words, WithoutACommandAreTheProgramsAndAValueIsNoCommand) {
 TEST(Words, ThatAreMistypedNameTheNearestRightOne) {
     const std::pair<const char*, const char*> mistyped[] = {
         {"of", "\"off\""},    {"togle", "\"toggle\""}, {"stat", "\"status\""},
-        {"exit", "\"quit\""}, {"cros", "\"cross\""},   {"Settings", "\"settings\""}};
+        {"mneu", "\"menu\""}, {"cros", "\"cross\""},   {"Settings", "\"settings\""}};
     for (const auto& [word, right] : mistyped) {
         const Failure failure = refused({"palisor", word});
         EXPECT_EQ(failure.status, Exit::wrongUsage);
         EXPECT_THAT(failure.sentence, HasSubstr(right));
     }
     EXPECT_THAT(refused({"palisor", "settings", "sett", "a", "b"}).sentence, HasSubstr("\"set\""));
+}
+
+TEST(Words, ThatAreNearNoRightOneOnlyPointToTheHelp) {
+    for (const char* word : {"frobnicate", "exit", "x", "no", "", "setting-the-table"}) {
+        const std::string sentence = refused({"palisor", word}).sentence;
+        EXPECT_THAT(sentence, AllOf(HasSubstr("\"" + std::string(word) + "\""), HasSubstr("--help"),
+                                    Not(HasSubstr("did you mean"))));
+    }
+    EXPECT_THAT(refused({"palisor", "settings", "abolish"}).sentence, HasSubstr("--help"));
+}
+
+TEST(Printable, IsWhatNoTerminalObeysAndIsOneLine) {
+    EXPECT_EQ(printable("o\nn\x1b[2J\x7f\t"), "o?n?[2J??");
+    EXPECT_EQ(printable("\xc3\xa4 \xf0"), "\xc3\xa4 \xf0");
 }
 
 TEST(Words, AreAsManyAsTheCommandTakes) {

@@ -152,6 +152,56 @@ TEST(Doctor, SaysWhoMayHoldTheShortcut) {
     expectTrouble(facts, "shortcut", "sxhkd, openbox", "record another one");
 }
 
+/// The program runs here and tells this.
+Facts factsWith(const ProgramTells& told) {
+    Facts facts = goodFacts();
+    facts.settings.shortcut = platform::Shortcut{14, platform::Shortcut::command};
+    facts.server.shortcut = "Super+E";
+    facts.running.process = facts.bus.program = 12;
+    facts.bus.programAnswers = true;
+    facts.bus.told = told;
+    return facts;
+}
+
+const ProgramTells allIsWell{
+    .shortcut = "Super+E",
+    .capabilities = {{"hold", true, ""}, {"tray", true, ""}, {"shortcut", true, ""}}};
+
+TEST(Doctor, AsksTheProgramWhetherItHoldsTheShortcut) {
+    ProgramTells told = allIsWell;
+    EXPECT_EQ(find(examine(factsWith(told)), "shortcut")->says, "Super+E is held by Palisor");
+    told.shortcut.clear();
+    EXPECT_EQ(find(examine(factsWith(told)), "shortcut")->says,
+              "Super+E is not claimed by Palisor");
+    told.capabilities[2] = {"shortcut", false, "Another program holds it."};
+    expectTrouble(factsWith(told), "shortcut", "held by another program", "record another one");
+    told.capabilities.resize(2); // an earlier version
+    EXPECT_EQ(find(examine(factsWith(told)), "shortcut")->says,
+              "Super+E, not tried while Palisor runs");
+}
+
+TEST(Doctor, AsksTheProgramWhetherTheTrayHasItsIcon) {
+    ProgramTells told = allIsWell;
+    EXPECT_NE(find(examine(factsWith(told)), "tray")->says.find("has that of Palisor"),
+              std::string::npos);
+    told.capabilities[1].available = false;
+    expectTrouble(factsWith(told), "tray", "has not found it", "start it again");
+    Facts facts = factsWith(told);
+    facts.bus.program = 13; // of another display
+    EXPECT_TRUE(isWell(examine(facts)));
+}
+
+TEST(Doctor, RepeatsWhatTheProgramSaysThatItCannotDo) {
+    ProgramTells told = allIsWell;
+    EXPECT_EQ(find(examine(factsWith(told)), "hold"), nullptr);
+    told.capabilities[0] = {"hold", false, "Switched off."};
+    const Report report = examine(factsWith(told));
+    ASSERT_NE(find(report, "hold"), nullptr);
+    EXPECT_EQ(find(report, "hold")->level, Level::note);
+    EXPECT_EQ(find(report, "hold")->says, "Switched off");
+    EXPECT_TRUE(isWell(report));
+}
+
 TEST(Doctor, TellsWhatIsWrongWithTheSettingsFile) {
     using File = SettingsFacts::File;
     Facts facts = goodFacts();

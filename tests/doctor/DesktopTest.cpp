@@ -192,8 +192,22 @@ TEST(Doctor, LeavesARunningProgramAloneAndFindsItWell) {
     const Visit seen = whole.visit();
     EXPECT_EQ(seen.troubles(), Keys{}) << seen.said;
     EXPECT_TRUE(holds(seen.of("program"), "Palisor runs")) << seen.said;
-    EXPECT_TRUE(holds(seen.of("shortcut"), "not tried while Palisor runs")) << seen.said;
+    EXPECT_EQ(seen.of("shortcut"), "OK, Ctrl+Super+K is held by Palisor");
+    EXPECT_TRUE(holds(seen.of("tray"), "OK, ") && holds(seen.of("tray"), "has that of Palisor"))
+        << seen.said;
+    for (const std::string& line : seen.lines())
+        EXPECT_TRUE(holds(line, ": OK, ") || line.starts_with("portal: note") ||
+                    line == "All is well: Palisor can do all that it should here")
+            << line;
     EXPECT_TRUE(whole.program->running());
+}
+
+TEST(Doctor, RepeatsWhatTheRunningProgramCannotDo) {
+    Whole whole; // where Super+E is openbox's
+    whole.start({.hold = false, .more = {{"customShortcut", shortcut(14, 0x100000)}}});
+    const Visit seen = whole.visit();
+    expectOnlyTrouble(seen, "shortcut", "Super+E is held by another program");
+    EXPECT_TRUE(holds(seen.of("hold"), "note, Switched off by --hold off")) << seen.said;
 }
 
 TEST(Doctor, TellsOfAProgramThatIsStopped) {

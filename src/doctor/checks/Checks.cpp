@@ -2,6 +2,8 @@
 
 #include "app/Variants.h"
 
+#include <algorithm>
+
 namespace doctor {
 
 namespace checks {
@@ -18,6 +20,19 @@ bool isX11Session(const Facts& facts) {
     for (const auto& extension : facts.server.extensions)
         if (!extension.needed.empty() && !extension.suffices) return true;
     return false;
+}
+
+// Another display's program may have the name on the bus.
+const ProgramTells* toldByProgram(const Facts& facts) {
+    const bool isHere = facts.running.process && facts.bus.program == facts.running.process;
+    return isHere && facts.bus.told ? &*facts.bus.told : nullptr;
+}
+
+const platform::Capability* toldCapability(const Facts& facts, std::string_view id) {
+    const ProgramTells* const told = toldByProgram(facts);
+    if (told == nullptr) return nullptr;
+    const auto found = std::ranges::find(told->capabilities, id, &platform::Capability::id);
+    return found == told->capabilities.end() ? nullptr : &*found;
 }
 
 } // namespace checks
@@ -46,6 +61,8 @@ Report examine(const Facts& facts) {
     }
     if (isCalendar) add(calendar(facts));
     add(program(facts));
+    for (Finding& finding : losses(facts))
+        add(std::move(finding));
     add(settings(facts));
     for (Finding& finding : autostart(facts))
         add(std::move(finding));

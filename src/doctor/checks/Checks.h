@@ -3,6 +3,8 @@
 #include "doctor/Facts.h"
 #include "doctor/Report.h"
 
+#include <string_view>
+
 // Each check looks at one topic and says in one line what is there. They are told everything and
 // ask nobody.
 
@@ -19,6 +21,11 @@ std::string doctorCommand(const ProductFacts& product, const std::string& option
 
 /// Whether the program could work with this server, apart from what this server lacks.
 bool isX11Session(const Facts& facts);
+
+/// What the program tells that runs on this display; null where none does, or it is silent.
+const ProgramTells* toldByProgram(const Facts& facts);
+/// Null for one that it tells nothing of, too.
+const platform::Capability* toldCapability(const Facts& facts, std::string_view id);
 
 // Server.cpp
 Finding session(const Facts& facts);
@@ -41,6 +48,8 @@ Finding calendar(const Facts& facts);
 
 // Files.cpp
 Finding program(const Facts& facts);
+/// What it cannot do here, but for what has a check of its own.
+std::vector<Finding> losses(const Facts& facts);
 Finding settings(const Facts& facts);
 std::vector<Finding> autostart(const Facts& facts);
 Finding versions(const Facts& facts);

@@ -63,12 +63,28 @@ Finding compositor(const Facts& facts) {
             .mend = advice};
 }
 
+namespace {
+
+/// Of a tray that is there, whether the running program has given it the icon.
+Finding withIcon(const Facts& facts, std::string tray) {
+    const auto* const told = toldCapability(facts, "tray");
+    if (told == nullptr) return {.key = "tray", .says = std::move(tray)};
+    if (told->available)
+        return {.key = "tray", .says = tray + ", and has that of " + facts.product.title};
+    return {.key = "tray",
+            .level = Level::trouble,
+            .says = tray + ", but " + facts.product.title + " has not found it",
+            .mend = "end " + facts.product.title + " and start it again"};
+}
+
+} // namespace
+
 Finding tray(const Facts& facts) {
     const std::string name = facts.server.tray.empty() ? "" : " (" + facts.server.tray + ")";
     if (facts.server.hasTray)
-        return {.key = "tray", .says = "a tray" + name + " takes the icon in as a window (XEMBED)"};
+        return withIcon(facts, "a tray" + name + " takes the icon in as a window (XEMBED)");
     if (facts.bus.hasItemHost)
-        return {.key = "tray", .says = "a panel shows the icon as a status notifier item"};
+        return withIcon(facts, "a panel shows the icon as a status notifier item");
     if (facts.bus.itemWatcher.isThere)
         return {.key = "tray",
                 .level = Level::trouble,
@@ -84,13 +100,19 @@ Finding tray(const Facts& facts) {
 Finding shortcut(const Facts& facts) {
     Finding finding{.key = "shortcut"};
     const std::string& name = facts.server.shortcut;
+    const ProgramTells* const told = toldByProgram(facts);
+    const auto* const its = toldCapability(facts, "shortcut");
+    const bool isTaken = its != nullptr ? !its->available : facts.server.isShortcutTaken;
     if (!facts.settings.shortcut) {
         finding.says = "none is recorded, or it is switched off";
     } else if (name.empty()) {
         finding.says = "one is recorded, and could not be tried";
-    } else if (facts.running.process) {
+    } else if (facts.running.process && its == nullptr) {
         finding.says = name + ", not tried while " + facts.product.title + " runs";
-    } else if (!facts.server.isShortcutTaken) {
+    } else if (told != nullptr && !isTaken) {
+        finding.says = name + (told->shortcut.empty() ? " is not claimed by " : " is held by ") +
+                       facts.product.title;
+    } else if (!isTaken) {
         finding.says = name + " is free for " + facts.product.title;
     } else {
         finding.level = Level::trouble;

@@ -1,5 +1,7 @@
 #include "doctor/checks/Checks.h"
 
+#include <algorithm>
+
 // The program itself and its files.
 
 namespace doctor::checks {
@@ -17,6 +19,20 @@ Finding program(const Facts& facts) {
                 .mend = doctorCommand(facts.product, "--rescue"),
                 .privately = which};
     return {.key = "program", .says = facts.product.title + " runs", .privately = which};
+}
+
+std::vector<Finding> losses(const Facts& facts) {
+    constexpr std::string_view checkedElsewhere[] = {"tray", "shortcut"};
+    std::vector<Finding> findings;
+    const ProgramTells* const told = toldByProgram(facts);
+    if (told == nullptr) return findings;
+    for (const auto& [id, isAvailable, reason] : told->capabilities) {
+        if (isAvailable || std::ranges::count(checkedElsewhere, id) > 0) continue;
+        findings.push_back({.key = id,
+                            .level = Level::note,
+                            .says = reason.substr(0, reason.find_last_not_of('.') + 1)});
+    }
+    return findings;
 }
 
 Finding settings(const Facts& facts) {

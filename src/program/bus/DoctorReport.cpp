@@ -5,6 +5,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <spawn.h>
+#include <sys/timerfd.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <utility>
@@ -24,7 +25,11 @@ constexpr int lastWithReport = 1;
 } // namespace
 
 DoctorReport::~DoctorReport() {
-    if (output >= 0) closeOutput();
+    close(output);
+    close(alarm);
+    if (!isRunning) return;
+    (void)::kill(process, SIGKILL);
+    (void)::waitpid(process, nullptr, 0);
 }
 
 void DoctorReport::ask(Done done) {
@@ -53,7 +58,9 @@ int DoctorReport::start() {
         return error;
     }
     isRunning = true;
+    isLate = false;
     text.clear();
+    setAlarm();
     output = ends[0];
     descriptors.watchReadable(output, [this] { read(); });
     return 0;
@@ -67,18 +74,38 @@ void DoctorReport::read() {
         text.append(block, static_cast<std::size_t>(length));
         return;
     }
-    closeOutput();
+    if (text.size() >= longest) (void)::kill(process, SIGKILL);
     awaitEnd();
 }
 
-void DoctorReport::closeOutput() {
-    descriptors.unwatch(output);
-    ::close(std::exchange(output, -1));
+// Without one it is waited for as long as it takes.
+void DoctorReport::setAlarm() {
+    alarm = ::timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK);
+    if (alarm < 0) return;
+    constexpr long thousand = 1'000;
+    itimerspec when{};
+    when.it_value.tv_sec = static_cast<time_t>(limit.count() / thousand);
+    when.it_value.tv_nsec = static_cast<long>(limit.count() % thousand) * thousand * thousand;
+    (void)::timerfd_settime(alarm, 0, &when, nullptr);
+    descriptors.watchReadable(alarm, [this] { stop(); });
 }
 
-// It has closed its output, or said more than anybody reads.
+void DoctorReport::close(int& descriptor) {
+    if (descriptor < 0) return;
+    descriptors.unwatch(descriptor);
+    ::close(std::exchange(descriptor, -1));
+}
+
+void DoctorReport::stop() {
+    isLate = true;
+    close(alarm);
+    (void)::kill(process, SIGKILL);
+    awaitEnd();
+}
+
+// What it has started itself may have its output, and keep that open.
 void DoctorReport::awaitEnd() {
-    if (text.size() >= longest) (void)::kill(process, SIGKILL);
+    close(output);
     output = ::pidfd_open(process, 0);
     if (output < 0)
         end();
@@ -87,7 +114,8 @@ void DoctorReport::awaitEnd() {
 }
 
 void DoctorReport::end() {
-    if (output >= 0) closeOutput();
+    close(output);
+    close(alarm);
     isRunning = false;
     int status = 0;
     (void)::waitpid(process, &status, 0);
@@ -96,6 +124,8 @@ void DoctorReport::end() {
     const bool isWhole = WIFEXITED(status) && WEXITSTATUS(status) <= lastWithReport;
     if (isWhole && !text.empty())
         answer({text, {}});
+    else if (isLate)
+        answer({std::nullopt, executable + " did not come to an end in time."});
     else
         answer({std::nullopt, executable + " ended without a report."});
 }

@@ -79,8 +79,8 @@ void cross(Remote& remote, const std::string& monitor) {
     for (const SeenMonitor& one : seen.monitors)
         names.push_back(one.name);
     if (std::ranges::count(names, monitor) == 0)
-        throw Failure{Exit::refused, "there is no monitor \"" + monitor + "\"; did you mean \"" +
-                                         std::string(nearest(monitor, names)) + "\"?"};
+        throw Failure{Exit::refused, "there is no monitor \"" + monitor + "\"" +
+                                         advice(monitor, names, "status lists them")};
     (void)remote.call("CrossTo", texts({monitor}));
 }
 
@@ -120,9 +120,8 @@ void checkName(Remote& remote, const std::string& wanted) {
         if (setting.key == wanted || setting.name == wanted) return;
         names.push_back(setting.name);
     }
-    throw Failure{Exit::refused, "there is no setting \"" + wanted +
-                                     "\" of this product; did you mean \"" +
-                                     std::string(nearest(wanted, names)) + "\"?"};
+    throw Failure{Exit::refused, "there is no setting \"" + wanted + "\" of this product" +
+                                     advice(wanted, names, "settings lists them")};
 }
 
 void settings(Remote& remote, const Words& words) {

@@ -4,6 +4,7 @@
 #include "program/Products.h"
 
 #include <numeric>
+#include <utility>
 
 namespace client {
 
@@ -21,9 +22,8 @@ std::vector<std::string_view> namesOf(const Table& table) {
 
 template <class Table>
 Failure unknown(const std::string& kind, std::string_view word, const Table& table) {
-    return {Exit::wrongUsage, "there is no " + kind + " \"" + std::string(word) +
-                                  "\"; did you mean \"" +
-                                  std::string(nearest(word, namesOf(table))) + "\"?"};
+    return {Exit::wrongUsage, "there is no " + kind + " \"" + std::string(word) + "\"" +
+                                  advice(word, namesOf(table), "--help lists them")};
 }
 
 void setProduct(Words& words, std::string_view name) {
@@ -57,20 +57,26 @@ void check(const Words& words) {
     if (command.name == "settings") checkSettings(words);
 }
 
-/// The number of letters that have to be changed, added or left out.
+/// How many letters have to be changed, added or left out, or neighbours to change places.
 std::size_t distance(std::string_view from, std::string_view to) {
-    std::vector<std::size_t> row(to.size() + 1);
+    std::vector<std::size_t> before, above, row(to.size() + 1);
     std::iota(row.begin(), row.end(), std::size_t{0});
     for (std::size_t i = 0; i < from.size(); ++i) {
-        std::size_t corner = row[0];
+        before = std::exchange(above, row);
         row[0] = i + 1;
         for (std::size_t j = 0; j < to.size(); ++j) {
-            const std::size_t changed = corner + (from[i] == to[j] ? 0 : 1);
-            corner = row[j + 1];
-            row[j + 1] = std::min({changed, row[j] + 1, row[j + 1] + 1});
+            const std::size_t changed = above[j] + (from[i] == to[j] ? 0 : 1);
+            row[j + 1] = std::min({changed, row[j] + 1, above[j + 1] + 1});
+            if (i > 0 && j > 0 && from[i] == to[j - 1] && from[i - 1] == to[j])
+                row[j + 1] = std::min(row[j + 1], before[j - 1] + 1);
         }
     }
     return row.back();
+}
+
+/// More than a third of its letters wrong, and a word is another one.
+bool isNear(std::string_view word, std::string_view right) {
+    return distance(word, right) <= std::max(word.size(), right.size()) / 3;
 }
 
 } // namespace
@@ -84,7 +90,15 @@ std::string_view nearest(std::string_view word, const std::vector<std::string_vi
         return std::pair(distance(small, other), -alike);
     };
     const auto found = std::ranges::min_element(right, {}, far);
-    return found == right.end() ? std::string_view() : *found;
+    const bool isMeant = found != right.end() && isNear(small, products::named(*found));
+    return isMeant ? *found : std::string_view();
+}
+
+std::string advice(std::string_view word, const std::vector<std::string_view>& right,
+                   std::string_view otherwise) {
+    const std::string_view meant = nearest(word, right);
+    if (meant.empty()) return " (" + std::string(otherwise) + ")";
+    return "; did you mean \"" + std::string(meant) + "\"?";
 }
 
 Words parse(int argc, const char* const* argv) {

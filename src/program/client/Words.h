@@ -37,7 +37,12 @@ Words parse(int argc, const char* const* argv);
 /// The text of --help for a command that is called by that name; a screen of 80 by 24.
 std::string usage(std::string_view calledBy);
 
-/// The one of the words that differs least from a mistyped one.
+/// The one of the words that is meant by a mistyped one; empty where none is near.
 std::string_view nearest(std::string_view word, const std::vector<std::string_view>& right);
+
+/// What a sentence that refuses a word ends with: the one that is meant, or where the right ones
+/// are found.
+std::string advice(std::string_view word, const std::vector<std::string_view>& right,
+                   std::string_view otherwise);
 
 } // namespace client

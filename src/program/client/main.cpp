@@ -1,6 +1,7 @@
 // The command that people and scripts type. With a command word it asks the program that runs, over
 // the session bus; without one it becomes the program, under the name that it was called by.
 
+#include "program/Printable.h"
 #include "program/client/Deeds.h"
 
 #include <cerrno>
@@ -48,7 +49,7 @@ int main(int argc, char** argv) {
     try {
         return run(argc, argv);
     } catch (const client::Failure& failure) {
-        (void)std::fprintf(stderr, "%s\n", failure.sentence.c_str());
+        (void)std::fprintf(stderr, "%s\n", printable(failure.sentence).c_str());
         return static_cast<int>(failure.status);
     }
 }

@@ -12,6 +12,7 @@
 #include "platform/qt/session/DistributedNotifications.h"
 #include "platform/qt/session/SessionApplications.h"
 #include "program/Options.h"
+#include "program/Printable.h"
 #include "program/helper/StartedProgram.h"
 
 #include <QCoreApplication>
@@ -109,7 +110,7 @@ int main(int argc, char** argv) {
         return 0;
     }
     if (error) {
-        (void)std::fprintf(stderr, "%s\n%s", error->c_str(), usageText);
+        (void)std::fprintf(stderr, "%s\n%s", printable(*error).c_str(), usageText);
         return wrongUsage;
     }
     SystemLog log(options.product + "-helper");

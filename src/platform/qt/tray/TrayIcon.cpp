@@ -199,6 +199,7 @@ void TrayIcon::settle() {
         makeItem();
         lookAgain();
     }
+    if (std::exchange(hadTray, hasTray()) != hasTray() && placeChanged) placeChanged();
     if (hasTray() || !busAnswered || std::exchange(reported, true)) return;
     // At login the program and the panel start together, and either may be first.
     QTimer::singleShot(timeForThePanel, this, [this] { report(); });

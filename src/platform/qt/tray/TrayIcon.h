@@ -56,6 +56,9 @@ class TrayIcon final : public QObject {
     /// Called once, from the run loop, when for a while there has been no tray at all.
     void onMissing(std::function<void()> handler) { missing = std::move(handler); }
 
+    /// Called from the run loop when `isInTray` answers otherwise than before.
+    void onPlaceChange(std::function<void()> handler) { placeChanged = std::move(handler); }
+
     /// Whether there is a place for the icon at the moment.
     bool isInTray() const { return hasTray(); }
 
@@ -105,10 +108,10 @@ class TrayIcon final : public QObject {
     std::optional<QColor> panelText; ///< what is read on the panels
     bool isToBeShown = false;
     std::function<void(int)> clicked;
-    std::function<void()> missing;
+    std::function<void()> missing, placeChanged;
     ExportedMenu* menu = nullptr;
     QTimer toolTipDelay;
-    bool busAnswered = false, hostIsThere = false, reported = false;
+    bool busAnswered = false, hostIsThere = false, reported = false, hadTray = false;
     std::optional<SymbolicIcons> symbolicIcons; ///< not before there is an item
     std::unique_ptr<StatusNotifierItem> item;
     std::optional<QPoint> itemPlace; ///< where it was last clicked, in the toolkit's coordinates
