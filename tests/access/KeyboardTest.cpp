@@ -138,6 +138,28 @@ TEST_F(KeyboardAlone, GoesRoundTheBoxesOfTheBordersAsTheyLie) {
     EXPECT_TRUE(waitForMenus(0));
 }
 
+TEST_F(KeyboardAlone, IsInTheSubmenuForWhichTheMenuOpensAgain) {
+    spawn({.product = "vellumor", .more = {{"HOT_BOUNDS", text("0")}}});
+    ASSERT_TRUE(isUpSoon()) << program->errors();
+    openMenu();
+    for (int step = 0; step < 4; ++step)
+        hand.type(key::down);
+    ASSERT_TRUE(isAt("check box \"Hot Borders\" [focused]"));
+    hand.type(key::enter);
+    ASSERT_TRUE(isAt("check box \"Top left corner\" [focused]"));
+    EXPECT_TRUE(waitForMenus(2));
+    picture("again");
+    hand.type(key::right);
+    EXPECT_TRUE(isAt("check box \"Top side\" [focused]"));
+    hand.type(key::escape);
+    EXPECT_TRUE(isAt("check box \"Hot Borders\" [checked, collapsed, focused]"));
+    EXPECT_TRUE(waitForMenus(1));
+    hand.type(key::escape);
+    EXPECT_TRUE(waitForMenus(0));
+    openMenu();
+    EXPECT_TRUE(isAt("popup menu \"Vellumor: on\" [active, focused]")) << "by a second start";
+}
+
 TEST_F(KeyboardAlone, ReachesEveryPartOfAnInformationWindowThatHasAddresses) {
     useDictionary("orbisant", {{"IDApp", number(5)},
                                {"CFBundleDisplayName", text("Orbisant")},
