@@ -214,6 +214,7 @@ bool ScreenReader::reads(const std::string& line) {
 
 void ScreenReader::stateChanged(const QDBusMessage& message) {
     const auto arguments = message.arguments();
+    if (arguments.value(0).toString() == "checked") return propertyChanged(message);
     if (arguments.value(0).toString() != "focused" || arguments.value(1).toInt() != 1) return;
     last = Place{message.service(), message.path()};
     if (const auto now = focus()) told.push_back(now->line());
