@@ -98,7 +98,7 @@ TEST_F(KeyboardAlone, GoesFromTheFirstStartToTheMenusSliders) {
 
     ASSERT_TRUE(waitForMenus(1));
     ASSERT_TRUE(waitUntil([&] { return x.keyboardIsGrabbed(); }));
-    EXPECT_TRUE(leads(key::down, "menu item \"Switch Off\" [focused]"));
+    EXPECT_TRUE(leads(key::down, "menu item \"Switch Off\" by Ctrl+Alt+B [focused]"));
     EXPECT_TRUE(leads(key::down, "menu item \"Keyboard Shortcut…\" [focused]"));
     EXPECT_TRUE(leads(key::down, "menu item \"Darken Other Monitors\" [collapsed, focused]"));
     EXPECT_TRUE(
@@ -109,7 +109,7 @@ TEST_F(KeyboardAlone, GoesFromTheFirstStartToTheMenusSliders) {
     hand.type(key::escape);
     EXPECT_TRUE(waitForMenus(1));
     EXPECT_TRUE(leads(key::up, "menu item \"Keyboard Shortcut…\" [focused]"));
-    EXPECT_TRUE(leads(key::up, "menu item \"Switch Off\" [focused]"));
+    EXPECT_TRUE(leads(key::up, "menu item \"Switch Off\" by Ctrl+Alt+B [focused]"));
     EXPECT_TRUE(leads(key::up, "menu item \"Quit\" [focused]"));
     hand.type(key::escape);
     EXPECT_TRUE(waitForMenus(0));

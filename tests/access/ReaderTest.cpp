@@ -73,7 +73,7 @@ TEST_F(ReadAloud, TellsEachEntryOfTheMenuWithItsStateAndItsShortcut) {
     startWith({{"VELOCITY_OPTION", flag(true)}, {"CTRLALTCMD", flag(false)}});
     openMenu();
     EXPECT_TRUE(reads("popup menu \"Palisor: on\" [active, focused]"));
-    EXPECT_TRUE(says(key::down, "menu item \"Switch Off\" [focused]"));
+    EXPECT_TRUE(says(key::down, "menu item \"Switch Off\" by Ctrl+Super+K [focused]"));
     EXPECT_TRUE(says(key::down, "menu item \"Keyboard Shortcut…\" [focused]"));
     EXPECT_TRUE(says(key::down, "menu item \"Darken Other Monitors\" [collapsed, focused]"));
     EXPECT_TRUE(says(key::down, "check box \"Push Hard to Cross\" "
