@@ -25,8 +25,8 @@ struct Heard {
     };
     std::optional<Value> value;
     std::string keys; ///< that do the same, as they are shown
-    Area place;    ///< X root coordinates
-    int depth = 0; ///< below the window
+    Area place;       ///< X root coordinates
+    int depth = 0;    ///< below the window
 
     /// All of it on one line: 'slider "Darkness" (85%) 85 of 0 to 100 [focused]', or
     /// 'menu item "Quit" by Ctrl+Q [greyed]'.
