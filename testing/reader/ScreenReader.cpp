@@ -12,6 +12,7 @@ namespace {
 
 constexpr const char* accessible = "org.a11y.atspi.Accessible";
 constexpr const char* valued = "org.a11y.atspi.Value";
+constexpr const char* acting = "org.a11y.atspi.Action";
 constexpr const char* changes = "org.a11y.atspi.Event.Object";
 constexpr const char* properties = "org.freedesktop.DBus.Properties";
 const QString registry = QStringLiteral("org.a11y.atspi.Registry");
@@ -70,6 +71,7 @@ std::string Heard::line() const {
     if (value)
         text += " " + shortly(value->current) + " of " + shortly(value->least) + " to " +
                 shortly(value->most);
+    if (!keys.empty()) text += " by " + keys;
     std::string all;
     for (const std::string& state : states)
         all += (all.empty() ? "" : ", ") + state;
@@ -157,6 +159,10 @@ std::optional<Heard> ScreenReader::look(const Place& at) const {
         heard.value = {property(at, valued, "CurrentValue").toDouble(),
                        property(at, valued, "MinimumValue").toDouble(),
                        property(at, valued, "MaximumValue").toDouble()};
+    // Of its first action, which not everything has that offers some.
+    if (const auto keys = ask(at, acting, "GetKeyBinding", {0});
+        offers.contains(acting) && keys.type() == QDBusMessage::ReplyMessage)
+        heard.keys = keys.arguments().value(0).toString().toStdString();
     return heard;
 }
 
@@ -214,6 +220,7 @@ bool ScreenReader::reads(const std::string& line) {
 
 void ScreenReader::stateChanged(const QDBusMessage& message) {
     const auto arguments = message.arguments();
+    if (arguments.value(0).toString() == "checked") return propertyChanged(message);
     if (arguments.value(0).toString() != "focused" || arguments.value(1).toInt() != 1) return;
     last = Place{message.service(), message.path()};
     if (const auto now = focus()) told.push_back(now->line());

@@ -24,10 +24,12 @@ struct Heard {
         double current = 0, least = 0, most = 0;
     };
     std::optional<Value> value;
-    Area place;    ///< X root coordinates
-    int depth = 0; ///< below the window
+    std::string keys; ///< that do the same, as they are shown
+    Area place;       ///< X root coordinates
+    int depth = 0;    ///< below the window
 
-    /// All of it on one line: 'slider "Darkness" (85%) 85 of 0 to 100 [focused]'.
+    /// All of it on one line: 'slider "Darkness" (85%) 85 of 0 to 100 [focused]', or
+    /// 'menu item "Quit" by Ctrl+Q [greyed]'.
     std::string line() const;
     bool is(const std::string& state) const { return states.contains(state); }
 };

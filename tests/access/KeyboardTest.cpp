@@ -98,7 +98,7 @@ TEST_F(KeyboardAlone, GoesFromTheFirstStartToTheMenusSliders) {
 
     ASSERT_TRUE(waitForMenus(1));
     ASSERT_TRUE(waitUntil([&] { return x.keyboardIsGrabbed(); }));
-    EXPECT_TRUE(leads(key::down, "menu item \"Switch Off\" [focused]"));
+    EXPECT_TRUE(leads(key::down, "menu item \"Switch Off\" by Ctrl+Alt+B [focused]"));
     EXPECT_TRUE(leads(key::down, "menu item \"Keyboard Shortcut…\" [focused]"));
     EXPECT_TRUE(leads(key::down, "menu item \"Darken Other Monitors\" [collapsed, focused]"));
     EXPECT_TRUE(
@@ -109,7 +109,7 @@ TEST_F(KeyboardAlone, GoesFromTheFirstStartToTheMenusSliders) {
     hand.type(key::escape);
     EXPECT_TRUE(waitForMenus(1));
     EXPECT_TRUE(leads(key::up, "menu item \"Keyboard Shortcut…\" [focused]"));
-    EXPECT_TRUE(leads(key::up, "menu item \"Switch Off\" [focused]"));
+    EXPECT_TRUE(leads(key::up, "menu item \"Switch Off\" by Ctrl+Alt+B [focused]"));
     EXPECT_TRUE(leads(key::up, "menu item \"Quit\" [focused]"));
     hand.type(key::escape);
     EXPECT_TRUE(waitForMenus(0));
@@ -136,6 +136,28 @@ TEST_F(KeyboardAlone, GoesRoundTheBoxesOfTheBordersAsTheyLie) {
     EXPECT_TRUE(waitForMenus(1));
     hand.type(key::escape);
     EXPECT_TRUE(waitForMenus(0));
+}
+
+TEST_F(KeyboardAlone, IsInTheSubmenuForWhichTheMenuOpensAgain) {
+    spawn({.product = "vellumor", .more = {{"HOT_BOUNDS", text("0")}}});
+    ASSERT_TRUE(isUpSoon()) << program->errors();
+    openMenu();
+    for (int step = 0; step < 4; ++step)
+        hand.type(key::down);
+    ASSERT_TRUE(isAt("check box \"Hot Borders\" [focused]"));
+    hand.type(key::enter);
+    ASSERT_TRUE(isAt("check box \"Top left corner\" [focused]"));
+    EXPECT_TRUE(waitForMenus(2));
+    picture("again");
+    hand.type(key::right);
+    EXPECT_TRUE(isAt("check box \"Top side\" [focused]"));
+    hand.type(key::escape);
+    EXPECT_TRUE(isAt("check box \"Hot Borders\" [checked, collapsed, focused]"));
+    EXPECT_TRUE(waitForMenus(1));
+    hand.type(key::escape);
+    EXPECT_TRUE(waitForMenus(0));
+    openMenu();
+    EXPECT_TRUE(isAt("popup menu \"Vellumor: on\" [active, focused]")) << "by a second start";
 }
 
 TEST_F(KeyboardAlone, ReachesEveryPartOfAnInformationWindowThatHasAddresses) {

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <gtest/gtest.h>
+#include <iterator>
 
 // What somebody hears who does not see the screen, while the keyboard goes through all there is.
 
@@ -48,6 +49,13 @@ struct ReadAloud : Product, testing::Test {
             lines.push_back(each.line());
         return lines;
     }
+    /// Without anybody who asks for it.
+    bool isTold(const std::string& line) {
+        return reader.waitUntil([this, &line, told = Lines()]() mutable {
+            std::ranges::move(reader.takeTold(), std::back_inserter(told));
+            return has(told, line);
+        });
+    }
     static bool has(const Lines& lines, const std::string& line) {
         return std::ranges::find(lines, line) != lines.end();
     }
@@ -65,7 +73,7 @@ TEST_F(ReadAloud, TellsEachEntryOfTheMenuWithItsStateAndItsShortcut) {
     startWith({{"VELOCITY_OPTION", flag(true)}, {"CTRLALTCMD", flag(false)}});
     openMenu();
     EXPECT_TRUE(reads("popup menu \"Palisor: on\" [active, focused]"));
-    EXPECT_TRUE(says(key::down, "menu item \"Switch Off\" [focused]"));
+    EXPECT_TRUE(says(key::down, "menu item \"Switch Off\" by Ctrl+Super+K [focused]"));
     EXPECT_TRUE(says(key::down, "menu item \"Keyboard Shortcut…\" [focused]"));
     EXPECT_TRUE(says(key::down, "menu item \"Darken Other Monitors\" [collapsed, focused]"));
     EXPECT_TRUE(says(key::down, "check box \"Push Hard to Cross\" "
@@ -86,11 +94,7 @@ TEST_F(ReadAloud, TellsASliderInTheUnitsOfItsLabelAndEachNewValue) {
     const std::string next = "slider \"Darken Other Monitors\" (85%) 85 of 0 to 100 "
                              "[focused]";
     EXPECT_TRUE(says(key::right, next));
-    EXPECT_TRUE(reader.waitUntil([this, &next, told = Lines()]() mutable {
-        for (const std::string& line : reader.takeTold())
-            told.push_back(line);
-        return has(told, next);
-    })) << "nobody has to ask for it";
+    EXPECT_TRUE(isTold(next));
     EXPECT_TRUE(stores(entry("OTHERS_DARK", number(17))));
 }
 
@@ -115,7 +119,10 @@ TEST_F(ReadAloud, TellsTheBoxesOfTheBordersByTheirPlaces) {
     openSubmenu(3);
     EXPECT_TRUE(reads("check box \"Top left corner\" [focused]"));
     EXPECT_TRUE(says(key::right, "check box \"Top side\" [focused]"));
-    EXPECT_TRUE(says(key::space, "check box \"Top side\" [checked, focused]"));
+    reader.takeTold();
+    const std::string ticked = "check box \"Top side\" [checked, focused]";
+    EXPECT_TRUE(says(key::space, ticked));
+    EXPECT_TRUE(isTold(ticked));
     EXPECT_TRUE(stores(entry("BUTLATO2", flag(true))));
     const Lines all = linesOf(reader.aroundFocus());
     EXPECT_TRUE(all.front().starts_with("panel \"Active Borders\" (Tick the sides")) << joined(all);

@@ -1,7 +1,10 @@
 #include "Stage.h"
+#include "platform/qt/pictures/ColourScheme.h"
 
 #include <QApplication>
 #include <QLabel>
+#include <algorithm>
+#include <cmath>
 #include <cstdlib>
 
 using namespace menutests;
@@ -99,6 +102,48 @@ TEST_F(MenuBounds, ShowADisabledBoxFainter) {
         EXPECT_TRUE(waitUntil([&] { return contrast(box(4)) > 0; }));
         EXPECT_LT(contrast(box(0)), contrast(box(4)));
     });
+}
+
+// Three to one is what a control needs for eyes that see little.
+TEST_F(MenuBounds, HaveOutlinesThatStandOut) {
+    constexpr double enough = 3;
+    const QPalette usual = QApplication::palette();
+    const auto luminance = [](const support::Colour& colour) {
+        const auto linear = [](int channel) { return std::pow(channel / 255.0, 2.2); };
+        return 0.2126 * linear(colour.red) + 0.7152 * linear(colour.green) +
+               0.0722 * linear(colour.blue);
+    };
+    const auto contrast = [&](const QRect& where) {
+        const auto picture = eye.picture({where.x(), where.y(), where.width(), where.height()});
+        const auto [darkest, lightest] = std::ranges::minmax(picture.pixels, {}, luminance);
+        return (luminance(lightest) + 0.05) / (luminance(darkest) + 0.05);
+    };
+    for (const bool dark : {false, true}) {
+        SCOPED_TRACE(dark ? "in dark" : "in light");
+        platform::qt::ColourScheme scheme;
+        scheme.windowSystemWishes(dark);
+        boxes[2].state = 0;
+        act([&] {
+            EXPECT_TRUE(waitUntil([&] { return contrast(box(2)) >= enough; })) << contrast(box(2));
+        });
+    }
+    QApplication::setPalette(usual);
+}
+
+// As a platform theme does while the program runs.
+TEST_F(MenuBounds, FollowThePaletteOfTheDesktop) {
+    const QPalette usual = QApplication::palette(),
+                   dark = platform::qt::ColourScheme::darkPalette();
+    {
+        const platform::qt::ColourScheme scheme;
+        for (const QPalette& given : {dark, usual}) {
+            QApplication::setPalette(given);
+            for (const char* shown : {"QMenu", "QCheckBox", "QSlider"})
+                for (const auto role : {QPalette::Base, QPalette::Text, QPalette::Highlight})
+                    EXPECT_EQ(QApplication::palette(shown).color(role), given.color(role)) << shown;
+        }
+    }
+    QApplication::setPalette(usual);
 }
 
 TEST_F(MenuBounds, CutNothingInALargeFont) {

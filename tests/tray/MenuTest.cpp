@@ -145,6 +145,18 @@ TEST_P(OfAPlainTray, HangsFromTheIconByASecondStartAndByAClick) {
     EXPECT_TRUE(isBeside(icon, GetParam(), menu)) << menu.x << ' ' << menu.y;
 }
 
+// One over the icon would hide what the icon tells.
+TEST_P(OfAPlainTray, HasItsToolTipBesideTheIcon) {
+    constexpr int gap = 4;
+    host = traytests::startHost(desktop, Host::plainTray, {.edge = GetParam(), .centred = true});
+    startProgram();
+    const Area icon = waitForPanel(GetParam());
+    hand.moveTo(icon.x + icon.width / 2, icon.y + icon.height / 2);
+    ASSERT_TRUE(waitForMenus(1)) << "which it is as large as";
+    const Area tip = menus().front();
+    EXPECT_TRUE(isBeside(icon, GetParam(), tip, gap)) << tip.x << ' ' << tip.y;
+}
+
 // The coordinates of the toolkit are then other than the server's.
 TEST_P(OfAPlainTray, HangsFromTheIconWhereTheToolkitIsScaled) {
     desktop.setVariable("QT_SCALE_FACTOR", "1.25");

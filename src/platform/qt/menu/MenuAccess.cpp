@@ -253,8 +253,9 @@ void describeMenus() {
     QAccessible::installFactory(describe);
 }
 
-void tellFocus(QWidget& part) {
+void tellFocus(QWidget& part, int entry) {
     QAccessibleEvent event(&part, QAccessible::Focus);
+    event.setChild(entry);
     QAccessible::updateAccessibility(&event);
 }
 

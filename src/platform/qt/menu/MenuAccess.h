@@ -9,7 +9,7 @@ namespace platform::qt {
 /// none of what is inside an entry. Needs a QApplication; again makes no difference.
 void describeMenus();
 
-/// The keyboard is at this part of a menu now.
-void tellFocus(QWidget& part);
+/// The keyboard is at this part of a menu now, or at the entry with that number in it.
+void tellFocus(QWidget& part, int entry = -1);
 
 } // namespace platform::qt

@@ -49,12 +49,11 @@ void MenuPopup::fill(const Menu& menu, const std::vector<std::size_t>& path) {
     setSeparatorsCollapsible(true);
     setToolTipsVisible(true);
     connect(this, &QMenu::hovered, this, [this](const QAction* now) { showActive(now); });
-    // It has the keyboard, and no entry is chosen yet.
-    const auto tellMenu = [this] {
-        if (isVisible() && activeAction() == nullptr) tellFocus(*this);
-    };
-    connect(this, &QMenu::aboutToShow, this, tellMenu, Qt::QueuedConnection);
+    connect(
+        this, &QMenu::aboutToShow, this, [this] { begin(); }, Qt::QueuedConnection);
     connect(this, &QMenu::aboutToHide, this, [this] { showActive(nullptr); });
+    connect(
+        this, &QMenu::aboutToHide, this, [this] { tellReturn(); }, Qt::QueuedConnection);
     std::vector<std::size_t> place = path;
     place.push_back(0);
     for (const auto& item : menu.items) {
@@ -128,6 +127,29 @@ std::optional<MenuEntryId> MenuPopup::runAt(const QPoint& corner) {
     return run(corner);
 }
 
+void MenuPopup::beginAt(std::size_t place) {
+    first = actions().value(static_cast<qsizetype>(place));
+    auto* const submenu = dynamic_cast<MenuPopup*>(first != nullptr ? first->menu() : nullptr);
+    if (submenu != nullptr) submenu->first = submenu->actions().value(0);
+}
+
+/// It has the keyboard now, mostly without an entry that is chosen yet.
+void MenuPopup::begin() {
+    if (!isVisible()) return;
+    if (QAction* const action = std::exchange(first, nullptr))
+        setActiveAction(action);
+    else if (activeAction() == nullptr)
+        tellFocus(*this);
+}
+
+/// The toolkit says nothing of the entry to which a submenu gives the keyboard back.
+void MenuPopup::tellReturn() {
+    auto* const outer = dynamic_cast<MenuPopup*>(parentWidget());
+    if (outer == nullptr || isVisible() || !outer->isVisible()) return;
+    if (outer->activeAction() == menuAction())
+        tellFocus(*outer, static_cast<int>(outer->actions().indexOf(menuAction())));
+}
+
 void MenuPopup::setVisible(bool visible) {
     if (visible && fixedCorner) move(*fixedCorner);
     std::optional<QtApplication::Closing> closing;
@@ -181,6 +203,7 @@ void MenuPopup::mouseMoveEvent(QMouseEvent* event) {
 void MenuPopup::mouseReleaseEvent(QMouseEvent* event) {
     QAction* const action = actionAt(event->position().toPoint());
     const bool clicked = action == std::exchange(pressed, nullptr);
+    root.keyChose = false;
     if (!clicked || !sends(action)) {
         QMenu::mouseReleaseEvent(event);
         return;
@@ -192,6 +215,7 @@ void MenuPopup::mouseReleaseEvent(QMouseEvent* event) {
 
 void MenuPopup::keyPressEvent(QKeyEvent* event) {
     QAction* const action = activeAction();
+    root.keyChose = true;
     if (MenuPanel* panel = panelOf(action); panel != nullptr && panel->handleKey(*event)) {
         event->accept();
         return;

@@ -39,6 +39,13 @@ class MenuPopup final : public QMenu {
     /// of several monitors is one rectangle, which begins far from a panel of a lower monitor.
     std::optional<MenuEntryId> runAt(const QPoint& corner);
 
+    /// When it opens, the keyboard is at that entry of the outermost menu, counted with the
+    /// separators, or in its submenu.
+    void beginAt(std::size_t place);
+
+    /// Whether the entry was chosen with the keyboard.
+    bool wasChosenByKey() const { return keyChose; }
+
     /// Closes it and its submenus; nothing is chosen.
     void dismiss();
 
@@ -64,6 +71,8 @@ class MenuPopup final : public QMenu {
     void listenTo(QAction& action, MenuEntryId entry);
     /// Whether the entry is chosen although it has a submenu.
     bool sends(const QAction* action) const;
+    void begin();
+    void tellReturn();
     bool chooseByLetter(const QKeyEvent& key);
     MenuPanel* panelOf(const QAction* action) const;
     void showActive(const QAction* now);
@@ -74,9 +83,11 @@ class MenuPopup final : public QMenu {
     std::vector<SliderPanel*> sliders;
     std::vector<const QAction*> withActionAndSubmenu;
     const QAction* pressed = nullptr;
+    QAction* first = nullptr; ///< that has the keyboard when it opens
     MenuPanel* activePanel = nullptr;
     std::optional<QPoint> fixedCorner;
     std::optional<MenuEntryId> chosen; ///< of the outermost menu only
+    bool keyChose = false;             ///< likewise
 };
 
 } // namespace platform::qt

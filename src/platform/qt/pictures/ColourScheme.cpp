@@ -6,6 +6,8 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
+#include <QStyle>
+#include <string_view>
 
 namespace platform::qt {
 
@@ -18,7 +20,8 @@ constexpr const char* appearance = "org.freedesktop.appearance";
 constexpr const char* colourKey = "color-scheme";
 
 constexpr uint prefersDark = 1;
-constexpr QColor darkOutlines(0x84, 0x84, 0x84);
+constexpr const char* plainStyle = "fusion";
+constexpr QColor lightOutlines(0xb4, 0xb4, 0xb4), darkOutlines(0x84, 0x84, 0x84);
 constexpr QColor lightHandle(0xc8, 0xc8, 0xc8), lightHighlight(0x6c, 0xa8, 0xf0);
 constexpr int middleLightness = 128;
 
@@ -29,11 +32,18 @@ QVariant unwrapped(QVariant value) {
     return value;
 }
 
+bool isFaint(const QPalette& palette) {
+    return QApplication::style()->name() == plainStyle &&
+           palette.color(QPalette::Base).lightness() >= middleLightness &&
+           palette.color(QPalette::Window).lightness() > lightOutlines.lightness();
+}
+
 } // namespace
 
 ColourScheme::ColourScheme() : given(QApplication::palette()) {
     QDBusConnection::sessionBus().connect(portalName, portalPath, settingsName, "SettingChanged",
                                           this, SLOT(settingChanged(QDBusMessage)));
+    showOutlines();
     refresh();
 }
 
@@ -74,20 +84,25 @@ void ColourScheme::apply(bool dark) {
     if (dark == darkened) return;
     if (dark && given.color(QPalette::Window).lightness() < middleLightness) return;
     darkened = dark;
-    QPalette palette = dark ? darkPalette() : given;
-    QApplication::setPalette(palette);
-    // The plain style draws outlines and tick marks a shade darker than a window, which
-    // cannot be seen on the dark base of a menu.
-    if (dark) palette.setColor(QPalette::Window, darkOutlines);
-    for (const char* drawnOnBase : {"QMenu", "QCheckBox"})
+    QApplication::setPalette(dark ? darkPalette() : given);
+    showOutlines();
+}
+
+// The plain style draws outlines and tick marks a shade darker than a window, which cannot be seen
+// on the dark base of a menu, and hardly on a white one.
+void ColourScheme::showOutlines() {
+    for (const char* drawnOnBase : {"QMenu", "QCheckBox", "QSlider"}) {
+        QPalette palette = darkened ? darkPalette() : QApplication::palette(drawnOnBase);
+        if (!darkened && !isFaint(palette)) continue;
+        palette.setColor(QPalette::Window, darkened ? darkOutlines : lightOutlines);
+        // The handle has the colour of a button, and where it is at work its outline and the tick
+        // marks have a shade of the highlight.
+        if (darkened && drawnOnBase == std::string_view("QSlider")) {
+            palette.setColor(QPalette::Button, lightHandle);
+            palette.setColor(QPalette::Highlight, lightHighlight);
+        }
         QApplication::setPalette(palette, drawnOnBase);
-    // The handle has the colour of a button, and where it is at work its outline and the tick marks
-    // have a shade of the highlight.
-    if (dark) {
-        palette.setColor(QPalette::Button, lightHandle);
-        palette.setColor(QPalette::Highlight, lightHighlight);
     }
-    QApplication::setPalette(palette, "QSlider");
 }
 
 QPalette ColourScheme::darkPalette() {

@@ -14,7 +14,7 @@ class ColourScheme final : public QObject {
     Q_OBJECT
 
   public:
-    /// Without a portal, or without a session bus, nothing changes.
+    /// Without a portal, or without a session bus, nothing changes but the outlines of controls.
     ColourScheme();
 
     /// The wish in the window system's settings, as often as it changes; none where they have none.
@@ -31,6 +31,7 @@ class ColourScheme final : public QObject {
   private:
     void follow();
     void apply(bool dark);
+    void showOutlines();
 
     QPalette given; ///< what the platform theme gave
     std::optional<bool> ofPortal, ofWindowSystem;

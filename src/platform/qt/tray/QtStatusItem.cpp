@@ -7,6 +7,7 @@
 #include <QCursor>
 #include <QGuiApplication>
 #include <QScreen>
+#include <algorithm>
 
 // Every call into the target may rebuild the menu, and so may anything that happens while it is
 // open. Therefore entries are looked up anew for each call.
@@ -24,6 +25,14 @@ EventType pressOf(int buttonNumber) {
     default:
         return EventType::otherMouseDown;
     }
+}
+
+/// Nothing where the entry is gone, or in a submenu.
+std::optional<std::size_t> placeOf(Menu& menu, const MenuEntryId& entry) {
+    const auto found =
+        std::ranges::find(menu.items, findEntry(menu, entry), &std::unique_ptr<MenuItem>::get);
+    if (found == menu.items.end()) return {};
+    return static_cast<std::size_t>(found - menu.items.begin());
 }
 
 } // namespace
@@ -70,17 +79,25 @@ void QtStatusItem::setToolTip(std::string_view text) {
     if (tray != nullptr) tray->setToolTip(toolTip);
 }
 
+// The program opens it again for what the chosen entry has become.
 void QtStatusItem::popUpMenu() {
+    popUp(byKey);
+}
+
+void QtStatusItem::popUp(std::optional<MenuEntryId> beginning) {
     if (menu == nullptr || open != nullptr || menu->items.empty()) return;
     std::optional<MenuEntryId> chosen;
     {
         const QtRunLoop::ModalScope modal(runLoop);
         MenuPopup popup(*menu, listener);
         popup.setAccessibleName(QString::fromStdString(toolTip));
+        if (beginning)
+            if (const auto place = placeOf(*menu, *beginning)) popup.beginAt(*place);
         open = &popup;
         const auto corner = cornerOf(popup);
         chosen = corner ? popup.runAt(*corner) : popup.run(QCursor::pos());
         open = nullptr;
+        byKey = popup.wasChosenByKey() ? chosen : std::nullopt;
     }
     if (chosen) choose(*chosen);
 }
@@ -114,11 +131,11 @@ void QtStatusItem::clicked(int buttonNumber) {
     if (buttonNumber == 0 && QtApplication::restoreMinimised()) return;
     const QtApplication::EventScope event(application, {pressOf(buttonNumber), buttonNumber});
     target->menuWillOpen(*menu);
-    popUpMenu();
+    popUp({});
 }
 
 void QtStatusItem::activate() {
-    if (!QtAlerts::bringToFront() && !QtApplication::restoreMinimised()) popUpMenu();
+    if (!QtAlerts::bringToFront() && !QtApplication::restoreMinimised()) popUp({});
 }
 
 void QtStatusItem::sliderMoved(const MenuEntryId& entry, double value, EventType how) {

@@ -39,6 +39,8 @@ class QtStatusItem final : public StatusItem {
     void activate();
 
   private:
+    /// With the keyboard at that entry, where it still is in the outermost menu.
+    void popUp(std::optional<MenuEntryId> beginning);
     /// Of the menu on the screen; nothing where no tray tells a place.
     std::optional<QPoint> cornerOf(MenuPopup& popup) const;
     void choose(const MenuEntryId& entry);
@@ -52,7 +54,8 @@ class QtStatusItem final : public StatusItem {
     Menu* menu = nullptr;
     MenuTarget* target = nullptr;
     std::string toolTip;
-    MenuPopup* open = nullptr; ///< while it is
+    MenuPopup* open = nullptr;        ///< while it is
+    std::optional<MenuEntryId> byKey; ///< the entry that was chosen last, if the keyboard did
     std::optional<ExportedMenu> exported;
 };
 

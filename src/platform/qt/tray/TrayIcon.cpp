@@ -12,6 +12,7 @@
 #include <QScreen>
 #include <QTimer>
 #include <QToolTip>
+#include <QWidget>
 #include <algorithm>
 #include <chrono>
 #include <utility>
@@ -24,6 +25,7 @@ constexpr std::chrono::seconds timeForThePanel{3};
 /// A slow login takes its time, and a notice that was wrong would come at each.
 constexpr std::chrono::seconds timeForASlowLogin{10};
 constexpr std::chrono::milliseconds restBeforeToolTip{700};
+constexpr int toolTipGap = 4; ///< from the panel
 
 /// A panel that has just come paints itself, and so does a compositor, after the icon is there: its
 /// tint is told anew when they have.
@@ -63,8 +65,7 @@ TrayIcon::TrayIcon(TrayWindow* ofTheWindowSystem, const Pictures& pictures, Iden
     : window(ofTheWindowSystem), images(pictures), identity(std::move(whose)), log(logger) {
     toolTipDelay.setSingleShot(true);
     toolTipDelay.setInterval(restBeforeToolTip);
-    connect(&toolTipDelay, &QTimer::timeout, this,
-            [this] { QToolTip::showText(QCursor::pos(), QString::fromStdString(identity.title)); });
+    connect(&toolTipDelay, &QTimer::timeout, this, [this] { showToolTip(); });
 }
 
 TrayIcon::~TrayIcon() = default;
@@ -94,6 +95,22 @@ void TrayIcon::hovered(bool on) {
     if (on) return toolTipDelay.start();
     toolTipDelay.stop();
     QToolTip::hideText();
+}
+
+// Left to itself the toolkit puts it over an icon that is at the lower edge of a screen.
+void TrayIcon::showToolTip() {
+    QToolTip::showText(QCursor::pos(), QString::fromStdString(identity.title));
+    auto anchor = menuAnchor();
+    const QScreen* const screen =
+        anchor ? QGuiApplication::screenAt(anchor->item.center()) : nullptr;
+    const auto windows = QApplication::topLevelWidgets();
+    const auto tip = std::ranges::find_if(windows, [](const QWidget* each) {
+        return each->windowType() == Qt::ToolTip && each->isVisible();
+    });
+    if (screen == nullptr || tip == windows.end()) return;
+    anchor->panel.adjust(-toolTipGap, -toolTipGap, toolTipGap, toolTipGap);
+    (*tip)->move(menuCorner((*tip)->size(), *anchor, screen->geometry(),
+                            QGuiApplication::layoutDirection()));
 }
 
 void TrayIcon::setToolTip(const std::string& text) {

@@ -81,6 +81,7 @@ class TrayIcon final : public QObject {
     bool hasTray() const { return isInWindow() || hostIsThere; }
     void watcherAnswers(bool hasHost);
     void hovered(bool on);
+    void showToolTip();
     void makeItem();
     void itemClicked(int button, std::optional<QPoint> place);
     QList<QRect> panels() const;
