@@ -326,7 +326,12 @@ std::string putBack(double callsASecond) {
         Contest::rest(i % 17); // so that the event comes somewhere in a frame
         product.hand.relative(60, 0);
     };
-    return longest(tries, act, [&] { return product.cursorIsOn(0); });
+    const int before = flood ? flood->answered.load() : 0;
+    const auto begun = Clock::now();
+    const std::string text = longest(tries, act, [&] { return product.cursorIsOn(0); });
+    if (!flood) return text;
+    const double passed = std::chrono::duration<double>(Clock::now() - begun).count();
+    return text + ", " + number((flood->answered - before) / passed, " answered a second", 0);
 }
 
 void floodRows() {
