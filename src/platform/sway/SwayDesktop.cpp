@@ -1,0 +1,114 @@
+#include "platform/sway/keys/HeldModifiers.h"
+#include "platform/sway/keys/HotKeys.h"
+#include "platform/sway/keys/Keyboard.h"
+#include "platform/sway/pointer/Cursor.h"
+#include "platform/sway/pointer/CursorControl.h"
+#include "platform/wayland/Desktop.h"
+#include "platform/wayland/overlay/IdleInhibitor.h"
+#include "platform/wayland/overlay/Windows.h"
+#include "platform/wayland/pointer/InputEvents.h"
+
+#include <cstdlib>
+
+namespace platform::sway {
+
+namespace {
+
+class SwayDesktop final : public wayland::Desktop {
+  public:
+    SwayDesktop(Descriptors& loop, Log& writer) : descriptors(loop), log(writer) {}
+
+    /// An error as of `OpenedDesktop`.
+    std::string join(const std::string& socket, std::function<void()> lost) {
+        compositor = Compositor::open(socket, descriptors, log);
+        if (!compositor) return "sway does not answer";
+        auto opened = wayland::Connection::open(descriptors, log, std::move(lost));
+        if (!opened.connection) return opened.error;
+        connection = std::move(opened.connection);
+        outputs.emplace(*connection);
+        return {};
+    }
+
+    const platform::Displays& displays() const override { return *outputs; }
+    platform::Displays& displays() override { return *outputs; }
+
+    Services start(const Surroundings& given) override {
+        parts.emplace(*this, given);
+        return {parts->pointer, parts->cursor,  parts->input, parts->keys,
+                parts->hotKeys, parts->windows, parts->focus, parts->idle};
+    }
+
+    void ownWindowChanged() override {
+        if (!parts) return;
+        parts->input.ownWindowChanged();
+        parts->cursor.reveal(parts->ownWindowActive());
+    }
+
+    void end() override {
+        parts.reset();
+        connection->flush();
+    }
+
+  private:
+    struct Parts {
+        Parts(SwayDesktop& own, const Surroundings& given)
+            : ownWindowActive(given.ownWindowActive),
+              changes(*own.compositor, {given.guard, given.folder}, own.log),
+              keyboard(*own.connection),
+              seat(*own.connection, keyboard),
+              control(*own.compositor, changes, *own.outputs),
+              hold(*own.connection, *own.outputs, seat, control, given.holds),
+              pointer(*own.connection, *own.outputs, seat, control, hold),
+              input(*own.connection, own.descriptors, *own.outputs, seat, pointer, hold,
+                    given.ownWindowActive),
+              modifiers(*own.compositor, changes, *own.connection, *own.outputs, keyboard,
+                        own.descriptors, [this](bool) { tellModifiers(); }),
+              cursor(*own.compositor, changes),
+              keys(*own.compositor, own.log),
+              hotKeys(*own.compositor, changes, keyboard, given.settings, own.log, given.later),
+              windows(*own.connection, *own.outputs, seat, own.log),
+              idle(*own.connection, *own.outputs) {}
+
+        // Each event of a modifier is a press or a release in turn.
+        void tellModifiers() {
+            for (const auto code : {keyCodes::control, keyCodes::option, keyCodes::command})
+                input.tellModifier(code);
+        }
+
+        std::function<bool()> ownWindowActive;
+        Changes changes;
+        wayland::KeyboardSeat keyboard;
+        wayland::PointerSeat seat;
+        CursorControl control;
+        wayland::Hold hold;
+        wayland::Pointer pointer;
+        wayland::InputEvents input;
+        HeldModifiers modifiers;
+        Cursor cursor;
+        Keyboard keys;
+        HotKeys hotKeys;
+        wayland::Windows windows;
+        Focus focus;
+        wayland::IdleInhibitor idle;
+    };
+
+    Descriptors& descriptors;
+    Log& log;
+    std::unique_ptr<Compositor> compositor;
+    std::unique_ptr<wayland::Connection> connection;
+    std::optional<wayland::Outputs> outputs;
+    std::optional<Parts> parts;
+};
+
+} // namespace
+} // namespace platform::sway
+
+extern "C" __attribute__((visibility("default"))) void
+openWaylandDesktop(platform::wayland::OpenedDesktop& opened, platform::Descriptors& descriptors,
+                   platform::Log& log, std::function<void()> lost) {
+    const char* const socket = std::getenv("SWAYSOCK");
+    if (!socket || !*socket) return;
+    auto desktop = std::make_unique<platform::sway::SwayDesktop>(descriptors, log);
+    opened.error = desktop->join(socket, std::move(lost));
+    if (opened.error.empty()) opened.desktop = desktop.release();
+}
