@@ -1,88 +1,119 @@
-#include "testing/desktop/Product.h"
-#include "testing/sway/PrivateSway.h"
-
-#include <csignal>
-#include <fstream>
-#include <gtest/gtest.h>
-
-// The program itself on a private sway, with a mouse for input and a layer over the other monitor
-// for evidence.
+#include "sway/SwaySession.h"
 
 namespace desktop {
 namespace {
 
-using support::PrivateSway;
-using support::SwayHand;
-using support::waitUntil;
-using support::Witness;
-
-constexpr int mouseRate = 1000;
-constexpr std::uint32_t clear = 0, white = 0xffffffff;
-
-class Sway : public testing::Test {
-  protected:
-    void SetUp() override {
-        if (const auto reason = PrivateSway::missing()) GTEST_SKIP() << *reason;
-        sway.emplace();
-        hand.emplace(*sway);
-        hand->moveTo(960, 540);
-    }
-
-    /// Starts the barrier product and returns when the other monitor is dark.
-    void start(const Setting& setting = {}) {
-        Entries entries = pastTheFirstStart();
-        entries["ATTIVO"] = flag(setting.active);
-        entries["VELOCITY_OPTION"] = flag(setting.pushOption);
-        entries["VELOCITY"] = number(setting.velocity);
-        entries["OTHERS_DARK"] = number(setting.othersDark);
-        std::ofstream(sway->configFolder() + "/com.tamberlo.palisor.plist")
-            << propertyList(entries);
-        background.emplace(sway->socket(), 1, Witness::Where::belowEverything, white);
-        program = sway->spawn(programs() + "/palisor", {"--verbose"});
-        ASSERT_TRUE(waitUntil([&] { return isDark() == setting.active; })) << program->errors();
-        ASSERT_TRUE(program->waitForText("macOS 10.14")) << program->errors();
-    }
-
-    bool isDark() const { return sway->brightness(2) < 128; }
-
-    std::optional<PrivateSway> sway;
-    std::optional<SwayHand> hand;
-    std::optional<Witness> background;
-    std::unique_ptr<support::ChildProcess> program;
-};
-
 TEST_F(Sway, KeepsTheCursorOnItsMonitorAgainstAThousandStepsASecond) {
-    start();
-    const Witness other(sway->socket(), 1, Witness::Where::aboveEverything, clear);
+    startWatched();
     hand->push(7, 0, 1500, mouseRate);
     hand->push(30, 2, 1500, mouseRate);
-    const auto report = other.report();
-    EXPECT_EQ(report.entered, 0) << report.farthestLeft << " pixels";
+    EXPECT_EQ(timesOutside(), 0);
+    EXPECT_TRUE(isDark());
+}
+
+TEST_F(Sway, SeesTheCursorOutsideWhereItIsNotHeld) {
+    startWatched({.active = false});
+    hand->push(7, 0, 300, mouseRate);
+    EXPECT_GT(timesOutside(), 0) << "the watch of the other tests would see nothing";
+}
+
+TEST_F(Sway, KeepsTheCursorAlsoWhileAButtonIsHeld) {
+    startWatched();
+    hand->pressButton();
+    hand->push(7, 0, 1000, mouseRate);
+    hand->releaseButton();
+    EXPECT_EQ(timesOutside(), 0);
+}
+
+TEST_F(Sway, LetsNoPushThroughWithoutThePushOption) {
+    startWatched();
+    hand->moveTo(1900, 500);
+    hand->push(60, 0, 500, mouseRate);
+    EXPECT_EQ(timesOutside(), 0);
+    EXPECT_TRUE(isDark());
 }
 
 TEST_F(Sway, LetsAHardPushThroughAndHoldsOnTheOtherSide) {
-    start({.pushOption = true, .velocity = 25});
-    const Witness other(sway->socket(), 1, Witness::Where::aboveEverything, clear);
+    start({.pushOption = true, .velocity = 50});
     hand->moveTo(1900, 500);
-    hand->push(1, 0, 200, 60);
-    EXPECT_FALSE(other.report().isOver) << "steps of one pixel are no push";
-    hand->push(40, 0, 12, 60);
-    EXPECT_TRUE(other.waitForCursor()) << program->errors();
-    EXPECT_TRUE(waitUntil([&] { return !isDark(); }));
-    hand->push(-1, 0, 600, 250);
-    EXPECT_TRUE(other.report().isOver) << "it is held on the other side";
+    hand->push(1, 0, 100, 60);
+    EXPECT_TRUE(isDark(2)) << "steps of one pixel are no push";
+    hand->push(150, 0, 12, 60);
+    EXPECT_TRUE(darkSoon(1));
+    hand->moveTo(1990, 500);
+    hand->push(-1, 0, 300, 250);
+    EXPECT_TRUE(isDark(1)) << "it is held on the other side";
+    EXPECT_TRUE(cursorIsOn(1));
 }
 
-TEST_F(Sway, IsFreeAgainAfterAKill) {
+TEST_F(Sway, IsPushedBackFromTheOtherSide) {
+    start({.pushOption = true, .velocity = 50});
+    hand->moveTo(1900, 500);
+    hand->push(150, 0, 12, 60);
+    ASSERT_TRUE(darkSoon(1));
+    hand->moveTo(1940, 500);
+    hand->push(-150, 0, 12, 60);
+    EXPECT_TRUE(darkSoon(2));
+    EXPECT_TRUE(cursorIsOn(0));
+}
+
+TEST_F(Sway, WarpsTheCursorBackWhereItIsNotToBeHeld) {
+    start({.hold = false});
+    hand->moveTo(2500, 500);
+    hand->push(1, 0, 20, mouseRate);
+    EXPECT_TRUE(cursorIsOn(0));
+}
+
+TEST_F(Sway, CatchesClicksOnADarkMonitor) {
     start();
-    program->signal(SIGKILL);
-    ASSERT_EQ(program->wait(), -SIGKILL);
-    const Witness other(sway->socket(), 1, Witness::Where::aboveEverything, clear);
+    hand->moveTo(2500, 500);
+    hand->pressButton();
+    hand->releaseButton();
+    EXPECT_EQ(backgrounds[1]->report().buttons, 0);
+}
+
+TEST_F(Sway, HoldsNothingWhileTheProductIsSwitchedOff) {
+    start({.active = false});
+    EXPECT_TRUE(isFree());
+}
+
+TEST_F(Sway, LiftsTheHoldWhileTheLeftHandKeysAreHeldAndAnchorsWhereTheyAreReleased) {
+    start();
+    SwayKeys keys(*sway);
+    for (const std::uint32_t key : {KEY_LEFTCTRL, KEY_LEFTALT, KEY_LEFTMETA})
+        keys.press(key);
+    EXPECT_TRUE(brightSoon()) << program->errors();
+    hand->push(7, 0, 300, mouseRate);
+    for (const std::uint32_t key : {KEY_LEFTMETA, KEY_LEFTALT, KEY_LEFTCTRL})
+        keys.release(key);
+    EXPECT_TRUE(darkSoon(1)) << program->errors();
+    hand->push(-7, 0, 300, mouseRate);
+    EXPECT_TRUE(cursorIsOn(1));
+}
+
+TEST_F(Sway, IsSwitchedByTheStoredShortcut) {
+    constexpr int f2 = 120, option = 0x80000;
+    start({.more = {{"customShortcut", shortcut(f2, option)}}});
+    SwayKeys keys(*sway);
+    keys.press(KEY_LEFTALT);
+    keys.press(KEY_F2);
+    EXPECT_TRUE(brightSoon()) << program->errors();
+    keys.release(KEY_F2);
+    keys.press(KEY_F2);
+    EXPECT_TRUE(darkSoon(2));
+    keys.release(KEY_F2);
+    keys.release(KEY_LEFTALT);
+}
+
+TEST_F(Sway, HoldsAgainAfterTheConfigurationWasReadAnew) {
+    startWatched();
+    sway->run("reload");
     EXPECT_TRUE(waitUntil([&] {
-        hand->relative(20, 0);
-        return other.report().isOver;
+        const int before = timesOutside();
+        hand->moveTo(1900, 500);
+        hand->push(20, 0, 50, mouseRate);
+        return timesOutside() == before;
     }));
-    EXPECT_FALSE(isDark());
 }
 
 } // namespace
