@@ -44,6 +44,13 @@ class Sway : public testing::Test {
     /// Starts a product and returns when everything is in place: the barrier's other monitor is
     /// dark.
     void start(const Setting& setting = {}) {
+        spawn(setting);
+        ASSERT_TRUE(program->waitForText("macOS 10.14")) << program->errors();
+        const bool darkens = setting.active && setting.product == "palisor";
+        ASSERT_TRUE(darkens ? darkSoon(2) : brightSoon()) << program->errors();
+    }
+    /// Starts it and does not wait for anything.
+    void spawn(const Setting& setting) {
         Entries entries = setting.more;
         entries.insert({{"ATTIVO", flag(setting.active)},
                         {"VELOCITY_OPTION", flag(setting.pushOption)},
@@ -56,9 +63,6 @@ class Sway : public testing::Test {
             backgrounds.push_back(std::make_unique<Witness>(
                 sway->socket(), output, Witness::Where::belowEverything, white));
         program = run(setting);
-        ASSERT_TRUE(program->waitForText("macOS 10.14")) << program->errors();
-        const bool darkens = setting.active && setting.product == "palisor";
-        ASSERT_TRUE(darkens ? darkSoon(2) : brightSoon()) << program->errors();
     }
 
     std::unique_ptr<support::ChildProcess> run(const Setting& setting = {}) const {

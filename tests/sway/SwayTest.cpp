@@ -105,6 +105,17 @@ TEST_F(Sway, IsSwitchedByTheStoredShortcut) {
     keys.release(KEY_LEFTALT);
 }
 
+TEST_F(Sway, HoldsAndDarkensAgainWhenTheOtherMonitorHasGoneAndComeBack) {
+    start({.pushOption = true});
+    sway->run("output HEADLESS-2 disable");
+    sway->run("output HEADLESS-2 enable");
+    EXPECT_TRUE(waitUntil([&] { return isDark(2); })) << program->errors();
+    hand->moveTo(1900, 500);
+    hand->push(150, 0, 12, 60);
+    EXPECT_TRUE(waitUntil([&] { return !isDark(2); }));
+    EXPECT_TRUE(cursorIsOn(1));
+}
+
 TEST_F(Sway, HoldsAgainAfterTheConfigurationWasReadAnew) {
     startWatched();
     sway->run("reload");

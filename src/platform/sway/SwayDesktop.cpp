@@ -62,20 +62,26 @@ class SwayDesktop final : public wayland::Desktop {
               input(*own.connection, own.descriptors, *own.outputs, seat, pointer, hold,
                     given.ownWindowActive),
               modifiers(*own.compositor, changes, *own.connection, *own.outputs, keyboard,
-                        own.descriptors, [this](bool) { tellModifiers(); }),
+                        own.descriptors, [this](bool held) { tellModifiers(held); }),
               cursor(*own.compositor, changes),
               keys(*own.compositor, own.log),
-              hotKeys(*own.compositor, changes, keyboard, given.settings, own.log, given.later),
+              recording(*own.connection, *own.outputs, keyboard, given.later),
+              hotKeys(*own.compositor, changes, keyboard, recording, given.settings, given.later),
               windows(*own.connection, *own.outputs, seat, own.log),
               idle(*own.connection, *own.outputs) {}
 
-        // Each event of a modifier is a press or a release in turn.
-        void tellModifiers() {
+        // Each event of a modifier is a press or a release in turn, and stays a pair: what was
+        // pressed in a window of the program is told to nobody.
+        void tellModifiers(bool held) {
+            const bool isTold = held ? !ownWindowActive() && !recording.isOn() : modifiersTold;
+            modifiersTold = held && isTold;
+            if (!isTold) return;
             for (const auto code : {keyCodes::control, keyCodes::option, keyCodes::command})
                 input.tellModifier(code);
         }
 
         std::function<bool()> ownWindowActive;
+        bool modifiersTold = false;
         Changes changes;
         wayland::KeyboardSeat keyboard;
         wayland::PointerSeat seat;
@@ -86,6 +92,7 @@ class SwayDesktop final : public wayland::Desktop {
         HeldModifiers modifiers;
         Cursor cursor;
         Keyboard keys;
+        wayland::KeyRecording recording;
         HotKeys hotKeys;
         wayland::Windows windows;
         Focus focus;

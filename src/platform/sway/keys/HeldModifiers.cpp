@@ -1,5 +1,7 @@
 #include "platform/sway/keys/HeldModifiers.h"
 
+#include "platform/HotKeys.h"
+
 #include <unistd.h>
 #include <utility>
 
@@ -42,9 +44,10 @@ HeldModifiers::HeldModifiers(Compositor& target, Changes& all, wayland::Connecti
                      {std::string("bindcode --no-warn ") + combination + " nop " + nameOf(last),
                       std::string("unbindcode ") + combination});
     }
-    keyboard.onModifiers([this](wayland::KeyboardSeat::Held held) {
+    keyboard.onModifiers(this, [this](std::uint32_t flags) {
+        constexpr auto three = Shortcut::control | Shortcut::option | Shortcut::command;
         isKnown = layer != nullptr;
-        isReleased = !held.all();
+        isReleased = (flags & three) != three;
     });
     connection.onBatchEnd(this, [this] {
         if (layer && isKnown && isReleased) released();
@@ -53,7 +56,7 @@ HeldModifiers::HeldModifiers(Compositor& target, Changes& all, wayland::Connecti
 
 HeldModifiers::~HeldModifiers() {
     connection.onBatchEnd(this, {});
-    keyboard.onModifiers({});
+    keyboard.onModifiers(this, {});
     for (const auto& [last, combination] : combinations) {
         compositor.forgetBinding(nameOf(last));
         changes.takeBack(nameOf(last));

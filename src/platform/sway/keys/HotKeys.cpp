@@ -30,13 +30,13 @@ std::string textOf(const Shortcut& shortcut, auto member) {
 
 } // namespace
 
-HotKeys::HotKeys(Compositor& target, Changes& all, wayland::KeyboardSeat& keys, Settings& store,
-                 Log& writer, Later afterwards)
+HotKeys::HotKeys(Compositor& target, Changes& all, wayland::KeyboardSeat& keys,
+                 wayland::KeyRecording& recorded, Settings& store, Later afterwards)
     : compositor(target),
       changes(all),
       keyboard(keys),
+      recording(recorded),
       settings(store),
-      log(writer),
       later(std::move(afterwards)) {}
 
 HotKeys::~HotKeys() {
@@ -72,14 +72,16 @@ void HotKeys::breakBinding(std::string_view settingsKey) {
     claim();
 }
 
-/// The bindings that are wanted now, and none else.
+/// The bindings that are wanted now, and none else; none at all while one is recorded.
 void HotKeys::claim() {
     std::set<std::string> wanted;
-    for (const Claim& one : registered)
-        bind(one, wanted);
-    for (const auto& [key, action] : bindings)
-        if (const auto shortcut = Shortcut::fromValue(settings.object(key)))
-            bind({*shortcut, action}, wanted);
+    if (!recording.isOn()) {
+        for (const Claim& one : registered)
+            bind(one, wanted);
+        for (const auto& [key, action] : bindings)
+            if (const auto shortcut = Shortcut::fromValue(settings.object(key)))
+                bind({*shortcut, action}, wanted);
+    }
     for (const std::string& combination : std::exchange(bound, wanted)) {
         if (wanted.contains(combination)) continue;
         changes.takeBack("binding " + combination);
@@ -120,10 +122,16 @@ RecordableHotKeys::Obstacle HotKeys::obstacleTo(const Shortcut& shortcut) {
     return std::ranges::any_of(registered, isIt) ? Obstacle::fixed : Obstacle::none;
 }
 
-bool HotKeys::startRecording(std::function<void(const Stroke&)>, std::function<void()>) {
-    if (!std::exchange(told, true))
-        log.write("a shortcut cannot be recorded in this session; one that is stored works");
-    return false;
+bool HotKeys::startRecording(std::function<void(const Stroke&)> pressed, std::function<void()>) {
+    if (!recording.start(std::move(pressed))) return false;
+    claim();
+    return true;
+}
+
+void HotKeys::stopRecording() {
+    if (!recording.isOn()) return;
+    recording.stop();
+    claim();
 }
 
 } // namespace platform::sway

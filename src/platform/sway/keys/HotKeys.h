@@ -3,7 +3,7 @@
 #include "platform/RecordableHotKeys.h"
 #include "platform/Settings.h"
 #include "platform/sway/undo/Changes.h"
-#include "platform/wayland/keys/KeyboardSeat.h"
+#include "platform/wayland/keys/KeyRecording.h"
 
 #include <set>
 
@@ -16,7 +16,7 @@ class HotKeys final : public RecordableHotKeys {
     using Later = std::function<void(std::function<void()>)>;
 
     HotKeys(Compositor& compositor, Changes& changes, wayland::KeyboardSeat& keyboard,
-            Settings& settings, Log& log, Later later);
+            wayland::KeyRecording& recording, Settings& settings, Later later);
     ~HotKeys() override;
     HotKeys(const HotKeys&) = delete;
     HotKeys& operator=(const HotKeys&) = delete;
@@ -33,10 +33,10 @@ class HotKeys final : public RecordableHotKeys {
     void onTaken(std::function<void(const Shortcut&)>) override {}
     bool isTaken(const Shortcut&) const override { return false; }
     Obstacle obstacleTo(const Shortcut& shortcut) override;
-    /// No recording here yet: false, and logged once.
+    /// `left` is never called: nobody else gets the keyboard meanwhile.
     bool startRecording(std::function<void(const Stroke&)> pressed,
                         std::function<void()> left) override;
-    void stopRecording() override {}
+    void stopRecording() override;
 
   private:
     struct Claim {
@@ -50,14 +50,13 @@ class HotKeys final : public RecordableHotKeys {
     Compositor& compositor;
     Changes& changes;
     wayland::KeyboardSeat& keyboard;
+    wayland::KeyRecording& recording;
     Settings& settings;
-    Log& log;
     Later later;
     std::vector<Claim> registered;
     std::map<std::string, std::function<void()>, std::less<>> bindings; ///< by settings key
     std::set<std::string, std::less<>> observed;                        ///< settings keys
     std::set<std::string> bound; ///< what the compositor has, in its own words
-    bool told = false;
     std::shared_ptr<void> alive = std::make_shared<char>(); ///< settings outlive their observers
 };
 

@@ -64,7 +64,11 @@ void Outputs::add(std::uint32_t name, wl_output* output) {
     connection.flush();
 }
 
+// Who makes a layer before the batch has ended leaves the choice to the compositor.
 void Outputs::remove(std::uint32_t name) {
+    for (const auto& one : outputs)
+        for (Place& place : ordered)
+            if (one->global == name && place.output == one->output) place.output = nullptr;
     std::erase_if(outputs, [name](const auto& one) { return one->global == name; });
     stale = true;
 }

@@ -1,5 +1,8 @@
 #include "platform/wayland/keys/KeyboardSeat.h"
 
+#include "platform/HotKeys.h"
+#include "platform/session/PhysicalKeys.h"
+
 #include <sys/mman.h>
 #include <unistd.h>
 #include <utility>
@@ -23,8 +26,13 @@ void KeyboardSeat::find(bool there) {
                     wl_array*) { static_cast<KeyboardSeat*>(self)->hasFocus = true; },
         .leave = [](void* self, wl_keyboard*, std::uint32_t,
                     wl_surface*) { static_cast<KeyboardSeat*>(self)->hasFocus = false; },
-        .key = [](void*, wl_keyboard*, std::uint32_t, std::uint32_t, std::uint32_t,
-                  std::uint32_t) {},
+        .key =
+            [](void* data, wl_keyboard*, std::uint32_t, std::uint32_t, std::uint32_t key,
+               std::uint32_t state) {
+                const auto& self = *static_cast<KeyboardSeat*>(data);
+                if (self.pressed && self.hasFocus && state == WL_KEYBOARD_KEY_STATE_PRESSED)
+                    self.pressed(key + session::PhysicalKey::firstKeycode);
+            },
         .modifiers =
             [](void* self, wl_keyboard*, std::uint32_t, std::uint32_t depressed, std::uint32_t,
                std::uint32_t,
@@ -47,13 +55,26 @@ void KeyboardSeat::readKeymap(int file, std::uint32_t size) {
 
 void KeyboardSeat::tell(std::uint32_t depressed, std::uint32_t group) {
     if (std::exchange(layout, group) != group && labelsChanged) labelsChanged();
-    if (!keymap || !hasFocus || !modifiersChanged) return;
-    const auto isHeld = [&](const char* name) {
+    if (!keymap || !hasFocus) return;
+    static constexpr std::pair<const char*, std::uint32_t> names[] = {
+        {XKB_MOD_NAME_CTRL, Shortcut::control},
+        {XKB_MOD_NAME_ALT, Shortcut::option},
+        {XKB_MOD_NAME_SHIFT, Shortcut::shift},
+        {XKB_MOD_NAME_LOGO, Shortcut::command}};
+    std::uint32_t flags = 0;
+    for (const auto& [name, flag] : names) {
         const auto index = xkb_keymap_mod_get_index(keymap.get(), name);
-        return index != XKB_MOD_INVALID && (depressed & 1U << index) != 0;
-    };
-    modifiersChanged(
-        {isHeld(XKB_MOD_NAME_CTRL), isHeld(XKB_MOD_NAME_ALT), isHeld(XKB_MOD_NAME_LOGO)});
+        if (index != XKB_MOD_INVALID && (depressed & 1U << index) != 0) flags |= flag;
+    }
+    for (const auto& [owner, changed] : modifierHandlers)
+        changed(flags);
+}
+
+void KeyboardSeat::onModifiers(const void* owner, std::function<void(std::uint32_t)> changed) {
+    if (changed)
+        modifierHandlers[owner] = std::move(changed);
+    else
+        modifierHandlers.erase(owner);
 }
 
 std::string KeyboardSeat::label(std::uint32_t keycode) const {

@@ -3,6 +3,7 @@
 #include "platform/wayland/connection/Connection.h"
 
 #include <functional>
+#include <map>
 #include <string>
 #include <xkbcommon/xkbcommon.h>
 
@@ -12,11 +13,6 @@ namespace platform::wayland {
 /// it, and what the user's layout prints on them.
 class KeyboardSeat {
   public:
-    struct Held {
-        bool control = false, option = false, command = false;
-        bool all() const { return control && option && command; }
-    };
-
     /// The pointer's seat tells when there is a keyboard.
     explicit KeyboardSeat(Connection& x) : connection(x) {}
     ~KeyboardSeat() = default;
@@ -25,8 +21,13 @@ class KeyboardSeat {
 
     void find(bool there);
 
-    /// While a layer has the keyboard: told at once, and at each change. One handler.
-    void onModifiers(std::function<void(Held)> changed) { modifiersChanged = std::move(changed); }
+    /// While a layer has the keyboard: the flags of a Shortcut that are held, told at once and at
+    /// each change. One handler an owner; an empty one ends it.
+    void onModifiers(const void* owner, std::function<void(std::uint32_t flags)> changed);
+
+    /// A key went down while a layer has the keyboard; XKB's number. It does not repeat. One
+    /// handler.
+    void onKey(std::function<void(std::uint32_t keycode)> handler) { pressed = std::move(handler); }
 
     /// What the layout that is in force prints on a key of XKB's number; empty where it is not
     /// known, or nothing that is seen.
@@ -49,7 +50,8 @@ class KeyboardSeat {
     std::unique_ptr<xkb_keymap, Free> keymap;
     std::uint32_t layout = 0;
     bool hasFocus = false;
-    std::function<void(Held)> modifiersChanged;
+    std::map<const void*, std::function<void(std::uint32_t)>> modifierHandlers;
+    std::function<void(std::uint32_t)> pressed;
     std::function<void()> labelsChanged;
 };
 

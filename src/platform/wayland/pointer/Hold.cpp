@@ -64,7 +64,8 @@ void Hold::rebuild() {
         if (wanted && !suspended && frame == *wanted) place = &one;
     }
     const bool isSame = held == (place != nullptr) && present == monitors &&
-                        (!place || (place->id == heldScreen && boxOf(place->area) == box));
+                        (!place || (place->id == heldScreen && place->output == heldOutput &&
+                                    boxOf(place->area) == box));
     if (isSame) return;
     monitors = std::move(present);
     clear();
@@ -72,6 +73,7 @@ void Hold::rebuild() {
     control.confine(place);
     if (!place) return;
     heldScreen = place->id;
+    heldOutput = place->output;
     box = boxOf(place->area);
     for (const Side side : session::innerSides(box, monitors)) {
         const Rect area = stripAt(side, box);

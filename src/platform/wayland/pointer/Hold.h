@@ -65,8 +65,9 @@ class Hold {
     std::optional<Rect> wanted; ///< top-left
     bool held = false;
     ScreenId heldScreen = ScreenId::none;
-    session::Box box;                   ///< the screen that is held, layout coordinates
-    std::vector<session::Box> monitors; ///< all of them
+    const wl_output* heldOutput = nullptr; ///< another one when the screen has gone and come back
+    session::Box box;                      ///< the screen that is held, layout coordinates
+    std::vector<session::Box> monitors;    ///< all of them
     std::vector<Strip> strips;
     session::PushMeter meter;
     double lastTime = 0;
