@@ -11,6 +11,24 @@ TEST_F(Sway, IsFreeAndBrightAfterAnOrderlyEnd) {
     EXPECT_FALSE(isDark());
 }
 
+TEST_F(Sway, LoadsTheModuleAndNoOtherSession) {
+    start();
+    std::ifstream maps("/proc/" + std::to_string(program->pid()) + "/maps");
+    const std::string all{std::istreambuf_iterator<char>(maps), {}};
+    EXPECT_NE(all.find("wayland-session.so"), std::string::npos);
+    EXPECT_NE(all.find("libqwayland"), std::string::npos);
+    EXPECT_EQ(all.find("libqxcb"), std::string::npos);
+}
+
+TEST_F(Sway, EndsWhereTheCompositorGoes) {
+    start();
+    const auto leaving = sway->spawn("swaymsg", {"exit"});
+    leaving->wait(); // which the compositor does not answer
+    const auto status = program->wait();
+    ASSERT_TRUE(status);
+    EXPECT_GT(*status, 0) << program->errors();
+}
+
 TEST_F(Sway, IsFreeAndBrightAfterAKill) {
     start();
     program->signal(SIGKILL);
