@@ -9,6 +9,7 @@
 #include "platform/wayland/pointer/InputEvents.h"
 
 #include <cstdlib>
+#include <unistd.h>
 
 namespace platform::sway {
 
@@ -52,7 +53,8 @@ class SwayDesktop final : public wayland::Desktop {
   private:
     struct Parts {
         Parts(SwayDesktop& own, const Surroundings& given)
-            : ownWindowActive(given.ownWindowActive),
+            : compositor(*own.compositor),
+              ownWindowActive(given.ownWindowActive),
               changes(*own.compositor, {given.guard, given.folder}, own.log),
               keyboard(*own.connection),
               seat(*own.connection, keyboard),
@@ -68,7 +70,26 @@ class SwayDesktop final : public wayland::Desktop {
               recording(*own.connection, *own.outputs, keyboard, given.later),
               hotKeys(*own.compositor, changes, keyboard, recording, given.settings, given.later),
               windows(*own.connection, *own.outputs, seat, own.log),
-              idle(*own.connection, *own.outputs) {}
+              idle(*own.connection, *own.outputs) {
+            // A tiled menu would fill the monitor. The rule is about this process alone, and so
+            // nothing of it is left to be undone.
+            const std::string rule =
+                "for_window [pid=" + std::to_string(getpid()) + "] floating enable";
+            compositor.run(rule);
+            compositor.onReload(this, [this, rule] { compositor.run(rule); });
+            // A menu that no window belongs to is one of its own, and the only one without a title.
+            compositor.onOwnWindow([this, untitled = given.identifier](auto id, const auto& title) {
+                if (!title.empty() && title != untitled) return;
+                compositor.run("[con_id=" + std::to_string(id) +
+                               "] border none, move position cursor");
+            });
+        }
+        ~Parts() {
+            compositor.onOwnWindow({});
+            compositor.onReload(this, {});
+        }
+        Parts(const Parts&) = delete;
+        Parts& operator=(const Parts&) = delete;
 
         // Each event of a modifier is a press or a release in turn, and stays a pair: what was
         // pressed in a window of the program is told to nobody.
@@ -80,6 +101,7 @@ class SwayDesktop final : public wayland::Desktop {
                 input.tellModifier(code);
         }
 
+        Compositor& compositor;
         std::function<bool()> ownWindowActive;
         bool modifiersTold = false;
         Changes changes;
