@@ -1,5 +1,5 @@
 #include "hotkeys/Keys.h"
-#include "platform/x11/keys/PhysicalKeys.h"
+#include "platform/session/PhysicalKeys.h"
 
 #include <dlfcn.h>
 #include <gmock/gmock.h>
@@ -50,7 +50,7 @@ struct Labels : HotKeysOnADesktop {
                     const std::string& lastLabel) {
         std::vector<std::string> arguments;
         for (const auto& [code, keysym] : keys) {
-            const int keycode = platform::x11::physicalKey(code)->keycode();
+            const int keycode = platform::session::physicalKey(code)->keycode();
             arguments.insert(arguments.end(),
                              {"-e", "keycode " + std::to_string(keycode) + " = " + keysym});
         }
@@ -209,10 +209,10 @@ TEST(PhysicalKeys, HaveOneVirtualCodeEach) {
     std::set<int> places;
     int count = 0;
     for (int code = 0; code < 0x10000; ++code)
-        if (const auto* found = platform::x11::physicalKey(static_cast<std::uint16_t>(code))) {
+        if (const auto* found = platform::session::physicalKey(static_cast<std::uint16_t>(code))) {
             ++count;
             places.insert(found->keycode());
-            EXPECT_EQ(platform::x11::physicalKeyAt(found->keycode()), found) << code;
+            EXPECT_EQ(platform::session::physicalKeyAt(found->keycode()), found) << code;
         }
     EXPECT_GT(count, 100);
     EXPECT_EQ(places.size(), static_cast<std::size_t>(count));

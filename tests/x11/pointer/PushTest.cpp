@@ -1,6 +1,6 @@
+#include "platform/session/HoldGeometry.h"
+#include "platform/session/PushMeter.h"
 #include "platform/x11/input/MotionWatch.h"
-#include "platform/x11/pointer/HoldGeometry.h"
-#include "platform/x11/pointer/PushMeter.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
@@ -8,10 +8,11 @@
 // What needs no server: how a push is added up, and where the barriers stand.
 
 using platform::Point;
-using platform::x11::Box;
+using platform::session::Box;
+using namespace platform::session;
+using platform::session::PushMeter;
+using platform::session::Side;
 using platform::x11::MotionWatch;
-using platform::x11::PushMeter;
-using platform::x11::Side;
 
 namespace {
 

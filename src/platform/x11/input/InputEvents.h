@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/InputEvents.h"
-#include "platform/x11/input/Pace.h"
+#include "platform/session/Pace.h"
 #include "platform/x11/input/RawInput.h"
 #include "platform/x11/pointer/Hold.h"
 
@@ -10,6 +10,7 @@
 #include <functional>
 
 namespace platform::x11 {
+using session::Pace;
 
 /// The session's events, sorted by type and handed to those who asked for them, at the pace of a
 /// display: at most sixty motions a second, and a click within the frame, after the motion before

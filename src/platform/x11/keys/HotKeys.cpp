@@ -1,10 +1,13 @@
 #include "platform/x11/keys/HotKeys.h"
 
-#include "platform/x11/keys/PhysicalKeys.h"
+#include "platform/session/PhysicalKeys.h"
 
 #include <algorithm>
 
 namespace platform::x11 {
+using session::PhysicalKey;
+using session::physicalKey;
+using session::physicalKeyAt;
 
 namespace {
 

@@ -1,11 +1,14 @@
 #pragma once
 
+#include "platform/session/PhysicalKeys.h"
 #include "platform/x11/connection/Connection.h"
-#include "platform/x11/keys/PhysicalKeys.h"
 
 #include <xkbcommon/xkbcommon.h>
 
 namespace platform::x11 {
+using session::PhysicalKey;
+using session::physicalKey;
+using session::physicalKeyAt;
 
 /// What a virtual key code is and whether it is that of a modifier.
 struct Key {

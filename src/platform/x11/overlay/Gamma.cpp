@@ -54,7 +54,10 @@ Gamma::Gamma(Connection& x, GammaMeans given, Log& writer)
       means(std::move(given)),
       log(writer),
       owner(newName()),
-      guard(means.guard, writer),
+      guard(means.guard,
+            {"the gamma guard", "without it monitors stay bright, but with a compositor such as "
+                                "picom they would be dark"},
+            writer),
       clock(
           means.descriptors, [this] { look(); }, period) {
     if (means.folder.empty()) return;

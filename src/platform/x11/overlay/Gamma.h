@@ -1,8 +1,8 @@
 #pragma once
 
+#include "platform/session/GuardProcess.h"
+#include "platform/session/Pace.h"
 #include "platform/x11/connection/Connection.h"
-#include "platform/x11/input/Pace.h"
-#include "platform/x11/overlay/GammaGuard.h"
 #include "platform/x11/overlay/gammaguard/Rescue.h"
 
 #include <map>
@@ -73,8 +73,8 @@ class Gamma final : private Listener {
     GammaMeans means;
     Log& log;
     std::string owner; ///< this object, in the file
-    GammaGuard guard;
-    Pace clock; ///< runs while anything is dark, since a foreign ramp makes no event
+    session::GuardProcess guard;
+    session::Pace clock; ///< runs while anything is dark, since a foreign ramp makes no event
     std::string server;
     std::optional<gammaguard::RampFile> file; ///< locked while anything is dark
     Ramps written; ///< what it has; empty where there is none of this one

@@ -1,11 +1,24 @@
 #pragma once
 
-#include "platform/x11/pointer/HoldGeometry.h"
-#include "platform/x11/pointer/PushMeter.h"
+#include "platform/session/HoldGeometry.h"
+#include "platform/session/PushMeter.h"
 
 #include <optional>
 
 namespace platform::x11 {
+
+// What it has of the room that all sessions share.
+using session::Box;
+using session::innerSides;
+using session::isOutwards;
+using session::isVertical;
+using session::lastPixel;
+using session::nearestPixel;
+using session::nearestPlace;
+using session::onDesktop;
+using session::partBeyond;
+using session::PushMeter;
+using session::Side;
 
 /// Follows the cursor on the screen that holds it, and measures what is pushed against its sides.
 /// What it is told comes from the server's stream, in its order. Root coordinates; times are

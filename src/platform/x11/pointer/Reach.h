@@ -1,9 +1,11 @@
 #pragma once
 
+#include "platform/session/HoldGeometry.h"
 #include "platform/x11/connection/Connection.h"
-#include "platform/x11/pointer/HoldGeometry.h"
 
 namespace platform::x11 {
+using session::Box;
+using session::Side;
 
 /// Whether the cursor can cross the sides of a screen while another client may have confined it: a
 /// game, a virtual machine. The protocol does not tell, so it is tried, while nobody else is

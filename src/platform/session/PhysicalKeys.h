@@ -3,9 +3,8 @@
 #include <cstdint>
 #include <optional>
 #include <string_view>
-#include <xcb/xproto.h>
 
-namespace platform::x11 {
+namespace platform::session {
 
 /// A key by its place on the keyboard, whatever the layout prints on it.
 struct PhysicalKey {
@@ -16,15 +15,15 @@ struct PhysicalKey {
     /// The layout decides what it is called.
     bool isCharacter() const { return name.size() == 1; }
 
-    /// The server numbers the kernel's keys from 8 on, since X has no key code below.
+    /// XKB numbers the kernel's keys from 8 on, since X has no key code below.
     static constexpr std::uint8_t firstKeycode = 8;
-    xcb_keycode_t keycode() const { return static_cast<xcb_keycode_t>(evdevCode + firstKeycode); }
+    std::uint8_t keycode() const { return static_cast<std::uint8_t>(evdevCode + firstKeycode); }
 };
 
 /// Null for a virtual key code that no keyboard here has, modifiers included.
 const PhysicalKey* physicalKey(std::uint16_t virtualCode);
 
 /// Null for a key that has no virtual key code, modifiers included.
-const PhysicalKey* physicalKeyAt(xcb_keycode_t keycode);
+const PhysicalKey* physicalKeyAt(std::uint8_t keycode);
 
-} // namespace platform::x11
+} // namespace platform::session

@@ -1,11 +1,11 @@
-#include "platform/x11/input/Pace.h"
+#include "platform/session/Pace.h"
 
 #include <cstdint>
 #include <sys/timerfd.h>
 #include <unistd.h>
 #include <utility>
 
-namespace platform::x11 {
+namespace platform::session {
 
 Pace::Pace(Descriptors& watcher, std::function<void()> tick, std::chrono::nanoseconds wanted)
     : descriptors(watcher),
@@ -41,4 +41,4 @@ void Pace::set(std::chrono::nanoseconds interval) {
     timerfd_settime(descriptor, 0, &times, nullptr);
 }
 
-} // namespace platform::x11
+} // namespace platform::session

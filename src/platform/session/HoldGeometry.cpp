@@ -1,10 +1,10 @@
-#include "platform/x11/pointer/HoldGeometry.h"
+#include "platform/session/HoldGeometry.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 
-namespace platform::x11 {
+namespace platform::session {
 
 bool isVertical(Side side) {
     return side == Side::left || side == Side::right;
@@ -73,4 +73,4 @@ Point onDesktop(Point p, const Box& screen, std::span<const Box> monitors) {
     return nearestPixel(held, screen);
 }
 
-} // namespace platform::x11
+} // namespace platform::session

@@ -1,8 +1,8 @@
-#include "platform/x11/pointer/PushMeter.h"
+#include "platform/session/PushMeter.h"
 
 #include <algorithm>
 
-namespace platform::x11 {
+namespace platform::session {
 
 namespace {
 
@@ -15,8 +15,8 @@ constexpr double slowSpan = 0.75 * PushMeter::frame;
 // What fewer single steps take is no device's rate.
 constexpr int enoughReports = 8;
 
-// The server's clock counts whole milliseconds, of which a frame holds 16. One more would count the
-// third report of a mouse at 125 Hz for an eighth, and push where two make just the distance.
+// The X server's clock counts whole milliseconds, of which a frame holds 16. One more would count
+// the third report of a mouse at 125 Hz for an eighth, and push where two make just the distance.
 constexpr double frameOfWholeMilliseconds = 0.016;
 
 // Far less than a millisecond, and more than what differences of large numbers are wrong by.
@@ -90,4 +90,4 @@ std::optional<PushMeter::Sum> PushMeter::ofLastTwo() const {
                sum(before.lead, last.lead)};
 }
 
-} // namespace platform::x11
+} // namespace platform::session

@@ -5,9 +5,10 @@
 #include <span>
 #include <vector>
 
-// The geometry of holding a cursor on one monitor, root coordinates.
+// The geometry of holding a cursor on one monitor, in the coordinates of a whole desktop
+// with y downwards.
 
-namespace platform::x11 {
+namespace platform::session {
 
 /// Pixels from `left` to `right` - 1 and from `top` to `bottom` - 1.
 struct Box {
@@ -35,7 +36,7 @@ std::vector<Side> innerSides(const Box& screen, std::span<const Box> monitors);
 /// What of `other` lies beyond the line of the side; a box without pixels where nothing does.
 Box partBeyond(Side side, const Box& screen, const Box& other);
 
-/// Where the server would keep a cursor that moves from `screen` towards `p`: within the bounds of
+/// Where the desktop would keep a cursor that moves from `screen` towards `p`: within the bounds of
 /// the desktop, and on the screen that it comes from where there is no monitor.
 Point onDesktop(Point p, const Box& screen, std::span<const Box> monitors);
 
@@ -45,4 +46,4 @@ Point nearestPixel(Point p, const Box& box);
 /// The nearest place inside, fractions of the last pixels included.
 Point nearestPlace(Point p, const Box& box);
 
-} // namespace platform::x11
+} // namespace platform::session

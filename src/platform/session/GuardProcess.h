@@ -7,18 +7,24 @@
 #include <sys/types.h>
 #include <vector>
 
-namespace platform::x11 {
+namespace platform::session {
 
-/// The process that puts the gamma ramps back when this one is killed. It is started when it is
-/// first asked, and anew where it has ended or does not answer. Nothing here waits for longer than
-/// a second.
-class GammaGuard {
+/// The process that undoes something on the desktop when this one is killed. It is started when it
+/// is first asked, and anew where it has ended or does not answer. Nothing here waits for longer
+/// than a second.
+class GuardProcess {
   public:
-    GammaGuard(std::string executable, Log& log);
+    /// The log's line is the name, what is wrong, and the consequence.
+    struct Words {
+        std::string name;        ///< "the gamma guard"
+        std::string consequence; ///< of there being none
+    };
+
+    GuardProcess(std::string executable, Words words, Log& log);
     /// As letGo(false).
-    ~GammaGuard();
-    GammaGuard(const GammaGuard&) = delete;
-    GammaGuard& operator=(const GammaGuard&) = delete;
+    ~GuardProcess();
+    GuardProcess(const GuardProcess&) = delete;
+    GuardProcess& operator=(const GuardProcess&) = delete;
 
     /// Whether there is a helper that answers now. `arguments` are for one that has to be started;
     /// one that cannot be is logged once. After one that was silent from the start no other is
@@ -43,6 +49,7 @@ class GammaGuard {
     void tell(const std::string& failure);
 
     std::string executable;
+    Words words;
     Log& log;
     pid_t child = 0;
     int socket = -1;
@@ -50,4 +57,4 @@ class GammaGuard {
     bool told = false;
 };
 
-} // namespace platform::x11
+} // namespace platform::session

@@ -1,10 +1,10 @@
-#include "platform/x11/keys/PhysicalKeys.h"
+#include "platform/session/PhysicalKeys.h"
 
 #include <algorithm>
 #include <array>
 #include <span>
 
-namespace platform::x11 {
+namespace platform::session {
 
 namespace {
 
@@ -53,8 +53,8 @@ const PhysicalKey* physicalKey(std::uint16_t virtualCode) {
     return find(virtualCode, &PhysicalKey::virtualCode);
 }
 
-const PhysicalKey* physicalKeyAt(xcb_keycode_t keycode) {
+const PhysicalKey* physicalKeyAt(std::uint8_t keycode) {
     return find(keycode, &PhysicalKey::keycode);
 }
 
-} // namespace platform::x11
+} // namespace platform::session

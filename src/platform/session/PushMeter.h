@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-namespace platform::x11 {
+namespace platform::session {
 
 /// Adds up what a barrier cuts off the hand's motion, to what it was within one frame of a display.
 /// A mouse at 125 Hz reports twice or three times in a frame and one at 8000 Hz a hundred times; a
@@ -23,9 +23,9 @@ class PushMeter {
     void reported(double span);
 
     struct Piece {
-        double time = 0; ///< seconds, the server's clock
+        double time = 0; ///< seconds, of the clock of the events
         double span = 0; ///< seconds up to `time` in which it happened; 0 for an instant
-        Point from;      ///< where the cursor was held, root coordinates
+        Point from;      ///< where the cursor was held
         Point cutOff;    ///< pixels; (0, 0) for a motion that no barrier stopped
         Point lead{};    ///< pixels on the way to the barrier, from where the cursor was put back
     };
@@ -52,4 +52,4 @@ class PushMeter {
     int reports = 0;              ///< that it is the mean of, about
 };
 
-} // namespace platform::x11
+} // namespace platform::session

@@ -5,7 +5,7 @@
 #include <chrono>
 #include <functional>
 
-namespace platform::x11 {
+namespace platform::session {
 
 /// A clock that ticks at the pace of a display, or at another one, on a fixed grid, also while an
 /// alert or a menu is open. Stopped it costs nothing. Main thread.
@@ -37,4 +37,4 @@ class Pace {
     bool running = false;
 };
 
-} // namespace platform::x11
+} // namespace platform::session

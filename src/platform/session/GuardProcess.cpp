@@ -1,4 +1,4 @@
-#include "platform/x11/overlay/GammaGuard.h"
+#include "platform/session/GuardProcess.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -19,7 +19,7 @@ extern "C" {
 
 extern char** environ;
 
-namespace platform::x11 {
+namespace platform::session {
 
 namespace {
 
@@ -43,14 +43,14 @@ bool isReadable(int descriptor, std::chrono::steady_clock::time_point deadline) 
 
 } // namespace
 
-GammaGuard::GammaGuard(std::string helper, Log& writer)
-    : executable(std::move(helper)), log(writer) {}
+GuardProcess::GuardProcess(std::string helper, Words given, Log& writer)
+    : executable(std::move(helper)), words(std::move(given)), log(writer) {}
 
-GammaGuard::~GammaGuard() {
+GuardProcess::~GuardProcess() {
     letGo(false);
 }
 
-bool GammaGuard::answers(const std::vector<std::string>& arguments) {
+bool GuardProcess::answers(const std::vector<std::string>& arguments) {
     if (child > 0 && echoes(Clock::now() + timeToAnswer)) return true;
     kill();
     if (Clock::now() < nextStart) return false;
@@ -67,7 +67,7 @@ bool GammaGuard::answers(const std::vector<std::string>& arguments) {
 // the program's process group does not end the helper. A socket instead of a pipe, because writing
 // to it when the helper has gone need not raise SIGPIPE. It may outlive the program, so it does
 // not keep open where that wrote to.
-void GammaGuard::start(const std::vector<std::string>& arguments) {
+void GuardProcess::start(const std::vector<std::string>& arguments) {
     int ends[2] = {-1, -1};
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) {
         tell(std::string("has no socket: ") + std::strerror(errno));
@@ -86,10 +86,10 @@ void GammaGuard::start(const std::vector<std::string>& arguments) {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP})
         sigaddset(&requests, signal);
     posix_spawnattr_setsigmask(&attributes, &requests);
-    std::vector<std::string> words{executable};
-    words.insert(words.end(), arguments.begin(), arguments.end());
+    std::vector<std::string> command{executable};
+    command.insert(command.end(), arguments.begin(), arguments.end());
     std::vector<char*> list;
-    for (std::string& word : words)
+    for (std::string& word : command)
         list.push_back(word.data());
     list.push_back(nullptr);
     const int error =
@@ -104,19 +104,19 @@ void GammaGuard::start(const std::vector<std::string>& arguments) {
     tell("'" + executable + "' cannot be started: " + std::strerror(error));
 }
 
-bool GammaGuard::echoes(Clock::time_point deadline) {
+bool GuardProcess::echoes(Clock::time_point deadline) {
     char byte = 0;
     return ::send(socket, &byte, 1, MSG_NOSIGNAL | MSG_DONTWAIT) == 1 &&
            isReadable(socket, deadline) && ::recv(socket, &byte, 1, MSG_DONTWAIT) == 1;
 }
 
-bool GammaGuard::hasEnded() const {
+bool GuardProcess::hasEnded() const {
     char byte = 0;
     return child > 0 && ::recv(socket, &byte, 1, MSG_PEEK | MSG_DONTWAIT) == 0;
 }
 
 /// Reaps it.
-bool GammaGuard::endsBy(Clock::time_point deadline) {
+bool GuardProcess::endsBy(Clock::time_point deadline) {
     const int handle = pidfd_open(child, 0);
     if (handle >= 0) {
         (void)isReadable(handle, deadline);
@@ -128,7 +128,7 @@ bool GammaGuard::endsBy(Clock::time_point deadline) {
 }
 
 // A stopped process heeds this too.
-void GammaGuard::kill() {
+void GuardProcess::kill() {
     closeSocket();
     if (child == 0) return;
     ::kill(child, SIGKILL);
@@ -136,21 +136,19 @@ void GammaGuard::kill() {
     child = 0;
 }
 
-void GammaGuard::letGo(bool isNeeded) {
+void GuardProcess::letGo(bool isNeeded) {
     closeSocket();
     if (child > 0 && !isNeeded && !endsBy(Clock::now() + timeToEnd)) kill();
     child = 0;
 }
 
-void GammaGuard::closeSocket() {
+void GuardProcess::closeSocket() {
     if (socket >= 0) close(std::exchange(socket, -1));
 }
 
-void GammaGuard::tell(const std::string& failure) {
+void GuardProcess::tell(const std::string& failure) {
     if (std::exchange(told, true)) return;
-    log.write("the gamma guard " + failure +
-              "; without it monitors stay bright, but with a "
-              "compositor such as picom they would be dark");
+    log.write(words.name + " " + failure + "; " + words.consequence);
 }
 
-} // namespace platform::x11
+} // namespace platform::session

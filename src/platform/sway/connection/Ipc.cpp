@@ -1,0 +1,136 @@
+#include "platform/sway/connection/Ipc.h"
+
+#include "platform/json/Parser.h"
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace platform::sway {
+
+namespace {
+
+constexpr std::string_view magic = "i3-ipc";
+constexpr std::size_t headerLength = magic.size() + 2 * sizeof(std::uint32_t);
+
+std::uint32_t numberAt(std::string_view text, std::size_t position) {
+    std::uint32_t number = 0;
+    std::memcpy(&number, text.data() + position, sizeof number);
+    return number;
+}
+
+bool waitFor(int descriptor, short events, Ipc::Clock::time_point deadline) {
+    for (;;) {
+        const auto left =
+            std::chrono::ceil<std::chrono::milliseconds>(deadline - Ipc::Clock::now()).count();
+        pollfd polled{descriptor, events, 0};
+        const int ready = ::poll(&polled, 1, left > 0 ? static_cast<int>(left) : 0);
+        if (ready >= 0 || errno != EINTR) return ready > 0;
+    }
+}
+
+} // namespace
+
+std::unique_ptr<Ipc> Ipc::open(const std::string& path) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    if (path.empty() || path.size() >= sizeof address.sun_path) return nullptr;
+    std::memcpy(address.sun_path, path.data(), path.size());
+    const int made = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (made < 0) return nullptr;
+    if (::connect(made, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
+        ::close(made);
+        return nullptr;
+    }
+    return std::unique_ptr<Ipc>(new Ipc(made));
+}
+
+Ipc::~Ipc() {
+    ::close(socket);
+}
+
+void Ipc::send(Type type, std::string_view payload) {
+    const std::array<std::uint32_t, 2> numbers{static_cast<std::uint32_t>(payload.size()),
+                                               static_cast<std::uint32_t>(type)};
+    out += magic;
+    out.append(reinterpret_cast<const char*>(numbers.data()), sizeof numbers);
+    out += payload;
+    ++unanswered;
+    while (!broken && !out.empty()) {
+        const ssize_t sent = ::send(socket, out.data(), out.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
+        if (sent < 0 && errno == EINTR) continue;
+        if (sent < 0 && errno == EAGAIN) return;
+        if (sent < 0) broken = true;
+        if (sent > 0) out.erase(0, static_cast<std::size_t>(sent));
+    }
+}
+
+void Ipc::transfer() {
+    std::array<char, 1 << 14> part{};
+    while (!broken && !out.empty()) {
+        const ssize_t sent = ::send(socket, out.data(), out.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
+        if (sent <= 0) break;
+        out.erase(0, static_cast<std::size_t>(sent));
+    }
+    while (!broken) {
+        const ssize_t got = ::recv(socket, part.data(), part.size(), MSG_DONTWAIT);
+        if (got < 0 && errno == EINTR) continue;
+        if (got < 0 && errno == EAGAIN) return;
+        if (got <= 0)
+            broken = true;
+        else
+            in.append(part.data(), static_cast<std::size_t>(got));
+        if (in.size() > headerLength + longest) return; // more than one whole message
+    }
+}
+
+std::optional<Ipc::Message> Ipc::next() {
+    if (in.size() < headerLength) return std::nullopt;
+    const std::uint32_t length = numberAt(in, magic.size());
+    const std::uint32_t type = numberAt(in, magic.size() + sizeof length);
+    if (!in.starts_with(magic) || length > longest) {
+        broken = true;
+        in.clear();
+        return std::nullopt;
+    }
+    if (in.size() < headerLength + length) return std::nullopt;
+    auto value = json::Parser().parse(std::string_view(in).substr(headerLength, length));
+    in.erase(0, headerLength + length);
+    if (!(type & eventBit) && unanswered > 0) --unanswered;
+    if (!value) {
+        broken = true;
+        return std::nullopt;
+    }
+    return Message{type, std::move(*value)};
+}
+
+std::optional<JsonValue> Ipc::ask(Type type, std::string_view payload, Clock::time_point deadline) {
+    send(type, payload);
+    while (!broken) {
+        transfer();
+        while (auto message = next())
+            if (!(message->type & eventBit) && unanswered == 0) return std::move(message->value);
+        if (!waitFor(socket, static_cast<short>(out.empty() ? POLLIN : POLLIN | POLLOUT), deadline))
+            return std::nullopt;
+    }
+    return std::nullopt;
+}
+
+std::string failureIn(const JsonValue& reply) {
+    const auto* list = std::get_if<JsonValue::List>(&reply.held);
+    if (!list) return {};
+    for (const JsonValue& one : *list) {
+        const JsonValue* const success = one.member("success");
+        if (!success || success->held != decltype(success->held)(false)) continue;
+        const JsonValue* const error = one.member("error");
+        const auto* text = error ? std::get_if<std::string>(&error->held) : nullptr;
+        return text ? *text : "a command failed";
+    }
+    return {};
+}
+
+} // namespace platform::sway

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "platform/Cursor.h"
+#include "platform/Descriptors.h"
+#include "platform/Displays.h"
+#include "platform/Focus.h"
+#include "platform/InputEvents.h"
+#include "platform/Keyboard.h"
+#include "platform/Log.h"
+#include "platform/Pointer.h"
+#include "platform/RecordableHotKeys.h"
+#include "platform/Settings.h"
+#include "platform/WakeLock.h"
+#include "platform/Windows.h"
+
+#include <functional>
+#include <string>
+
+// The door between the program and the module of the Wayland sessions, a shared library, so that
+// the other sessions load none of what it needs.
+
+namespace platform::wayland {
+
+/// The services of one compositor. Main thread.
+class Desktop {
+  public:
+    /// What the services stand on; lent for as long as they live.
+    struct Surroundings {
+        platform::Settings& settings;
+        std::string identifier; ///< of the product
+        std::string guard;      ///< path of the helper executable that undoes after a kill
+        std::string folder;     ///< for what it has to undo; empty for none
+        bool holds = true;      ///< whether the cursor may be held
+        /// Whether a window of the program is active; no round trip.
+        std::function<bool()> ownWindowActive;
+        /// Calls an operation from the run loop, also while a modal alert runs.
+        std::function<void(std::function<void()>)> later;
+    };
+    struct Services {
+        platform::Pointer& pointer;
+        platform::Cursor& cursor;
+        platform::InputEvents& input;
+        platform::Keyboard& keyboard;
+        platform::RecordableHotKeys& hotKeys;
+        platform::Windows& windows;
+        platform::Focus& focus;
+        platform::WakeLock& wakeLock;
+    };
+
+    virtual ~Desktop() = default;
+
+    /// Also before `start`.
+    virtual const platform::Displays& displays() const = 0;
+    virtual platform::Displays& displays() = 0;
+    /// Once.
+    virtual Services start(const Surroundings& surroundings) = 0;
+    /// A window of the program has become active or is so no longer.
+    virtual void ownWindowChanged() = 0;
+    /// Ends the services, upon which all that they did to the desktop is undone.
+    virtual void end() = 0;
+};
+
+struct OpenedDesktop {
+    Desktop* desktop = nullptr; ///< the caller's; null with an error
+    std::string error;          ///< empty where this is no compositor that the module knows
+};
+
+/// The one symbol that the module exports. What is lent must outlive the desktop; `lost` is called
+/// once from the run loop, and nothing works after that.
+using OpenDesktop = void(OpenedDesktop& opened, Descriptors& descriptors, Log& log,
+                         std::function<void()> lost);
+inline constexpr const char* openDesktopName = "openWaylandDesktop";
+
+} // namespace platform::wayland

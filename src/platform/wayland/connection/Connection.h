@@ -1,0 +1,99 @@
+#pragma once
+
+#include "platform/Descriptors.h"
+#include "platform/Log.h"
+#include "platform/wayland/connection/Handles.h"
+
+#include <chrono>
+#include <functional>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace platform::wayland {
+
+/// A connection of the program's own, beside the toolkit's. What comes on it is read from the run
+/// loop: the protocol's events only note what they tell, and whoever wants to act on it does so
+/// when the batch has ended. Main thread.
+class Connection {
+  public:
+    using Clock = std::chrono::steady_clock;
+
+    struct Opened {
+        std::unique_ptr<Connection> connection; ///< null with an error
+        std::string error;
+    };
+    /// To the compositor that the environment names. What is lent must outlive the connection.
+    /// `lost` is called once, from the run loop.
+    static Opened open(Descriptors& descriptors, Log& log, std::function<void()> lost);
+    ~Connection();
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+
+    // The compositor's globals. Never null.
+    wl_compositor* compositor() const { return globals.compositor.get(); }
+    wl_shm* memory() const { return globals.memory.get(); }
+    wl_seat* seat() const { return globals.seat.get(); }
+    zwlr_layer_shell_v1* layers() const { return globals.layers.get(); }
+    wp_viewporter* viewporter() const { return globals.viewporter.get(); }
+    zwp_relative_pointer_manager_v1* relative() const { return globals.relative.get(); }
+    zxdg_output_manager_v1* outputs() const { return globals.outputs.get(); }
+    zwp_idle_inhibit_manager_v1* idle() const { return globals.idle.get(); } ///< may be null
+
+    /// Tells of outputs, those that are there at once. One handler each.
+    void onOutput(std::function<void(std::uint32_t name, wl_output*)> came,
+                  std::function<void(std::uint32_t name)> went);
+
+    /// Tells what devices the seat has, now and at each change: of WL_SEAT_CAPABILITY_. One
+    /// handler.
+    void onSeat(std::function<void(std::uint32_t capabilities)> changed);
+
+    /// Calls `ended` after each batch of events, from the run loop; an empty one ends that.
+    void onBatchEnd(const void* owner, std::function<void()> ended);
+
+    void flush();
+    /// Reads until `reached` or the deadline, and tells which it was. Batches end later, from the
+    /// run loop.
+    bool waitFor(const std::function<bool()>& reached, Clock::time_point deadline);
+    /// Whether the compositor has answered all that was asked of it, within a second.
+    bool synchronize();
+
+  private:
+    Connection(Descriptors& descriptors, Log& log, std::function<void()> lost);
+    std::string bind();
+    void global(std::uint32_t name, std::string_view interface, std::uint32_t version);
+    void listenToSeat();
+    void read();
+    bool readOnce();
+    void endBatch();
+    void lose();
+
+    struct Globals {
+        Handle<wl_compositor> compositor;
+        Handle<wl_shm> memory;
+        Handle<wl_seat> seat;
+        Handle<zwlr_layer_shell_v1> layers;
+        Handle<wp_viewporter> viewporter;
+        Handle<zwp_relative_pointer_manager_v1> relative;
+        Handle<zxdg_output_manager_v1> outputs;
+        Handle<zwp_idle_inhibit_manager_v1> idle;
+    };
+
+    Descriptors& descriptors;
+    Log& log;
+    std::function<void()> lost;
+    Handle<wl_display> display;
+    Handle<wl_registry> registry;
+    Globals globals;
+    std::map<std::uint32_t, Handle<wl_output>> outputList;
+    std::function<void(std::uint32_t, wl_output*)> outputCame;
+    std::function<void(std::uint32_t)> outputWent;
+    std::uint32_t capabilities = 0;
+    std::function<void(std::uint32_t)> seatChanged;
+    std::vector<std::pair<const void*, std::function<void()>>> batchHandlers;
+    int wake = -1; ///< readable when a batch was read by somebody who waited
+    bool isLost = false;
+};
+
+} // namespace platform::wayland

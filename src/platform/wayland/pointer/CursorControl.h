@@ -1,0 +1,20 @@
+#pragma once
+
+#include "platform/wayland/connection/Outputs.h"
+
+namespace platform::wayland {
+
+/// What each family of compositors does its own way: it keeps the cursor on an output, and moves
+/// it. Nothing here waits for an answer. Main thread.
+class CursorControl {
+  public:
+    virtual ~CursorControl() = default;
+
+    /// From now on no pointer's motion leads off this output; null lets the cursor go.
+    virtual void confine(const Outputs::Place* place) = 0;
+
+    /// Layout coordinates, on an output.
+    virtual void warp(Point layout) = 0;
+};
+
+} // namespace platform::wayland

@@ -1,0 +1,116 @@
+#include "platform/wayland/pointer/Hold.h"
+
+#include <algorithm>
+
+namespace platform::wayland {
+
+using session::Box;
+using session::Side;
+
+namespace {
+
+Box boxOf(const Rect& r) {
+    const int left = static_cast<int>(r.x), top = static_cast<int>(r.y);
+    return {left, top, left + static_cast<int>(r.width), top + static_cast<int>(r.height)};
+}
+
+Rect stripAt(Side side, const Box& box) {
+    const double at = session::lastPixel(side, box);
+    const double width = box.right - box.left, height = box.bottom - box.top;
+    if (session::isVertical(side)) return {at, static_cast<double>(box.top), 1, height};
+    return {static_cast<double>(box.left), at, width, 1};
+}
+
+} // namespace
+
+Hold::Hold(Connection& x, Outputs& screens, PointerSeat& seat, CursorControl& cursor,
+           bool isAllowed)
+    : connection(x), outputs(screens), pointer(seat), control(cursor), allowed(isAllowed) {
+    outputs.onLayout(this, [this] { rebuild(); });
+}
+
+Hold::~Hold() {
+    outputs.onLayout(this, {});
+    clear();
+    if (held) control.confine(nullptr);
+}
+
+void Hold::inside(std::optional<Rect> screen) {
+    wanted = screen;
+    rebuild();
+}
+
+void Hold::suspend(bool on) {
+    if (suspended == on) return;
+    suspended = on;
+    rebuild();
+}
+
+void Hold::clear() {
+    for (const Strip& strip : strips)
+        pointer.forget(*strip.layer);
+    strips.clear();
+    meter.clear();
+}
+
+void Hold::rebuild() {
+    if (!allowed) return;
+    const Outputs::Place* place = nullptr;
+    std::vector<Box> present;
+    for (const Outputs::Place& one : outputs.places()) {
+        present.push_back(boxOf(one.area));
+        const Point corner = outputs.toTopLeft({one.area.x, one.area.y});
+        const Rect frame{corner.x, corner.y, one.area.width, one.area.height};
+        if (wanted && !suspended && frame == *wanted) place = &one;
+    }
+    const bool isSame = held == (place != nullptr) && present == monitors &&
+                        (!place || (place->id == heldScreen && place->output == heldOutput &&
+                                    boxOf(place->area) == box));
+    if (isSame) return;
+    monitors = std::move(present);
+    clear();
+    held = place != nullptr;
+    control.confine(place);
+    if (!place) return;
+    heldScreen = place->id;
+    heldOutput = place->output;
+    box = boxOf(place->area);
+    for (const Side side : session::innerSides(box, monitors)) {
+        const Rect area = stripAt(side, box);
+        strips.push_back(
+            {side, std::make_unique<Layer>(connection, Layer::Look{*place, area, 0, false}), area});
+    }
+}
+
+bool Hold::isOnStrip(Point layout) const {
+    return std::ranges::any_of(strips,
+                               [&](const Strip& strip) { return strip.area.contains(layout); });
+}
+
+// The step before the one that brought the cursor onto the strip went to whoever was below, so a
+// push counts from the next one on.
+void Hold::meant(Point place, Point step, double time) {
+    const double span = time - lastTime;
+    lastTime = time;
+    meter.reported(span);
+    for (const Strip& strip : strips) {
+        if (!strip.area.contains(place)) continue;
+        const bool vertical = session::isVertical(strip.side);
+        const double way = vertical ? step.x : step.y;
+        if (!session::isOutwards(strip.side, way)) continue;
+        meter.add({time, span, session::nearestPixel(place, box),
+                   vertical ? Point{way, 0} : Point{0, way}});
+    }
+}
+
+std::optional<Hold::Push> Hold::takePush(Point place) {
+    const auto sum = meter.take();
+    if (!sum || !held) return std::nullopt;
+    const Point at = outputs.toLayout(place);
+    const Point beyond =
+        session::onDesktop({at.x + sum->cutOff.x, at.y + sum->cutOff.y}, box, monitors);
+    if (box.contains(beyond)) return std::nullopt;
+    return Push{outputs.toTopLeft(sum->from), outputs.toTopLeft(beyond)};
+}
+
+} // namespace platform::wayland

@@ -1,0 +1,133 @@
+#include "platform/wayland/pointer/InputEvents.h"
+
+#include <linux/input-event-codes.h>
+#include <utility>
+
+// Over a strip of the hold every report of the mouse comes; they are summed up and delivered once a
+// frame. What happens over another layer of the program, such as a dark one, is outside the screen
+// that is held: it is delivered at the end of its batch, so that the answer brings the cursor back
+// before it is seen.
+
+namespace platform::wayland {
+
+namespace {
+
+constexpr int framesUntilRest = 4;
+constexpr std::size_t fewClicks = 16;
+
+} // namespace
+
+InputEvents::InputEvents(Connection& x, Descriptors& descriptors, Outputs& screens,
+                         PointerSeat& pointerSeat, Pointer& cursor, Hold& confinement,
+                         std::function<bool()> ownActive)
+    : connection(x),
+      outputs(screens),
+      seat(pointerSeat),
+      pointer(cursor),
+      hold(confinement),
+      ownWindowActive(std::move(ownActive)),
+      pace(descriptors, [this] { tick(); }) {
+    noted.reserve(fewClicks);
+    seat.setListener(this);
+    connection.onBatchEnd(this, [this] { batchEnded(); });
+}
+
+InputEvents::~InputEvents() {
+    connection.onBatchEnd(this, {});
+    seat.setListener(nullptr);
+}
+
+void InputEvents::moved(Point layout) {
+    place = outputs.toTopLeft(layout);
+    hasMoved = true;
+}
+
+void InputEvents::meant(Point step, double when) {
+    time = when;
+    hold.meant(outputs.toLayout(place), step, when);
+    anyArrived = true;
+}
+
+void InputEvents::button(std::uint32_t code, bool down) {
+    const auto pick = [down](EventType pressed, EventType released) {
+        return down ? pressed : released;
+    };
+    const std::uint32_t bit = code >= BTN_LEFT && code < BTN_LEFT + 8 ? 1U << (code - BTN_LEFT) : 0;
+    buttonsDown = down ? buttonsDown | bit : buttonsDown & ~bit;
+    if (code == BTN_LEFT)
+        note(pick(EventType::leftMouseDown, EventType::leftMouseUp));
+    else if (code == BTN_RIGHT)
+        note(pick(EventType::rightMouseDown, EventType::rightMouseUp));
+    else
+        note(pick(EventType::otherMouseDown, EventType::otherMouseUp));
+}
+
+void InputEvents::note(EventType type) {
+    noted.push_back(type);
+}
+
+void InputEvents::batchEnded() {
+    if (!anyArrived && !hasMoved && noted.empty()) return;
+    if (hasMoved && hold.isBeyond(place)) readMotion();
+    if (!noted.empty()) {
+        readMotion();
+        for (std::size_t i = 0; i < noted.size(); ++i)
+            deliver(noted[i], place, false);
+        noted.clear();
+    }
+    anyArrived = true;
+    if (!pace.isRunning()) pace.start();
+}
+
+void InputEvents::tick() {
+    ownWindowChanged();
+    emptyFrames = std::exchange(anyArrived, false) ? 0 : emptyFrames + 1;
+    readMotion();
+    if (emptyFrames >= framesUntilRest) {
+        emptyFrames = 0;
+        pace.stop();
+    }
+}
+
+void InputEvents::readMotion() {
+    const bool anyMotion = std::exchange(hasMoved, false);
+    if (const auto push = hold.takePush(place)) {
+        deliver(EventType::mouseMoved, push->held, false);
+        // The cursor is still inside, and the answer to the point outside is carried out.
+        deliver(EventType::mouseMoved, push->beyond, true);
+    } else if (anyMotion) {
+        constexpr std::uint32_t left = 1, right = 2;
+        deliver(buttonsDown & left    ? EventType::leftMouseDragged
+                : buttonsDown & right ? EventType::rightMouseDragged
+                : buttonsDown         ? EventType::otherMouseDragged
+                                      : EventType::mouseMoved,
+                place, false);
+    }
+}
+
+void InputEvents::deliver(EventType type, Point at, bool isHeldBack) {
+    const InputEvent event{type, at, 0, time};
+    const Pointer::Handling handling(pointer, at, isHeldBack);
+    for (std::size_t i = 0; i < consumers.size(); ++i) {
+        const Consumer& consumer = consumers[i];
+        if (!(consumer.mask & maskOf(type))) continue;
+        if (consumer.isTap || !ownWindowActive()) consumer.handler(event);
+    }
+}
+
+// Without a Handling: what follows may ask where the cursor is now.
+void InputEvents::tellModifier(std::uint16_t keyCode) {
+    const InputEvent event{EventType::flagsChanged, place, keyCode, time};
+    for (std::size_t i = 0; i < consumers.size(); ++i)
+        if (consumers[i].mask & maskOf(EventType::flagsChanged)) consumers[i].handler(event);
+}
+
+void InputEvents::addGlobalMonitor(EventMask mask, Handler handler) {
+    consumers.push_back({mask, false, std::move(handler)});
+}
+
+void InputEvents::addTap(const TapParameters& parameters, Handler handler) {
+    consumers.push_back({parameters.mask, true, std::move(handler)});
+}
+
+} // namespace platform::wayland

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "platform/InputEvents.h"
+#include "platform/session/Pace.h"
+#include "platform/wayland/pointer/Pointer.h"
+
+#include <deque>
+#include <functional>
+
+namespace platform::wayland {
+
+/// What a client can know of the session's events: what happens over the program's own layers, at
+/// the pace of a display. A motion to a point outside the screen that the pointer holds comes right
+/// after one at the point where the cursor was held, so that the step between the two is the push
+/// of one frame. The modifiers are told by whoever finds them out.
+class InputEvents final : public platform::InputEvents, private PointerSeat::Listener {
+  public:
+    /// `ownWindowActive` is asked for each event that a monitor would get.
+    InputEvents(Connection& connection, Descriptors& descriptors, Outputs& outputs,
+                PointerSeat& seat, Pointer& pointer, Hold& hold,
+                std::function<bool()> ownWindowActive);
+    ~InputEvents() override;
+    InputEvents(const InputEvents&) = delete;
+    InputEvents& operator=(const InputEvents&) = delete;
+
+    void addGlobalMonitor(EventMask mask, Handler handler) override;
+    void addTap(const TapParameters& parameters, Handler handler) override;
+
+    /// To be called when a window of the program has become active or is so no longer.
+    void ownWindowChanged() { hold.suspend(ownWindowActive()); }
+
+    /// A modifier was pressed or released; a virtual key code.
+    void tellModifier(std::uint16_t keyCode);
+
+  private:
+    struct Consumer {
+        EventMask mask;
+        bool isTap;
+        Handler handler;
+    };
+
+    void moved(Point place) override;
+    void left() override {}
+    void meant(Point step, double time) override;
+    void button(std::uint32_t code, bool down) override;
+    void scrolled() override { note(EventType::scrollWheel); }
+
+    void note(EventType type);
+    void batchEnded();
+    void tick();
+    void readMotion();
+    void deliver(EventType type, Point place, bool isHeldBack);
+
+    Connection& connection;
+    Outputs& outputs;
+    PointerSeat& seat;
+    Pointer& pointer;
+    Hold& hold;
+    std::function<bool()> ownWindowActive;
+    std::deque<Consumer> consumers; ///< stays in place when a handler adds one
+    session::Pace pace;
+    std::vector<EventType> noted; ///< clicks of this batch
+    Point place;                  ///< the last one told, top-left
+    double time = 0;              ///< of the last motion
+    std::uint32_t buttonsDown = 0;
+    bool hasMoved = false; ///< since it was delivered
+    bool anyArrived = false;
+    int emptyFrames = 0;
+};
+
+} // namespace platform::wayland

@@ -1,0 +1,86 @@
+#include "platform/wayland/pointer/PointerSeat.h"
+
+namespace platform::wayland {
+
+PointerSeat::PointerSeat(Connection& x, KeyboardSeat& keys) : connection(x), keyboard(keys) {
+    connection.onSeat([this](std::uint32_t capabilities) {
+        find((capabilities & WL_SEAT_CAPABILITY_POINTER) != 0);
+        keyboard.find((capabilities & WL_SEAT_CAPABILITY_KEYBOARD) != 0);
+    });
+}
+
+PointerSeat::~PointerSeat() {
+    connection.onSeat({});
+}
+
+void PointerSeat::find(bool there) {
+    if (there == isThere()) return;
+    entered = nullptr;
+    relative.reset();
+    pointer.reset();
+    if (!there) return;
+    pointer.reset(wl_seat_get_pointer(connection.seat()));
+    // Later versions of the structure have more.
+    static const wl_pointer_listener pointing = [] {
+        wl_pointer_listener all{};
+        all.enter = [](void* data, wl_pointer*, std::uint32_t, wl_surface* surface, wl_fixed_t x,
+                       wl_fixed_t y) {
+            auto& self = *static_cast<PointerSeat*>(data);
+            self.entered = surface;
+            self.at(x, y);
+        };
+        all.leave = [](void* data, wl_pointer*, std::uint32_t, wl_surface*) {
+            auto& self = *static_cast<PointerSeat*>(data);
+            self.entered = nullptr;
+            self.last.reset();
+            if (self.listener) self.listener->left();
+        };
+        all.motion = [](void* self, wl_pointer*, std::uint32_t, wl_fixed_t x, wl_fixed_t y) {
+            static_cast<PointerSeat*>(self)->at(x, y);
+        };
+        all.button = [](void* data, wl_pointer*, std::uint32_t, std::uint32_t, std::uint32_t code,
+                        std::uint32_t state) {
+            auto& self = *static_cast<PointerSeat*>(data);
+            if (self.listener && self.focus())
+                self.listener->button(code, state == WL_POINTER_BUTTON_STATE_PRESSED);
+        };
+        all.axis = [](void* data, wl_pointer*, std::uint32_t, std::uint32_t, wl_fixed_t) {
+            auto& self = *static_cast<PointerSeat*>(data);
+            if (self.listener && self.focus()) self.listener->scrolled();
+        };
+        all.frame = [](void*, wl_pointer*) {};
+        all.axis_source = [](void*, wl_pointer*, std::uint32_t) {};
+        all.axis_stop = [](void*, wl_pointer*, std::uint32_t, std::uint32_t) {};
+        all.axis_discrete = [](void*, wl_pointer*, std::uint32_t, std::int32_t) {};
+        return all;
+    }();
+    wl_pointer_add_listener(pointer.get(), &pointing, this);
+    relative.reset(
+        zwp_relative_pointer_manager_v1_get_relative_pointer(connection.relative(), pointer.get()));
+    static constexpr zwp_relative_pointer_v1_listener meaning{
+        [](void* data, zwp_relative_pointer_v1*, std::uint32_t high, std::uint32_t low,
+           wl_fixed_t x, wl_fixed_t y, wl_fixed_t, wl_fixed_t) {
+            auto& self = *static_cast<PointerSeat*>(data);
+            if (!self.listener || !self.focus()) return;
+            const auto microseconds = (std::uint64_t{high} << 32) | low;
+            self.listener->meant({wl_fixed_to_double(x), wl_fixed_to_double(y)},
+                                 static_cast<double>(microseconds) * 1e-6);
+        }};
+    zwp_relative_pointer_v1_add_listener(relative.get(), &meaning, this);
+    connection.flush();
+}
+
+void PointerSeat::at(wl_fixed_t x, wl_fixed_t y) {
+    const Layer* const layer = focus();
+    if (!layer) return;
+    last = layer->toLayout({wl_fixed_to_double(x), wl_fixed_to_double(y)});
+    if (listener) listener->moved(*last);
+}
+
+void PointerSeat::forget(const Layer& layer) {
+    if (entered != layer.surface()) return;
+    entered = nullptr;
+    last.reset();
+}
+
+} // namespace platform::wayland

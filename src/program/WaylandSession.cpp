@@ -1,0 +1,61 @@
+#include "program/WaylandSession.h"
+
+#include "platform/linux/files/Installation.h"
+#include "platform/linux/files/XdgFiles.h"
+#include "platform/qt/loop/QtApplication.h"
+
+#include <cstdlib>
+#include <dlfcn.h>
+
+using platform::qt::QtApplication;
+
+namespace {
+
+std::string variable(const char* name) {
+    const char* const value = std::getenv(name);
+    return value ? value : "";
+}
+
+} // namespace
+
+Session::Opened WaylandSession::open(const Options& options, platform::Descriptors& descriptors,
+                                     platform::Log& log) {
+    if (variable("WAYLAND_DISPLAY").empty() || variable("SWAYSOCK").empty()) return {};
+    // It is never unloaded: its libraries keep what they register for the process's life.
+    const std::string path = platform::linux::modulePath("wayland-session.so");
+    void* const module = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
+    auto* const openDesktop = module ? reinterpret_cast<platform::wayland::OpenDesktop*>(
+                                           ::dlsym(module, platform::wayland::openDesktopName))
+                                     : nullptr;
+    if (!openDesktop) return {nullptr, ::dlerror()};
+    std::unique_ptr<WaylandSession> session(new WaylandSession(options));
+    platform::wayland::OpenedDesktop opened;
+    openDesktop(opened, descriptors, log, [own = session.get()] {
+        if (own->lost) own->lost();
+    });
+    if (!opened.desktop) return {nullptr, std::move(opened.error)};
+    session->desktop.reset(opened.desktop);
+    return {std::move(session), {}};
+}
+
+std::string WaylandSession::displayName() const {
+    return variable("WAYLAND_DISPLAY");
+}
+
+Session::Services WaylandSession::start(const Surroundings& surroundings) {
+    lost = surroundings.lost;
+    auto& application = surroundings.application;
+    const auto services = desktop->start({.settings = surroundings.settings,
+                                          .identifier = surroundings.product.identifier,
+                                          .guard = platform::linux::helperPath("sway-guard"),
+                                          .folder = platform::linux::runtimeFolder().value_or(""),
+                                          .holds = holds,
+                                          .ownWindowActive = QtApplication::hasActiveWindow,
+                                          .later = [&application](std::function<void()> operation) {
+                                              application.afterEvent(std::move(operation));
+                                          }});
+    application.onActiveWindowChange([this] { desktop->ownWindowChanged(); });
+    return {desktop->displays(), services.pointer, services.cursor,  services.input,
+            services.keyboard,   services.hotKeys, services.windows, services.focus,
+            services.wakeLock,   nullptr};
+}

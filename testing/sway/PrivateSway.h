@@ -1,0 +1,83 @@
+#pragma once
+
+#include "testing/SessionBus.h"
+#include "testing/TempFolder.h"
+#include "testing/sway/WaylandClient.h"
+
+#include <optional>
+
+struct zwlr_virtual_pointer_v1;
+
+namespace support {
+
+/// A headless sway of the test's own with two outputs side by side, a home and a session bus. It
+/// uses nothing of the desktop that it runs on, and everything ends with the object. One thread,
+/// which must outlive the object.
+class PrivateSway {
+  public:
+    struct Options {
+        std::string layout = "1920x1080+0+0,1280x1024+1920+0"; ///< as parseLayout reads it
+        std::string configuration{};                           ///< more of the user's
+    };
+
+    /// Why there can be none on this machine; nothing where there can.
+    static std::optional<std::string> missing();
+
+    PrivateSway() : PrivateSway(Options{}) {}
+    /// Throws std::runtime_error where it does not start.
+    explicit PrivateSway(const Options& options);
+    ~PrivateSway();
+    PrivateSway(const PrivateSway&) = delete;
+    PrivateSway& operator=(const PrivateSway&) = delete;
+
+    /// For clients: the path of the compositor's socket.
+    const std::string& socket() const { return displaySocket; }
+    const Environment& environment() const { return variables; }
+    std::string configFolder() const { return folder.path("home/.config"); }
+    std::string runtimeFolder() const { return folder.path("run"); }
+
+    /// A command of the compositor's, carried out; throws std::runtime_error where it is refused.
+    void run(const std::string& command) const;
+    /// What swaymsg prints of a question: "get_outputs".
+    std::string ask(const std::string& question) const;
+    /// A picture of an output, numbered from 1 on: its mean brightness, from 0 to 255.
+    double brightness(int output) const;
+
+    std::unique_ptr<ChildProcess> spawn(const std::string& command,
+                                        const std::vector<std::string>& arguments = {}) const;
+
+  private:
+    testing_support::TempFolder folder;
+    Environment variables;
+    std::unique_ptr<SessionBus> bus;
+    Announced server;
+    std::string displaySocket;
+};
+
+/// A mouse of the private compositor's. Every call returns when the compositor has taken it in
+/// (push: all of it).
+class SwayHand {
+  public:
+    explicit SwayHand(const PrivateSway& sway);
+    ~SwayHand();
+    SwayHand(const SwayHand&) = delete;
+    SwayHand& operator=(const SwayHand&) = delete;
+
+    /// Layout coordinates. It is no motion of the mouse.
+    void moveTo(int x, int y);
+    void relative(double dx, double dy);
+    /// `steps` events of (dx, dy) at `hz` a second. Returns the seconds that it took.
+    double push(double dx, double dy, int steps, int hz);
+    void pressButton();
+    void releaseButton();
+
+  private:
+    void send(double dx, double dy);
+    void button(bool down);
+
+    const PrivateSway& sway;
+    WaylandClient client;
+    zwlr_virtual_pointer_v1* pointer;
+};
+
+} // namespace support

@@ -1,0 +1,20 @@
+#include "testing/desktop/Product.h"
+
+#include <fstream>
+#include <gtest/gtest.h>
+
+namespace desktop {
+namespace {
+
+TEST(Libraries, OfWaylandAreNotLoadedOnX11) {
+    Product product;
+    product.start();
+    std::ifstream maps("/proc/" + std::to_string(product.program->pid()) + "/maps");
+    const std::string all{std::istreambuf_iterator<char>(maps), {}};
+    ASSERT_NE(all.find("libxcb"), std::string::npos);
+    EXPECT_EQ(all.find("wayland-session.so"), std::string::npos);
+    EXPECT_EQ(all.find("libwayland"), std::string::npos);
+}
+
+} // namespace
+} // namespace desktop
