@@ -33,8 +33,8 @@
 #include "program/FirstMenu.h"
 #include "program/LoginWait.h"
 #include "program/Notices.h"
-#include "program/Session.h"
 #include "program/bus/DoctorReport.h"
+#include "program/session/Session.h"
 #include "scenario/record/Recorded.h"
 
 #include <optional>

@@ -27,6 +27,7 @@ class HotKeys final : public RecordableHotKeys {
     void breakBinding(std::string_view settingsKey) override;
     std::string modifierFlagsString(const Shortcut& shortcut) const override;
     std::string keyCodeString(const Shortcut& shortcut) const override;
+    std::optional<std::uint16_t> keyCodeNamed(std::string_view name) const override;
 
     void onLabelsChange(std::function<void()> changed) override;
     /// Nobody can tell here.

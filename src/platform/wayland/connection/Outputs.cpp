@@ -14,6 +14,12 @@ struct Outputs::Output {
     std::string name;
     Rect area;
     bool isDone = false; ///< and so what it tells is whole
+    int pixels = 0;      ///< of the panel, along its longer side
+
+    double scale() const {
+        const double longer = std::max(area.width, area.height);
+        return pixels > 0 && longer > 0 ? pixels / longer : 1;
+    }
 };
 
 Outputs::Outputs(Connection& x) : connection(x) {
@@ -30,7 +36,7 @@ Outputs::~Outputs() {
 }
 
 void Outputs::add(std::uint32_t name, wl_output* output) {
-    auto& made = *outputs.emplace_back(new Output{*this, name, output, {}, {}, {}, false});
+    auto& made = *outputs.emplace_back(new Output{*this, name, output, {}, {}, {}, false, 0});
     static constexpr auto finish = [](void* self) {
         static_cast<Output*>(self)->isDone = true;
         static_cast<Output*>(self)->owner.stale = true;
@@ -38,7 +44,11 @@ void Outputs::add(std::uint32_t name, wl_output* output) {
     static const wl_output_listener listener{
         .geometry = [](void*, wl_output*, int, int, int, int, int, const char*, const char*,
                        int) {},
-        .mode = [](void*, wl_output*, std::uint32_t, int, int, int) {},
+        .mode =
+            [](void* self, wl_output*, std::uint32_t flags, int width, int height, int) {
+                if (flags & WL_OUTPUT_MODE_CURRENT)
+                    static_cast<Output*>(self)->pixels = std::max(width, height);
+            },
         .done = [](void* self, wl_output*) { finish(self); },
         .scale = [](void*, wl_output*, int) {},
         .name = [](void*, wl_output*, const char*) {},
@@ -84,13 +94,13 @@ void Outputs::update() {
         auto position = std::ranges::find(known, one->name);
         if (position == known.end()) position = known.insert(known.end(), one->name);
         const auto number = static_cast<std::uint32_t>(position - known.begin()) + 1;
-        places.push_back({ScreenId{number}, one->output, one->name, one->area});
+        places.push_back({ScreenId{number}, one->output, one->name, one->area, one->scale()});
     }
     std::ranges::sort(places, {}, [](const Place& place) {
         return std::tuple(place.area.x, place.area.y, place.name);
     });
     const auto isSame = [](const Place& a, const Place& b) {
-        return a.id == b.id && a.output == b.output && a.area == b.area;
+        return a.id == b.id && a.output == b.output && a.area == b.area && a.scale == b.scale;
     };
     if (std::ranges::equal(places, ordered, isSame)) return;
     ordered = std::move(places);
@@ -99,8 +109,10 @@ void Outputs::update() {
     list.clear();
     for (const Place& place : ordered) {
         const Rect& r = place.area;
-        list.push_back(
-            {place.id, {r.x - origin.x, height - r.height - (r.y - origin.y), r.width, r.height}});
+        list.push_back({place.id,
+                        {r.x - origin.x, height - r.height - (r.y - origin.y), r.width, r.height},
+                        place.name,
+                        place.scale});
     }
     for (std::size_t i = 0; i < layoutHandlers.size(); ++i)
         layoutHandlers[i].second();

@@ -28,7 +28,8 @@ class Outputs final : public platform::Displays {
         ScreenId id = ScreenId::none;
         wl_output* output = nullptr;
         std::string name;
-        Rect area; ///< layout coordinates
+        Rect area;        ///< layout coordinates
+        double scale = 1; ///< the panel's pixels for one of the layout's
     };
     /// In the order of the screens. Valid until the run loop turns.
     std::span<const Place> places() const { return ordered; }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/wayland/Desktop.h"
-#include "program/Session.h"
+#include "program/session/Session.h"
 
 /// A session of a Wayland compositor that lets a client hold the cursor, through a module that is
 /// loaded for it.
@@ -16,6 +16,7 @@ class WaylandSession final : public Session {
     std::string displayName() const override;
     const platform::Displays& displays() const override { return desktop->displays(); }
     Services start(const Surroundings& surroundings) override;
+    platform::Capabilities capabilities() const override;
     /// Nothing waits for longer than a second.
     void aboutToEnd() override {}
     void end() override { desktop->end(); }

@@ -11,7 +11,7 @@
 #include "platform/x11/session/ScreenSaver.h"
 #include "platform/x11/session/XSettings.h"
 #include "platform/x11/tray/TrayWindow.h"
-#include "program/Session.h"
+#include "program/session/Session.h"
 
 #include <optional>
 

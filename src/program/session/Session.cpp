@@ -1,7 +1,7 @@
-#include "program/Session.h"
+#include "program/session/Session.h"
 
-#include "program/WaylandSession.h"
-#include "program/X11Session.h"
+#include "program/session/WaylandSession.h"
+#include "program/session/X11Session.h"
 
 // A compositor that can be spoken to is asked first, since its X server is there as well.
 Session::Opened Session::open(const Options& options, platform::Descriptors& descriptors,

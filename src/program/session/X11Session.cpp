@@ -1,4 +1,4 @@
-#include "program/X11Session.h"
+#include "program/session/X11Session.h"
 
 #include "platform/linux/files/Installation.h"
 #include "platform/linux/files/XdgFiles.h"

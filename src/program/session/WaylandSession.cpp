@@ -1,4 +1,4 @@
-#include "program/WaylandSession.h"
+#include "program/session/WaylandSession.h"
 
 #include "platform/linux/files/Installation.h"
 #include "platform/linux/files/XdgFiles.h"
@@ -58,4 +58,15 @@ Session::Services WaylandSession::start(const Surroundings& surroundings) {
     return {desktop->displays(), services.pointer, services.cursor,  services.input,
             services.keyboard,   services.hotKeys, services.windows, services.focus,
             services.wakeLock,   nullptr};
+}
+
+platform::Capabilities WaylandSession::capabilities() const {
+    platform::Capability hold{.id = "hold", .available = holds, .reason = {}};
+    if (!holds) hold.reason = "Switched off by --hold off.";
+    return {
+        std::move(hold),
+        {"darkness", true, {}},
+        {"motion", false,
+         "sway tells no program of each motion: hiding after a while, hot borders, wrapping and "
+         "the cross-hair need an X11 session."}};
 }
