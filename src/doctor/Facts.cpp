@@ -182,6 +182,7 @@ Facts gather(const lnx::ProductBundle& bundle, platform::Log& log) {
     Facts facts{.product = factsOf(bundle),
                 .display = variable("DISPLAY"),
                 .waylandDisplay = variable("WAYLAND_DISPLAY"),
+                .swaySocket = variable("SWAYSOCK"),
                 .sessionType = variable("XDG_SESSION_TYPE"),
                 .desktop = variable("XDG_CURRENT_DESKTOP")};
     facts.settings = settingsOf(facts.product.identifier);

@@ -40,6 +40,7 @@ struct Facts {
     // Of the environment.
     std::string display{};
     std::string waylandDisplay{};
+    std::string swaySocket{};
     std::string sessionType{};
     std::string desktop{};
 

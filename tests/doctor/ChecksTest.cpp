@@ -66,6 +66,15 @@ TEST(Doctor, TellsOfAServerThatIsSilent) {
     expectTrouble(facts, "session", "does not answer", "log out");
 }
 
+TEST(Doctor, TellsWhichProductsNeedAnotherSessionThanSway) {
+    Facts facts = goodFacts();
+    facts.waylandDisplay = "wayland-1";
+    facts.swaySocket = "/run/sway.sock";
+    EXPECT_EQ(find(examine(facts), "session")->level, Level::ok);
+    facts.product.variant = variants::wrapAround;
+    expectTrouble(facts, "session", "sway tells no program", "on Xorg");
+}
+
 TEST(Doctor, TellsOfXwaylandWhatToLogInTo) {
     Facts facts = goodFacts();
     facts.server.refusal = "this is Xwayland, where the pointer is the compositor's; log in";

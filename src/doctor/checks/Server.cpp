@@ -73,10 +73,27 @@ Finding refusedSession(const std::string& refusal) {
     return {.key = "session", .level = Level::trouble, .says = reason, .mend = logIn};
 }
 
+/// The products that follow each motion, of which sway tells nobody.
+bool followsMotion(int variant) {
+    using namespace palisor::variants;
+    return variant == cursorHider || variant == desktopSwitcher || variant == wrapAround ||
+           variant == crossHair;
+}
+
+Finding swaySession(const Facts& facts) {
+    if (followsMotion(facts.product.variant))
+        return {.key = "session",
+                .level = Level::trouble,
+                .says = "sway tells no program of each motion of the cursor",
+                .mend = logIn};
+    return {.key = "session", .level = Level::ok, .says = "Wayland, the compositor is sway"};
+}
+
 } // namespace
 
 Finding session(const Facts& facts) {
     const bool isWayland = !facts.waylandDisplay.empty() || facts.sessionType == "wayland";
+    if (!facts.waylandDisplay.empty() && !facts.swaySocket.empty()) return swaySession(facts);
     if (facts.display.empty() && isWayland)
         return {.key = "session",
                 .level = Level::trouble,
