@@ -16,5 +16,13 @@ TEST(Libraries, OfWaylandAreNotLoadedOnX11) {
     EXPECT_EQ(all.find("libwayland"), std::string::npos);
 }
 
+TEST(Libraries, OfX11AreUsedWhereOnlyTheNameOfACompositorIsLeft) {
+    Product product;
+    product.desktop.setVariable("WAYLAND_DISPLAY", "wayland-1");
+    product.desktop.setVariable("SWAYSOCK", product.desktop.runtimeFolder() / "sway.sock");
+    product.start();
+    EXPECT_TRUE(product.isCovered(1));
+}
+
 } // namespace
 } // namespace desktop

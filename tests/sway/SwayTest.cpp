@@ -116,6 +116,19 @@ TEST_F(Sway, HoldsAndDarkensAgainWhenTheOtherMonitorHasGoneAndComeBack) {
     EXPECT_TRUE(cursorIsOn(1));
 }
 
+TEST_F(Sway, AnswersTheCommandLineAndIsKnownToTheDoctor) {
+    start();
+    const auto status = sway->spawn(programs() + "/palisor", {"status"});
+    EXPECT_EQ(status->wait(), 0) << status->errors();
+    for (const char* line : {"held HEADLESS-1\n",
+                             "monitor HEADLESS-2 1280x1024+1920+0, scale 1, dark", "can hold: yes"})
+        EXPECT_NE(status->output().find(line), std::string::npos) << status->output();
+    const auto doctor = sway->spawn(programs() + "/palisor-doctor");
+    doctor->wait();
+    EXPECT_NE(doctor->output().find("the compositor is sway"), std::string::npos)
+        << doctor->output();
+}
+
 TEST_F(Sway, HoldsAgainAfterTheConfigurationWasReadAnew) {
     startWatched();
     sway->run("reload");

@@ -136,7 +136,8 @@ extern "C" __attribute__((visibility("default"))) void
 openWaylandDesktop(platform::wayland::OpenedDesktop& opened, platform::Descriptors& descriptors,
                    platform::Log& log, std::function<void()> lost) {
     const char* const socket = std::getenv("SWAYSOCK");
-    if (!socket || !*socket) return;
+    // A name that was left behind by a compositor that has gone is none.
+    if (!socket || !platform::sway::Ipc::open(socket)) return;
     auto desktop = std::make_unique<platform::sway::SwayDesktop>(descriptors, log);
     opened.error = desktop->join(socket, std::move(lost));
     if (opened.error.empty()) opened.desktop = desktop.release();

@@ -105,7 +105,10 @@ std::optional<Ipc::Message> Ipc::next() {
         broken = true;
         return std::nullopt;
     }
-    return Message{type, std::move(*value)};
+    std::optional<Message> message(std::in_place);
+    message->type = type;
+    message->value.held.swap(value->held);
+    return message;
 }
 
 std::optional<JsonValue> Ipc::ask(Type type, std::string_view payload, Clock::time_point deadline) {
