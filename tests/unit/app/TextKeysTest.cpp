@@ -36,7 +36,9 @@ const Keys otherWords = {"BUTANGOLO",
                          "QT_QPA_PLATFORM",
                          "QT_XCB_GL_INTEGRATION",
                          "RATE_",
+                         "SWAYSOCK",
                          "TERMINATEHELPER",
+                         "WAYLAND_DISPLAY",
                          "XDG_RUNTIME_DIR",
                          "YES"};
 
