@@ -22,6 +22,8 @@ inline constexpr const char* notTheUser = "com.tamberlo.Product1.Error.NotTheUse
 } // namespace errors
 
 inline constexpr const char* startingText = "The program is still starting.";
+inline constexpr const char* oneMonitorText =
+    "There is one monitor only: it takes two that are not mirrored.";
 
 /// The longest that freeing can be asked for, in seconds.
 inline constexpr unsigned longestFreeing = 86400;

@@ -84,7 +84,10 @@ PROPERTY(setActive) {
     int on = 0;
     if (const int read = sd_bus_message_read(reply, "b", &on); read < 0) return read;
     ProductObject& self = object(own);
-    if (!self.program.delegate()) return sd_bus_error_set(error, errors::starting, startingText);
+    const AppDelegate* const started = self.program.delegate();
+    if (!started) return sd_bus_error_set(error, errors::starting, startingText);
+    if (on != 0 && !control::canSwitchOn(*started))
+        return sd_bus_error_set(error, errors::notPossible, oneMonitorText);
     self.link.afterMessage([&self, on] {
         if (AppDelegate* const delegate = self.program.delegate())
             control::setActive(*delegate, on != 0);
@@ -133,7 +136,11 @@ PROPERTY(version) {
 
 METHOD(toggle) {
     return object(own).whenStarted(*call, [](sd_bus_message& message, AppDelegate& delegate) {
-        control::setActive(delegate, !control::state(delegate).active);
+        const bool on = !control::state(delegate).active;
+        // The alert that the menu's entry shows would keep the caller waiting.
+        if (on && !control::canSwitchOn(delegate))
+            return sd_bus_reply_method_errorf(&message, errors::notPossible, "%s", oneMonitorText);
+        control::setActive(delegate, on);
         return sd_bus_reply_method_return(&message, "b", control::state(delegate).active ? 1 : 0);
     });
 }

@@ -72,6 +72,23 @@ TEST_F(Members, ToggleSwitchesOverAndAnswersWithWhatItIsThen) {
     }
 }
 
+TEST(MembersOnASingleMonitor, RefuseToSwitchOnAndOpenNoAlertThatTheCallerWouldWaitFor) {
+    BusStage stage("1920x1080+0+0");
+    stage.start({.active = false});
+    EXPECT_FALSE(stage.set("Active", flagVariant(true)));
+    EXPECT_EQ(stage.error, "com.tamberlo.Product1.Error.NotPossible");
+    EXPECT_FALSE(stage.call("Toggle"));
+    EXPECT_EQ(stage.error, "com.tamberlo.Product1.Error.NotPossible");
+    EXPECT_THAT(stage.errorText, HasSubstr("one monitor only"));
+    EXPECT_FALSE(stage.isActive());
+    for (const char* word : {"on", "toggle"}) {
+        const Answer answer = stage.command({word});
+        EXPECT_EQ(answer.status, 1) << word;
+        EXPECT_THAT(answer.errors, HasSubstr("one monitor only"));
+    }
+    EXPECT_TRUE(stage.program->running());
+}
+
 TEST_F(Members, HeldAndMonitorsFollowTheCursorAndCrossedTellsIt) {
     EXPECT_EQ(held(), "DUMMY0");
     ASSERT_TRUE(call("CrossTo", text("DUMMY1"))) << errorText;

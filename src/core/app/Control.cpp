@@ -66,6 +66,10 @@ void setActive(AppDelegate& app, bool on) {
         app.enableDisable();
 }
 
+bool canSwitchOn(const AppDelegate& app) {
+    return app.IDApp() != variants::barrier || app.services.displays.screens().size() > 1;
+}
+
 void free(AppDelegate& app, double seconds) {
     app.freeFor(seconds);
 }

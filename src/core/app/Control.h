@@ -44,6 +44,9 @@ State state(const AppDelegate& app);
 /// On a single monitor the barrier product shows an alert and ends, as it does by its menu.
 void setActive(AppDelegate& app, bool on);
 
+/// Whether it would be on afterwards: there are monitors enough for the product.
+bool canSwitchOn(const AppDelegate& app);
+
 /// Switches off for that long and then on again, without a word to the settings; another call
 /// starts the time afresh, 0 ends it at once. Switched off by the user: nothing. The time goes by
 /// while an alert runs or a menu is open, and is over at their end at the earliest.
