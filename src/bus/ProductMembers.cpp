@@ -27,6 +27,29 @@ std::string text(sd_bus_message& call) {
     return sd_bus_message_read(&call, "s", &word) > 0 ? word : "";
 }
 
+/// What the setting can be set to, in words that go on after its name.
+std::string takenBy(const palisor::Setting& setting) {
+    using Kind = palisor::Setting::Kind;
+    using Unit = palisor::Setting::Unit;
+    switch (setting.kind) {
+    case Kind::flag:
+        return "on or off";
+    case Kind::number: {
+        const auto [least, most] = setting.range();
+        const char* const unit = setting.unit == Unit::percent   ? " percent"
+                                 : setting.unit == Unit::seconds ? " seconds"
+                                                                 : "";
+        return "a whole number in the range from " + std::to_string(least) + " to " +
+               std::to_string(most) + unit;
+    }
+    case Kind::text:
+        return "a text";
+    case Kind::shortcut:
+        return "a combination such as Ctrl+Super+K";
+    }
+    return {};
+}
+
 int refuse(sd_bus_message& call, Refusal why, const std::string& setting) {
     struct Words {
         const char* error;
@@ -35,8 +58,8 @@ int refuse(sd_bus_message& call, Refusal why, const std::string& setting) {
     static constexpr Words words[] = {
         {nullptr, {}},
         {errors::unknownSetting, "There is no setting \"%s\"."},
-        {errors::wrongType, "That is not the kind of value that \"%s\" takes."},
-        {errors::outOfRange, "That is outside of the range of \"%s\"."},
+        {errors::wrongType, "\"%s\" takes "},
+        {errors::outOfRange, "\"%s\" takes "},
         {errors::notOfThisProduct, "Another product of the family has the setting \"%s\"."},
         {errors::notPossible, "A shortcut for \"%s\" takes Ctrl, Alt or Super."},
         {errors::notPossible, "The combination for \"%s\" is in use already."},
@@ -45,6 +68,8 @@ int refuse(sd_bus_message& call, Refusal why, const std::string& setting) {
     // Whole: of a text that ends amid a letter the library makes no answer.
     std::string sentence(chosen.sentence);
     sentence.replace(sentence.find("%s"), 2, setting);
+    if (const auto* known = palisor::findSetting(setting); known && sentence.ends_with(' '))
+        sentence += takenBy(*known) + ".";
     return sd_bus_reply_method_errorf(&call, chosen.error, "%s", sentence.c_str());
 }
 

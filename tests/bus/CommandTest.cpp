@@ -84,7 +84,7 @@ TEST_F(Commands, FreeLeavesTheCursorFreeForAsLongAsIsSaid) {
 TEST_F(Commands, CrossPutsTheCursorOntoAMonitorAndNamesTheNearestForAWrongOne) {
     start();
     expectSilent(command({"cross", "DUMMY1"}));
-    EXPECT_TRUE(cursorIsOn(1));
+    EXPECT_TRUE(cursorEndsOn(1));
     EXPECT_EQ(held(), "DUMMY1");
     expectRefused(command({"cross", "dumy0"}), 1, "did you mean \"DUMMY0\"?");
     EXPECT_EQ(held(), "DUMMY1");
@@ -111,7 +111,8 @@ TEST_F(Commands, SettingsAreListedReadSetAndPutBack) {
     const auto list = json(command({"settings", "--json"}).output);
     EXPECT_TRUE(std::get<List>(list.held).front().member("meaning"));
     expectRefused(command({"settings", "get", "pusch"}), 1, "did you mean \"push\"?");
-    expectRefused(command({"settings", "set", "push", "perhaps"}), 1, "kind of value");
+    expectRefused(command({"settings", "set", "push", "perhaps"}), 1, "takes on or off");
+    expectRefused(command({"settings", "set", "push-strength", "5000"}), 1, "range from 1 to 100");
     expectRefused(command({"settings", "set", "push-strength", "5000"}), 1, "range");
 }
 
