@@ -64,7 +64,8 @@ Devices::Device Devices::describe(xcb_input_xi_device_info_t& info) {
         if (valuator.number > 1) continue;
         // The last value is the last pixel, as the first one is the first.
         const double first = fromFixed(valuator.min);
-        (valuator.number == 0 ? device.x : device.y) = {first, fromFixed(valuator.max) - first + 1};
+        (valuator.number == 0 ? device.x : device.y) =
+            Axis{first, fromFixed(valuator.max) - first + 1};
         device.places = valuator.mode == XCB_INPUT_VALUATOR_MODE_ABSOLUTE;
     }
     return device;
