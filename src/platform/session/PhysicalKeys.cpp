@@ -47,6 +47,11 @@ const PhysicalKey* find(auto wanted, auto member) {
     return nullptr;
 }
 
+char folded(char c) {
+    if (c == ' ') return '_';
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
 } // namespace
 
 const PhysicalKey* physicalKey(std::uint16_t virtualCode) {
@@ -55,6 +60,10 @@ const PhysicalKey* physicalKey(std::uint16_t virtualCode) {
 
 const PhysicalKey* physicalKeyAt(std::uint8_t keycode) {
     return find(keycode, &PhysicalKey::keycode);
+}
+
+bool isSameName(std::string_view a, std::string_view b) {
+    return std::ranges::equal(a, b, {}, folded, folded);
 }
 
 } // namespace platform::session

@@ -26,4 +26,8 @@ const PhysicalKey* physicalKey(std::uint16_t virtualCode);
 /// Null for a key that has no virtual key code, modifiers included.
 const PhysicalKey* physicalKeyAt(std::uint8_t keycode);
 
+/// Whether two names of keys are one to a user: letters of both cases are, and a blank and an
+/// underscore.
+bool isSameName(std::string_view a, std::string_view b);
+
 } // namespace platform::session

@@ -28,15 +28,6 @@ std::string textOf(const Shortcut& shortcut, auto member) {
     return text;
 }
 
-/// Letters of both cases are one, and a blank is an underscore.
-bool isSame(char a, char b) {
-    const auto folded = [](char c) {
-        if (c == ' ') return '_';
-        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    };
-    return folded(a) == folded(b);
-}
-
 } // namespace
 
 HotKeys::HotKeys(Compositor& target, Changes& all, wayland::KeyboardSeat& keys,
@@ -126,8 +117,7 @@ std::optional<std::uint16_t> HotKeys::keyCodeNamed(std::string_view name) const 
     constexpr std::uint16_t virtualCodes = 128;
     const auto find = [name](const auto& textOf) -> std::optional<std::uint16_t> {
         for (std::uint16_t code = 0; code < virtualCodes; ++code)
-            if (session::physicalKey(code) && std::ranges::equal(textOf(code), name, isSame))
-                return code;
+            if (session::physicalKey(code) && session::isSameName(textOf(code), name)) return code;
         return std::nullopt;
     };
     if (const auto labelled = find([this](std::uint16_t code) { return keyCodeString({code, 0}); }))

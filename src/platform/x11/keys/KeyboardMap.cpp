@@ -48,15 +48,6 @@ std::string printed(xkb_keysym_t keysym) {
     return upper.empty() ? utf8(plain) : upper;
 }
 
-/// Letters of both cases are one, and a blank is an underscore.
-bool isSame(char a, char b) {
-    const auto folded = [](char c) {
-        if (c == ' ') return '_';
-        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    };
-    return folded(a) == folded(b);
-}
-
 } // namespace
 
 KeyboardMap::KeyboardMap(Connection& x, Changed onChange)
@@ -175,8 +166,8 @@ const PhysicalKey* KeyboardMap::keyNamed(std::string_view name) const {
                 return key;
         return nullptr;
     };
-    if (const PhysicalKey* labelled = find(
-            [&](const PhysicalKey& key) { return std::ranges::equal(label(key), name, isSame); }))
+    if (const PhysicalKey* labelled =
+            find([&](const PhysicalKey& key) { return session::isSameName(label(key), name); }))
         return labelled;
     const xkb_keysym_t wanted =
         xkb_keysym_from_name(std::string(name).c_str(), XKB_KEYSYM_CASE_INSENSITIVE);
@@ -186,7 +177,7 @@ const PhysicalKey* KeyboardMap::keyNamed(std::string_view name) const {
                 find([&](const PhysicalKey& key) { return keysym(key.keycode(), from) == wanted; }))
             return having;
     }
-    return find([&](const PhysicalKey& key) { return std::ranges::equal(key.name, name, isSame); });
+    return find([&](const PhysicalKey& key) { return session::isSameName(key.name, name); });
 }
 
 Key KeyboardMap::key(xcb_keycode_t keycode) const {
