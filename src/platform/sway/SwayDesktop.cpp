@@ -1,12 +1,11 @@
+#include "platform/sway/SwayDesktop.h"
+
 #include "platform/sway/keys/HeldModifiers.h"
 #include "platform/sway/keys/HotKeys.h"
 #include "platform/sway/keys/Keyboard.h"
 #include "platform/sway/pointer/Cursor.h"
 #include "platform/sway/pointer/CursorControl.h"
-#include "platform/wayland/Desktop.h"
-#include "platform/wayland/overlay/IdleInhibitor.h"
-#include "platform/wayland/overlay/Windows.h"
-#include "platform/wayland/pointer/InputEvents.h"
+#include "platform/wayland/LayerServices.h"
 
 #include <cstdlib>
 #include <unistd.h>
@@ -38,15 +37,27 @@ class SwayDesktop final : public wayland::Desktop {
     platform::Displays& displays() override { return *outputs; }
 
     Services start(const Surroundings& given) override {
+        holds = given.holds;
         parts.emplace(*this, given);
-        return {parts->pointer, parts->cursor,  parts->input, parts->keys,
-                parts->hotKeys, parts->windows, parts->focus, parts->idle};
+        auto& shared = parts->shared;
+        return {shared.pointer, parts->cursor,  shared.input, parts->keys,
+                parts->hotKeys, shared.windows, parts->focus, shared.idle};
+    }
+
+    platform::Capabilities capabilities() const override {
+        platform::Capability hold{.id = "hold", .available = holds, .reason = {}};
+        if (!holds) hold.reason = "Switched off by --hold off.";
+        return {std::move(hold),
+                {"darkness", true, {}},
+                {"motion", false,
+                 "sway tells no program of each motion: hiding after a while, hot borders, "
+                 "wrapping and the cross-hair need an X11 session."}};
     }
 
     void ownWindowChanged() override {
         if (!parts) return;
-        parts->input.ownWindowChanged();
-        parts->cursor.reveal(parts->ownWindowActive());
+        parts->shared.input.ownWindowChanged();
+        parts->cursor.reveal(parts->shared.ownWindowActive());
     }
 
     void end() override {
@@ -58,23 +69,15 @@ class SwayDesktop final : public wayland::Desktop {
     struct Parts {
         Parts(SwayDesktop& own, const Surroundings& given)
             : compositor(*own.compositor),
-              ownWindowActive(given.ownWindowActive),
-              changes(*own.compositor, {given.guard, given.folder}, own.log),
-              keyboard(*own.connection),
-              seat(*own.connection, keyboard),
+              changes(*own.compositor, {given.helper("sway-guard"), given.folder}, own.log),
               control(*own.compositor, changes, *own.outputs),
-              hold(*own.connection, *own.outputs, seat, control, given.holds),
-              pointer(*own.connection, *own.outputs, seat, control, hold),
-              input(*own.connection, own.descriptors, *own.outputs, seat, pointer, hold,
-                    given.ownWindowActive),
-              modifiers(*own.compositor, changes, *own.connection, *own.outputs, keyboard,
-                        own.descriptors, [this](bool held) { tellModifiers(held); }),
+              shared(*own.connection, *own.outputs, control, own.descriptors, own.log, given),
+              modifiers(*own.compositor, changes, *own.connection, *own.outputs, shared.keyboard,
+                        own.descriptors, [this](bool held) { shared.tellModifiers(held); }),
               cursor(*own.compositor, changes),
               keys(*own.compositor, own.log),
-              recording(*own.connection, *own.outputs, keyboard, given.later),
-              hotKeys(*own.compositor, changes, keyboard, recording, given.settings, given.later),
-              windows(*own.connection, *own.outputs, seat, own.log),
-              idle(*own.connection, *own.outputs) {
+              hotKeys(*own.compositor, changes, shared.keyboard, shared.recording, given.settings,
+                      given.later) {
             // A tiled menu would fill the monitor. The rule is about this process alone, and so
             // nothing of it is left to be undone.
             const std::string rule =
@@ -95,34 +98,15 @@ class SwayDesktop final : public wayland::Desktop {
         Parts(const Parts&) = delete;
         Parts& operator=(const Parts&) = delete;
 
-        // Each event of a modifier is a press or a release in turn, and stays a pair: what was
-        // pressed in a window of the program is told to nobody.
-        void tellModifiers(bool held) {
-            const bool isTold = held ? !ownWindowActive() && !recording.isOn() : modifiersTold;
-            modifiersTold = held && isTold;
-            if (!isTold) return;
-            for (const auto code : {keyCodes::control, keyCodes::option, keyCodes::command})
-                input.tellModifier(code);
-        }
-
         Compositor& compositor;
-        std::function<bool()> ownWindowActive;
-        bool modifiersTold = false;
         Changes changes;
-        wayland::KeyboardSeat keyboard;
-        wayland::PointerSeat seat;
         CursorControl control;
-        wayland::Hold hold;
-        wayland::Pointer pointer;
-        wayland::InputEvents input;
+        wayland::LayerServices shared;
         HeldModifiers modifiers;
         Cursor cursor;
         Keyboard keys;
-        wayland::KeyRecording recording;
         HotKeys hotKeys;
-        wayland::Windows windows;
         Focus focus;
-        wayland::IdleInhibitor idle;
     };
 
     Descriptors& descriptors;
@@ -131,18 +115,19 @@ class SwayDesktop final : public wayland::Desktop {
     std::unique_ptr<wayland::Connection> connection;
     std::optional<wayland::Outputs> outputs;
     std::optional<Parts> parts;
+    bool holds = true;
 };
 
 } // namespace
-} // namespace platform::sway
 
-extern "C" __attribute__((visibility("default"))) void
-openWaylandDesktop(platform::wayland::OpenedDesktop& opened, platform::Descriptors& descriptors,
-                   platform::Log& log, std::function<void()> lost) {
+wayland::OpenedDesktop openDesktop(Descriptors& descriptors, Log& log, std::function<void()> lost) {
     const char* const socket = std::getenv("SWAYSOCK");
     // A name that was left behind by a compositor that has gone is none.
-    if (!socket || !platform::sway::Ipc::open(socket)) return;
-    auto desktop = std::make_unique<platform::sway::SwayDesktop>(descriptors, log);
-    opened.error = desktop->join(socket, std::move(lost));
-    if (opened.error.empty()) opened.desktop = desktop.release();
+    if (!socket || !Ipc::open(socket)) return {};
+    auto desktop = std::make_unique<SwayDesktop>(descriptors, log);
+    std::string error = desktop->join(socket, std::move(lost));
+    if (!error.empty()) return {nullptr, std::move(error)};
+    return {std::move(desktop), {}};
 }
+
+} // namespace platform::sway

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Capabilities.h"
 #include "platform/Cursor.h"
 #include "platform/Descriptors.h"
 #include "platform/Displays.h"
@@ -14,6 +15,7 @@
 #include "platform/Windows.h"
 
 #include <functional>
+#include <memory>
 #include <string>
 
 // The door between the program and the module of the Wayland sessions, a shared library, so that
@@ -28,13 +30,15 @@ class Desktop {
     struct Surroundings {
         platform::Settings& settings;
         std::string identifier; ///< of the product
-        std::string guard;      ///< path of the helper executable that undoes after a kill
-        std::string folder;     ///< for what it has to undo; empty for none
+        std::string folder;     ///< for what has to be undone after a kill; empty for none
         bool holds = true;      ///< whether the cursor may be held
+        /// The path of an executable that belongs to the program: "sway-guard".
+        std::function<std::string(const std::string& name)> helper;
         /// Whether a window of the program is active; no round trip.
         std::function<bool()> ownWindowActive;
         /// Calls an operation from the run loop, also while a modal alert runs.
         std::function<void(std::function<void()>)> later;
+        std::function<void()> capabilitiesChanged; ///< called from the run loop
     };
     struct Services {
         platform::Pointer& pointer;
@@ -54,6 +58,8 @@ class Desktop {
     virtual platform::Displays& displays() = 0;
     /// Once.
     virtual Services start(const Surroundings& surroundings) = 0;
+    /// What this compositor allows, and with what limits. After `start`.
+    virtual platform::Capabilities capabilities() const = 0;
     /// A window of the program has become active or is so no longer.
     virtual void ownWindowChanged() = 0;
     /// Ends the services, upon which all that they did to the desktop is undone.
@@ -61,8 +67,8 @@ class Desktop {
 };
 
 struct OpenedDesktop {
-    Desktop* desktop = nullptr; ///< the caller's; null with an error
-    std::string error;          ///< empty where this is no compositor that the module knows
+    std::unique_ptr<Desktop> desktop; ///< null with an error
+    std::string error;                ///< empty where this is no compositor that is known there
 };
 
 /// The one symbol that the module exports. What is lent must outlive the desktop; `lost` is called

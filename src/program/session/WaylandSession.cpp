@@ -20,7 +20,7 @@ std::string variable(const char* name) {
 
 Session::Opened WaylandSession::open(const Options& options, platform::Descriptors& descriptors,
                                      platform::Log& log) {
-    if (variable("WAYLAND_DISPLAY").empty() || variable("SWAYSOCK").empty()) return {};
+    if (variable("WAYLAND_DISPLAY").empty()) return {};
     // It is never unloaded: its libraries keep what they register for the process's life.
     const std::string path = platform::linux::modulePath("wayland-session.so");
     void* const module = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
@@ -34,7 +34,7 @@ Session::Opened WaylandSession::open(const Options& options, platform::Descripto
         if (own->lost) own->lost();
     });
     if (!opened.desktop) return {nullptr, std::move(opened.error)};
-    session->desktop.reset(opened.desktop);
+    session->desktop = std::move(opened.desktop);
     return {std::move(session), {}};
 }
 
@@ -45,28 +45,18 @@ std::string WaylandSession::displayName() const {
 Session::Services WaylandSession::start(const Surroundings& surroundings) {
     lost = surroundings.lost;
     auto& application = surroundings.application;
-    const auto services = desktop->start({.settings = surroundings.settings,
-                                          .identifier = surroundings.product.identifier,
-                                          .guard = platform::linux::helperPath("sway-guard"),
-                                          .folder = platform::linux::runtimeFolder().value_or(""),
-                                          .holds = holds,
-                                          .ownWindowActive = QtApplication::hasActiveWindow,
-                                          .later = [&application](std::function<void()> operation) {
-                                              application.afterEvent(std::move(operation));
-                                          }});
+    const auto services = desktop->start(
+        {.settings = surroundings.settings,
+         .identifier = surroundings.product.identifier,
+         .folder = platform::linux::runtimeFolder().value_or(""),
+         .holds = holds,
+         .helper = platform::linux::helperPath,
+         .ownWindowActive = QtApplication::hasActiveWindow,
+         .later = [&application](
+                      std::function<void()> deed) { application.afterEvent(std::move(deed)); },
+         .capabilitiesChanged = surroundings.capabilitiesChanged});
     application.onActiveWindowChange([this] { desktop->ownWindowChanged(); });
     return {desktop->displays(), services.pointer, services.cursor,  services.input,
             services.keyboard,   services.hotKeys, services.windows, services.focus,
             services.wakeLock,   nullptr};
-}
-
-platform::Capabilities WaylandSession::capabilities() const {
-    platform::Capability hold{.id = "hold", .available = holds, .reason = {}};
-    if (!holds) hold.reason = "Switched off by --hold off.";
-    return {
-        std::move(hold),
-        {"darkness", true, {}},
-        {"motion", false,
-         "sway tells no program of each motion: hiding after a while, hot borders, wrapping and "
-         "the cross-hair need an X11 session."}};
 }

@@ -16,7 +16,7 @@ class WaylandSession final : public Session {
     std::string displayName() const override;
     const platform::Displays& displays() const override { return desktop->displays(); }
     Services start(const Surroundings& surroundings) override;
-    platform::Capabilities capabilities() const override;
+    platform::Capabilities capabilities() const override { return desktop->capabilities(); }
     /// Nothing waits for longer than a second.
     void aboutToEnd() override {}
     void end() override { desktop->end(); }

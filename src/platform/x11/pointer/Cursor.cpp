@@ -5,36 +5,11 @@
 namespace platform::x11 {
 
 Cursor::~Cursor() {
-    hidden = 0;
-    update();
+    if (isHidden()) setHidden(false);
 }
 
-void Cursor::hide() {
-    ++hidden;
-    update();
-}
-
-void Cursor::show() {
-    if (hidden == 0) return;
-    --hidden;
-    update();
-}
-
-void Cursor::setHidingInForce(bool on) {
-    inForce = on;
-    update();
-}
-
-void Cursor::reveal(bool on) {
-    revealed = on;
-    update();
-}
-
-void Cursor::update() {
-    const bool wanted = hidden > 0 && inForce && !revealed;
-    if (wanted == isHidden) return;
-    isHidden = wanted;
-    if (wanted)
+void Cursor::setHidden(bool on) {
+    if (on)
         xcb_xfixes_hide_cursor(connection.xcb(), connection.root());
     else
         xcb_xfixes_show_cursor(connection.xcb(), connection.root());

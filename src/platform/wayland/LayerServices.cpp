@@ -1,0 +1,25 @@
+#include "platform/wayland/LayerServices.h"
+
+namespace platform::wayland {
+
+LayerServices::LayerServices(Connection& connection, Outputs& outputs, CursorControl& control,
+                             Descriptors& descriptors, Log& log, const Desktop::Surroundings& given)
+    : ownWindowActive(given.ownWindowActive),
+      keyboard(connection),
+      seat(connection, keyboard),
+      hold(connection, outputs, seat, control, given.holds),
+      pointer(connection, outputs, seat, control, hold),
+      input(connection, descriptors, outputs, seat, pointer, hold, given.ownWindowActive),
+      recording(connection, outputs, keyboard, given.later),
+      windows(connection, outputs, seat, log),
+      idle(connection, outputs) {}
+
+void LayerServices::tellModifiers(bool held) {
+    const bool isTold = held ? !ownWindowActive() && !recording.isOn() : modifiersTold;
+    modifiersTold = held && isTold;
+    if (!isTold) return;
+    for (const auto code : {keyCodes::control, keyCodes::option, keyCodes::command})
+        input.tellModifier(code);
+}
+
+} // namespace platform::wayland

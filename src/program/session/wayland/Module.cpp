@@ -1,0 +1,23 @@
+#include "platform/sway/SwayDesktop.h"
+
+#include <utility>
+
+using namespace platform;
+
+namespace {
+
+using Open = wayland::OpenedDesktop (*)(Descriptors&, Log&, std::function<void()> lost);
+
+// The first that knows the compositor has it.
+constexpr Open families[] = {&sway::openDesktop};
+
+} // namespace
+
+extern "C" __attribute__((visibility("default"))) void
+openWaylandDesktop(wayland::OpenedDesktop& opened, Descriptors& descriptors, Log& log,
+                   std::function<void()> lost) {
+    for (const Open open : families) {
+        opened = open(descriptors, log, lost);
+        if (opened.desktop || !opened.error.empty()) return;
+    }
+}
