@@ -151,9 +151,10 @@ const commands = {
         pause = milliseconds;
         watch();
     },
-    // A key combination in Qt's words. There is no giving back but unloading the script.
+    // A key combination in Qt's words, under a name that KWin keeps in the user's settings. There is no
+    // giving back but unloading the script.
     key(name, sequence) {
-        registerShortcut(script + " " + name, name, sequence, () => tell("key", name));
+        registerShortcut(name, name, sequence, () => tell("key", sequence));
     },
     // The neighbouring virtual desktop, as the user's pager shows them.
     desktop(side) {

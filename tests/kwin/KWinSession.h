@@ -70,7 +70,7 @@ class KWin : public testing::Test {
                std::to_string(edge) + (corner ? " true" : " false");
     }
     bool isFreeSoon() {
-        return waitUntil([&] { return isFree(); });
+        return waitUntil([&] { return isFree(); }, std::chrono::seconds(8));
     }
     support::Spot cursor() {
         const std::string text =

@@ -73,7 +73,8 @@ class KWinDesktop final : public wayland::Desktop {
               control(script, emulated),
               shared(*own.connection, *own.outputs, control, own.descriptors, own.log, given),
               keys(script, own.log),
-              hotKeys(keyScript, shared.keyboard, shared.recording, given.settings, given.later) {
+              hotKeys(keyScript, shared.keyboard, shared.recording, given.settings, given.later,
+                      given.identifier) {
             script.onLoad([this] { control.again(); });
         }
 

@@ -6,11 +6,13 @@
 namespace platform::kwin {
 
 HotKeys::HotKeys(Script& inside, wayland::KeyboardSeat& keys, wayland::KeyRecording& recorded,
-                 Settings& store, Later afterwards)
-    : ClaimedHotKeys(keys, recorded, store, std::move(afterwards)), script(inside) {
+                 Settings& store, Later afterwards, std::string ownersName)
+    : ClaimedHotKeys(keys, recorded, store, std::move(afterwards)),
+      script(inside),
+      owner(std::move(ownersName)) {
     script.onLoad([this] {
         for (const auto& [sequence, action] : claims)
-            script.run("key", {sequence, sequence});
+            script.run("key", {owner + " " + sequence, sequence});
     });
     script.onTold("key", [this](const JsonValue::List& words) {
         const auto* sequence = words.empty() ? nullptr : std::get_if<std::string>(&words[0].held);
@@ -53,7 +55,7 @@ void HotKeys::claim(const std::vector<Claim>& wanted) {
         before, [this](const auto& one) { return !claims.contains(one.first); });
     if (anyLess) return script.reload();
     for (const auto& [sequence, action] : claims)
-        if (!before.contains(sequence)) script.run("key", {sequence, sequence});
+        if (!before.contains(sequence)) script.run("key", {owner + " " + sequence, sequence});
 }
 
 } // namespace platform::kwin

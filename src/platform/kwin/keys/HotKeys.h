@@ -10,7 +10,7 @@ namespace platform::kwin {
 class HotKeys final : public wayland::ClaimedHotKeys {
   public:
     HotKeys(Script& script, wayland::KeyboardSeat& keyboard, wayland::KeyRecording& recording,
-            Settings& settings, Later later);
+            Settings& settings, Later later, std::string owner);
     ~HotKeys() override;
     HotKeys(const HotKeys&) = delete;
     HotKeys& operator=(const HotKeys&) = delete;
@@ -20,6 +20,7 @@ class HotKeys final : public wayland::ClaimedHotKeys {
     std::string sequenceOf(const Shortcut& shortcut) const;
 
     Script& script;
+    std::string owner;                                   ///< for the settings
     std::map<std::string, std::function<void()>> claims; ///< by what Qt calls the combination
 };
 
