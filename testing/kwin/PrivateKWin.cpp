@@ -59,11 +59,13 @@ PrivateKWin::PrivateKWin(const Options& options) {
                       {"KWIN_COMPOSE", "Q"}});
     bus = std::make_unique<SessionBus>(variables);
     variables["DBUS_SESSION_BUS_ADDRESS"] = bus->address();
+    Environment more = options.environment;
+    more.insert(variables.begin(), variables.end());
     server = std::make_unique<ChildProcess>(ChildProcess::Start{
         .command = {"kwin_wayland", "--virtual", "--output-count", std::to_string(options.outputs),
                     "--width", "1280", "--height", "720", "--no-lockscreen", "--socket",
                     "wayland-kwin"},
-        .environment = variables,
+        .environment = more,
         .deathSignal = SIGTERM});
     variables["WAYLAND_DISPLAY"] = "wayland-kwin";
     const auto isUp = [&] {

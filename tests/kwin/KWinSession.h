@@ -26,11 +26,11 @@ class KWin : public testing::Test {
   protected:
     void SetUp() override {
         if (const auto reason = PrivateKWin::missing()) GTEST_SKIP() << *reason;
-        begin({});
+        begin();
     }
 
     /// A KWin of its own, with the cursor on the middle of the first monitor.
-    void begin(const PrivateKWin::Options& options) {
+    void begin(const PrivateKWin::Options& options = {}) {
         program.reset();
         witnesses.clear();
         hand.reset();

@@ -7,7 +7,6 @@
 #include <chrono>
 #include <functional>
 #include <map>
-#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -28,13 +27,10 @@ class Connection {
         std::string error;
     };
     /// What layers take, and the pointer over them.
-    static constexpr std::string_view forLayers[] = {"wl_compositor",
-                                                     "wl_shm",
-                                                     "wl_seat",
-                                                     "zwlr_layer_shell_v1",
-                                                     "wp_viewporter",
-                                                     "zwp_relative_pointer_manager_v1",
-                                                     "zxdg_output_manager_v1"};
+    static constexpr std::string_view forLayers[] = {
+        "wl_compositor",         "wl_shm",        "wl_seat",
+        "zwlr_layer_shell_v1",   "wp_viewporter", "zwp_relative_pointer_manager_v1",
+        "zxdg_output_manager_v1"};
     /// What tells of the monitors and of the keyboard, and no more.
     static constexpr std::string_view forOutputs[] = {"wl_seat", "zxdg_output_manager_v1"};
 
@@ -48,6 +44,10 @@ class Connection {
 
     /// Whether the compositor has a global of that interface.
     bool has(std::string_view interface) const { return offered.contains(interface); }
+
+    /// A global that few compositors have, at that version; the caller destroys it. Null where
+    /// there is none, or an older one.
+    wl_proxy* bind(const wl_interface& interface, std::uint32_t version);
 
     // The compositor's globals. Never null where they were needed.
     wl_compositor* compositor() const { return globals.compositor.get(); }
@@ -104,7 +104,10 @@ class Connection {
     Handle<wl_display> display;
     Handle<wl_registry> registry;
     Globals globals;
-    std::set<std::string, std::less<>> offered; ///< the interfaces of all globals
+    struct Offer {
+        std::uint32_t name, version;
+    };
+    std::map<std::string, Offer, std::less<>> offered; ///< all globals, by their interfaces
     std::map<std::uint32_t, Handle<wl_output>> outputList;
     std::function<void(std::uint32_t, wl_output*)> outputCame;
     std::function<void(std::uint32_t)> outputWent;
