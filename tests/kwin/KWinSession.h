@@ -39,6 +39,15 @@ class KWin : public testing::Test {
         hand->moveTo(640, 360);
     }
 
+    /// The same where the program is installed, which has KWin up to 6.3 tell it of held keys.
+    void beginInstalled() {
+        std::ifstream file(SESSION_FILE);
+        std::string text{std::istreambuf_iterator<char>(file), {}};
+        const std::string folder = "@PROGRAMS@";
+        text.replace(text.find(folder), folder.size(), programs());
+        begin({.desktopFile = text});
+    }
+
     /// Starts a product and returns when it holds, or, where it is to be off, when it has started.
     void start(const Setting& setting = {}) {
         spawn(setting);

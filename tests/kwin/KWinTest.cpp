@@ -140,7 +140,7 @@ TEST_F(KWin, IsSwitchedByTheStoredShortcut) {
 }
 
 TEST_F(KWin, LiftsTheHoldWhileTheLeftHandKeysAreHeldAndAnchorsWhereTheyAreReleased) {
-    begin({.environment = {{"KWIN_WAYLAND_NO_PERMISSION_CHECKS", "1"}}});
+    beginInstalled();
     start();
     for (const std::uint32_t key : {KEY_LEFTCTRL, KEY_LEFTALT, KEY_LEFTMETA})
         hand->press(key);
@@ -154,7 +154,7 @@ TEST_F(KWin, LiftsTheHoldWhileTheLeftHandKeysAreHeldAndAnchorsWhereTheyAreReleas
 }
 
 TEST_F(KWin, KeepsTheHoldWhileTheRightHandKeysAreHeld) {
-    begin({.environment = {{"KWIN_WAYLAND_NO_PERMISSION_CHECKS", "1"}}});
+    beginInstalled();
     start();
     for (const std::uint32_t key : {KEY_RIGHTCTRL, KEY_LEFTALT, KEY_RIGHTMETA})
         hand->press(key);
@@ -196,8 +196,8 @@ TEST_F(KWin, AnswersTheCommandLine) {
     start();
     const auto status = kwin->spawn(programs() + "/palisor", {"status"});
     EXPECT_EQ(status->wait(), 0) << status->errors();
-    for (const char* line :
-         {"held Virtual-0\n", "monitor Virtual-1 1280x720+1280+0, scale 1, dark", "can hold: yes"})
+    for (const char* line : {"held Virtual-0\n", "monitor Virtual-1 1280x720+1280+0, scale 1, dark",
+                             "can hold: yes (A push does not cross while a button is held.)"})
         EXPECT_NE(status->output().find(line), std::string::npos) << status->output();
 }
 

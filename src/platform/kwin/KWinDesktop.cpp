@@ -56,7 +56,8 @@ class KWinDesktop final : public wayland::Desktop {
 
     platform::Capabilities capabilities() const override {
         platform::Capability hold{.id = "hold", .available = holds, .reason = {}};
-        if (!holds) hold.reason = "Switched off by --hold off.";
+        hold.reason =
+            holds ? "A push does not cross while a button is held." : "Switched off by --hold off.";
         const bool tellsKeys = parts && parts->modifiers.canTell();
         return {
             std::move(hold),
