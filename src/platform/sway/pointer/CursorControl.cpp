@@ -64,9 +64,16 @@ void CursorControl::confine(const wayland::Outputs::Place* place) {
     }
 }
 
+// Sway counts from the corner of all outputs, which may lie before the origin of its own layout.
 void CursorControl::warp(Point layout) {
-    compositor.run("seat - cursor set " + std::to_string(std::lround(std::floor(layout.x))) + " " +
-                   std::to_string(std::lround(std::floor(layout.y))));
+    Point corner = layout;
+    for (const auto& place : outputs.places()) {
+        corner.x = std::min(corner.x, place.area.x);
+        corner.y = std::min(corner.y, place.area.y);
+    }
+    const auto number = [](double value) { return std::to_string(std::lround(std::floor(value))); };
+    compositor.run("seat - cursor set " + number(layout.x - corner.x) + " " +
+                   number(layout.y - corner.y));
 }
 
 } // namespace platform::sway
