@@ -71,12 +71,14 @@ class SwayHand {
     void relative(double dx, double dy);
     /// `steps` events of (dx, dy) at `hz` a second. Returns the seconds that it took.
     double push(double dx, double dy, int steps, int hz);
-    void pressButton();
-    void releaseButton();
+    /// The kernel's code; the left one otherwise.
+    void pressButton(std::uint32_t code = leftButton);
+    void releaseButton(std::uint32_t code = leftButton);
 
   private:
     void send(double dx, double dy);
-    void button(bool down);
+    static constexpr std::uint32_t leftButton = 0x110;
+    void button(std::uint32_t code, bool down);
 
     const PrivateSway& sway;
     WaylandClient client;
