@@ -4,6 +4,7 @@
 #include "testing/desktop/Layout.h"
 #include "wlr-virtual-pointer-unstable-v1-client-protocol.h"
 
+#include <cmath>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -182,6 +183,15 @@ double SwayHand::push(double dx, double dy, int steps, int hz) {
     const Pace pace = repeat(steps, hz, [&](int) { send(dx, dy); });
     client.synchronize();
     return pace.took;
+}
+
+void SwayHand::pushAt(double speed, double seconds, int hz) {
+    repeat(static_cast<int>(seconds * hz), hz, [&](int step) {
+        const auto pixels = [&](int steps) { return std::trunc(speed * steps / hz); };
+        const double dx = pixels(step + 1) - pixels(step);
+        if (dx != 0) send(dx, 0);
+    });
+    client.synchronize();
 }
 
 void SwayHand::button(bool down) {

@@ -60,7 +60,8 @@ class Witness {
     Witness& operator=(const Witness&) = delete;
 
     struct Report {
-        int entered = 0;          ///< times
+        int entered = 0; ///< times
+        Clock::time_point firstEntered{};
         double seconds = 0;       ///< over it, in all, up to now
         double farthestLeft = -1; ///< of the places told, how far from the left edge; -1 for none
         bool isOver = false;

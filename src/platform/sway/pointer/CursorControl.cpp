@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
+#include <iterator>
 
 namespace platform::sway {
 
@@ -56,17 +58,32 @@ std::string CursorControl::unmapped(const std::string& kind) const {
 }
 
 void CursorControl::confine(const wayland::Outputs::Place* place) {
-    for (const std::string& kind : kinds) {
-        if (place)
-            changes.make(kind, {mapped(kind, *place), unmapped(kind)});
-        else
-            changes.takeBack(kind);
-    }
+    for (const std::string& kind : kinds)
+        confine(kind, place);
 }
 
+void CursorControl::confine(const std::string& kind, const wayland::Outputs::Place* place) {
+    if (place)
+        changes.make(kind, {mapped(kind, *place), unmapped(kind)});
+    else
+        changes.takeBack(kind);
+}
+
+// In one piece of memory, since a warp answers to the hand.
 void CursorControl::warp(Point layout) {
-    compositor.run("seat - cursor set " + std::to_string(std::lround(std::floor(layout.x))) + " " +
-                   std::to_string(std::lround(std::floor(layout.y))));
+    char command[64];
+    std::snprintf(command, sizeof command, "seat - cursor set %ld %ld",
+                  std::lround(std::floor(layout.x)), std::lround(std::floor(layout.y)));
+    compositor.run(command);
+}
+
+// The compositor compiles a keymap for each rule about a device, which takes it two milliseconds
+// and more: the cursor is there after the first.
+void CursorControl::cross(const wayland::Outputs::Place& place, Point layout) {
+    static_assert(std::size(kinds) == 2);
+    confine(kinds[0], &place);
+    warp(layout);
+    confine(kinds[1], &place);
 }
 
 } // namespace platform::sway

@@ -52,6 +52,12 @@ class Connection {
     /// Calls `ended` after each batch of events, from the run loop; an empty one ends that.
     void onBatchEnd(const void* owner, std::function<void()> ended);
 
+    /// Whether what comes is read as it comes, as it is at first. Otherwise whoever said so calls
+    /// `read` at a pace.
+    void readAtOnce(bool on);
+    /// Reads all that has come, and ends the batch.
+    void read();
+
     void flush();
     /// Reads until `reached` or the deadline, and tells which it was. Batches end later, from the
     /// run loop.
@@ -64,8 +70,8 @@ class Connection {
     std::string bind();
     void global(std::uint32_t name, std::string_view interface, std::uint32_t version);
     void listenToSeat();
-    void read();
-    bool readOnce();
+    enum class Round { nothing, some, failed };
+    Round readOnce();
     void endBatch();
     void lose();
 
@@ -93,6 +99,7 @@ class Connection {
     std::function<void(std::uint32_t)> seatChanged;
     std::vector<std::pair<const void*, std::function<void()>>> batchHandlers;
     int wake = -1; ///< readable when a batch was read by somebody who waited
+    bool isWatched = false;
     bool isLost = false;
 };
 

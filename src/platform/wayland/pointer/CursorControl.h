@@ -15,6 +15,12 @@ class CursorControl {
 
     /// Layout coordinates, on an output.
     virtual void warp(Point layout) = 0;
+
+    /// Both: confines it to another output, and puts it there.
+    virtual void cross(const Outputs::Place& place, Point layout) {
+        confine(&place);
+        warp(layout);
+    }
 };
 
 } // namespace platform::wayland

@@ -39,6 +39,7 @@ class Pointer final : public platform::Pointer {
   private:
     std::optional<Point> probe();
     void letThrough();
+    void noteWarp(Point to);
 
     Connection& connection;
     Outputs& outputs;
