@@ -234,8 +234,4 @@ Witness::Report Witness::report() const {
     return now;
 }
 
-bool Witness::waitForCursor() const {
-    return waitUntil([&] { return report().isOver; });
-}
-
 } // namespace support

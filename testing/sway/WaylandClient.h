@@ -75,7 +75,6 @@ class Witness {
         int buttons = 0;             ///< presses
     };
     Report report() const;
-    bool waitForCursor() const;
 
   private:
     struct State;

@@ -69,4 +69,9 @@ void CursorControl::warp(Point layout) {
                    std::to_string(std::lround(std::floor(layout.y))));
 }
 
+// Later releases look under the cursor when it moves, and not when a layer comes there.
+void CursorControl::stir() {
+    compositor.run("seat - cursor move 0 0");
+}
+
 } // namespace platform::sway

@@ -16,6 +16,7 @@ class CursorControl final : public wayland::CursorControl {
 
     void confine(const wayland::Outputs::Place* place) override;
     void warp(Point layout) override;
+    void stir() override;
 
   private:
     std::string mapped(const std::string& kind, const wayland::Outputs::Place& place) const;

@@ -15,6 +15,10 @@ class CursorControl {
 
     /// Layout coordinates, on an output.
     virtual void warp(Point layout) = 0;
+
+    /// Has it told what lies under the resting cursor by now, where the compositor would leave that
+    /// to the next motion.
+    virtual void stir() {}
 };
 
 } // namespace platform::wayland
