@@ -86,4 +86,9 @@ void CursorControl::cross(const wayland::Outputs::Place& place, Point layout) {
     confine(kinds[1], &place);
 }
 
+// Later releases look under the cursor when it moves, and not when a layer comes there.
+void CursorControl::stir() {
+    compositor.run("seat - cursor move 0 0");
+}
+
 } // namespace platform::sway

@@ -21,6 +21,10 @@ class CursorControl {
         confine(&place);
         warp(layout);
     }
+
+    /// Has it told what lies under the resting cursor by now, where the compositor would leave that
+    /// to the next motion.
+    virtual void stir() {}
 };
 
 } // namespace platform::wayland

@@ -1,5 +1,6 @@
 #include "platform/wayland/pointer/Pointer.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -39,15 +40,21 @@ Point Pointer::location() {
     return last;
 }
 
-// What catches the pointer is told where it is as soon as it is drawn.
+// What catches the pointer is told where it is as soon as it is drawn, or when the cursor stirs.
 std::optional<Point> Pointer::probe() {
     if (!seat.isThere()) return std::nullopt;
     std::vector<std::unique_ptr<Layer>> nets;
     for (const Outputs::Place& place : outputs.places())
         nets.push_back(
             std::make_unique<Layer>(connection, Layer::Look{place, place.area, 0, false}));
-    connection.waitFor([&] { return seat.focus() != nullptr; },
-                       Connection::Clock::now() + patience);
+    const auto deadline = Connection::Clock::now() + patience;
+    const auto isCaught = [&] { return seat.focus() != nullptr; };
+    const auto areDrawn = [&] {
+        return std::ranges::all_of(nets, [](const auto& net) { return net->isDrawn(); });
+    };
+    connection.waitFor([&] { return isCaught() || areDrawn(); }, deadline);
+    if (!isCaught() && areDrawn() && connection.synchronize() && !isCaught()) control.stir();
+    connection.waitFor(isCaught, deadline);
     const auto found = seat.place();
     for (const auto& net : nets)
         seat.forget(*net);
