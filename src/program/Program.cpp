@@ -72,7 +72,7 @@ Program::Program(const Product& product, lnx::ProductBundle& productBundle, Sess
                           [this] { exit(failure); }})),
       tray(std::in_place, desk.tray, pictures,
            platform::qt::TrayIcon::Identity{product.identifier, product.name}, log),
-      statusItem(runLoop, application, &pictures, &*tray),
+      statusItem(runLoop, application, &pictures, &*tray, desk.popups),
       alerts(runLoop, application, product.name, pictures, product.icon,
              [this](const std::string& name, QWidget* parent) { return accessory(name, parent); }),
       notifications(product.name, product.identifier, log),

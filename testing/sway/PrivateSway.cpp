@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <linux/input-event-codes.h>
@@ -132,22 +133,24 @@ std::string PrivateSway::ask(const std::string& question) const {
     return client->output();
 }
 
-double PrivateSway::brightness(int output) const {
+Picture PrivateSway::picture(int output) const {
     const std::string file = folder.path("picture.ppm");
     const auto client =
         spawn("grim", {"-t", "ppm", "-o", "HEADLESS-" + std::to_string(output), file});
     if (client->wait() != 0) throw std::runtime_error("no picture: " + client->errors());
-    std::ifstream picture(file, std::ios::binary);
+    std::ifstream read(file, std::ios::binary);
     std::string kind;
-    int width = 0, height = 0, most = 0;
-    picture >> kind >> width >> height >> most;
-    picture.get();
-    const std::string bytes{std::istreambuf_iterator<char>(picture), {}};
-    if (kind != "P6" || bytes.empty()) throw std::runtime_error("no picture");
-    double sum = 0;
-    for (const char byte : bytes)
-        sum += static_cast<unsigned char>(byte);
-    return sum / static_cast<double>(bytes.size());
+    Picture seen{};
+    int most = 0;
+    read >> kind >> seen.area.width >> seen.area.height >> most;
+    read.get();
+    const std::string bytes{std::istreambuf_iterator<char>(read), {}};
+    const auto pixels = static_cast<std::size_t>(seen.area.width * seen.area.height);
+    if (kind != "P6" || bytes.empty() || bytes.size() != 3 * pixels)
+        throw std::runtime_error("no picture");
+    seen.pixels.resize(pixels);
+    std::memcpy(seen.pixels.data(), bytes.data(), bytes.size());
+    return seen;
 }
 
 SwayHand::SwayHand(const PrivateSway& desktop)

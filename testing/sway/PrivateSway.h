@@ -2,6 +2,7 @@
 
 #include "testing/SessionBus.h"
 #include "testing/TempFolder.h"
+#include "testing/eye/Picture.h"
 #include "testing/sway/WaylandClient.h"
 
 #include <optional>
@@ -40,8 +41,10 @@ class PrivateSway {
     void run(const std::string& command) const;
     /// What swaymsg prints of a question: "get_outputs".
     std::string ask(const std::string& question) const;
-    /// A picture of an output, numbered from 1 on: its mean brightness, from 0 to 255.
-    double brightness(int output) const;
+    /// What an output shows, numbered from 1 on, in pixels of the output.
+    Picture picture(int output) const;
+    /// Its mean, from 0 to 255.
+    double brightness(int output) const { return picture(output).brightness(); }
 
     std::unique_ptr<ChildProcess> spawn(const std::string& command,
                                         const std::vector<std::string>& arguments = {}) const;

@@ -9,6 +9,7 @@
 #include "platform/Keyboard.h"
 #include "platform/Log.h"
 #include "platform/Pointer.h"
+#include "platform/PopupLayer.h"
 #include "platform/RecordableHotKeys.h"
 #include "platform/Settings.h"
 #include "platform/WakeLock.h"
@@ -49,6 +50,7 @@ class Desktop {
         platform::Windows& windows;
         platform::Focus& focus;
         platform::WakeLock& wakeLock;
+        platform::PopupLayer* popups = nullptr; ///< null where the toolkit's own way is as good
     };
 
     virtual ~Desktop() = default;

@@ -58,5 +58,5 @@ Session::Services WaylandSession::start(const Surroundings& surroundings) {
     application.onActiveWindowChange([this] { desktop->ownWindowChanged(); });
     return {desktop->displays(), services.pointer, services.cursor,  services.input,
             services.keyboard,   services.hotKeys, services.windows, services.focus,
-            services.wakeLock,   nullptr};
+            services.wakeLock,   nullptr,          services.popups};
 }

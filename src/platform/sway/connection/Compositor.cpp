@@ -1,6 +1,5 @@
 #include "platform/sway/connection/Compositor.h"
 
-#include <unistd.h>
 #include <utility>
 
 namespace platform::sway {
@@ -42,8 +41,7 @@ bool Compositor::introduce() {
     if (numberOf(told1->member("major")) > 1) version += nextMajor;
     const auto config = commands->ask(Ipc::Type::configuration, "", deadline);
     if (config) configurationText = textOf(config->member("config"));
-    if (!events->ask(Ipc::Type::subscribe, R"(["binding","window","workspace"])", deadline))
-        return false;
+    if (!events->ask(Ipc::Type::subscribe, R"(["binding","workspace"])", deadline)) return false;
     descriptors.watchReadable(commands->descriptor(), [this] { readReplies(); });
     descriptors.watchReadable(events->descriptor(), [this] { readEvents(); });
     return true;
@@ -89,10 +87,6 @@ void Compositor::handle(const JsonValue& event) {
     if (change == "reload") {
         for (const auto& [owner, reloaded] : std::map(reloadHandlers))
             reloaded();
-    } else if (change == "new") {
-        const JsonValue* const window = event.member("container");
-        if (ownWindowCame && window && numberOf(window->member("pid")) == getpid())
-            ownWindowCame(numberOf(window->member("id")), textOf(window->member("name")));
     } else if (change == "run") {
         const JsonValue* const binding = event.member("binding");
         const std::string command = binding ? textOf(binding->member("command")) : "";

@@ -32,10 +32,6 @@ class Compositor {
     /// Called when a binding ran whose command is "nop " and this name.
     void onBinding(const std::string& name, std::function<void()> pressed);
     void forgetBinding(const std::string& name) { bindings.erase(name); }
-    /// Called when a window of this process has come, with its number and title. One handler.
-    void onOwnWindow(std::function<void(std::int64_t id, const std::string& title)> came) {
-        ownWindowCame = std::move(came);
-    }
     /// After the user has had the configuration read anew, which takes back all that was run.
     void onReload(const void* owner, std::function<void()> reloaded);
 
@@ -54,7 +50,6 @@ class Compositor {
     int version = 0;
     std::string configurationText;
     std::map<std::string, std::function<void()>> bindings;
-    std::function<void(std::int64_t, const std::string&)> ownWindowCame;
     std::map<const void*, std::function<void()>> reloadHandlers;
     std::map<std::string, bool> told;
 };

@@ -69,11 +69,18 @@ void CursorControl::confine(const std::string& kind, const wayland::Outputs::Pla
         changes.takeBack(kind);
 }
 
-// In one piece of memory, since a warp answers to the hand.
+// Sway counts from the corner of all outputs, which may lie before the origin of its own layout. In
+// one piece of memory, since a warp answers to the hand.
 void CursorControl::warp(Point layout) {
+    Point corner = layout;
+    for (const auto& place : outputs.places()) {
+        corner.x = std::min(corner.x, place.area.x);
+        corner.y = std::min(corner.y, place.area.y);
+    }
     char command[64];
     std::snprintf(command, sizeof command, "seat - cursor set %ld %ld",
-                  std::lround(std::floor(layout.x)), std::lround(std::floor(layout.y)));
+                  std::lround(std::floor(layout.x - corner.x)),
+                  std::lround(std::floor(layout.y - corner.y)));
     compositor.run(command);
 }
 

@@ -53,6 +53,7 @@ std::string Connection::bind() {
     if (!synchronize()) return "the Wayland compositor does not answer";
     const std::pair<bool, const char*> needed[] = {
         {globals.compositor != nullptr, "wl_compositor"},
+        {globals.subcompositor != nullptr, "wl_subcompositor"},
         {globals.memory != nullptr, "wl_shm"},
         {globals.seat != nullptr, "wl_seat"},
         {globals.layers != nullptr, "zwlr_layer_shell_v1"},
@@ -84,6 +85,8 @@ void Connection::global(std::uint32_t name, std::string_view interface, std::uin
     wl_registry* const from = registry.get();
     if (interface == wl_compositor_interface.name)
         take(globals.compositor, from, name, wl_compositor_interface, version, 4);
+    else if (interface == wl_subcompositor_interface.name)
+        take(globals.subcompositor, from, name, wl_subcompositor_interface, version, 1);
     else if (interface == wl_shm_interface.name)
         take(globals.memory, from, name, wl_shm_interface, version, 1);
     else if (interface == wl_seat_interface.name && !globals.seat) {

@@ -33,6 +33,7 @@ class Connection {
 
     // The compositor's globals. Never null.
     wl_compositor* compositor() const { return globals.compositor.get(); }
+    wl_subcompositor* subcompositor() const { return globals.subcompositor.get(); }
     wl_shm* memory() const { return globals.memory.get(); }
     wl_seat* seat() const { return globals.seat.get(); }
     zwlr_layer_shell_v1* layers() const { return globals.layers.get(); }
@@ -48,6 +49,7 @@ class Connection {
     /// Tells what devices the seat has, now and at each change: of WL_SEAT_CAPABILITY_. One
     /// handler.
     void onSeat(std::function<void(std::uint32_t capabilities)> changed);
+    std::uint32_t seatCapabilities() const { return capabilities; } ///< as `onSeat` tells them
 
     /// Calls `ended` after each batch of events, from the run loop; an empty one ends that.
     void onBatchEnd(const void* owner, std::function<void()> ended);
@@ -77,6 +79,7 @@ class Connection {
 
     struct Globals {
         Handle<wl_compositor> compositor;
+        Handle<wl_subcompositor> subcompositor;
         Handle<wl_shm> memory;
         Handle<wl_seat> seat;
         Handle<zwlr_layer_shell_v1> layers;
