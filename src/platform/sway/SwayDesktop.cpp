@@ -69,21 +69,26 @@ class SwayDesktop final : public wayland::Desktop {
     struct Parts {
         Parts(SwayDesktop& own, const Surroundings& given)
             : compositor(*own.compositor),
-              changes(*own.compositor, {given.helper("sway-guard"), given.folder}, own.log),
+              changes(*own.compositor, {given.helper("sway-guard"), given.folder, own.descriptors},
+                      own.log),
               control(*own.compositor, changes, *own.outputs),
               shared(*own.connection, *own.outputs, control, own.descriptors, own.log, given),
               modifiers(*own.compositor, changes, *own.connection, *own.outputs, shared.keyboard,
-                        own.descriptors, [this](bool held) { shared.tellModifiers(held); }),
+                        own.descriptors, own.log,
+                        [this](bool held) { shared.tellModifiers(held); }),
               cursor(*own.compositor, changes),
               keys(*own.compositor, own.log),
               hotKeys(*own.compositor, changes, shared.keyboard, shared.recording, given.settings,
-                      given.later) {
+                      own.log, given.later) {
             // A tiled menu would fill the monitor. The rule is about this process alone, and so
             // nothing of it is left to be undone.
             const std::string rule =
                 "for_window [pid=" + std::to_string(getpid()) + "] floating enable";
             compositor.run(rule);
-            compositor.onReload(this, [this, rule] { compositor.run(rule); });
+            compositor.onReload(this, [this, rule, changed = given.capabilitiesChanged] {
+                compositor.run(rule);
+                changed();
+            });
             // A menu that no window belongs to is one of its own, and the only one without a title.
             compositor.onOwnWindow([this, untitled = given.identifier](auto id, const auto& title) {
                 if (!title.empty() && title != untitled) return;
