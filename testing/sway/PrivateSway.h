@@ -36,6 +36,7 @@ class PrivateSway {
     const Environment& environment() const { return variables; }
     std::string configFolder() const { return folder.path("home/.config"); }
     std::string runtimeFolder() const { return folder.path("run"); }
+    pid_t process() const { return server.process->pid(); }
 
     /// A command of the compositor's, carried out; throws std::runtime_error where it is refused.
     void run(const std::string& command) const;

@@ -69,15 +69,17 @@ class SwayDesktop final : public wayland::Desktop {
     struct Parts {
         Parts(SwayDesktop& own, const Surroundings& given)
             : compositor(*own.compositor),
-              changes(*own.compositor, {given.helper("sway-guard"), given.folder}, own.log),
+              changes(*own.compositor, {given.helper("sway-guard"), given.folder, own.descriptors},
+                      own.log),
               control(*own.compositor, changes, *own.outputs),
               shared(*own.connection, *own.outputs, control, own.descriptors, own.log, given),
               modifiers(*own.compositor, changes, *own.connection, *own.outputs, shared.keyboard,
-                        own.descriptors, [this](bool held) { shared.tellModifiers(held); }),
+                        own.descriptors, own.log,
+                        [this](bool held) { shared.tellModifiers(held); }),
               cursor(*own.compositor, changes),
               keys(*own.compositor, own.log),
               hotKeys(*own.compositor, changes, shared.keyboard, shared.recording, given.settings,
-                      given.later) {
+                      own.log, given.later) {
             // A tiled dialogue would fill the monitor, and one on a dark monitor is hard to see.
             // They have title bars of their own. The rule is about this process alone, and so
             // nothing of it is left to be undone.
@@ -86,7 +88,10 @@ class SwayDesktop final : public wayland::Desktop {
                  {"floating enable", "border none", "move position cursor", "move position center"})
                 rules += "for_window [pid=" + std::to_string(getpid()) + "] " + wish + "; ";
             compositor.run(rules);
-            compositor.onReload(this, [this, rules] { compositor.run(rules); });
+            compositor.onReload(this, [this, rules, changed = given.capabilitiesChanged] {
+                compositor.run(rules);
+                changed();
+            });
         }
         ~Parts() { compositor.onReload(this, {}); }
         Parts(const Parts&) = delete;

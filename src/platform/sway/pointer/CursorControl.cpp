@@ -1,7 +1,5 @@
 #include "platform/sway/pointer/CursorControl.h"
 
-#include "platform/sway/connection/UserConfiguration.h"
-
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -39,11 +37,10 @@ std::string CursorControl::mapped(const std::string& kind,
 }
 
 std::string CursorControl::unmapped(const std::string& kind) const {
-    const std::string input = "input " + kind + " ";
-    if (const auto users = mappingOf(compositor.configuration(), kind)) return input + *users;
-    if (compositor.isAtLeast(releaseThatMapsToAll)) return input + "map_to_output *";
+    const UserConfiguration& users = compositor.configuration();
     const auto places = outputs.places();
-    if (places.empty()) return {};
+    if (compositor.isAtLeast(releaseThatMapsToAll) || places.empty())
+        return users.mappingOf(kind, "map_to_output *");
     Rect all = places[0].area;
     for (const auto& place : places) {
         const Rect& r = place.area;
@@ -54,7 +51,7 @@ std::string CursorControl::unmapped(const std::string& kind) const {
         all.width = right - all.x;
         all.height = bottom - all.y;
     }
-    return input + regionOf(all);
+    return users.mappingOf(kind, regionOf(all));
 }
 
 void CursorControl::confine(const wayland::Outputs::Place* place) {
@@ -64,7 +61,9 @@ void CursorControl::confine(const wayland::Outputs::Place* place) {
 
 void CursorControl::confine(const std::string& kind, const wayland::Outputs::Place* place) {
     if (place)
-        changes.make(kind, {mapped(kind, *place), unmapped(kind)});
+        changes.make(kind, [this, kind, there = *place] {
+            return Changes::Change{mapped(kind, there), unmapped(kind)};
+        });
     else
         changes.takeBack(kind);
 }

@@ -6,7 +6,7 @@
 namespace platform::sway {
 
 /// Maps the mice and touchpads to one output, which clamps their motion too, also while a button is
-/// held. A device that the user has mapped by its own name stays where it is.
+/// held: those too that the user has mapped by their own names, until they are put back there.
 class CursorControl final : public wayland::CursorControl {
   public:
     CursorControl(Compositor& compositor, Changes& changes, wayland::Outputs& outputs);
