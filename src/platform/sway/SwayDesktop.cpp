@@ -6,6 +6,7 @@
 #include "platform/sway/pointer/Cursor.h"
 #include "platform/sway/pointer/CursorControl.h"
 #include "platform/wayland/LayerServices.h"
+#include "platform/wayland/keys/Focus.h"
 
 #include <cstdlib>
 #include <unistd.h>
@@ -106,7 +107,7 @@ class SwayDesktop final : public wayland::Desktop {
         Cursor cursor;
         Keyboard keys;
         HotKeys hotKeys;
-        Focus focus;
+        wayland::Focus focus;
     };
 
     Descriptors& descriptors;

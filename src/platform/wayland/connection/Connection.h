@@ -28,13 +28,10 @@ class Connection {
         std::string error;
     };
     /// What layers take, and the pointer over them.
-    static constexpr std::string_view forLayers[] = {"wl_compositor",
-                                                     "wl_shm",
-                                                     "wl_seat",
-                                                     "zwlr_layer_shell_v1",
-                                                     "wp_viewporter",
-                                                     "zwp_relative_pointer_manager_v1",
-                                                     "zxdg_output_manager_v1"};
+    static constexpr std::string_view forLayers[] = {
+        "wl_compositor",         "wl_shm",        "wl_seat",
+        "zwlr_layer_shell_v1",   "wp_viewporter", "zwp_relative_pointer_manager_v1",
+        "zxdg_output_manager_v1"};
     /// What tells of the monitors and of the keyboard, and no more.
     static constexpr std::string_view forOutputs[] = {"wl_seat", "zxdg_output_manager_v1"};
 
@@ -46,6 +43,8 @@ class Connection {
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
 
+    /// What the compositor's executable is called: "labwc"; empty where that is not told.
+    std::string compositorName() const;
     /// Whether the compositor has a global of that interface.
     bool has(std::string_view interface) const { return offered.contains(interface); }
 
@@ -58,6 +57,8 @@ class Connection {
     zwp_relative_pointer_manager_v1* relative() const { return globals.relative.get(); }
     zxdg_output_manager_v1* outputs() const { return globals.outputs.get(); }
     zwp_idle_inhibit_manager_v1* idle() const { return globals.idle.get(); } ///< may be null
+    /// May be null.
+    zwlr_virtual_pointer_manager_v1* virtualPointers() const { return globals.pointers.get(); }
 
     /// Tells of outputs, those that are there at once. One handler each.
     void onOutput(std::function<void(std::uint32_t name, wl_output*)> came,
@@ -96,6 +97,7 @@ class Connection {
         Handle<zwp_relative_pointer_manager_v1> relative;
         Handle<zxdg_output_manager_v1> outputs;
         Handle<zwp_idle_inhibit_manager_v1> idle;
+        Handle<zwlr_virtual_pointer_manager_v1> pointers;
     };
 
     Descriptors& descriptors;

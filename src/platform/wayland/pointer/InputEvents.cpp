@@ -68,7 +68,7 @@ void InputEvents::note(EventType type) {
 
 void InputEvents::batchEnded() {
     if (!anyArrived && !hasMoved && noted.empty()) return;
-    if (hasMoved && hold.isBeyond(place)) readMotion();
+    if (hasMoved && hold.isBeyond(place) && !putBack()) readMotion();
     if (!noted.empty()) {
         readMotion();
         for (std::size_t i = 0; i < noted.size(); ++i)
@@ -77,6 +77,15 @@ void InputEvents::batchEnded() {
     }
     anyArrived = true;
     if (!pace.isRunning()) pace.start();
+}
+
+// Before anybody is asked: what was pushed is told at the next tick, as from a cursor that stayed.
+bool InputEvents::putBack() {
+    const auto home = hold.home(place);
+    if (!home) return false;
+    pointer.putBack(*home);
+    place = *home;
+    return true;
 }
 
 void InputEvents::tick() {
