@@ -31,7 +31,8 @@ class WaylandClient {
 
     /// Until the compositor has taken in all that was sent.
     void synchronize() const;
-    /// The output that was announced at that place, from 0 on.
+    /// The output that has that place in the order of their names, from 0 on: compositors announce
+    /// them in an order of their own. Waits for the compositor.
     wl_output* output(std::size_t index) const;
 
     wl_display* display = nullptr;
@@ -43,8 +44,14 @@ class WaylandClient {
     wp_viewporter* viewporter = nullptr;
 
   private:
+    struct Output {
+        wl_output* output = nullptr;
+        std::string name;
+    };
+    void addOutput(std::uint32_t global);
+
     wl_registry* registry = nullptr;
-    std::map<std::uint32_t, wl_output*> outputs; ///< by the global's number
+    std::map<std::uint32_t, Output> outputs; ///< by the global's number
 };
 
 /// A layer that covers an output and tells when the cursor is on it. It reads on a thread of its
