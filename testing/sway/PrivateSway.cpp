@@ -124,6 +124,10 @@ double PrivateSway::brightness(int output) const {
     const auto client =
         spawn("grim", {"-t", "ppm", "-o", "HEADLESS-" + std::to_string(output), file});
     if (client->wait() != 0) throw std::runtime_error("no picture: " + client->errors());
+    return meanBrightness(file);
+}
+
+double meanBrightness(const std::string& file) {
     std::ifstream picture(file, std::ios::binary);
     std::string kind;
     int width = 0, height = 0, most = 0;
@@ -137,9 +141,11 @@ double PrivateSway::brightness(int output) const {
     return sum / static_cast<double>(bytes.size());
 }
 
-SwayHand::SwayHand(const PrivateSway& desktop)
+SwayHand::SwayHand(const PrivateSway& desktop) : SwayHand(&desktop, desktop.socket()) {}
+
+SwayHand::SwayHand(const PrivateSway* desktop, const std::string& socketPath)
     : sway(desktop),
-      client(desktop.socket()),
+      client(socketPath),
       pointer(
           zwlr_virtual_pointer_manager_v1_create_virtual_pointer(client.pointers, client.seat)) {
     client.synchronize();
@@ -151,7 +157,15 @@ SwayHand::~SwayHand() {
 }
 
 void SwayHand::moveTo(int x, int y) {
-    sway.run("seat - cursor set " + std::to_string(x) + " " + std::to_string(y));
+    sway->run("seat - cursor set " + std::to_string(x) + " " + std::to_string(y));
+}
+
+void SwayHand::place(int x, int y, int width, int height) {
+    const auto halves = [](int pixels) { return static_cast<std::uint32_t>(2 * pixels); };
+    zwlr_virtual_pointer_v1_motion_absolute(pointer, milliseconds32(), halves(x) + 1, halves(y) + 1,
+                                            halves(width), halves(height));
+    zwlr_virtual_pointer_v1_frame(pointer);
+    client.synchronize();
 }
 
 void SwayHand::send(double dx, double dy) {

@@ -66,7 +66,7 @@ class LayerShellDesktop final : public wayland::Desktop {
                 {"motion", false,
                  name + " tells no program of each motion: hiding after a while, hot borders, "
                         "wrapping and the cross-hair need an X11 session."},
-                {"shortcut", false, name + " binds no shortcut for a program: " + advice + "."},
+                {"binding", false, name + " binds no shortcut for a program: " + advice + "."},
                 {"modifiers", false,
                  name + " tells no program of held keys: they do not lift the hold."}};
     }
