@@ -13,6 +13,9 @@ class CursorControl {
     /// From now on no pointer's motion leads off this output; null lets the cursor go.
     virtual void confine(const Outputs::Place* place) = 0;
 
+    /// False: `confine` does nothing, and the cursor can only be put back after it has left.
+    virtual bool clamps() const { return true; }
+
     /// Layout coordinates, on an output.
     virtual void warp(Point layout) = 0;
 

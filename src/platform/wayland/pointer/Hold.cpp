@@ -55,6 +55,9 @@ void Hold::clear() {
     for (const Strip& strip : strips)
         pointer.forget(*strip.layer);
     strips.clear();
+    for (const auto& net : nets)
+        pointer.forget(*net);
+    nets.clear();
     meter.clear();
 }
 
@@ -90,6 +93,11 @@ bool Hold::rebuild(std::optional<Point> goal) {
         strips.push_back(
             {side, std::make_unique<Layer>(connection, Layer::Look{*place, area, 0, false}), area});
     }
+    if (!control.clamps())
+        for (const Outputs::Place& other : outputs.places())
+            if (&other != place)
+                nets.push_back(
+                    std::make_unique<Layer>(connection, Layer::Look{other, other.area, 0, false}));
     return goal.has_value();
 }
 
@@ -98,9 +106,26 @@ bool Hold::isStrip(const Layer* layer) const {
                         strips, [&](const Strip& strip) { return strip.layer.get() == layer; });
 }
 
+std::optional<Point> Hold::home(Point topLeft) const {
+    if (!held || control.clamps()) return std::nullopt;
+    const Point at = outputs.toLayout(topLeft);
+    if (box.contains(at)) return std::nullopt;
+    return outputs.toTopLeft(session::nearestPixel(at, box));
+}
+
 // The step before the one that brought the cursor onto the strip went to whoever was below, so a
-// push counts from the next one on.
+// push counts from the next one on. A step over a net is cut off like one at the strip before it;
+// the way back is a step as well to some compositors, with a clock of its own, and no report of the
+// hand.
 void Hold::meant(Point place, Point step, double time) {
+    if (!control.clamps()) {
+        const bool leadsOut = std::ranges::any_of(strips, [step](const Strip& strip) {
+            return session::isOutwards(strip.side,
+                                       session::isVertical(strip.side) ? step.x : step.y);
+        });
+        if (!leadsOut) return;
+        place = session::nearestPixel(place, box);
+    }
     const double span = time - lastTime;
     lastTime = time;
     meter.reported(span);

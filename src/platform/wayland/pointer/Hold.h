@@ -13,7 +13,9 @@ namespace platform::wayland {
 /// column or row of pixels of each side beyond which another output lies there is a strip, an
 /// invisible layer, over which every motion of the hand is told although the cursor stays. A strip
 /// takes the clicks of those pixels. Nothing is told while a button is held that was pressed
-/// elsewhere.
+/// elsewhere. Where the control cannot clamp, nets lie over the other outputs, invisible layers
+/// that tell of a cursor which has left, and catch its clicks; what is pushed before it is back
+/// counts too.
 class Hold {
   public:
     /// `allowed` false: nothing is ever held, but the screen is remembered.
@@ -36,6 +38,9 @@ class Hold {
     bool isHolding() const { return held; }
     /// Whether the layer is one of the strips; null is none.
     bool isStrip(const Layer* layer) const;
+    /// Where a cursor that is at this point has to be put back to, top-left coordinates both;
+    /// nothing where it is inside, and where it is not for the hold to put it back.
+    std::optional<Point> home(Point topLeft) const;
 
     /// A motion of the hand while the cursor is at a place, layout coordinates.
     void meant(Point place, Point step, double time);
@@ -75,6 +80,7 @@ class Hold {
     session::Box box;                      ///< the screen that is held, layout coordinates
     std::vector<session::Box> monitors;    ///< all of them
     std::vector<Strip> strips;
+    std::vector<std::unique_ptr<Layer>> nets;
     session::PushMeter meter;
     double lastTime = 0;
 };

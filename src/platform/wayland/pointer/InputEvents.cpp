@@ -71,7 +71,7 @@ void InputEvents::note(EventType type) {
 
 void InputEvents::batchEnded() {
     if (!anyArrived && !hasMoved && noted.empty()) return;
-    if (hasMoved && hold.isBeyond(place)) readMotion();
+    if (hasMoved && hold.isBeyond(place) && !putBack()) readMotion();
     if (!noted.empty()) {
         readMotion();
         for (std::size_t i = 0; i < noted.size(); ++i)
@@ -83,6 +83,15 @@ void InputEvents::batchEnded() {
     isFrameHalfOver = false;
     pace.start();
     chooseReading();
+}
+
+// Before anybody is asked: what was pushed is told at the next tick, as from a cursor that stayed.
+bool InputEvents::putBack() {
+    const auto home = hold.home(place);
+    if (!home) return false;
+    pointer.putBack(*home);
+    place = *home;
+    return true;
 }
 
 void InputEvents::tick() {

@@ -47,6 +47,7 @@ class InputEvents final : public platform::InputEvents, private PointerSeat::Lis
 
     void note(EventType type);
     void batchEnded();
+    bool putBack();
     void tick();
     void readMotion();
     void tell(const Hold::Push& push);

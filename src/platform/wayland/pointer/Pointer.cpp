@@ -75,6 +75,11 @@ void Pointer::noteWarp(Point to) {
     if (known) known = to;
 }
 
+void Pointer::putBack(Point home) {
+    control.warp(outputs.toLayout(home));
+    last = home;
+}
+
 void Pointer::holdInside(std::optional<Rect> screen) {
     // Who switches off and on again in one event gets the new hold in the place of the old one.
     releaseAtEnd = known && !screen;
