@@ -51,7 +51,7 @@ WaylandClient::WaylandClient(const std::string& socketPath)
         [](void*, wl_registry*, std::uint32_t) {}};
     wl_registry_add_listener(registry, &listener, this);
     synchronize();
-    if (!compositor || !memory || !seat || !layers || !pointers || !viewporter)
+    if (!compositor || !memory || !seat || !layers || !viewporter)
         throw std::runtime_error("the compositor lacks what tests need");
 }
 

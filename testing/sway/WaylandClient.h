@@ -40,7 +40,7 @@ class WaylandClient {
     wl_shm* memory = nullptr;
     wl_seat* seat = nullptr;
     zwlr_layer_shell_v1* layers = nullptr;
-    zwlr_virtual_pointer_manager_v1* pointers = nullptr;
+    zwlr_virtual_pointer_manager_v1* pointers = nullptr; ///< null where the compositor has none
     wp_viewporter* viewporter = nullptr;
 
   private:

@@ -32,6 +32,7 @@ class Desktop {
         platform::Settings& settings;
         std::string identifier; ///< of the product
         std::string folder;     ///< for what has to be undone after a kill; empty for none
+        std::string data;       ///< the folder of the program's data files
         bool holds = true;      ///< whether the cursor may be held
         /// The path of an executable that belongs to the program: "sway-guard".
         std::function<std::string(const std::string& name)> helper;

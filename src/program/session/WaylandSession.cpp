@@ -49,6 +49,7 @@ Session::Services WaylandSession::start(const Surroundings& surroundings) {
         {.settings = surroundings.settings,
          .identifier = surroundings.product.identifier,
          .folder = platform::linux::runtimeFolder().value_or(""),
+         .data = platform::linux::dataFolder(),
          .holds = holds,
          .helper = platform::linux::helperPath,
          .ownWindowActive = QtApplication::hasActiveWindow,

@@ -1,3 +1,4 @@
+#include "platform/kwin/KWinDesktop.h"
 #include "platform/layershell/LayerShellDesktop.h"
 #include "platform/sway/SwayDesktop.h"
 
@@ -10,7 +11,7 @@ namespace {
 using Open = wayland::OpenedDesktop (*)(Descriptors&, Log&, std::function<void()> lost);
 
 // The first that knows the compositor has it; what needs layers alone comes last.
-constexpr Open families[] = {&sway::openDesktop, &layershell::openDesktop};
+constexpr Open families[] = {&sway::openDesktop, &kwin::openDesktop, &layershell::openDesktop};
 
 } // namespace
 
