@@ -27,14 +27,15 @@ Connection::Connection(Descriptors& watcher, Log& writer, std::function<void()> 
     : descriptors(watcher), log(writer), lost(std::move(gone)) {}
 
 Connection::Opened Connection::open(Descriptors& descriptors, Log& log,
-                                    std::function<void()> lost) {
+                                    std::function<void()> lost,
+                                    std::span<const std::string_view> needed) {
     std::unique_ptr<Connection> made(new Connection(descriptors, log, std::move(lost)));
-    std::string error = made->bind();
+    std::string error = made->bind(needed);
     if (!error.empty()) return {nullptr, std::move(error)};
     return {std::move(made), {}};
 }
 
-std::string Connection::bind() {
+std::string Connection::bind(std::span<const std::string_view> needed) {
     display.reset(wl_display_connect(nullptr));
     if (!display) return "the Wayland compositor cannot be reached";
     registry.reset(wl_display_get_registry(display.get()));
@@ -51,16 +52,9 @@ std::string Connection::bind() {
         }};
     wl_registry_add_listener(registry.get(), &listener, this);
     if (!synchronize()) return "the Wayland compositor does not answer";
-    const std::pair<bool, const char*> needed[] = {
-        {globals.compositor != nullptr, "wl_compositor"},
-        {globals.memory != nullptr, "wl_shm"},
-        {globals.seat != nullptr, "wl_seat"},
-        {globals.layers != nullptr, "zwlr_layer_shell_v1"},
-        {globals.viewporter != nullptr, "wp_viewporter"},
-        {globals.relative != nullptr, "zwp_relative_pointer_manager_v1"},
-        {globals.outputs != nullptr, "zxdg_output_manager_v1"}};
-    for (const auto& [isThere, name] : needed)
-        if (!isThere) return std::string("the Wayland compositor has no ") + name;
+    for (const std::string_view interface : needed)
+        if (!has(interface))
+            return "the Wayland compositor has no " + std::string(interface);
     wake = eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC);
     if (wake >= 0)
         descriptors.watchReadable(wake, [this] {
@@ -82,6 +76,7 @@ Connection::~Connection() {
 
 void Connection::global(std::uint32_t name, std::string_view interface, std::uint32_t version) {
     wl_registry* const from = registry.get();
+    offered.emplace(interface);
     if (interface == wl_compositor_interface.name)
         take(globals.compositor, from, name, wl_compositor_interface, version, 4);
     else if (interface == wl_shm_interface.name)

@@ -7,7 +7,10 @@
 #include <chrono>
 #include <functional>
 #include <map>
+#include <set>
+#include <span>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -24,14 +27,29 @@ class Connection {
         std::unique_ptr<Connection> connection; ///< null with an error
         std::string error;
     };
-    /// To the compositor that the environment names. What is lent must outlive the connection.
-    /// `lost` is called once, from the run loop.
-    static Opened open(Descriptors& descriptors, Log& log, std::function<void()> lost);
+    /// What layers take, and the pointer over them.
+    static constexpr std::string_view forLayers[] = {"wl_compositor",
+                                                     "wl_shm",
+                                                     "wl_seat",
+                                                     "zwlr_layer_shell_v1",
+                                                     "wp_viewporter",
+                                                     "zwp_relative_pointer_manager_v1",
+                                                     "zxdg_output_manager_v1"};
+    /// What tells of the monitors and of the keyboard, and no more.
+    static constexpr std::string_view forOutputs[] = {"wl_seat", "zxdg_output_manager_v1"};
+
+    /// To the compositor that the environment names, which must have these globals. What is lent
+    /// must outlive the connection. `lost` is called once, from the run loop.
+    static Opened open(Descriptors& descriptors, Log& log, std::function<void()> lost,
+                       std::span<const std::string_view> needed = forLayers);
     ~Connection();
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
 
-    // The compositor's globals. Never null.
+    /// Whether the compositor has a global of that interface.
+    bool has(std::string_view interface) const { return offered.contains(interface); }
+
+    // The compositor's globals. Never null where they were needed.
     wl_compositor* compositor() const { return globals.compositor.get(); }
     wl_shm* memory() const { return globals.memory.get(); }
     wl_seat* seat() const { return globals.seat.get(); }
@@ -61,7 +79,7 @@ class Connection {
 
   private:
     Connection(Descriptors& descriptors, Log& log, std::function<void()> lost);
-    std::string bind();
+    std::string bind(std::span<const std::string_view> needed);
     void global(std::uint32_t name, std::string_view interface, std::uint32_t version);
     void listenToSeat();
     void read();
@@ -86,6 +104,7 @@ class Connection {
     Handle<wl_display> display;
     Handle<wl_registry> registry;
     Globals globals;
+    std::set<std::string, std::less<>> offered; ///< the interfaces of all globals
     std::map<std::uint32_t, Handle<wl_output>> outputList;
     std::function<void(std::uint32_t, wl_output*)> outputCame;
     std::function<void(std::uint32_t)> outputWent;
