@@ -34,6 +34,9 @@ class Desktop {
         bool holds = true;      ///< whether the cursor may be held
         /// The path of an executable that belongs to the program: "sway-guard".
         std::function<std::string(const std::string& name)> helper;
+        /// What the shell calls the extension that came with the program, and the command that
+        /// installs it for the user.
+        std::string extension, setup;
         /// Whether a window of the program is active; no round trip.
         std::function<bool()> ownWindowActive;
         /// Calls an operation from the run loop, also while a modal alert runs.

@@ -10,7 +10,7 @@ namespace platform::sway {
 class HotKeys final : public wayland::ClaimedHotKeys {
   public:
     HotKeys(Compositor& compositor, Changes& changes, wayland::KeyboardSeat& keyboard,
-            wayland::KeyRecording& recording, Settings& settings, Later later);
+            wayland::KeyTaking& recording, Settings& settings, Later later);
     ~HotKeys() override;
     HotKeys(const HotKeys&) = delete;
     HotKeys& operator=(const HotKeys&) = delete;

@@ -26,8 +26,7 @@ void take(Owner& owner, wl_registry* registry, std::uint32_t name, const wl_inte
 Connection::Connection(Descriptors& watcher, Log& writer, std::function<void()> gone)
     : descriptors(watcher), log(writer), lost(std::move(gone)) {}
 
-Connection::Opened Connection::open(Descriptors& descriptors, Log& log,
-                                    std::function<void()> lost,
+Connection::Opened Connection::open(Descriptors& descriptors, Log& log, std::function<void()> lost,
                                     std::span<const std::string_view> needed) {
     std::unique_ptr<Connection> made(new Connection(descriptors, log, std::move(lost)));
     std::string error = made->bind(needed);
@@ -53,8 +52,7 @@ std::string Connection::bind(std::span<const std::string_view> needed) {
     wl_registry_add_listener(registry.get(), &listener, this);
     if (!synchronize()) return "the Wayland compositor does not answer";
     for (const std::string_view interface : needed)
-        if (!has(interface))
-            return "the Wayland compositor has no " + std::string(interface);
+        if (!has(interface)) return "the Wayland compositor has no " + std::string(interface);
     wake = eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC);
     if (wake >= 0)
         descriptors.watchReadable(wake, [this] {

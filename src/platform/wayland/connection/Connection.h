@@ -28,13 +28,10 @@ class Connection {
         std::string error;
     };
     /// What layers take, and the pointer over them.
-    static constexpr std::string_view forLayers[] = {"wl_compositor",
-                                                     "wl_shm",
-                                                     "wl_seat",
-                                                     "zwlr_layer_shell_v1",
-                                                     "wp_viewporter",
-                                                     "zwp_relative_pointer_manager_v1",
-                                                     "zxdg_output_manager_v1"};
+    static constexpr std::string_view forLayers[] = {
+        "wl_compositor",         "wl_shm",        "wl_seat",
+        "zwlr_layer_shell_v1",   "wp_viewporter", "zwp_relative_pointer_manager_v1",
+        "zxdg_output_manager_v1"};
     /// What tells of the monitors and of the keyboard, and no more.
     static constexpr std::string_view forOutputs[] = {"wl_seat", "zxdg_output_manager_v1"};
 
