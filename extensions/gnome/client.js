@@ -162,6 +162,6 @@ export class Client {
     }
 
     OpenMenu() {
-        this._service.openMenu?.(this.program);
+        this._service.openMenu(this.program);
     }
 }

@@ -5,6 +5,7 @@ import * as Main from 'resource:///org/gnome/shell/ui/main.js';
 
 import {Client} from './client.js';
 import {Accelerators} from './keys.js';
+import {Tray} from './tray.js';
 
 const NAME = 'com.tamberlo.Shell';
 const PATH = '/com/tamberlo/Shell';
@@ -27,6 +28,7 @@ export class Service {
         const [, xml] = file.load_contents(null);
         this._object = Gio.DBusExportedObject.wrapJSObject(new TextDecoder().decode(xml), this);
         this._object.export(this._bus, PATH);
+        this._tray = new Tray(this._bus, PROGRAM, name => this._processOf(name));
         this._name = Gio.bus_own_name_on_connection(this._bus, NAME,
             Gio.BusNameOwnerFlags.DO_NOT_QUEUE, null, null);
         this._escape = null;
@@ -41,7 +43,9 @@ export class Service {
         for (const client of this._clients.values())
             client.destroy();
         this._clients.clear();
+        this._dropEscape();
         this.accelerators.destroy();
+        this._tray.destroy();
         Gio.bus_unown_name(this._name);
         this._object.unexport();
     }
@@ -59,6 +63,10 @@ export class Service {
         if (this._escape !== null)
             this.accelerators.ungrab(this._escape);
         this._escape = null;
+    }
+
+    openMenu(program) {
+        this._tray.open(program);
     }
 
     _freeAll() {
