@@ -1,3 +1,4 @@
+#include "platform/gnome/GnomeDesktop.h"
 #include "platform/sway/SwayDesktop.h"
 
 #include <utility>
@@ -9,7 +10,7 @@ namespace {
 using Open = wayland::OpenedDesktop (*)(Descriptors&, Log&, std::function<void()> lost);
 
 // The first that knows the compositor has it.
-constexpr Open families[] = {&sway::openDesktop};
+constexpr Open families[] = {&sway::openDesktop, &gnome::openDesktop};
 
 } // namespace
 
