@@ -53,7 +53,7 @@ Session::Services WaylandSession::start(const Surroundings& surroundings) {
          .holds = holds,
          .helper = platform::linux::helperPath,
          .extension = shellExtension,
-         .setup = "palisor setup gnome",
+         .setup = shellSetup,
          .ownWindowActive = QtApplication::hasActiveWindow,
          .later = [&application](
                       std::function<void()> deed) { application.afterEvent(std::move(deed)); },
