@@ -34,7 +34,10 @@ export class Accelerators {
     ungrab(action) {
         if (!this._actions.delete(action))
             return;
-        Main.wm.allowKeybinding(Meta.external_binding_name_for_action(action), Shell.ActionMode.NONE);
+        const name = Meta.external_binding_name_for_action(action);
+        Main.wm.allowKeybinding(name, Shell.ActionMode.NONE);
+        // The shell would keep it for ever.
+        delete Main.wm._allowedKeybindings?.[name];
         global.display.ungrab_accelerator(action);
     }
 }

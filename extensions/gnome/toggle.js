@@ -18,7 +18,7 @@ const pathOf = program => `/${program.replaceAll('.', '/').replaceAll('-', '_')}
 const ProductToggle = GObject.registerClass(
 class ProductToggle extends QuickMenuToggle {
     _init(bus, program, service, properties) {
-        super._init({title: properties.title, toggleMode: false});
+        super._init({title: properties.title, subtitle: properties.subtitle, toggleMode: false});
         this._bus = bus;
         this._program = program;
         this._section = new PopupMenu.PopupMenuSection();
@@ -33,9 +33,9 @@ class ProductToggle extends QuickMenuToggle {
         this.connect('destroy', () => this._menu.destroy());
     }
 
-    showFace({title, icon}) {
-        this.gicon = icon;
-        this.menu.setHeader(icon, title);
+    showFace({title, subtitle, icon}) {
+        this.set({title, subtitle, gicon: icon});
+        this.menu.setHeader(icon, title, subtitle);
         this._menu.refresh();
     }
 
@@ -102,7 +102,9 @@ export class ProductIndicator {
     async _showFace() {
         try {
             const all = await this._get(this._service, ITEM_PATH, ITEM);
-            const face = {title: all.Title, menu: all.Menu, icon: iconOf(all)};
+            // "Palisor: on", as a tool tip has it.
+            const [title, subtitle = ''] = all.Title.split(': ');
+            const face = {title, subtitle, menu: all.Menu, icon: iconOf(all)};
             if (!this._indicator)
                 this._make(face);
             this._icon.gicon = face.icon;

@@ -28,6 +28,7 @@ export class Tray {
     }
 
     destroy() {
+        this._isGone = true;
         this._object.unexport();
         for (const indicator of this._indicators.values())
             indicator.destroy();
@@ -48,7 +49,7 @@ export class Tray {
         try {
             const program = await this._idOf(sender);
             const [own, owner] = await Promise.all([this._processOf(sender), this._processOf(program)]);
-            if (!this._program.test(program) || own !== owner)
+            if (this._isGone || !this._program.test(program) || own !== owner)
                 return;
             this._indicators.get(program)?.destroy();
             const indicator = new ProductIndicator(this._bus, program, sender);

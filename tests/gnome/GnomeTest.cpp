@@ -25,12 +25,15 @@ TEST_F(Gnome, HoldsItWhileAButtonIsHeldToo) {
 
 TEST_F(Gnome, APushAcrossTheEdgeTakesTheHoldAlong) {
     start({.pushOption = true, .velocity = 20});
-    hand->push(1, 0, 700, mouseRate);
+    constexpr int slowRate = 125;
+    shell->moveTo(1270, 300);
+    hand->push(1, 0, 200, slowRate);
     EXPECT_EQ(shell->cursor().x, 1279) << "a slow one";
     hand->push(60, 0, 40, mouseRate);
     ASSERT_TRUE(waitUntil([&] { return veils() == firstIsDark; })) << program->errors();
     EXPECT_GE(shell->cursor().x, 1280);
-    hand->push(-2, 0, 700, mouseRate);
+    shell->moveTo(1290, 300);
+    hand->push(-1, 0, 200, slowRate);
     EXPECT_EQ(shell->cursor().x, 1280) << "and there it is held";
 }
 
@@ -127,6 +130,9 @@ TEST_F(Gnome, SaysWhatMendsItWhereTheExtensionIsOff) {
         return command({"status"}).find("gnome-extensions enable " + std::string(uuid)) !=
                std::string::npos;
     })) << command({"status"});
+    EXPECT_NE(command({"doctor"}).find("gnome-extensions enable " + std::string(uuid)),
+              std::string::npos)
+        << command({"doctor"});
 }
 
 TEST_F(Gnome, TheQuickSettingsHaveASwitchWithTheMenuAndItsSlider) {

@@ -47,18 +47,40 @@ class GnomeDesktop final : public wayland::Desktop {
     }
 
     platform::Capabilities capabilities() const override {
-        const std::string missing = whatIsMissing();
-        const bool isThere = missing.empty();
-        platform::Capability hold{.id = "hold", .available = holds && isThere, .reason = missing};
+        const std::string reason = missing();
+        const bool isThere = reason.empty();
+        platform::Capability hold{.id = "hold", .available = holds && isThere, .reason = reason};
         if (!holds) hold.reason = "Switched off by --hold off.";
         return {std::move(hold),
-                {"darkness", isThere, missing},
-                {"motion", isThere, missing},
+                {"darkness", isThere, reason},
+                {"motion", isThere, reason},
                 {"modifiers", isThere,
                  isThere
                      ? "GNOME Shell does not tell the left Control, Alt and Super keys from the "
                        "right ones: either side counts."
-                     : missing}};
+                     : reason}};
+    }
+
+    std::string missing() const override {
+        switch (parts->hand.presence()) {
+        case Hand::Presence::here:
+            return {};
+        case Hand::Presence::notInstalled:
+            return "GNOME Shell does not have the extension that holds the cursor: run \"" + setup +
+                   "\", then log out and in again.";
+        case Hand::Presence::switchedOff:
+            return "The extension of GNOME Shell that holds the cursor is switched off: run "
+                   "\"gnome-extensions enable " +
+                   extension + "\".";
+        case Hand::Presence::broken:
+            return "The extension of GNOME Shell that holds the cursor has failed: run \"" + setup +
+                   "\", then log out and in again.";
+        case Hand::Presence::otherRelease:
+            return "The extension that holds the cursor is for GNOME Shell 48 to 50 only: log in "
+                   "to "
+                   "an X11 session.";
+        }
+        return {};
     }
 
     void ownWindowChanged() override {
@@ -111,29 +133,6 @@ class GnomeDesktop final : public wayland::Desktop {
         NoWakeLock wakeLock;
         wayland::Connection& connection;
     };
-
-    /// One sentence with what mends it; empty where the extension is there.
-    std::string whatIsMissing() const {
-        switch (parts->hand.presence()) {
-        case Hand::Presence::here:
-            return {};
-        case Hand::Presence::notInstalled:
-            return "GNOME Shell does not have the extension that holds the cursor: run \"" + setup +
-                   "\", then log out and in again.";
-        case Hand::Presence::switchedOff:
-            return "The extension of GNOME Shell that holds the cursor is switched off: run "
-                   "\"gnome-extensions enable " +
-                   extension + "\".";
-        case Hand::Presence::broken:
-            return "The extension of GNOME Shell that holds the cursor has failed: run \"" + setup +
-                   "\", then log out and in again.";
-        case Hand::Presence::otherRelease:
-            return "The extension that holds the cursor is for GNOME Shell 48 to 50 only: log in "
-                   "to "
-                   "an X11 session.";
-        }
-        return {};
-    }
 
     Descriptors& descriptors;
     Log& log;

@@ -63,6 +63,9 @@ class Desktop {
     virtual Services start(const Surroundings& surroundings) = 0;
     /// What this compositor allows, and with what limits. After `start`.
     virtual platform::Capabilities capabilities() const = 0;
+    /// What keeps it from doing most of that and the user can mend, one sentence; empty for
+    /// nothing. After `start`.
+    virtual std::string missing() const { return {}; }
     /// A window of the program has become active or is so no longer.
     virtual void ownWindowChanged() = 0;
     /// Ends the services, upon which all that they did to the desktop is undone.
