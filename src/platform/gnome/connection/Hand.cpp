@@ -136,8 +136,8 @@ void Hand::askWhy() {
         return 0;
     };
     if (sd_bus_call_method_async(link.bus(), &slot, "org.gnome.Shell", "/org/gnome/Shell",
-                                 "org.gnome.Shell.Extensions",
-                                 "GetExtensionInfo", answered, this, "s", extension.c_str()) >= 0)
+                                 "org.gnome.Shell.Extensions", "GetExtensionInfo", answered, this,
+                                 "s", extension.c_str()) >= 0)
         question.reset(slot);
     link.settle();
 }
