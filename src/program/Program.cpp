@@ -236,6 +236,12 @@ void Program::begin() {
     loginItems.bringUpToDate();
     if (recording) recording->writer.begin(bundle, settings.persistentDomain(), desk.displays);
     delegate->applicationDidFinishLaunching();
+    // At login the shell may still be on its way.
+    constexpr double timeForASlowLogin = 10;
+    runLoop.schedule(timeForASlowLogin, false, "tellWhatIsMissing", [this] {
+        if (const std::string reason = session.missing(); !reason.empty())
+            notices.tell("NOTICE_NOT_HELD", "NOTICE_NOT_HELD_TEXT", reason);
+    });
 }
 
 bus::ProductObject::Program Program::onBus(const Product& product) {

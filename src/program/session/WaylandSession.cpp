@@ -3,6 +3,7 @@
 #include "platform/linux/files/Installation.h"
 #include "platform/linux/files/XdgFiles.h"
 #include "platform/qt/loop/QtApplication.h"
+#include "program/ShellExtension.h"
 
 #include <cstdlib>
 #include <dlfcn.h>
@@ -52,6 +53,8 @@ Session::Services WaylandSession::start(const Surroundings& surroundings) {
          .data = platform::linux::dataFolder(),
          .holds = holds,
          .helper = platform::linux::helperPath,
+         .extension = shellExtension,
+         .setup = shellSetup,
          .ownWindowActive = QtApplication::hasActiveWindow,
          .later = [&application](
                       std::function<void()> deed) { application.afterEvent(std::move(deed)); },

@@ -7,7 +7,7 @@
 
 namespace platform::wayland {
 
-ClaimedHotKeys::ClaimedHotKeys(KeyboardSeat& keys, KeyRecording& recorded, Settings& store,
+ClaimedHotKeys::ClaimedHotKeys(KeyboardSeat& keys, KeyTaking& recorded, Settings& store,
                                Later afterwards)
     : later(std::move(afterwards)), keyboard(keys), recording(recorded), settings(store) {}
 
