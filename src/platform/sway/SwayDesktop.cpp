@@ -6,6 +6,7 @@
 #include "platform/sway/pointer/Cursor.h"
 #include "platform/sway/pointer/CursorControl.h"
 #include "platform/wayland/LayerServices.h"
+#include "platform/wayland/keys/Focus.h"
 
 #include <cstdlib>
 #include <unistd.h>
@@ -22,10 +23,6 @@ class SwayDesktop final : public wayland::Desktop {
     std::string join(const std::string& socket, std::function<void()> lost) {
         compositor = Compositor::open(socket, descriptors, log);
         if (!compositor) return "sway does not answer";
-        // Later ones map devices another way, by which the tests' pointer was not held.
-        constexpr int firstUntried = 9;
-        if (compositor->isAtLeast(firstUntried))
-            return "the cursor is held in sway up to 1.8 only; log in to an X11 session";
         auto opened = wayland::Connection::open(descriptors, log, std::move(lost));
         if (!opened.connection) return opened.error;
         connection = std::move(opened.connection);
@@ -69,15 +66,17 @@ class SwayDesktop final : public wayland::Desktop {
     struct Parts {
         Parts(SwayDesktop& own, const Surroundings& given)
             : compositor(*own.compositor),
-              changes(*own.compositor, {given.helper("sway-guard"), given.folder}, own.log),
+              changes(*own.compositor, {given.helper("sway-guard"), given.folder, own.descriptors},
+                      own.log),
               control(*own.compositor, changes, *own.outputs),
               shared(*own.connection, *own.outputs, control, own.descriptors, own.log, given),
               modifiers(*own.compositor, changes, *own.connection, *own.outputs, shared.keyboard,
-                        own.descriptors, [this](bool held) { shared.tellModifiers(held); }),
+                        own.descriptors, own.log,
+                        [this](bool held) { shared.tellModifiers(held); }),
               cursor(*own.compositor, changes),
               keys(*own.compositor, own.log),
               hotKeys(*own.compositor, changes, shared.keyboard, shared.recording, given.settings,
-                      given.later) {
+                      own.log, given.later) {
             // A tiled dialogue would fill the monitor, and one on a dark monitor is hard to see.
             // They have title bars of their own. The rule is about this process alone, and so
             // nothing of it is left to be undone.
@@ -86,7 +85,10 @@ class SwayDesktop final : public wayland::Desktop {
                  {"floating enable", "border none", "move position cursor", "move position center"})
                 rules += "for_window [pid=" + std::to_string(getpid()) + "] " + wish + "; ";
             compositor.run(rules);
-            compositor.onReload(this, [this, rules] { compositor.run(rules); });
+            compositor.onReload(this, [this, rules, changed = given.capabilitiesChanged] {
+                compositor.run(rules);
+                changed();
+            });
         }
         ~Parts() { compositor.onReload(this, {}); }
         Parts(const Parts&) = delete;
@@ -100,7 +102,7 @@ class SwayDesktop final : public wayland::Desktop {
         Cursor cursor;
         Keyboard keys;
         HotKeys hotKeys;
-        Focus focus;
+        wayland::Focus focus;
     };
 
     Descriptors& descriptors;

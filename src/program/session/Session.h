@@ -86,6 +86,10 @@ class Session {
     /// What this desktop allows of what the session brings. After `start`.
     virtual platform::Capabilities capabilities() const = 0;
 
+    /// What keeps the session from doing most of that and the user can mend, one sentence; empty
+    /// for nothing. After `start`.
+    virtual std::string missing() const { return {}; }
+
     /// The program ends: from now on nothing waits for the window system for longer than a second
     /// in all. What it has not done by then is left to whoever undoes it after a kill.
     virtual void aboutToEnd() = 0;

@@ -4,6 +4,7 @@
 #include <relative-pointer-unstable-v1-client-protocol.h>
 #include <viewporter-client-protocol.h>
 #include <wlr-layer-shell-unstable-v1-client-protocol.h>
+#include <wlr-virtual-pointer-unstable-v1-client-protocol.h>
 #include <xdg-output-unstable-v1-client-protocol.h>
 
 #include <memory>
@@ -59,6 +60,12 @@ inline void destroy(zwlr_layer_shell_v1* one) {
 }
 inline void destroy(zwlr_layer_surface_v1* one) {
     zwlr_layer_surface_v1_destroy(one);
+}
+inline void destroy(zwlr_virtual_pointer_manager_v1* one) {
+    zwlr_virtual_pointer_manager_v1_destroy(one);
+}
+inline void destroy(zwlr_virtual_pointer_v1* one) {
+    zwlr_virtual_pointer_v1_destroy(one);
 }
 inline void destroy(zxdg_output_manager_v1* one) {
     zxdg_output_manager_v1_destroy(one);
