@@ -93,7 +93,7 @@ TEST_P(LayerShell, IsSwitchedByCommandAndTellsWhatTheCompositorDoesNotAllow) {
 }
 
 TEST_P(LayerShell, ShowsItsMenuByCommandAndHoldsAgainWhenItHasClosed) {
-    background = 0xff909090;
+    background = 0xffd0d0d0;
     start({.othersDark = 0});
     // A menu changes the picture by more than a cursor does.
     const double bare = compositor->brightness(1);

@@ -4,9 +4,12 @@
 #include "platform/layershell/keys/Keyboard.h"
 #include "platform/layershell/pointer/Cursor.h"
 #include "platform/layershell/pointer/CursorControl.h"
+#include "platform/layershell/wayfire/Bindings.h"
 #include "platform/wayland/LayerServices.h"
 #include "platform/wayland/keys/Focus.h"
+#include "platform/wayland/keys/ModifierGrab.h"
 
+#include <cstdlib>
 #include <optional>
 
 namespace platform::layershell {
@@ -48,6 +51,7 @@ class LayerShellDesktop final : public wayland::Desktop {
     Services start(const Surroundings& given) override {
         holds = given.holds;
         advice = adviceFor(compositor, given.identifier);
+        bindings = bindingsOf(given);
         parts.emplace(*this, given);
         auto& shared = parts->shared;
         return {shared.pointer, parts->cursor,  shared.input, parts->keys,
@@ -66,9 +70,14 @@ class LayerShellDesktop final : public wayland::Desktop {
                 {"motion", false,
                  name + " tells no program of each motion: hiding after a while, hot borders, "
                         "wrapping and the cross-hair need an X11 session."},
-                {"binding", false, name + " binds no shortcut for a program: " + advice + "."},
-                {"modifiers", false,
-                 name + " tells no program of held keys: they do not lift the hold."}};
+                binds ? platform::Capability{"binding", true, {}}
+                      : platform::Capability{"binding", false,
+                                             name + " binds no shortcut for a program: " + advice +
+                                                 "."},
+                binds ? platform::Capability{"modifiers", true, {}}
+                      : platform::Capability{
+                            "modifiers", false,
+                            name + " tells no program of held keys: they do not lift the hold."}};
     }
 
     void ownWindowChanged() override {
@@ -79,6 +88,7 @@ class LayerShellDesktop final : public wayland::Desktop {
 
     void end() override {
         parts.reset();
+        bindings.reset();
         connection->flush();
     }
 
@@ -88,7 +98,11 @@ class LayerShellDesktop final : public wayland::Desktop {
             : control(*own.connection, own.outputs),
               shared(*own.connection, own.outputs, control, own.descriptors, own.log, given),
               keys(own.log),
-              hotKeys({nullptr, own.advice}, own.log, shared, given) {}
+              hotKeys({own.bindings.get(), own.advice}, own.log, shared, given),
+              grab(*own.connection, own.outputs, shared.keyboard, own.descriptors,
+                   [this](bool held) { shared.tellModifiers(held); }) {
+            if (own.bindings) own.bindings->hearHeldModifiers([this] { grab.begin(); });
+        }
 
         CursorControl control;
         wayland::LayerServices shared;
@@ -96,16 +110,32 @@ class LayerShellDesktop final : public wayland::Desktop {
         Keyboard keys;
         HotKeys hotKeys;
         wayland::Focus focus;
+        wayland::ModifierGrab grab;
     };
+
+    std::unique_ptr<Bindings> bindingsOf(const Surroundings& given) {
+        const char* const socket = std::getenv("WAYFIRE_SOCKET");
+        if (compositor != "wayfire" || !socket) return nullptr;
+        auto made = wayfire::Bindings::open(
+            socket, descriptors, [this, told = given.capabilitiesChanged](const std::string& why) {
+                log.write("Wayfire binds no keys for a program (" + why + "): " + advice);
+                binds = false;
+                told();
+            });
+        binds = made != nullptr;
+        return made;
+    }
 
     Descriptors& descriptors;
     Log& log;
     std::unique_ptr<wayland::Connection> connection;
     wayland::Outputs outputs;
-    std::string compositor; ///< what it is called; may be empty
-    std::string advice;     ///< about shortcuts
+    std::string compositor;             ///< what it is called; may be empty
+    std::string advice;                 ///< about shortcuts
+    std::unique_ptr<Bindings> bindings; ///< null where nobody binds keys
     std::optional<Parts> parts;
     bool holds = true;
+    bool binds = false; ///< whether the compositor binds keys, as far as it is known
 };
 
 } // namespace
