@@ -75,6 +75,24 @@ TEST(Doctor, TellsWhichProductsNeedAnotherSessionThanSway) {
     expectTrouble(facts, "session", "sway tells no program", "on Xorg");
 }
 
+TEST(Doctor, NamesTheCompositorWhereTheCursorIsPutBack) {
+    Facts facts = goodFacts();
+    facts.waylandDisplay = "wayland-0";
+    for (const auto& [desktop, name] : {std::pair{"labwc:wlroots", "labwc"},
+                                        {"Wayfire:wlroots", "Wayfire"},
+                                        {"Hyprland", "Hyprland"},
+                                        {"niri", "niri"}}) {
+        facts.desktop = desktop;
+        const auto report = examine(facts);
+        const auto* const session = find(report, "session");
+        EXPECT_EQ(session->level, Level::note);
+        EXPECT_NE(session->says.find(std::string("compositor is ") + name), std::string::npos)
+            << session->says;
+    }
+    facts.product.variant = variants::crossHair;
+    expectTrouble(facts, "session", "niri tells no program", "on Xorg");
+}
+
 TEST(Doctor, TellsOfXwaylandWhatToLogInTo) {
     Facts facts = goodFacts();
     facts.server.refusal = "this is Xwayland, where the pointer is the compositor's; log in";

@@ -17,7 +17,7 @@ TEST_P(LayerShell, LetsTheCursorLeaveWhereItIsNotHeld) {
     EXPECT_TRUE(cursorIsOn(1)) << "the other tests would prove nothing";
 }
 
-TEST_P(LayerShell, PutsTheCursorBackAlsoWhereNothingIsDarkened) {
+TEST_P(LayerShell, PutsTheCursorBackAlsoWhereTheDarknessIsNotSeen) {
     start({.othersDark = 0});
     hand->push(30, 0, 500, mouseRate);
     EXPECT_TRUE(cursorIsOn(0));
@@ -83,6 +83,10 @@ TEST_P(LayerShell, IsSwitchedByCommandAndTellsWhatTheCompositorDoesNotAllow) {
     const std::string status = told({"status"});
     for (const std::string& line : {std::string("held HEADLESS-1\n"), std::string("put back")})
         EXPECT_NE(status.find(line), status.npos) << status;
+    const auto doctor = compositor->spawn(programs() + "/palisor-doctor");
+    doctor->wait();
+    EXPECT_NE(doctor->output().find("where the cursor is put back"), std::string::npos)
+        << doctor->output();
     told({"off"});
     EXPECT_TRUE(brightSoon());
     told({"on"});

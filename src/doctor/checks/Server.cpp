@@ -89,11 +89,37 @@ Finding swaySession(const Facts& facts) {
     return {.key = "session", .level = Level::ok, .says = "Wayland, the compositor is sway"};
 }
 
+/// The compositors that have layers and let a program move the cursor, by what their sessions are
+/// called; empty for others.
+std::string compositorWithLayers(const Facts& facts) {
+    constexpr std::pair<std::string_view, const char*> known[] = {
+        {"labwc", "labwc"}, {"Wayfire", "Wayfire"}, {"Hyprland", "Hyprland"}, {"niri", "niri"}};
+    for (const auto& [desktop, name] : known)
+        if (facts.desktop.substr(0, facts.desktop.find(':')) == desktop) return name;
+    return {};
+}
+
+Finding layeredSession(const Facts& facts, const std::string& compositor) {
+    if (followsMotion(facts.product.variant))
+        return {.key = "session",
+                .level = Level::trouble,
+                .says = compositor + " tells no program of each motion of the cursor",
+                .mend = logIn};
+    return {.key = "session",
+            .level = Level::note,
+            .says = "Wayland, the compositor is " + compositor +
+                    ", where the cursor is put back after it has left its monitor, and is not held "
+                    "while a button is down"};
+}
+
 } // namespace
 
 Finding session(const Facts& facts) {
     const bool isWayland = !facts.waylandDisplay.empty() || facts.sessionType == "wayland";
     if (!facts.waylandDisplay.empty() && !facts.swaySocket.empty()) return swaySession(facts);
+    if (const std::string name = compositorWithLayers(facts);
+        !facts.waylandDisplay.empty() && !name.empty())
+        return layeredSession(facts, name);
     if (facts.display.empty() && isWayland)
         return {.key = "session",
                 .level = Level::trouble,

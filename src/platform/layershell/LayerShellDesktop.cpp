@@ -9,6 +9,7 @@
 #include "platform/wayland/keys/Focus.h"
 #include "platform/wayland/keys/ModifierGrab.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <optional>
 
@@ -16,7 +17,8 @@ namespace platform::layershell {
 
 namespace {
 
-constexpr std::string_view pointerManager = "zwlr_virtual_pointer_manager_v1";
+// A compositor without them is no desktop of this kind at all, and nothing is said of it.
+constexpr std::string_view layerShell[] = {"zwlr_layer_shell_v1"};
 
 /// Where people write key bindings down, as far as it is known of the compositor.
 std::string adviceFor(const std::string& compositor, const std::string& identifier) {
@@ -67,9 +69,13 @@ class LayerShellDesktop final : public wayland::Desktop {
                             : "Switched off by --hold off.";
         return {std::move(hold),
                 {"darkness", true, {}},
-                {"motion", false,
-                 name + " tells no program of each motion: hiding after a while, hot borders, "
-                        "wrapping and the cross-hair need an X11 session."},
+                {"edges", false, name + " tells no program of a cursor at an edge of all outputs."},
+                {"hide", false, name + " lets no program hide the cursor over others' windows."},
+                {"workspaces", false, name + " is not asked for the next workspace."},
+                {"place", false,
+                 name + " tells no program where the cursor is, so nothing can follow it."},
+                {"awake", connection->idle() != nullptr,
+                 connection->idle() ? "" : name + " cannot be kept from going idle."},
                 binds ? platform::Capability{"binding", true, {}}
                       : platform::Capability{"binding", false,
                                              name + " binds no shortcut for a program: " + advice +
@@ -141,19 +147,20 @@ class LayerShellDesktop final : public wayland::Desktop {
 } // namespace
 
 wayland::OpenedDesktop openDesktop(Descriptors& descriptors, Log& log, std::function<void()> lost) {
+    auto opened = wayland::Connection::open(descriptors, log, std::move(lost), layerShell);
+    if (!opened.connection) return {};
     std::vector<std::string_view> needed(std::begin(wayland::Connection::forLayers),
                                          std::end(wayland::Connection::forLayers));
-    auto asked = wayland::Connection::open(descriptors, log, lost, {});
-    // One without layers is no desktop of this kind at all.
-    if (!asked.connection || !asked.connection->has("zwlr_layer_shell_v1")) return {};
-    needed.push_back(pointerManager);
-    for (const std::string_view interface : needed)
-        if (!asked.connection->has(interface)) {
-            log.write("the compositor has no " + std::string(interface) +
-                      ", and so the cursor cannot be put back in its session");
-            return {};
-        }
-    return {std::make_unique<LayerShellDesktop>(descriptors, log, std::move(asked.connection)), {}};
+    needed.emplace_back("zwlr_virtual_pointer_manager_v1");
+    const auto lacking = std::ranges::find_if(
+        needed, [&](std::string_view interface) { return !opened.connection->has(interface); });
+    if (lacking != needed.end()) {
+        log.write("the compositor has no " + std::string(*lacking) +
+                  ", and so nobody can put the cursor back in its session");
+        return {};
+    }
+    return {std::make_unique<LayerShellDesktop>(descriptors, log, std::move(opened.connection)),
+            {}};
 }
 
 } // namespace platform::layershell
