@@ -42,7 +42,8 @@ InputEvents::~InputEvents() {
 
 void InputEvents::moved(Point layout) {
     place = outputs.toTopLeft(layout);
-    hasMoved = true;
+    // Nobody's hand did that.
+    if (!pointer.takeArrival(place)) hasMoved = true;
 }
 
 void InputEvents::meant(Point step, double when) {
