@@ -46,6 +46,11 @@ void InputEvents::moved(Point layout) {
     if (!pointer.takeArrival(place)) hasMoved = true;
 }
 
+void InputEvents::tellPlace(Point layout) {
+    moved(layout);
+    batchEnded();
+}
+
 void InputEvents::meant(Point step, double when) {
     time = when;
     hold.meant(outputs.toLayout(place), step, when);
