@@ -9,6 +9,7 @@
 #include "platform/Keyboard.h"
 #include "platform/Log.h"
 #include "platform/Pointer.h"
+#include "platform/PopupLayer.h"
 #include "platform/RecordableHotKeys.h"
 #include "platform/Settings.h"
 #include "platform/WakeLock.h"
@@ -31,6 +32,7 @@ class Desktop {
         platform::Settings& settings;
         std::string identifier; ///< of the product
         std::string folder;     ///< for what has to be undone after a kill; empty for none
+        std::string data;       ///< the folder of the program's data files
         bool holds = true;      ///< whether the cursor may be held
         /// The path of an executable that belongs to the program: "sway-guard".
         std::function<std::string(const std::string& name)> helper;
@@ -52,6 +54,7 @@ class Desktop {
         platform::Windows& windows;
         platform::Focus& focus;
         platform::WakeLock& wakeLock;
+        platform::PopupLayer* popups = nullptr; ///< null where the toolkit's own way is as good
     };
 
     virtual ~Desktop() = default;

@@ -4,6 +4,7 @@
 #include "platform/Descriptors.h"
 #include "platform/Picture.h"
 #include "platform/Platform.h"
+#include "platform/PopupLayer.h"
 #include "platform/RecordableHotKeys.h"
 #include "platform/TrayWindow.h"
 #include "platform/WakeLock.h"
@@ -54,7 +55,8 @@ class Session {
         platform::Windows& windows;
         platform::Focus& focus;
         platform::WakeLock& wakeLock;
-        platform::TrayWindow* tray; ///< null where the window system has none of its own
+        platform::TrayWindow* tray;   ///< null where the window system has none of its own
+        platform::PopupLayer* popups; ///< null where the toolkit places its menus itself
     };
 
     struct Opened {

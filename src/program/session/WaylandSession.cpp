@@ -50,6 +50,7 @@ Session::Services WaylandSession::start(const Surroundings& surroundings) {
         {.settings = surroundings.settings,
          .identifier = surroundings.product.identifier,
          .folder = platform::linux::runtimeFolder().value_or(""),
+         .data = platform::linux::dataFolder(),
          .holds = holds,
          .helper = platform::linux::helperPath,
          .extension = shellExtension,
@@ -61,5 +62,5 @@ Session::Services WaylandSession::start(const Surroundings& surroundings) {
     application.onActiveWindowChange([this] { desktop->ownWindowChanged(); });
     return {desktop->displays(), services.pointer, services.cursor,  services.input,
             services.keyboard,   services.hotKeys, services.windows, services.focus,
-            services.wakeLock,   nullptr};
+            services.wakeLock,   nullptr,          services.popups};
 }

@@ -29,9 +29,10 @@ class ClaimedHotKeys : public RecordableHotKeys {
     std::optional<std::uint16_t> keyCodeNamed(std::string_view name) const final;
     void onLabelsChange(std::function<void()> changed) final;
 
-    // Unless the family can tell, nothing is taken.
-    void onTaken(std::function<void(const Shortcut&)>) override {}
-    bool isTaken(const Shortcut&) const override { return false; }
+    void onTaken(std::function<void(const Shortcut&)> handler) final {
+        boundTaken = std::move(handler);
+    }
+    bool isTaken(const Shortcut& shortcut) const final { return isElsewhere(shortcut); }
     Obstacle obstacleTo(const Shortcut& shortcut) override;
 
     /// `left` is never called: nobody else gets the keyboard meanwhile.
@@ -51,14 +52,22 @@ class ClaimedHotKeys : public RecordableHotKeys {
     /// may have another action than before. A derived class gives all back in its destructor.
     virtual void claim(const std::vector<Claim>& wanted) = 0;
 
+    /// Whether somebody else has the combination: then it is not claimed. Unless the family can
+    /// tell, nobody has.
+    virtual bool isElsewhere(const Shortcut&) const { return false; }
+    /// Called whenever one that is stored could not be claimed for that.
+    virtual void refused(const Shortcut&) {}
+
+    /// Claims what is wanted by now: for when somebody else's are others than before.
+    void update();
+
     const Later later;
 
   private:
-    void update();
-
     KeyboardSeat& keyboard;
     KeyTaking& recording;
     Settings& settings;
+    std::function<void(const Shortcut&)> boundTaken;
     std::vector<Claim> registered;
     std::map<std::string, std::function<void()>, std::less<>> bindings; ///< by settings key
     std::set<std::string, std::less<>> observed;                        ///< settings keys
