@@ -7,7 +7,6 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <linux/input-event-codes.h>
 #include <stdexcept>
 #include <string_view>
 #include <sys/prctl.h>
@@ -198,20 +197,20 @@ void SwayHand::pushAt(double speed, double seconds, int hz) {
     client.synchronize();
 }
 
-void SwayHand::button(bool down) {
-    zwlr_virtual_pointer_v1_button(pointer, milliseconds32(), BTN_LEFT,
+void SwayHand::button(std::uint32_t code, bool down) {
+    zwlr_virtual_pointer_v1_button(pointer, milliseconds32(), code,
                                    down ? WL_POINTER_BUTTON_STATE_PRESSED
                                         : WL_POINTER_BUTTON_STATE_RELEASED);
     zwlr_virtual_pointer_v1_frame(pointer);
     client.synchronize();
 }
 
-void SwayHand::pressButton() {
-    button(true);
+void SwayHand::pressButton(std::uint32_t code) {
+    button(code, true);
 }
 
-void SwayHand::releaseButton() {
-    button(false);
+void SwayHand::releaseButton(std::uint32_t code) {
+    button(code, false);
 }
 
 } // namespace support

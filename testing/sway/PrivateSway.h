@@ -82,13 +82,15 @@ class SwayHand {
     /// The same at `speed` pixels a second to the right, or to the left where it is negative: like
     /// a mouse it sends whole pixels, and nothing where there is none yet.
     void pushAt(double speed, double seconds, int hz);
-    void pressButton();
-    void releaseButton();
+    /// The kernel's code; the left one otherwise.
+    void pressButton(std::uint32_t code = leftButton);
+    void releaseButton(std::uint32_t code = leftButton);
 
   private:
     SwayHand(const PrivateSway* sway, const std::string& socketPath);
     void send(double dx, double dy);
-    void button(bool down);
+    static constexpr std::uint32_t leftButton = 0x110;
+    void button(std::uint32_t code, bool down);
 
     const PrivateSway* sway; ///< null of another compositor
     WaylandClient client;

@@ -79,7 +79,7 @@ void HotKeys::answered(std::uint32_t number, bool granted) {
     later([this, shortcut] {
         log.write("the shell has the shortcut " + modifierFlagsString(shortcut) +
                   keyCodeString(shortcut) + " itself, which does nothing here");
-        if (refused) refused(shortcut);
+        if (tellTaken) tellTaken(shortcut);
     });
 }
 

@@ -15,7 +15,7 @@ class HotKeys final : public wayland::ClaimedHotKeys {
     HotKeys& operator=(const HotKeys&) = delete;
 
     void onTaken(std::function<void(const Shortcut&)> taken) override {
-        refused = std::move(taken);
+        tellTaken = std::move(taken);
     }
     bool isTaken(const Shortcut& shortcut) const override;
 
@@ -32,7 +32,7 @@ class HotKeys final : public wayland::ClaimedHotKeys {
 
     Hand& hand;
     Log& log;
-    std::function<void(const Shortcut&)> refused;
+    std::function<void(const Shortcut&)> tellTaken;
     std::vector<Bound> bound;
     std::uint32_t lastNumber = 0;
 };

@@ -154,7 +154,7 @@ class StatusNotifierItem::Object final : public QDBusVirtualObject {
     // Hosts that see a "Menu" never pass a right click on: those that would, see none.
     QVariantMap properties(const ItemHost& host) const {
         Pixmaps pixmaps;
-        for (const QImage& picture : face.pictures)
+        for (const QImage& picture : host.hasOwnColours ? face.outlined : face.pictures)
             pixmaps += toPixmap(picture);
         const QString iconName = host.tintsIcons ? face.iconName : QString();
         const QVariant none = QVariant::fromValue(Pixmaps());

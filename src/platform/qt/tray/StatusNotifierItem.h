@@ -24,7 +24,8 @@ class StatusNotifierItem {
     /// What hosts show: the icon of that name where they tint it, else a picture.
     struct Face {
         QString iconName;
-        QList<QImage> pictures; ///< of several sizes
+        QList<QImage> pictures{}; ///< of several sizes
+        QList<QImage> outlined{}; ///< the same, for a ground of any colour
     };
     struct Identity {
         QString id;                    ///< the same in every run

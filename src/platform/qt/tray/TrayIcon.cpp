@@ -314,7 +314,9 @@ StatusNotifierItem::Face TrayIcon::face() const {
     StatusNotifierItem::Face result;
     for (const int size : itemSizes) {
         const QImage drawing = picture(size, itemTint());
-        if (!drawing.isNull()) result.pictures += drawing;
+        if (drawing.isNull()) continue;
+        result.pictures += drawing;
+        result.outlined += image.isTemplate ? images.outlined(image.name, size) : drawing;
     }
     if (image.isTemplate) result.iconName = symbolicIcons->nameOf(image.name);
     return result;

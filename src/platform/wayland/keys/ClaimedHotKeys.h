@@ -29,10 +29,11 @@ class ClaimedHotKeys : public RecordableHotKeys {
     std::optional<std::uint16_t> keyCodeNamed(std::string_view name) const final;
     void onLabelsChange(std::function<void()> changed) final;
 
-    void onTaken(std::function<void(const Shortcut&)> handler) final {
+    // Of a family that can tell before it claims; another one answers these itself.
+    void onTaken(std::function<void(const Shortcut&)> handler) override {
         boundTaken = std::move(handler);
     }
-    bool isTaken(const Shortcut& shortcut) const final { return isElsewhere(shortcut); }
+    bool isTaken(const Shortcut& shortcut) const override { return isElsewhere(shortcut); }
     Obstacle obstacleTo(const Shortcut& shortcut) override;
 
     /// `left` is never called: nobody else gets the keyboard meanwhile.
