@@ -5,7 +5,7 @@
 
 namespace platform::kwin {
 
-HotKeys::HotKeys(Script& inside, wayland::KeyboardSeat& keys, wayland::KeyRecording& recorded,
+HotKeys::HotKeys(Script& inside, wayland::KeyboardSeat& keys, wayland::KeyTaking& recorded,
                  Settings& store, Later afterwards, std::string ownersName)
     : ClaimedHotKeys(keys, recorded, store, std::move(afterwards)),
       script(inside),

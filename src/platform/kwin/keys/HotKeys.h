@@ -9,7 +9,7 @@ namespace platform::kwin {
 /// and is loaded anew instead. KWin's settings keep a line of each.
 class HotKeys final : public wayland::ClaimedHotKeys {
   public:
-    HotKeys(Script& script, wayland::KeyboardSeat& keyboard, wayland::KeyRecording& recording,
+    HotKeys(Script& script, wayland::KeyboardSeat& keyboard, wayland::KeyTaking& recording,
             Settings& settings, Later later, std::string owner);
     ~HotKeys() override;
     HotKeys(const HotKeys&) = delete;
