@@ -23,7 +23,7 @@ class PrivateKWin {
     };
 
     /// KWin and all its clients have to be of one user, which is not the superuser. To be called
-    /// first in a test's main; there is no way back.
+    /// before anything else that tests do; there is no way back.
     static void becomeOrdinaryUser();
     /// Why there can be none on this machine; nothing where there can.
     static std::optional<std::string> missing();

@@ -24,6 +24,8 @@ constexpr std::uint32_t clear = 0, white = 0xffffffff;
 
 class KWin : public testing::Test {
   protected:
+    static void SetUpTestSuite() { PrivateKWin::becomeOrdinaryUser(); }
+
     void SetUp() override {
         if (const auto reason = PrivateKWin::missing()) GTEST_SKIP() << *reason;
         begin();

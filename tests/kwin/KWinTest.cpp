@@ -57,16 +57,6 @@ TEST_F(KWin, KeepsTheCursorAlsoWhileAButtonIsHeld) {
     EXPECT_EQ(other.report().entered, 0);
 }
 
-TEST_F(KWin, ThrowsTheCursorNowhereWhenItIsSwitchedOffAfterALongPush) {
-    start();
-    hand->moveTo(1260, 300);
-    hand->push(3, 0, 1000, mouseRate);
-    ASSERT_EQ(kwin->spawn(programs() + "/palisor", {"off"})->wait(), 0);
-    ASSERT_TRUE(isFreeSoon());
-    hand->relative(1, 0);
-    EXPECT_EQ(cursor().x, width - 1);
-}
-
 TEST_F(KWin, CrossesAsFarAsTheLastStepAfterALongPush) {
     start({.pushOption = true, .velocity = 50});
     hand->moveTo(1260, 300);
