@@ -50,14 +50,20 @@ TEST_F(Sway, IsFreeAfterTheNextStartWhereTheGuardWasKilledToo) {
 }
 
 TEST_F(Sway, HasTheUsersOwnMappingAgainAfterAKill) {
-    begin({.configuration = "input type:pointer {\n  map_to_region 0 0 1920 1080\n}"});
-    ASSERT_FALSE(isFree()) << "by the user's own rule";
-    hand->moveTo(960, 540);
-    start();
-    program->signal(SIGKILL);
-    ASSERT_EQ(program->wait(), -SIGKILL);
-    EXPECT_TRUE(brightSoon());
-    EXPECT_FALSE(isFree());
+    for (const char* const mapping :
+         {"map_to_region 1920 0 1280 1024", "map_to_output HEADLESS-2"}) {
+        begin({.configuration = "input type:pointer {\n  " + std::string(mapping) + "\n}"});
+        startWatched();
+        hand->push(7, 0, 300, mouseRate);
+        EXPECT_EQ(timesOutside(), 0) << "against the user's own rule: " << mapping;
+        program->signal(SIGKILL);
+        ASSERT_EQ(program->wait(), -SIGKILL);
+        EXPECT_TRUE(waitUntil([&] {
+            hand->moveTo(960, 540);
+            hand->relative(-1, 0);
+            return timesOutside() > 0;
+        })) << mapping;
+    }
 }
 
 TEST_F(Sway, LeavesNoBindingAfterAKill) {

@@ -25,6 +25,27 @@ TEST_F(Sway, KeepsTheCursorAlsoWhileAButtonIsHeld) {
     EXPECT_EQ(timesOutside(), 0);
 }
 
+TEST_F(Sway, KeepsAlsoAMouseThatIsPluggedInLater) {
+    startWatched();
+    hand.emplace(*sway);
+    hand->push(7, 0, 1000, mouseRate);
+    hand->push(0, 7, 10, mouseRate);
+    EXPECT_EQ(timesOutside(), 0);
+}
+
+TEST_F(Sway, KeepsTheCursorAtTheRatesAndSpeedsOfMice) {
+    startWatched();
+    for (const int rate : {125, 1000, 8000})
+        for (const int speed : {3000, 30000})
+            for (const bool down : {false, true}) {
+                hand->moveTo(960, 540);
+                if (down) hand->pressButton();
+                hand->push(static_cast<double>(speed) / rate, 0, rate / 2, rate);
+                if (down) hand->releaseButton();
+                EXPECT_EQ(timesOutside(), 0) << rate << " Hz, " << speed << " px/s";
+            }
+}
+
 TEST_F(Sway, LetsNoPushThroughWithoutThePushOption) {
     startWatched();
     hand->moveTo(1900, 500);
