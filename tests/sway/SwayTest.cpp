@@ -3,6 +3,13 @@
 namespace desktop {
 namespace {
 
+/// "1.10.1" of what the compositor says of its version.
+std::string humanReadable(const std::string& version) {
+    constexpr std::string_view key = R"("human_readable": ")";
+    const auto begin = version.find(key) + key.size();
+    return version.substr(begin, version.find('"', begin) - begin);
+}
+
 TEST_F(Sway, KeepsTheCursorOnItsMonitorAgainstAThousandStepsASecond) {
     startWatched();
     hand->push(7, 0, 1500, mouseRate);
@@ -147,8 +154,12 @@ TEST_F(Sway, AnswersTheCommandLineAndIsKnownToTheDoctor) {
         EXPECT_NE(status->output().find(line), std::string::npos) << status->output();
     const auto doctor = sway->spawn(programs() + "/palisor-doctor");
     doctor->wait();
-    EXPECT_NE(doctor->output().find("the compositor is sway"), std::string::npos)
-        << doctor->output();
+    const std::string version = sway->ask("get_version");
+    for (const std::string& line :
+         {"session: OK, Wayland, the compositor is sway " + humanReadable(version),
+          std::string("monitors: OK, 2 monitors: HEADLESS-1 1920x1080, HEADLESS-2 1280x1024"),
+          "program: OK, Palisor runs (process " + std::to_string(program->pid())})
+        EXPECT_NE(doctor->output().find(line), std::string::npos) << doctor->output();
 }
 
 TEST_F(Sway, HoldsAgainAfterTheConfigurationWasReadAnew) {

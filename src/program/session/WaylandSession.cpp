@@ -3,34 +3,16 @@
 #include "platform/linux/files/Installation.h"
 #include "platform/linux/files/XdgFiles.h"
 #include "platform/qt/loop/QtApplication.h"
+#include "program/session/WaylandModule.h"
 
 #include <cstdlib>
-#include <dlfcn.h>
 
 using platform::qt::QtApplication;
 
-namespace {
-
-std::string variable(const char* name) {
-    const char* const value = std::getenv(name);
-    return value ? value : "";
-}
-
-} // namespace
-
 Session::Opened WaylandSession::open(const Options& options, platform::Descriptors& descriptors,
                                      platform::Log& log) {
-    if (variable("WAYLAND_DISPLAY").empty()) return {};
-    // It is never unloaded: its libraries keep what they register for the process's life.
-    const std::string path = platform::linux::modulePath("wayland-session.so");
-    void* const module = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
-    auto* const openDesktop = module ? reinterpret_cast<platform::wayland::OpenDesktop*>(
-                                           ::dlsym(module, platform::wayland::openDesktopName))
-                                     : nullptr;
-    if (!openDesktop) return {nullptr, ::dlerror()};
     std::unique_ptr<WaylandSession> session(new WaylandSession(options));
-    platform::wayland::OpenedDesktop opened;
-    openDesktop(opened, descriptors, log, [own = session.get()] {
+    auto opened = openThroughModule(descriptors, log, [own = session.get()] {
         if (own->lost) own->lost();
     });
     if (!opened.desktop) return {nullptr, std::move(opened.error)};
@@ -39,7 +21,8 @@ Session::Opened WaylandSession::open(const Options& options, platform::Descripto
 }
 
 std::string WaylandSession::displayName() const {
-    return variable("WAYLAND_DISPLAY");
+    const char* const name = std::getenv("WAYLAND_DISPLAY");
+    return name ? name : "";
 }
 
 Session::Services WaylandSession::start(const Surroundings& surroundings) {

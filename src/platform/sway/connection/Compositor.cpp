@@ -40,6 +40,8 @@ bool Compositor::introduce() {
     constexpr int nextMajor = 1000;
     version = static_cast<int>(numberOf(told1->member("minor")));
     if (numberOf(told1->member("major")) > 1) version += nextMajor;
+    const std::string variant = textOf(told1->member("variant")); // of later releases
+    ownName = (variant.empty() ? "sway" : variant) + " " + textOf(told1->member("human_readable"));
     const auto config = commands->ask(Ipc::Type::configuration, "", deadline);
     if (config) configurationText = textOf(config->member("config"));
     if (!events->ask(Ipc::Type::subscribe, R"(["binding","window","workspace"])", deadline))

@@ -19,6 +19,8 @@ class Compositor {
     Compositor& operator=(const Compositor&) = delete;
 
     const std::string& socket() const { return path; }
+    /// What it calls itself, and its version: "sway 1.10.1".
+    const std::string& name() const { return ownName; }
     /// Whether the compositor is at least this version of its first major one.
     bool isAtLeast(int minor) const { return version >= minor; }
     /// The text of the user's configuration, without the files that it includes.
@@ -52,6 +54,7 @@ class Compositor {
     Log& log;
     std::unique_ptr<Ipc> commands, events;
     int version = 0;
+    std::string ownName;
     std::string configurationText;
     std::map<std::string, std::function<void()>> bindings;
     std::function<void(std::int64_t, const std::string&)> ownWindowCame;
