@@ -4,6 +4,7 @@
 #include "testing/desktop/Layout.h"
 #include "wlr-virtual-pointer-unstable-v1-client-protocol.h"
 
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <linux/input-event-codes.h>
@@ -120,27 +121,35 @@ std::string PrivateSway::ask(const std::string& question) const {
     return client->output();
 }
 
-double PrivateSway::brightness(int output) const {
+Picture PrivateSway::picture(int output) const {
     const std::string file = folder.path("picture.ppm");
     const auto client =
         spawn("grim", {"-t", "ppm", "-o", "HEADLESS-" + std::to_string(output), file});
     if (client->wait() != 0) throw std::runtime_error("no picture: " + client->errors());
-    std::ifstream picture(file, std::ios::binary);
-    std::string kind;
-    int width = 0, height = 0, most = 0;
-    picture >> kind >> width >> height >> most;
-    picture.get();
-    const std::string bytes{std::istreambuf_iterator<char>(picture), {}};
-    if (kind != "P6" || bytes.empty()) throw std::runtime_error("no picture");
-    double sum = 0;
-    for (const char byte : bytes)
-        sum += static_cast<unsigned char>(byte);
-    return sum / static_cast<double>(bytes.size());
+    return readPicture(file);
 }
 
-SwayHand::SwayHand(const PrivateSway& desktop)
+Picture readPicture(const std::string& file) {
+    std::ifstream read(file, std::ios::binary);
+    std::string kind;
+    Picture seen{};
+    int most = 0;
+    read >> kind >> seen.area.width >> seen.area.height >> most;
+    read.get();
+    const std::string bytes{std::istreambuf_iterator<char>(read), {}};
+    const auto pixels = static_cast<std::size_t>(seen.area.width * seen.area.height);
+    if (kind != "P6" || bytes.empty() || bytes.size() != 3 * pixels)
+        throw std::runtime_error("no picture");
+    seen.pixels.resize(pixels);
+    std::memcpy(seen.pixels.data(), bytes.data(), bytes.size());
+    return seen;
+}
+
+SwayHand::SwayHand(const PrivateSway& desktop) : SwayHand(&desktop, desktop.socket()) {}
+
+SwayHand::SwayHand(const PrivateSway* desktop, const std::string& socketPath)
     : sway(desktop),
-      client(desktop.socket()),
+      client(socketPath),
       pointer(
           zwlr_virtual_pointer_manager_v1_create_virtual_pointer(client.pointers, client.seat)) {
     client.synchronize();
@@ -152,7 +161,15 @@ SwayHand::~SwayHand() {
 }
 
 void SwayHand::moveTo(int x, int y) {
-    sway.run("seat - cursor set " + std::to_string(x) + " " + std::to_string(y));
+    sway->run("seat - cursor set " + std::to_string(x) + " " + std::to_string(y));
+}
+
+void SwayHand::place(int x, int y, int width, int height) {
+    const auto halves = [](int pixels) { return static_cast<std::uint32_t>(2 * pixels); };
+    zwlr_virtual_pointer_v1_motion_absolute(pointer, milliseconds32(), halves(x) + 1, halves(y) + 1,
+                                            halves(width), halves(height));
+    zwlr_virtual_pointer_v1_frame(pointer);
+    client.synchronize();
 }
 
 void SwayHand::send(double dx, double dy) {
@@ -171,6 +188,15 @@ double SwayHand::push(double dx, double dy, int steps, int hz) {
     const Pace pace = repeat(steps, hz, [&](int) { send(dx, dy); });
     client.synchronize();
     return pace.took;
+}
+
+void SwayHand::pushAt(double speed, double seconds, int hz) {
+    repeat(static_cast<int>(seconds * hz), hz, [&](int step) {
+        const auto pixels = [&](int steps) { return std::trunc(speed * steps / hz); };
+        const double dx = pixels(step + 1) - pixels(step);
+        if (dx != 0) send(dx, 0);
+    });
+    client.synchronize();
 }
 
 void SwayHand::button(bool down) {

@@ -3,6 +3,7 @@
 #include "platform/linux/files/Installation.h"
 #include "platform/linux/files/XdgFiles.h"
 #include "platform/qt/loop/QtApplication.h"
+#include "program/ShellExtension.h"
 #include "program/session/WaylandModule.h"
 
 #include <cstdlib>
@@ -32,8 +33,11 @@ Session::Services WaylandSession::start(const Surroundings& surroundings) {
         {.settings = surroundings.settings,
          .identifier = surroundings.product.identifier,
          .folder = platform::linux::runtimeFolder().value_or(""),
+         .data = platform::linux::dataFolder(),
          .holds = holds,
          .helper = platform::linux::helperPath,
+         .extension = shellExtension,
+         .setup = shellSetup,
          .ownWindowActive = QtApplication::hasActiveWindow,
          .later = [&application](
                       std::function<void()> deed) { application.afterEvent(std::move(deed)); },
@@ -41,5 +45,5 @@ Session::Services WaylandSession::start(const Surroundings& surroundings) {
     application.onActiveWindowChange([this] { desktop->ownWindowChanged(); });
     return {desktop->displays(), services.pointer, services.cursor,  services.input,
             services.keyboard,   services.hotKeys, services.windows, services.focus,
-            services.wakeLock,   nullptr};
+            services.wakeLock,   nullptr,          services.popups};
 }

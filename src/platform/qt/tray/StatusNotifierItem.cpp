@@ -199,7 +199,7 @@ StatusNotifierItem::StatusNotifierItem(const Identity& identity, Face face, Clic
     bus.registerVirtualObject(objectPath, object.get());
     if (menu != nullptr) menu->offerOn(bus);
     bus.registerService(service);
-    auto registration = QDBusMessage::createMethodCall(watcherName, "/StatusNotifierWatcher",
+    auto registration = QDBusMessage::createMethodCall(identity.watcher, "/StatusNotifierWatcher",
                                                        watcherName, "RegisterStatusNotifierItem");
     registration << service;
     bus.send(registration);

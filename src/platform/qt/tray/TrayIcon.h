@@ -8,6 +8,7 @@
 #include "platform/qt/tray/StatusNotifierItem.h"
 
 #include <QColor>
+#include <QHash>
 #include <QObject>
 #include <QTimer>
 #include <functional>
@@ -79,7 +80,7 @@ class TrayIcon final : public QObject {
     void report();
     bool isInWindow() const { return window != nullptr && window->hasHost(); }
     bool hasTray() const { return isInWindow() || hostIsThere; }
-    void watcherAnswers(bool hasHost);
+    void watcherAnswers(const QString& name, bool hasHost);
     void hovered(bool on);
     void showToolTip();
     void makeItem();
@@ -112,6 +113,8 @@ class TrayIcon final : public QObject {
     std::function<void()> missing, placeChanged;
     ExportedMenu* menu = nullptr;
     QTimer toolTipDelay;
+    QHash<QString, bool> hosts; ///< by the watchers' names, as far as they have answered
+    QString itemWatcher;        ///< the one that the item is for
     bool busAnswered = false, hostIsThere = false, reported = false, hadTray = false;
     std::optional<SymbolicIcons> symbolicIcons; ///< not before there is an item
     std::unique_ptr<StatusNotifierItem> item;

@@ -9,22 +9,30 @@ namespace platform::sway {
 
 namespace {
 
-// Each of the three with the two others held: XKB's numbers of the left keys.
-constexpr std::pair<const char*, const char*> combinations[] = {
-    {"control", "Mod1+Mod4+37"}, {"alt", "Control+Mod4+64"}, {"super", "Control+Mod1+133"}};
+// Each of the three with the two others held: XKB's numbers and names of the left keys.
+struct Combination {
+    const char* last;
+    const char* text;
+    std::uint32_t modifiers;
+    std::uint32_t keycode;
+    const char* symbol;
+};
+constexpr Combination combinations[] = {{"control", "Mod1+Mod4+37", 8 + 64, 37, "Control_L"},
+                                        {"alt", "Control+Mod4+64", 4 + 64, 64, "Alt_L"},
+                                        {"super", "Control+Mod1+133", 4 + 8, 133, "Super_L"}};
 
 // The keyboard comes in a millisecond, and never under a locked screen.
 constexpr std::chrono::milliseconds longestWait{500};
 
-std::string nameOf(const char* last) {
-    return std::to_string(getpid()) + " all by " + last;
+std::string nameOf(const Combination& one) {
+    return std::to_string(getpid()) + " all by " + one.last;
 }
 
 } // namespace
 
 HeldModifiers::HeldModifiers(Compositor& target, Changes& all, wayland::Connection& x,
                              const wayland::Outputs& screens, wayland::KeyboardSeat& keys,
-                             Descriptors& descriptors, std::function<void(bool)> handler)
+                             Descriptors& descriptors, Log& log, std::function<void(bool)> handler)
     : compositor(target),
       changes(all),
       connection(x),
@@ -38,11 +46,18 @@ HeldModifiers::HeldModifiers(Compositor& target, Changes& all, wayland::Connecti
               if (!isKnown) released();
           },
           longestWait) {
-    for (const auto& [last, combination] : combinations) {
-        compositor.onBinding(nameOf(last), [this] { pressed(); });
-        changes.make(nameOf(last),
-                     {std::string("bindcode --no-warn ") + combination + " nop " + nameOf(last),
-                      std::string("unbindcode ") + combination});
+    for (const Combination& one : combinations) {
+        const std::string name = nameOf(one);
+        compositor.onBinding(name, [this] { pressed(); });
+        changes.make(name, [this, one, name, &log]() -> std::optional<Changes::Change> {
+            if (compositor.configuration().binds(one.modifiers, one.keycode, {one.symbol})) {
+                log.write(std::string("the configuration of the compositor binds ") + one.text +
+                          ": the three keys do nothing here where that one comes last");
+                return std::nullopt;
+            }
+            return Changes::Change{std::string("bindcode --no-warn ") + one.text + " nop " + name,
+                                   std::string("unbindcode ") + one.text};
+        });
     }
     keyboard.onModifiers(this, [this](std::uint32_t flags) {
         constexpr auto three = Shortcut::control | Shortcut::option | Shortcut::command;
@@ -57,9 +72,9 @@ HeldModifiers::HeldModifiers(Compositor& target, Changes& all, wayland::Connecti
 HeldModifiers::~HeldModifiers() {
     connection.onBatchEnd(this, {});
     keyboard.onModifiers(this, {});
-    for (const auto& [last, combination] : combinations) {
-        compositor.forgetBinding(nameOf(last));
-        changes.takeBack(nameOf(last));
+    for (const Combination& one : combinations) {
+        compositor.forgetBinding(nameOf(one));
+        changes.takeBack(nameOf(one));
     }
 }
 

@@ -32,6 +32,15 @@ class KeyboardSeat {
     /// What the layout that is in force prints on a key of XKB's number; empty where it is not
     /// known, or nothing that is seen.
     std::string label(std::uint32_t keycode) const;
+    /// Whether the user's layouts are known.
+    bool knowsLayouts() const { return keymap != nullptr; }
+    /// Whether the key gives a symbol, of XKB's names, in any of the user's layouts while modifiers
+    /// are held of which the symbol uses up all but `left`, or none at all. Masks of XKB's eight.
+    bool gives(const std::string& symbol, std::uint32_t keycode, std::uint32_t held,
+               std::uint32_t left) const;
+    /// Called when the answers of `gives` are others than before. One handler an owner; an empty
+    /// one ends it.
+    void onKeymap(const void* owner, std::function<void()> changed);
     /// Called when the answers of `label` are others than before. One handler.
     void onLabelsChange(std::function<void()> changed) { labelsChanged = std::move(changed); }
 
@@ -42,6 +51,7 @@ class KeyboardSeat {
     struct Free {
         void operator()(xkb_context* context) const { xkb_context_unref(context); }
         void operator()(xkb_keymap* keymap) const { xkb_keymap_unref(keymap); }
+        void operator()(xkb_state* state) const { xkb_state_unref(state); }
     };
 
     Connection& connection;
@@ -53,6 +63,7 @@ class KeyboardSeat {
     std::map<const void*, std::function<void(std::uint32_t)>> modifierHandlers;
     std::function<void(std::uint32_t)> pressed;
     std::function<void()> labelsChanged;
+    std::map<const void*, std::function<void()>> keymapHandlers;
 };
 
 } // namespace platform::wayland

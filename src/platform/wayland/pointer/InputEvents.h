@@ -47,8 +47,11 @@ class InputEvents final : public platform::InputEvents, private PointerSeat::Lis
 
     void note(EventType type);
     void batchEnded();
+    bool putBack();
     void tick();
     void readMotion();
+    void tell(const Hold::Push& push);
+    void chooseReading();
     void deliver(EventType type, Point place, bool isHeldBack);
 
     Connection& connection;
@@ -65,6 +68,7 @@ class InputEvents final : public platform::InputEvents, private PointerSeat::Lis
     std::uint32_t buttonsDown = 0;
     bool hasMoved = false; ///< since it was delivered
     bool anyArrived = false;
+    bool isFrameHalfOver = false;
     int emptyFrames = 0;
 };
 

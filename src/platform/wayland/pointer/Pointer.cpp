@@ -66,26 +66,37 @@ void Pointer::warp(Point to) {
     const bool isThere = goal && hold.isHolding() && !hold.isBeyond(to) &&
                          std::abs(to.x - last.x) < 2 && std::abs(to.y - last.y) < 2;
     if (!isThere) control.warp(outputs.toLayout(to));
+    noteWarp(to);
+}
+
+void Pointer::noteWarp(Point to) {
     ++warpCount;
     last = to;
     if (known) known = to;
+}
+
+void Pointer::putBack(Point home) {
+    control.warp(outputs.toLayout(home));
+    last = home;
 }
 
 void Pointer::holdInside(std::optional<Rect> screen) {
     // Who switches off and on again in one event gets the new hold in the place of the old one.
     releaseAtEnd = known && !screen;
     if (releaseAtEnd) return;
-    hold.inside(screen);
-    if (goal && screen && !hold.isBeyond(*goal)) letThrough();
+    if (!goal || !screen || !screen->contains(*goal))
+        hold.inside(screen);
+    else if (hold.insideAt(*screen, *goal))
+        noteWarp(*std::exchange(goal, std::nullopt));
+    else
+        letThrough();
 }
 
 void Pointer::letThrough() {
     if (!goal) return;
     const Point to = *std::exchange(goal, std::nullopt);
     control.warp(outputs.toLayout(to));
-    ++warpCount;
-    last = to;
-    if (known) known = to;
+    noteWarp(to);
 }
 
 } // namespace platform::wayland

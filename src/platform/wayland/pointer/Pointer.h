@@ -20,6 +20,9 @@ class Pointer final : public platform::Pointer {
     void setLocalEventsSuppressionInterval(double) override {}
     void holdInside(std::optional<Rect> screen) override;
 
+    /// For the hold: the cursor has left, and goes back to this point on the screen that is held.
+    void putBack(Point home);
+
     /// The handling of one event. The event's place is the cursor's place meanwhile. An event that
     /// the cursor was held back from is carried out at the end, unless the program has warped the
     /// cursor.
@@ -39,6 +42,7 @@ class Pointer final : public platform::Pointer {
   private:
     std::optional<Point> probe();
     void letThrough();
+    void noteWarp(Point to);
 
     Connection& connection;
     Outputs& outputs;
