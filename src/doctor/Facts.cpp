@@ -156,17 +156,19 @@ ProductFacts factsOf(const lnx::ProductBundle& bundle) {
 
 // On a console, where a person goes whose desktop hangs, no display is named.
 std::vector<std::string> locksOf(const std::string& identifier) {
-    const std::string display = platform::x11::plainDisplayName(variable("DISPLAY"));
-    const auto own = lnx::lockPath(identifier, display);
-    if (!own) return {};
-    if (!display.empty()) return {*own};
     std::vector<std::string> locks;
+    const auto folder = lnx::runtimeFolder();
+    if (!folder) return locks;
+    for (const std::string& display :
+         {variable("WAYLAND_DISPLAY"), platform::x11::plainDisplayName(variable("DISPLAY"))})
+        if (!display.empty()) locks.push_back(lnx::lockPath(identifier, display).value());
+    if (!locks.empty()) return locks;
     std::error_code error;
-    const fs::path folder = fs::path(*own).parent_path();
-    for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error)) {
+    for (fs::directory_iterator at(*folder, error), end; !error && at != end; at.increment(error)) {
         const std::string name = at->path().filename();
-        if (name.starts_with(identifier + ":") && name.ends_with(".lock"))
-            locks.push_back(at->path());
+        const bool isOurs =
+            name.starts_with(identifier + ":") || name.starts_with(identifier + "wayland-");
+        if (isOurs && name.ends_with(".lock")) locks.push_back(at->path());
     }
     std::ranges::sort(locks);
     return locks;
@@ -182,7 +184,6 @@ Facts gather(const lnx::ProductBundle& bundle, platform::Log& log) {
     Facts facts{.product = factsOf(bundle),
                 .display = variable("DISPLAY"),
                 .waylandDisplay = variable("WAYLAND_DISPLAY"),
-                .swaySocket = variable("SWAYSOCK"),
                 .sessionType = variable("XDG_SESSION_TYPE"),
                 .desktop = variable("XDG_CURRENT_DESKTOP")};
     facts.settings = settingsOf(facts.product.identifier);
@@ -198,9 +199,14 @@ Facts gather(const lnx::ProductBundle& bundle, platform::Log& log) {
         lnx::SettingsFile none("", quiet, nullptr);
         *server = platform::x11::askServer(question, none, quiet);
     });
+    auto wayland = std::make_shared<WaylandFacts>();
+    const auto joined = apart([wayland] { *wayland = askCompositor(); });
     facts.bus = askBus(facts.product.identifier, deadline);
     facts.serverAnswers = answered.wait_until(deadline) == std::future_status::ready;
     if (facts.serverAnswers) facts.server = std::move(*server);
+
+    facts.compositorAnswers = joined.wait_until(deadline) == std::future_status::ready;
+    if (facts.compositorAnswers) facts.wayland = std::move(*wayland);
 
     facts.autostart = autostartItems(bundle, {}, log).entries();
     const auto isHere = [own = platform::x11::plainDisplayName(facts.display)](auto& display) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "doctor/BusFacts.h"
+#include "doctor/WaylandFacts.h"
 #include "platform/linux/files/ProductBundle.h"
 #include "platform/linux/login/AutostartItems.h"
 #include "platform/x11/probe/ServerFacts.h"
@@ -40,12 +41,13 @@ struct Facts {
     // Of the environment.
     std::string display{};
     std::string waylandDisplay{};
-    std::string swaySocket{};
     std::string sessionType{};
     std::string desktop{};
 
     bool serverAnswers = false; ///< or there is none
     platform::x11::ServerFacts server{};
+    bool compositorAnswers = false; ///< or there is none
+    WaylandFacts wayland{};
     BusFacts bus{};
     RunningFacts running{};
     SettingsFacts settings{};
@@ -62,8 +64,8 @@ constexpr std::chrono::milliseconds patience{1800};
 
 ProductFacts factsOf(const platform::linux::ProductBundle& bundle);
 
-/// The files whose locks tell whether the product runs: that of this display, or those of all where
-/// none is named. They need not be there.
+/// The files whose locks tell whether the product runs: those of the displays that are named here,
+/// or those of all where none is named. They need not be there.
 std::vector<std::string> locksOf(const std::string& identifier);
 
 /// The entries of the product in the user's autostart folder.

@@ -90,6 +90,7 @@ PrivateSway::PrivateSway(const Options& options) {
     variables["SWAYSOCK"] = server.line.substr(0, space);
     variables["WAYLAND_DISPLAY"] = server.line.substr(space + 1);
     displaySocket = runtimeFolder() + "/" + variables["WAYLAND_DISPLAY"];
+    run("focus output HEADLESS-1"); // where windows come, on every release
 }
 
 PrivateSway::~PrivateSway() {

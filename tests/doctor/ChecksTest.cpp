@@ -66,13 +66,51 @@ TEST(Doctor, TellsOfAServerThatIsSilent) {
     expectTrouble(facts, "session", "does not answer", "log out");
 }
 
-TEST(Doctor, TellsWhichProductsNeedAnotherSessionThanSway) {
+/// A Wayland session that the program joins.
+Facts goodWaylandFacts() {
     Facts facts = goodFacts();
     facts.waylandDisplay = "wayland-1";
-    facts.swaySocket = "/run/sway.sock";
-    EXPECT_EQ(find(examine(facts), "session")->level, Level::ok);
-    facts.product.variant = variants::wrapAround;
-    expectTrouble(facts, "session", "sway tells no program", "on Xorg");
+    facts.compositorAnswers = true;
+    facts.wayland.isJoined = true;
+    facts.wayland.compositor = "sway 1.10.1";
+    facts.wayland.screens = {{.frame = {0, 0, 800, 600}, .name = "A"},
+                             {.frame = {800, 0, 640, 480}, .name = "B"}};
+    return facts;
+}
+
+TEST(Doctor, TellsTheCompositorAndItsMonitorsOfAWaylandSession) {
+    const Report report = examine(goodWaylandFacts());
+    EXPECT_TRUE(isWell(report)) << asText(report);
+    EXPECT_EQ(find(report, "session")->says, "Wayland, the compositor is sway 1.10.1");
+    EXPECT_EQ(find(report, "monitors")->says, "2 monitors: A 800x600, B 640x480");
+    EXPECT_EQ(find(report, "extensions"), nullptr) << "they are Xwayland's";
+}
+
+TEST(Doctor, TellsWhatKeepsTheProgramFromJoiningAWaylandSession) {
+    Facts facts = goodWaylandFacts();
+    facts.wayland = {.refusal = "the compositor lacks wp_viewporter; log in to an X11 session"};
+    expectTrouble(facts, "session", "the compositor lacks wp_viewporter", "on Xorg");
+    facts.compositorAnswers = false;
+    expectTrouble(facts, "session", "the compositor does not answer", "log out");
+}
+
+TEST(Doctor, TellsThatAWaylandSessionHasOneMonitorOnly) {
+    Facts facts = goodWaylandFacts();
+    facts.wayland.screens.pop_back();
+    expectTrouble(facts, "monitors", "one monitor only (A 800x600)", "second monitor");
+}
+
+TEST(Doctor, TellsOfAWaylandSessionAllThatTheProgramLacksThere) {
+    Facts facts = goodWaylandFacts();
+    facts.running.process = facts.bus.program = 7;
+    facts.bus.programAnswers = true;
+    facts.bus.told.emplace().capabilities = {{"tray", false, "no tray: there is nowhere."},
+                                             {"hold", true, "not while dragging."},
+                                             {"darkness", true, {}}};
+    const Report report = examine(facts);
+    EXPECT_EQ(find(report, "tray")->says, "no tray: there is nowhere");
+    EXPECT_EQ(find(report, "hold")->says, "not while dragging");
+    EXPECT_EQ(find(report, "darkness"), nullptr);
 }
 
 TEST(Doctor, TellsWhatMendsTheExtensionOfGnomeShell) {

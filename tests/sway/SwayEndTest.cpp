@@ -161,6 +161,22 @@ TEST_F(SwayKilled, HasTheUsersOwnMappingAgain) {
     EXPECT_FALSE(isFree());
 }
 
+TEST_F(SwayKilled, HasTheUsersOwnMappingToAnotherMonitorAgain) {
+    for (const char* const mapping :
+         {"map_to_region 1920 0 1280 1024", "map_to_output HEADLESS-2"}) {
+        begin({.configuration = "input type:pointer {\n  " + std::string(mapping) + "\n}"});
+        startWatched();
+        hand->push(7, 0, 300, mouseRate);
+        EXPECT_EQ(timesOutside(), 0) << "against the user's own rule: " << mapping;
+        killProgram();
+        EXPECT_TRUE(waitUntil([&] {
+            hand->moveTo(960, 540);
+            hand->relative(-1, 0);
+            return timesOutside() > 0;
+        })) << mapping;
+    }
+}
+
 TEST_F(SwayKilled, HasTheMappingOfADeviceAgainThatTheUserNamed) {
     const auto devices = sway->ask("get_inputs");
     const auto begins = devices.find("\"identifier\": \"") + 15;

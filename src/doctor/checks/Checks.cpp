@@ -22,6 +22,10 @@ bool isX11Session(const Facts& facts) {
     return false;
 }
 
+bool isWaylandSession(const Facts& facts) {
+    return facts.compositorAnswers && facts.wayland.isJoined;
+}
+
 // Another display's program may have the name on the bus.
 const ProgramTells* toldByProgram(const Facts& facts) {
     const bool isHere = facts.running.process && facts.bus.program == facts.running.process;
@@ -44,8 +48,10 @@ Report examine(const Facts& facts) {
     Report report{product.name, product.title, product.version, {}};
     const auto add = [&report](Finding finding) { report.findings.push_back(std::move(finding)); };
 
+    const bool isX11 = !isWaylandSession(facts) && isX11Session(facts);
     add(session(facts));
-    if (isX11Session(facts)) {
+    if (isWaylandSession(facts)) add(monitors(facts));
+    if (isX11) {
         add(extensions(facts));
         add(monitors(facts));
         add(windowManager(facts));
@@ -54,7 +60,7 @@ Report examine(const Facts& facts) {
         add(shortcut(facts));
     }
     add(bus(facts));
-    if (isX11Session(facts)) add(tray(facts));
+    if (isX11) add(tray(facts));
     if (facts.bus.state == BusFacts::State::answers) {
         add(notifications(facts));
         add(portal(facts));

@@ -22,6 +22,9 @@ std::string doctorCommand(const ProductFacts& product, const std::string& option
 /// Whether the program could work with this server, apart from what this server lacks.
 bool isX11Session(const Facts& facts);
 
+/// Whether the program joins it as a Wayland session.
+bool isWaylandSession(const Facts& facts);
+
 /// What the program tells that runs on this display; null where none does, or it is silent.
 const ProgramTells* toldByProgram(const Facts& facts);
 /// Null for one that it tells nothing of, too.
@@ -48,7 +51,8 @@ Finding calendar(const Facts& facts);
 
 // Files.cpp
 Finding program(const Facts& facts);
-/// What it cannot do here, but for what has a check of its own.
+/// What it cannot do here, but for what has a check of its own; in a Wayland session also what it
+/// can do with limits.
 std::vector<Finding> losses(const Facts& facts);
 Finding settings(const Facts& facts);
 std::vector<Finding> autostart(const Facts& facts);

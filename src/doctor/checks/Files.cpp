@@ -22,12 +22,15 @@ Finding program(const Facts& facts) {
 }
 
 std::vector<Finding> losses(const Facts& facts) {
-    constexpr std::string_view checkedElsewhere[] = {"tray", "shortcut"};
+    // In a Wayland session nobody but the program can tell.
+    constexpr std::string_view checkedOnX11[] = {"tray", "shortcut"};
     std::vector<Finding> findings;
     const ProgramTells* const told = toldByProgram(facts);
     if (told == nullptr) return findings;
+    const bool isWayland = isWaylandSession(facts);
     for (const auto& [id, isAvailable, reason] : told->capabilities) {
-        if (isAvailable || std::ranges::count(checkedElsewhere, id) > 0) continue;
+        const bool isWell = isAvailable && (reason.empty() || !isWayland);
+        if (isWell || (!isWayland && std::ranges::count(checkedOnX11, id) > 0)) continue;
         findings.push_back({.key = id,
                             .level = Level::note,
                             .says = reason.substr(0, reason.find_last_not_of('.') + 1)});

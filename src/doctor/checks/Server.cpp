@@ -74,20 +74,29 @@ Finding refusedSession(const std::string& refusal) {
     return {.key = "session", .level = Level::trouble, .says = reason, .mend = logIn};
 }
 
-/// The products that follow each motion, of which sway tells nobody.
-bool followsMotion(int variant) {
-    using namespace palisor::variants;
-    return variant == cursorHider || variant == desktopSwitcher || variant == wrapAround ||
-           variant == crossHair;
+Finding waylandSession(const WaylandFacts& wayland) {
+    if (!wayland.isJoined) return refusedSession(wayland.refusal);
+    return {.key = "session",
+            .level = Level::ok,
+            .says =
+                "Wayland" +
+                (wayland.compositor.empty() ? "" : ", the compositor is " + wayland.compositor)};
 }
 
-Finding swaySession(const Facts& facts) {
-    if (followsMotion(facts.product.variant))
-        return {.key = "session",
-                .level = Level::trouble,
-                .says = "sway tells no program of each motion of the cursor",
-                .mend = logIn};
-    return {.key = "session", .level = Level::ok, .says = "Wayland, the compositor is sway"};
+/// What a Wayland session's outputs say; how they are put is the compositor's own matter.
+Finding waylandMonitors(const Facts& facts) {
+    const auto& screens = facts.wayland.screens;
+    std::string list;
+    for (const auto& screen : screens)
+        list += (list.empty() ? "" : ", ") + screen.name + " " +
+                std::to_string(static_cast<long>(screen.frame.width)) + "x" +
+                std::to_string(static_cast<long>(screen.frame.height));
+    Finding finding{.key = "monitors", .says = count(screens.size(), "monitor") + ": " + list};
+    if (screens.size() >= 2 || facts.product.variant != palisor::variants::barrier) return finding;
+    finding.level = Level::trouble;
+    finding.says = "one monitor only (" + list + "), and " + facts.product.title + " needs two";
+    finding.mend = "connect a second monitor and switch it on in the desktop's settings";
+    return finding;
 }
 
 /// Everything there goes through the extension of the shell.
@@ -122,9 +131,15 @@ Finding gnomeSession(const Facts& facts) {
 
 Finding session(const Facts& facts) {
     const bool isWayland = !facts.waylandDisplay.empty() || facts.sessionType == "wayland";
-    if (!facts.waylandDisplay.empty() && !facts.swaySocket.empty()) return swaySession(facts);
     if (!facts.waylandDisplay.empty() && facts.bus.shellExtension != ShellExtension::noShell)
         return gnomeSession(facts);
+    if (!facts.waylandDisplay.empty() && !facts.compositorAnswers)
+        return {.key = "session",
+                .level = Level::trouble,
+                .says = "the compositor does not answer",
+                .mend = "log out and in again"};
+    if (isWaylandSession(facts) || !facts.wayland.refusal.empty())
+        return waylandSession(facts.wayland);
     if (facts.display.empty() && isWayland)
         return {.key = "session",
                 .level = Level::trouble,
@@ -175,6 +190,7 @@ Finding extensions(const Facts& facts) {
 }
 
 Finding monitors(const Facts& facts) {
+    if (isWaylandSession(facts)) return waylandMonitors(facts);
     const auto& listed = facts.server.monitors;
     // A server that the program refuses is told by what it lists.
     const std::size_t counted =

@@ -30,6 +30,7 @@ class SwayDesktop final : public wayland::Desktop {
         return {};
     }
 
+    std::string compositorName() const override { return compositor->name(); }
     const platform::Displays& displays() const override { return *outputs; }
     platform::Displays& displays() override { return *outputs; }
 

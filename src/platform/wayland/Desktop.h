@@ -59,6 +59,9 @@ class Desktop {
 
     virtual ~Desktop() = default;
 
+    /// What the compositor calls itself, with its version where it tells: "sway 1.10.1". Also
+    /// before `start`.
+    virtual std::string compositorName() const { return {}; }
     /// Also before `start`.
     virtual const platform::Displays& displays() const = 0;
     virtual platform::Displays& displays() = 0;

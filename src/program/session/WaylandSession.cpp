@@ -1,29 +1,14 @@
 #include "program/session/WaylandSession.h"
 
 #include "program/ShellExtension.h"
-#include "program/session/Module.h"
+#include "program/session/WaylandModule.h"
 
 #include <cstdlib>
-#include <dlfcn.h>
-
-namespace {
-
-std::string variable(const char* name) {
-    const char* const value = std::getenv(name);
-    return value ? value : "";
-}
-
-} // namespace
 
 Session::Opened WaylandSession::open(const Options& options, platform::Descriptors& descriptors,
                                      platform::Log& log) {
-    if (variable("WAYLAND_DISPLAY").empty()) return {};
-    auto* const openDesktop = reinterpret_cast<platform::wayland::OpenDesktop*>(
-        symbolOf("wayland-session.so", platform::wayland::openDesktopName));
-    if (!openDesktop) return {nullptr, ::dlerror()};
     std::unique_ptr<WaylandSession> session(new WaylandSession(options));
-    platform::wayland::OpenedDesktop opened;
-    openDesktop(opened, descriptors, log, [own = session.get()] {
+    auto opened = openThroughModule(descriptors, log, [own = session.get()] {
         if (own->lost) own->lost();
     });
     if (!opened.desktop) return {nullptr, std::move(opened.error)};
@@ -32,7 +17,8 @@ Session::Opened WaylandSession::open(const Options& options, platform::Descripto
 }
 
 std::string WaylandSession::displayName() const {
-    return variable("WAYLAND_DISPLAY");
+    const char* const name = std::getenv("WAYLAND_DISPLAY");
+    return name ? name : "";
 }
 
 Session::Services WaylandSession::start(const Surroundings& surroundings) {

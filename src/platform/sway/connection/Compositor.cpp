@@ -52,6 +52,8 @@ bool Compositor::introduce() {
     constexpr int nextMajor = 1000;
     version = static_cast<int>(numberOf(told1->member("minor")));
     if (numberOf(told1->member("major")) > 1) version += nextMajor;
+    const std::string variant = textOf(told1->member("variant")); // of later releases
+    ownName = (variant.empty() ? "sway" : variant) + " " + textOf(told1->member("human_readable"));
     configurationFile = textOf(told1->member("loaded_config_file_name"));
     const auto config = commands->ask(Ipc::Type::configuration, "", deadline);
     const auto state = commands->ask(Ipc::Type::bindingState, "", deadline);

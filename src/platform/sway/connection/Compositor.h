@@ -21,6 +21,8 @@ class Compositor {
     Compositor& operator=(const Compositor&) = delete;
 
     const std::string& socket() const { return path; }
+    /// What it calls itself, and its version: "sway 1.10.1".
+    const std::string& name() const { return ownName; }
     /// Whether the compositor is at least this version of its first major one.
     bool isAtLeast(int minor) const { return version >= minor; }
     const UserConfiguration& configuration() const { return users; }
@@ -57,6 +59,7 @@ class Compositor {
     Log& log;
     std::unique_ptr<Ipc> commands, events;
     int version = 0;
+    std::string ownName;
     std::string configurationFile;
     UserConfiguration users;
     std::string mode; ///< of bindings, that is in force

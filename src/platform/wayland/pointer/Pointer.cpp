@@ -47,14 +47,14 @@ std::optional<Point> Pointer::probe() {
     for (const Outputs::Place& place : outputs.places())
         nets.push_back(
             std::make_unique<Layer>(connection, Layer::Look{place, place.area, 0, false}));
-    const auto deadline = Connection::Clock::now() + patience;
     const auto isCaught = [&] { return seat.focus() != nullptr; };
     const auto areDrawn = [&] {
         return std::ranges::all_of(nets, [](const auto& net) { return net->isDrawn(); });
     };
-    connection.waitFor([&] { return isCaught() || areDrawn(); }, deadline);
+    connection.waitFor([&] { return isCaught() || areDrawn(); },
+                       Connection::Clock::now() + patience);
     if (!isCaught() && areDrawn() && connection.synchronize() && !isCaught()) control.stir();
-    connection.waitFor(isCaught, deadline);
+    connection.waitFor(isCaught, Connection::Clock::now() + patience);
     const auto found = seat.place();
     for (const auto& net : nets)
         seat.forget(*net);

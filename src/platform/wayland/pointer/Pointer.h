@@ -6,7 +6,7 @@
 namespace platform::wayland {
 
 /// Nobody is told where the cursor is, so who asks outside an event gets the place from layers that
-/// lie over all outputs for that moment, for which it waits a tenth of a second at most.
+/// lie over all outputs for that moment, for which it waits two tenths of a second at most.
 class Pointer final : public platform::Pointer {
   public:
     Pointer(Connection& connection, Outputs& outputs, PointerSeat& seat, CursorControl& control,
