@@ -43,6 +43,15 @@ struct Contest final : desktop::Sway {
     /// Over the monitor and below all windows: tells of a cursor on it where nothing is dark.
     const Witness& background(std::size_t monitor) const { return *backgrounds[monitor]; }
 
+    /// To the pixel before the strip, from which the strip is still to be reached. Returns when
+    /// nothing of what was before is under way any longer.
+    void goNextToEdge(bool onLeft) {
+        hand->moveTo(onLeft ? edge - 100 : edge + 100, 500);
+        if (!background(onLeft ? 0 : 1).waitForCursor())
+            throw std::runtime_error("the cursor is on another monitor");
+        rest(100);
+        hand->moveTo(onLeft ? edge - 2 : edge + 1, 500);
+    }
     /// To and fro in the middle of the monitor, one pixel an event.
     void moveFreely(double during, int hz) {
         const int each = hz / 20;
@@ -134,34 +143,24 @@ void idleRow() {
 }
 
 /// Pushes from the inner edge of the monitor that the cursor is on, and tells whether it crossed.
-bool crosses(Contest& contest, double speed, int hz) {
-    const bool onLeft = contest.background(0).report().isOver;
-    contest.mouse().moveTo(onLeft ? edge - 2 : edge + 1, 500);
-    rest(120);
-    contest.mouse().pushAt(onLeft ? speed : -speed, 0.25, hz);
+bool crosses(Contest& contest, bool& isOnLeft, double speed, int hz) {
+    contest.goNextToEdge(isOnLeft);
+    contest.mouse().pushAt(isOnLeft ? speed : -speed, 0.25, hz);
     rest(50);
     // Which is not dark any longer.
-    return contest.background(onLeft ? 1 : 0).report().isOver;
-}
-
-/// The same, again where the machine stood still: then the hand moves in leaps afterwards.
-bool crossesEvenly(Contest& contest, double speed, int hz, bench::Standstills& standstills) {
-    constexpr int most = 10;
-    for (int i = 0;; ++i) {
-        standstills.takeAny();
-        const bool crossed = crosses(contest, speed, hz);
-        if (!standstills.takeAny() || i == most) return crossed;
-    }
+    const bool crossed = contest.background(isOnLeft ? 1 : 0).report().isOver;
+    isOnLeft ^= crossed;
+    return crossed;
 }
 
 /// The speed at which most of a few pushes cross.
 std::string thresholds(int velocity) {
     Contest contest({.pushOption = true, .velocity = velocity});
-    bench::Standstills standstills;
+    bool isOnLeft = true;
     const auto mostCross = [&](double speed, int hz) {
         int crossed = 0;
         for (int i = 0; i < 5 && crossed < 3 && i - crossed < 3; ++i)
-            crossed += crossesEvenly(contest, speed, hz, standstills) ? 1 : 0;
+            crossed += crosses(contest, isOnLeft, speed, hz) ? 1 : 0;
         return crossed == 3;
     };
     const double expected = 60 * 0.03 * velocity * velocity;
@@ -224,11 +223,7 @@ std::string pushLatency(bool isLoaded) {
     bool onLeft = true;
     return longest(tries, [&](int i) {
         const int towards = onLeft ? 1 : -1;
-        contest.mouse().moveTo(onLeft ? edge - 100 : edge + 100, 500);
-        // Nothing of the crossing before it is under way any longer.
-        if (!contest.background(onLeft ? 0 : 1).waitForCursor()) return std::optional<double>{};
-        rest(100);
-        contest.mouse().moveTo(onLeft ? edge - 2 : edge + 1, 500);
+        contest.goNextToEdge(onLeft);
         const auto there = contest.watch(onLeft ? 1 : 0);
         onLeft = !onLeft;
         return milliseconds(*there, [&] {

@@ -13,8 +13,7 @@ const PATIENCE = 1000; // milliseconds: who does not answer for so long hangs, a
 
 /** What one program has asked for, and what it is told. */
 export class Client {
-    constructor(bus, sender, program, path, service) {
-        this.program = program;
+    constructor(bus, sender, path, service) {
         this._bus = bus;
         this._sender = sender;
         this._path = path;
@@ -159,9 +158,5 @@ export class Client {
 
     SwitchWorkspace(step) {
         switchWorkspace(step);
-    }
-
-    OpenMenu() {
-        this._service.openMenu(this.program);
     }
 }

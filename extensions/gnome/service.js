@@ -65,10 +65,6 @@ export class Service {
         this._escape = null;
     }
 
-    openMenu(program) {
-        this._tray.open(program);
-    }
-
     _freeAll() {
         for (const client of this._clients.values())
             client.free('shortcut');
@@ -83,7 +79,7 @@ export class Service {
             if (own !== owner)
                 throw new Error(`${program} is another process`);
             this._clients.get(sender)?.destroy();
-            const client = new Client(this._bus, sender, program, PATH, this);
+            const client = new Client(this._bus, sender, PATH, this);
             this._clients.set(sender, client);
             client.onGone(() => {
                 this._clients.delete(sender);
@@ -105,7 +101,7 @@ export class Service {
 
 // The others are the client's own, who answers with the values of the reply or with nothing.
 for (const method of ['Hold', 'Release', 'Warp', 'Where', 'Watch', 'Cover', 'Uncover', 'HideCursor', 'Grab',
-    'Ungrab', 'Record', 'SwitchWorkspace', 'OpenMenu']) {
+    'Ungrab', 'Record', 'SwitchWorkspace']) {
     Service.prototype[`${method}Async`] = function (parameters, invocation) {
         const client = this._clients.get(invocation.get_sender());
         if (!client) {

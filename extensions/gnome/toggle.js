@@ -50,7 +50,7 @@ export class ProductIndicator {
     constructor(bus, program, service) {
         this.program = program;
         this._bus = bus;
-        this._service = service;
+        this.service = service;
         this._cancelled = new Gio.Cancellable();
         this._subscriptions = [
             bus.signal_subscribe(service, ITEM, null, ITEM_PATH, null, Gio.DBusSignalFlags.NONE,
@@ -101,7 +101,7 @@ export class ProductIndicator {
 
     async _showFace() {
         try {
-            const all = await this._get(this._service, ITEM_PATH, ITEM);
+            const all = await this._get(this.service, ITEM_PATH, ITEM);
             // "Palisor: on", as a tool tip has it.
             const [title, subtitle = ''] = all.Title.split(': ');
             const face = {title, subtitle, menu: all.Menu, icon: iconOf(all)};
@@ -118,7 +118,7 @@ export class ProductIndicator {
     _make(face) {
         this._indicator = new SystemIndicator();
         this._icon = this._indicator._addIndicator();
-        this._toggle = new ProductToggle(this._bus, this.program, this._service, face);
+        this._toggle = new ProductToggle(this._bus, this.program, this.service, face);
         this._indicator.quickSettingsItems.push(this._toggle);
         Main.panel.statusArea.quickSettings.addExternalIndicator(this._indicator);
     }

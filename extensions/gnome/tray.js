@@ -11,6 +11,12 @@ const WATCHER = `
     <property name="IsStatusNotifierHostRegistered" type="b" access="read"/>
   </interface>
 </node>`;
+const MENU = `
+<node>
+  <interface name="com.tamberlo.ShellTray1">
+    <method name="ShowMenu"/>
+  </interface>
+</node>`;
 
 /**
  * A tray for the programs of the family alone, under the extension's own name and not that of trays: any
@@ -23,13 +29,15 @@ export class Tray {
         this._program = program;
         this._processOf = processOf;
         this._indicators = new Map(); // by the names of the programs
-        this._object = Gio.DBusExportedObject.wrapJSObject(WATCHER, this);
-        this._object.export(bus, PATH);
+        this._objects = [WATCHER, MENU].map(xml => Gio.DBusExportedObject.wrapJSObject(xml, this));
+        for (const object of this._objects)
+            object.export(bus, PATH);
     }
 
     destroy() {
         this._isGone = true;
-        this._object.unexport();
+        for (const object of this._objects)
+            object.unexport();
         for (const indicator of this._indicators.values())
             indicator.destroy();
         this._indicators.clear();
@@ -39,8 +47,12 @@ export class Tray {
         return true;
     }
 
-    open(program) {
-        this._indicators.get(program)?.open();
+    /** Opens the menu of the program whose icon the caller has registered. */
+    ShowMenuAsync(_parameters, invocation) {
+        for (const indicator of this._indicators.values())
+            if (indicator.service === invocation.get_sender())
+                indicator.open();
+        invocation.return_value(null);
     }
 
     async RegisterStatusNotifierItemAsync([_service], invocation) {

@@ -30,8 +30,7 @@ export class Veils {
             if (this._actors.size === 0)
                 global.compositor.disable_unredirect();
             this._actors.set(number, actor);
-            Main.layoutManager.addTopChrome(actor,
-                {affectsInputRegion: catches, affectsStruts: false, trackFullscreen: false});
+            Main.layoutManager.addTopChrome(actor, {affectsStruts: false, trackFullscreen: false});
         }
         actor.set_style(style);
         actor.set_position(x, y);

@@ -144,8 +144,14 @@ PrivateShell::Place PrivateShell::cursor() const {
 }
 
 void PrivateShell::moveTo(int x, int y) const {
-    run("global.stage.context.get_backend().get_default_seat().warp_pointer(" + std::to_string(x) +
-        ", " + std::to_string(y) + ")");
+    // In two legs, as barriers of the shell's own stop a warp from the corner.
+    const std::string to = std::to_string(y) + ")";
+    run("(() => { const seat = global.stage.context.get_backend().get_default_seat();"
+        "seat.warp_pointer(global.get_pointer()[0], " +
+        to +
+        ";"
+        "seat.warp_pointer(" +
+        std::to_string(x) + ", " + to + "; })()");
     if (!waitUntil([&] { return cursor() == Place{x, y}; }))
         throw std::runtime_error("the cursor cannot be put there");
 }

@@ -45,10 +45,17 @@ std::optional<std::string> PrivateKWin::missing() {
 
 PrivateKWin::PrivateKWin(const Options& options) {
     prctl(PR_SET_CHILD_SUBREAPER, 1);
-    for (const char* part : {"home/.config", "run"})
+    for (const char* part : {"home/.config/menus", "home/.local/share/applications", "run"})
         fs::create_directories(folder.path(part));
     fs::permissions(folder.path("run"), fs::perms::owner_all);
     std::ofstream(configFolder() + "/kwinrc") << options.configuration;
+    // Installed is what a menu of the desktop's has.
+    std::ofstream(configFolder() + "/menus/applications.menu")
+        << "<!DOCTYPE Menu PUBLIC \"-//freedesktop//DTD Menu 1.0//EN\" "
+           "\"http://www.freedesktop.org/standards/menu-spec/1.0/menu.dtd\">"
+           "<Menu><Name>Applications</Name><DefaultAppDirs/><Include><All/></Include></Menu>";
+    std::ofstream(folder.path("home/.local/share/applications/program.desktop"))
+        << options.desktopFile;
     variables = plain();
     variables.insert({{"HOME", folder.path("home")},
                       {"XDG_CONFIG_HOME", configFolder()},

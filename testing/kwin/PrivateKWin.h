@@ -19,6 +19,7 @@ class PrivateKWin {
     struct Options {
         int outputs = 2;             ///< of 1280x720 each
         std::string configuration{}; ///< the user's kwinrc
+        std::string desktopFile{};   ///< of a program that is installed
     };
 
     /// KWin and all its clients have to be of one user, which is not the superuser. To be called

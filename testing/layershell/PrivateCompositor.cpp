@@ -88,6 +88,9 @@ PrivateCompositor::PrivateCompositor(const std::string& name) {
                 throw std::runtime_error("a folder cannot be handed over");
     if (getuid() == 0 && chown(folder.path().c_str(), nobody, nobody) != 0)
         throw std::runtime_error("a folder cannot be handed over");
+    // As the session's entry on the login screen does.
+    variables["XDG_CURRENT_DESKTOP"] =
+        (name == "labwc" ? "labwc" : "Wayfire") + std::string(":wlroots");
     server = startServer(asUser(command), variables);
     std::istringstream line(server.line);
     line >> variables["WAYLAND_DISPLAY"] >> variables["WAYFIRE_SOCKET"];

@@ -37,10 +37,9 @@ std::vector<std::string> asUser(std::vector<std::string> command) {
     return command;
 }
 
-std::uint32_t milliseconds32() {
-    const auto now = Clock::now().time_since_epoch();
+std::uint32_t milliseconds32(Clock::time_point when = Clock::now()) {
     return static_cast<std::uint32_t>(
-        std::chrono::duration_cast<std::chrono::milliseconds>(now).count());
+        std::chrono::duration_cast<std::chrono::milliseconds>(when.time_since_epoch()).count());
 }
 
 } // namespace
@@ -170,8 +169,8 @@ void SwayHand::place(int x, int y, int width, int height) {
     client.synchronize();
 }
 
-void SwayHand::send(double dx, double dy) {
-    zwlr_virtual_pointer_v1_motion(pointer, milliseconds32(), wl_fixed_from_double(dx),
+void SwayHand::send(double dx, double dy, Clock::time_point when) {
+    zwlr_virtual_pointer_v1_motion(pointer, milliseconds32(when), wl_fixed_from_double(dx),
                                    wl_fixed_from_double(dy));
     zwlr_virtual_pointer_v1_frame(pointer);
     wl_display_flush(client.display);
@@ -189,10 +188,12 @@ double SwayHand::push(double dx, double dy, int steps, int hz) {
 }
 
 void SwayHand::pushAt(double speed, double seconds, int hz) {
+    const auto begun = Clock::now();
+    const std::chrono::nanoseconds period{1'000'000'000 / hz};
     repeat(static_cast<int>(seconds * hz), hz, [&](int step) {
         const auto pixels = [&](int steps) { return std::trunc(speed * steps / hz); };
         const double dx = pixels(step + 1) - pixels(step);
-        if (dx != 0) send(dx, 0);
+        if (dx != 0) send(dx, 0, begun + step * period);
     });
     client.synchronize();
 }

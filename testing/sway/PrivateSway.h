@@ -80,7 +80,8 @@ class SwayHand {
     /// `steps` events of (dx, dy) at `hz` a second. Returns the seconds that it took.
     double push(double dx, double dy, int steps, int hz);
     /// The same at `speed` pixels a second to the right, or to the left where it is negative: like
-    /// a mouse it sends whole pixels, and nothing where there is none yet.
+    /// a mouse it sends whole pixels, and nothing where there is none yet, and says when its hand
+    /// moved however late the system lets it send that.
     void pushAt(double speed, double seconds, int hz);
     /// The kernel's code; the left one otherwise.
     void pressButton(std::uint32_t code = leftButton);
@@ -88,7 +89,8 @@ class SwayHand {
 
   private:
     SwayHand(const PrivateSway* sway, const std::string& socketPath);
-    void send(double dx, double dy);
+    void send(double dx, double dy) { send(dx, dy, Clock::now()); }
+    void send(double dx, double dy, Clock::time_point when);
     static constexpr std::uint32_t leftButton = 0x110;
     void button(std::uint32_t code, bool down);
 

@@ -153,6 +153,19 @@ TEST_F(Gnome, TheQuickSettingsHaveASwitchWithTheMenuAndItsSlider) {
     EXPECT_TRUE(waitUntil([&] { return of("return t.checked;") == "false"; }));
 }
 
+TEST_F(Gnome, TheMenuThatIsAskedForOpensInTheQuickSettings) {
+    start();
+    const std::string menu = "Main.panel.statusArea.quickSettings.menu";
+    EXPECT_TRUE(
+        waitUntil([&] { return command({"status"}).find("can tray: yes") != std::string::npos; }));
+    EXPECT_EQ(command({"menu"}), "");
+    EXPECT_TRUE(waitUntil([&] {
+        return shell->isTrue(
+            menu + ".isOpen && " + menu +
+            "._grid.get_children().some(c => c.title === 'Palisor' && c.menu.isOpen)");
+    }));
+}
+
 TEST_F(Gnome, AnotherProcessIsRefused) {
     start();
     bus::Error error;

@@ -26,17 +26,26 @@ class KWin : public testing::Test {
   protected:
     void SetUp() override {
         if (const auto reason = PrivateKWin::missing()) GTEST_SKIP() << *reason;
-        begin({});
+        begin();
     }
 
     /// A KWin of its own, with the cursor on the middle of the first monitor.
-    void begin(const PrivateKWin::Options& options) {
+    void begin(const PrivateKWin::Options& options = {}) {
         program.reset();
         witnesses.clear();
         hand.reset();
         kwin.emplace(options);
         hand.emplace(*kwin);
         hand->moveTo(640, 360);
+    }
+
+    /// The same where the program is installed, which has KWin up to 6.3 tell it of held keys.
+    void beginInstalled() {
+        std::ifstream file(SESSION_FILE);
+        std::string text{std::istreambuf_iterator<char>(file), {}};
+        const std::string folder = "@PROGRAMS@";
+        text.replace(text.find(folder), folder.size(), programs());
+        begin({.desktopFile = text});
     }
 
     /// Starts a product and returns when it holds, or, where it is to be off, when it has started.

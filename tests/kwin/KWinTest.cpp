@@ -105,15 +105,23 @@ TEST_F(KWin, HoldsAgainWhenAnotherScriptHasOpenedTheBarrier) {
     EXPECT_TRUE(waitUntil([&] { return isFree(5); }));
 }
 
-TEST_F(KWin, LeavesTheEdgesOfOtherMonitorsAsTheyAre) {
-    begin({.outputs = 3});
+TEST_F(KWin, PutsTheCursorBackThatAnAbsoluteDeviceHasTakenOutside) {
     start();
-    hand->push(7, 0, 300, mouseRate);
-    EXPECT_EQ(cursor().x, width - 1);
-    // As an absolute device goes where it will.
-    kwin->evaluate("options.edgeBarrier = 0");
-    program->signal(SIGKILL);
-    program->wait();
+    hand->moveTo(width + 640, 360);
+    EXPECT_TRUE(cursorEndsOn(0)) << "where the barrier stops it, it has not left";
+    EXPECT_TRUE(isClosedSoon());
+}
+
+TEST_F(KWin, HoldsOnTheMiddleOfThreeMonitorsOnBothSides) {
+    begin({.outputs = 3});
+    hand->moveTo(width + 640, 360);
+    start();
+    Witness &left = witness(0), &right = witness(2);
+    hand->push(15, 1, 500, mouseRate);
+    EXPECT_EQ(cursor().x, 2 * width - 1);
+    hand->push(-15, -1, 500, mouseRate);
+    EXPECT_LE(cursor().x, width + 1);
+    EXPECT_EQ(left.report().entered + right.report().entered, 0);
 }
 
 TEST_F(KWin, IsSwitchedByTheStoredShortcut) {
@@ -129,6 +137,32 @@ TEST_F(KWin, IsSwitchedByTheStoredShortcut) {
     EXPECT_TRUE(isFreeSoon()) << program->errors();
     stroke();
     EXPECT_TRUE(isClosedSoon());
+}
+
+TEST_F(KWin, LiftsTheHoldWhileTheLeftHandKeysAreHeldAndAnchorsWhereTheyAreReleased) {
+    beginInstalled();
+    start();
+    for (const std::uint32_t key : {KEY_LEFTCTRL, KEY_LEFTALT, KEY_LEFTMETA})
+        hand->press(key);
+    EXPECT_TRUE(isFreeSoon()) << program->errors();
+    hand->push(7, 0, 300, mouseRate);
+    for (const std::uint32_t key : {KEY_LEFTMETA, KEY_LEFTALT, KEY_LEFTCTRL})
+        hand->release(key);
+    EXPECT_TRUE(isClosedSoon()) << program->errors();
+    hand->push(-7, 0, 400, mouseRate);
+    EXPECT_EQ(cursor().x, width);
+}
+
+TEST_F(KWin, KeepsTheHoldWhileTheRightHandKeysAreHeld) {
+    beginInstalled();
+    start();
+    for (const std::uint32_t key : {KEY_RIGHTCTRL, KEY_LEFTALT, KEY_RIGHTMETA})
+        hand->press(key);
+    hand->push(7, 0, 300, mouseRate);
+    EXPECT_EQ(cursor().x, width - 1);
+    for (const std::uint32_t key : {KEY_RIGHTCTRL, KEY_LEFTALT, KEY_RIGHTMETA})
+        hand->release(key);
+    EXPECT_TRUE(isClosed());
 }
 
 TEST_F(KWin, HoldsAgainWhenTheOtherMonitorHasGoneAndComeBack) {
@@ -162,8 +196,8 @@ TEST_F(KWin, AnswersTheCommandLine) {
     start();
     const auto status = kwin->spawn(programs() + "/palisor", {"status"});
     EXPECT_EQ(status->wait(), 0) << status->errors();
-    for (const char* line :
-         {"held Virtual-0\n", "monitor Virtual-1 1280x720+1280+0, scale 1, dark", "can hold: yes"})
+    for (const char* line : {"held Virtual-0\n", "monitor Virtual-1 1280x720+1280+0, scale 1, dark",
+                             "can hold: yes (A push does not cross while a button is held.)"})
         EXPECT_NE(status->output().find(line), std::string::npos) << status->output();
 }
 

@@ -17,7 +17,7 @@ TEST_P(LayerShell, LetsTheCursorLeaveWhereItIsNotHeld) {
     EXPECT_TRUE(cursorIsOn(1)) << "the other tests would prove nothing";
 }
 
-TEST_P(LayerShell, PutsTheCursorBackAlsoWhereNothingIsDarkened) {
+TEST_P(LayerShell, PutsTheCursorBackAlsoWhereTheDarknessIsNotSeen) {
     start({.othersDark = 0});
     hand->push(30, 0, 500, mouseRate);
     EXPECT_TRUE(cursorIsOn(0));
@@ -83,6 +83,10 @@ TEST_P(LayerShell, IsSwitchedByCommandAndTellsWhatTheCompositorDoesNotAllow) {
     const std::string status = told({"status"});
     for (const std::string& line : {std::string("held HEADLESS-1\n"), std::string("put back")})
         EXPECT_NE(status.find(line), status.npos) << status;
+    const auto doctor = compositor->spawn(programs() + "/palisor-doctor");
+    doctor->wait();
+    EXPECT_NE(doctor->output().find("where the cursor is put back"), std::string::npos)
+        << doctor->output();
     told({"off"});
     EXPECT_TRUE(brightSoon());
     told({"on"});
@@ -93,7 +97,7 @@ TEST_P(LayerShell, IsSwitchedByCommandAndTellsWhatTheCompositorDoesNotAllow) {
 }
 
 TEST_P(LayerShell, ShowsItsMenuByCommandAndHoldsAgainWhenItHasClosed) {
-    background = 0xff909090;
+    background = 0xffd0d0d0;
     start({.othersDark = 0});
     // A menu changes the picture by more than a cursor does.
     const double bare = compositor->brightness(1);
@@ -110,6 +114,49 @@ TEST_P(LayerShell, ShowsItsMenuByCommandAndHoldsAgainWhenItHasClosed) {
     EXPECT_TRUE(cursorIsOn(0)) << "it is held again";
 }
 
+class BindingCompositor : public LayerShell {};
+
+TEST_P(BindingCompositor, SwitchesByTheStoredShortcut) {
+    constexpr int f2 = 120, option = 0x80000;
+    start({.more = {{"customShortcut", shortcut(f2, option)}}});
+    support::SwayKeys keys(compositor->socket());
+    for (const bool dark : {false, true}) {
+        keys.press(KEY_LEFTALT);
+        keys.press(KEY_F2);
+        keys.release(KEY_F2);
+        keys.release(KEY_LEFTALT);
+        EXPECT_TRUE(dark ? darkSoon(2) : brightSoon()) << program->errors();
+    }
+}
+
+TEST_P(BindingCompositor, LiftsTheHoldWhileTheLeftHandKeysAreHeld) {
+    start();
+    support::SwayKeys keys(compositor->socket());
+    for (const std::uint32_t key : {KEY_LEFTCTRL, KEY_LEFTALT, KEY_LEFTMETA})
+        keys.press(key);
+    EXPECT_TRUE(brightSoon()) << program->errors();
+    hand->push(7, 0, 300, mouseRate);
+    for (const std::uint32_t key : {KEY_LEFTMETA, KEY_LEFTALT, KEY_LEFTCTRL})
+        keys.release(key);
+    EXPECT_TRUE(darkSoon(1)) << program->errors();
+    EXPECT_TRUE(cursorIsOn(1));
+}
+
+class UnboundCompositor : public LayerShell {};
+
+TEST_P(UnboundCompositor, SaysWhichLineOfTheConfigurationMakesAShortcut) {
+    constexpr int f2 = 120, option = 0x80000;
+    start({.more = {{"customShortcut", shortcut(f2, option)}}});
+    EXPECT_NE(program->errors().find("command=\"palisor toggle\"/></keybind> to rc.xml"),
+              std::string::npos)
+        << program->errors();
+    const std::string status = told({"status"});
+    EXPECT_NE(status.find("can binding: no"), status.npos) << status;
+    EXPECT_NE(status.find("can modifiers: no"), status.npos) << status;
+}
+
+INSTANTIATE_TEST_SUITE_P(On, BindingCompositor, testing::Values("wayfire"));
+INSTANTIATE_TEST_SUITE_P(On, UnboundCompositor, testing::Values("labwc"));
 INSTANTIATE_TEST_SUITE_P(On, LayerShell, testing::Values("labwc", "wayfire"),
                          [](const auto& row) { return std::string(row.param); });
 

@@ -29,6 +29,9 @@ TEST_F(Sway, LoadsTheModuleAndNoOtherSession) {
     EXPECT_NE(all.find("wayland-session.so"), std::string::npos);
     EXPECT_NE(all.find("libqwayland"), std::string::npos);
     EXPECT_EQ(all.find("libqxcb"), std::string::npos);
+    EXPECT_EQ(all.find("x11-session.so"), std::string::npos);
+    // The toolkit brings libxcb itself along, and none of its extensions.
+    EXPECT_EQ(all.find("libxcb-"), std::string::npos);
 }
 
 TEST_F(Sway, EndsWhereTheCompositorGoes) {

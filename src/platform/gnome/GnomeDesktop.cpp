@@ -8,6 +8,9 @@
 #include "platform/gnome/pointer/InputEvents.h"
 #include "platform/wayland/pointer/PointerSeat.h"
 
+#include <cstdlib>
+#include <string_view>
+
 namespace platform::gnome {
 
 namespace {
@@ -146,10 +149,16 @@ class GnomeDesktop final : public wayland::Desktop {
 } // namespace
 
 wayland::OpenedDesktop openDesktop(Descriptors& descriptors, Log& log, std::function<void()> lost) {
-    auto opened = wayland::Connection::open(descriptors, log, std::move(lost),
-                                            wayland::Connection::forOutputs);
+    const char* const desktop = std::getenv("XDG_CURRENT_DESKTOP");
+    const bool isNamed =
+        desktop && std::string_view(desktop).find("GNOME") != std::string_view::npos;
+    // At login the shell may be busy with itself for longer than one answer is waited for.
+    wayland::Connection::Opened opened;
+    for (int tries = isNamed ? 10 : 1; !opened.connection && tries > 0; --tries)
+        opened = wayland::Connection::open(descriptors, log, lost, wayland::Connection::forOutputs);
+    if (!opened.connection) return {nullptr, isNamed ? opened.error : ""};
     // No other compositor has this one.
-    if (!opened.connection || !opened.connection->has("gtk_shell1")) return {};
+    if (!opened.connection->has("gtk_shell1")) return {};
     return {std::make_unique<GnomeDesktop>(descriptors, log, std::move(opened.connection)), {}};
 }
 

@@ -1,6 +1,7 @@
 #include "platform/kwin/KWinDesktop.h"
 
 #include "platform/kwin/Release.h"
+#include "platform/kwin/keys/HeldModifiers.h"
 #include "platform/kwin/keys/HotKeys.h"
 #include "platform/kwin/keys/Keyboard.h"
 #include "platform/kwin/pointer/CursorControl.h"
@@ -15,6 +16,14 @@ namespace {
 class Cursor final : public session::CountedCursor {
     void setHidden(bool) override {}
 };
+
+std::optional<Point> pointOf(const JsonValue::List& words) {
+    if (words.size() != 2) return std::nullopt;
+    const auto* x = std::get_if<std::int64_t>(&words[0].held);
+    const auto* y = std::get_if<std::int64_t>(&words[1].held);
+    if (!x || !y) return std::nullopt;
+    return Point{static_cast<double>(*x), static_cast<double>(*y)};
+}
 
 class KWinDesktop final : public wayland::Desktop {
   public:
@@ -47,8 +56,15 @@ class KWinDesktop final : public wayland::Desktop {
 
     platform::Capabilities capabilities() const override {
         platform::Capability hold{.id = "hold", .available = holds, .reason = {}};
-        if (!holds) hold.reason = "Switched off by --hold off.";
-        return {std::move(hold), {"darkness", true, {}}};
+        hold.reason =
+            holds ? "A push does not cross while a button is held." : "Switched off by --hold off.";
+        const bool tellsKeys = parts && parts->modifiers.canTell();
+        return {
+            std::move(hold),
+            {"darkness", true, {}},
+            {"modifiers", tellsKeys,
+             tellsKeys ? "" : "This KWin tells of held keys only where the program is installed."},
+            {"hide", false, "KWin hides the cursor for no other program."}};
     }
 
     void ownWindowChanged() override {
@@ -72,16 +88,22 @@ class KWinDesktop final : public wayland::Desktop {
               emulated(*own.link, own.descriptors, own.log),
               control(script, emulated),
               shared(*own.connection, *own.outputs, control, own.descriptors, own.log, given),
+              modifiers(*own.connection, *own.outputs, shared.keyboard, own.descriptors,
+                        [this](bool held) { shared.tellModifiers(held); }),
               keys(script, own.log),
               hotKeys(keyScript, shared.keyboard, shared.recording, given.settings, given.later,
                       given.identifier) {
             script.onLoad([this] { control.again(); });
+            script.onTold("place", [this](const JsonValue::List& words) {
+                if (const auto place = pointOf(words)) shared.input.tellPlace(*place);
+            });
         }
 
         Script script, keyScript;
         EmulatedPointer emulated;
         CursorControl control;
         wayland::LayerServices shared;
+        HeldModifiers modifiers;
         Cursor cursor;
         Keyboard keys;
         HotKeys hotKeys;

@@ -4,16 +4,21 @@
 #include "platform/layershell/keys/Keyboard.h"
 #include "platform/layershell/pointer/Cursor.h"
 #include "platform/layershell/pointer/CursorControl.h"
+#include "platform/layershell/wayfire/Bindings.h"
 #include "platform/wayland/LayerServices.h"
 #include "platform/wayland/keys/Focus.h"
+#include "platform/wayland/keys/ModifierGrab.h"
 
+#include <algorithm>
+#include <cstdlib>
 #include <optional>
 
 namespace platform::layershell {
 
 namespace {
 
-constexpr std::string_view pointerManager = "zwlr_virtual_pointer_manager_v1";
+// A compositor without them is no desktop of this kind at all, and nothing is said of it.
+constexpr std::string_view layerShell[] = {"zwlr_layer_shell_v1"};
 
 /// Where people write key bindings down, as far as it is known of the compositor.
 std::string adviceFor(const std::string& compositor, const std::string& identifier) {
@@ -48,6 +53,7 @@ class LayerShellDesktop final : public wayland::Desktop {
     Services start(const Surroundings& given) override {
         holds = given.holds;
         advice = adviceFor(compositor, given.identifier);
+        bindings = bindingsOf(given);
         parts.emplace(*this, given);
         auto& shared = parts->shared;
         return {shared.pointer, parts->cursor, shared.input, parts->keys,   parts->hotKeys,
@@ -63,12 +69,21 @@ class LayerShellDesktop final : public wayland::Desktop {
                             : "Switched off by --hold off.";
         return {std::move(hold),
                 {"darkness", true, {}},
-                {"motion", false,
-                 name + " tells no program of each motion: hiding after a while, hot borders, "
-                        "wrapping and the cross-hair need an X11 session."},
-                {"binding", false, name + " binds no shortcut for a program: " + advice + "."},
-                {"modifiers", false,
-                 name + " tells no program of held keys: they do not lift the hold."}};
+                {"edges", false, name + " tells no program of a cursor at an edge of all outputs."},
+                {"hide", false, name + " lets no program hide the cursor over others' windows."},
+                {"workspaces", false, name + " is not asked for the next workspace."},
+                {"place", false,
+                 name + " tells no program where the cursor is, so nothing can follow it."},
+                {"awake", connection->idle() != nullptr,
+                 connection->idle() ? "" : name + " cannot be kept from going idle."},
+                binds ? platform::Capability{"binding", true, {}}
+                      : platform::Capability{"binding", false,
+                                             name + " binds no shortcut for a program: " + advice +
+                                                 "."},
+                binds ? platform::Capability{"modifiers", true, {}}
+                      : platform::Capability{
+                            "modifiers", false,
+                            name + " tells no program of held keys: they do not lift the hold."}};
     }
 
     void ownWindowChanged() override {
@@ -79,6 +94,7 @@ class LayerShellDesktop final : public wayland::Desktop {
 
     void end() override {
         parts.reset();
+        bindings.reset();
         connection->flush();
     }
 
@@ -88,7 +104,11 @@ class LayerShellDesktop final : public wayland::Desktop {
             : control(*own.connection, own.outputs),
               shared(*own.connection, own.outputs, control, own.descriptors, own.log, given),
               keys(own.log),
-              hotKeys({nullptr, own.advice}, own.log, shared, given) {}
+              hotKeys({own.bindings.get(), own.advice}, own.log, shared, given),
+              grab(*own.connection, own.outputs, shared.keyboard, own.descriptors,
+                   [this](bool held) { shared.tellModifiers(held); }) {
+            if (own.bindings) own.bindings->hearHeldModifiers([this] { grab.begin(); });
+        }
 
         CursorControl control;
         wayland::LayerServices shared;
@@ -96,34 +116,51 @@ class LayerShellDesktop final : public wayland::Desktop {
         Keyboard keys;
         HotKeys hotKeys;
         wayland::Focus focus;
+        wayland::ModifierGrab grab;
     };
+
+    std::unique_ptr<Bindings> bindingsOf(const Surroundings& given) {
+        const char* const socket = std::getenv("WAYFIRE_SOCKET");
+        if (compositor != "wayfire" || !socket) return nullptr;
+        auto made = wayfire::Bindings::open(
+            socket, descriptors, [this, told = given.capabilitiesChanged](const std::string& why) {
+                log.write("Wayfire binds no keys for a program (" + why + "): " + advice);
+                binds = false;
+                told();
+            });
+        binds = made != nullptr;
+        return made;
+    }
 
     Descriptors& descriptors;
     Log& log;
     std::unique_ptr<wayland::Connection> connection;
     wayland::Outputs outputs;
-    std::string compositor; ///< what it is called; may be empty
-    std::string advice;     ///< about shortcuts
+    std::string compositor;             ///< what it is called; may be empty
+    std::string advice;                 ///< about shortcuts
+    std::unique_ptr<Bindings> bindings; ///< null where nobody binds keys
     std::optional<Parts> parts;
     bool holds = true;
+    bool binds = false; ///< whether the compositor binds keys, as far as it is known
 };
 
 } // namespace
 
 wayland::OpenedDesktop openDesktop(Descriptors& descriptors, Log& log, std::function<void()> lost) {
+    auto opened = wayland::Connection::open(descriptors, log, std::move(lost), layerShell);
+    if (!opened.connection) return {};
     std::vector<std::string_view> needed(std::begin(wayland::Connection::forLayers),
                                          std::end(wayland::Connection::forLayers));
-    auto asked = wayland::Connection::open(descriptors, log, lost, {});
-    // One without layers is no desktop of this kind at all.
-    if (!asked.connection || !asked.connection->has("zwlr_layer_shell_v1")) return {};
-    needed.push_back(pointerManager);
-    for (const std::string_view interface : needed)
-        if (!asked.connection->has(interface)) {
-            log.write("the compositor has no " + std::string(interface) +
-                      ", and so the cursor cannot be put back in its session");
-            return {};
-        }
-    return {std::make_unique<LayerShellDesktop>(descriptors, log, std::move(asked.connection)), {}};
+    needed.emplace_back("zwlr_virtual_pointer_manager_v1");
+    const auto lacking = std::ranges::find_if(
+        needed, [&](std::string_view interface) { return !opened.connection->has(interface); });
+    if (lacking != needed.end()) {
+        log.write("the compositor has no " + std::string(*lacking) +
+                  ", and so nobody can put the cursor back in its session");
+        return {};
+    }
+    return {std::make_unique<LayerShellDesktop>(descriptors, log, std::move(opened.connection)),
+            {}};
 }
 
 } // namespace platform::layershell

@@ -15,10 +15,6 @@
 #include <optional>
 #include <string>
 
-namespace platform::qt {
-class QtApplication;
-}
-
 /// What the desktop knows the product by.
 struct Product {
     std::string identifier; ///< also its name on the session bus, and that of its files
@@ -35,8 +31,17 @@ class Session {
         Product product;
         platform::RunLoop& runLoop;
         platform::Settings& settings;
-        platform::qt::QtApplication& application;
         platform::PictureSource& pictures; ///< of windows
+        std::string folder;                ///< for what has to be undone after a kill; or empty
+        std::string data;                  ///< the program's own, which it came with
+        /// The path of an executable that belongs to the program: "gamma-guard".
+        std::function<std::string(const std::string& name)> helper;
+        /// Whether a window of the program is active; no round trip.
+        std::function<bool()> ownWindowActive;
+        /// Takes the one who is told when that changes.
+        std::function<void(std::function<void()>)> onOwnWindowActive;
+        /// Calls an operation from the run loop, also while a modal alert runs.
+        std::function<void(std::function<void()>)> later;
         /// The wish for dark windows in the window system's settings, or that they have none, as
         /// often as it changes and from inside `start` on; at first there is none.
         std::function<void(std::optional<bool>)> darkWished;

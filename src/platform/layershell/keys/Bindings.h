@@ -21,6 +21,10 @@ class Bindings {
 
     /// From now on these are heard and no others. Does not wait.
     virtual void hear(const std::vector<Binding>& wanted) = 0;
+
+    /// `held` is called from the run loop when Control, Alt and Super have come to be held
+    /// together, the last of them being the left one. For the object's life.
+    virtual void hearHeldModifiers(std::function<void()> held) = 0;
 };
 
 } // namespace platform::layershell

@@ -139,7 +139,8 @@ void QtStatusItem::clicked(int buttonNumber) {
 }
 
 void QtStatusItem::activate() {
-    if (!QtAlerts::bringToFront() && !QtApplication::restoreMinimised()) popUp({});
+    if (QtAlerts::bringToFront() || QtApplication::restoreMinimised()) return;
+    if (tray == nullptr || !tray->showMenuAtHost()) popUp({});
 }
 
 void QtStatusItem::sliderMoved(const MenuEntryId& entry, double value, EventType how) {

@@ -186,6 +186,7 @@ class StatusNotifierItem::Object final : public QDBusVirtualObject {
 StatusNotifierItem::StatusNotifierItem(const Identity& identity, Face face, Clicked clicked,
                                        ExportedMenu* exported)
     : connectionName(identity.id + "-status-item"),
+      watcher(identity.watcher),
       bus(QDBusConnection::connectToBus(QDBusConnection::SessionBus, connectionName)),
       object(std::make_unique<Object>(identity, std::move(clicked), exported != nullptr)),
       menu(exported) {
@@ -213,6 +214,11 @@ StatusNotifierItem::~StatusNotifierItem() {
 void StatusNotifierItem::setFace(Face face) {
     object->face = std::move(face);
     bus.send(QDBusMessage::createSignal(objectPath, interfaceName, "NewIcon"));
+}
+
+void StatusNotifierItem::showMenuAtHost() const {
+    bus.send(QDBusMessage::createMethodCall(watcher, "/StatusNotifierWatcher",
+                                            "com.tamberlo.ShellTray1", "ShowMenu"));
 }
 
 void StatusNotifierItem::setTitle(const QString& title) {

@@ -47,11 +47,13 @@ class StatusNotifierItem {
 
     void setFace(Face face);
     void setTitle(const QString& title);
+    /// Has the host open the exported menu: one that knows the shell's own interface for that.
+    void showMenuAtHost() const;
 
   private:
     class Object;
 
-    QString connectionName;
+    QString connectionName, watcher;
     QDBusConnection bus;
     std::unique_ptr<Object> object;
     ExportedMenu* menu;

@@ -222,6 +222,12 @@ void TrayIcon::watcherAnswers(const QString& name, bool hasHost) {
     settle();
 }
 
+bool TrayIcon::showMenuAtHost() const {
+    if (!item || itemWatcher != watchers[0]) return false;
+    item->showMenuAtHost();
+    return true;
+}
+
 void TrayIcon::settle() {
     const bool useItem = !isInWindow() && hostIsThere;
     if (!useItem) {

@@ -60,6 +60,9 @@ class TrayIcon final : public QObject {
     /// Called from the run loop when `isInTray` answers otherwise than before.
     void onPlaceChange(std::function<void()> handler) { placeChanged = std::move(handler); }
 
+    /// Has the shell open the menu where its own tray has the icon; false elsewhere.
+    bool showMenuAtHost() const;
+
     /// Whether there is a place for the icon at the moment.
     bool isInTray() const { return hasTray(); }
 

@@ -65,6 +65,13 @@ std::string Connection::bind(std::span<const std::string_view> needed) {
     return {};
 }
 
+wl_proxy* Connection::bind(const wl_interface& interface, std::uint32_t version) {
+    const auto found = offered.find(std::string_view(interface.name));
+    if (found == offered.end() || found->second.version < version) return nullptr;
+    return static_cast<wl_proxy*>(
+        wl_registry_bind(registry.get(), found->second.name, &interface, version));
+}
+
 Connection::~Connection() {
     if (wake >= 0) {
         descriptors.unwatch(wake);
@@ -87,7 +94,7 @@ std::string Connection::compositorName() const {
 
 void Connection::global(std::uint32_t name, std::string_view interface, std::uint32_t version) {
     wl_registry* const from = registry.get();
-    offered.emplace(interface);
+    offered.try_emplace(std::string(interface), name, version);
     if (interface == wl_compositor_interface.name)
         take(globals.compositor, from, name, wl_compositor_interface, version, 4);
     else if (interface == wl_subcompositor_interface.name)

@@ -7,7 +7,6 @@
 #include <chrono>
 #include <functional>
 #include <map>
-#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -51,6 +50,10 @@ class Connection {
     std::string compositorName() const;
     /// Whether the compositor has a global of that interface.
     bool has(std::string_view interface) const { return offered.contains(interface); }
+
+    /// A global that few compositors have, at that version; the caller destroys it. Null where
+    /// there is none, or an older one.
+    wl_proxy* bind(const wl_interface& interface, std::uint32_t version);
 
     // The compositor's globals. Never null where they were needed.
     wl_compositor* compositor() const { return globals.compositor.get(); }
@@ -119,7 +122,10 @@ class Connection {
     Handle<wl_display> display;
     Handle<wl_registry> registry;
     Globals globals;
-    std::set<std::string, std::less<>> offered; ///< the interfaces of all globals
+    struct Offer {
+        std::uint32_t name, version;
+    };
+    std::map<std::string, Offer, std::less<>> offered; ///< all globals, by their interfaces
     std::map<std::uint32_t, Handle<wl_output>> outputList;
     std::function<void(std::uint32_t, wl_output*)> outputCame;
     std::function<void(std::uint32_t)> outputWent;

@@ -150,7 +150,7 @@ std::optional<Hold::Push> Hold::pushSoFar(Point place) const {
 std::optional<Hold::Push> Hold::pushOf(const std::optional<session::PushMeter::Sum>& sum,
                                        Point place) const {
     if (!sum || !held) return std::nullopt;
-    const Point at = outputs.toLayout(place);
+    const Point at = session::nearestPixel(outputs.toLayout(place), box);
     const Point beyond =
         session::onDesktop({at.x + sum->cutOff.x, at.y + sum->cutOff.y}, box, monitors);
     if (box.contains(beyond)) return std::nullopt;

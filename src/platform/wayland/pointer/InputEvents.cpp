@@ -42,7 +42,13 @@ InputEvents::~InputEvents() {
 
 void InputEvents::moved(Point layout) {
     place = outputs.toTopLeft(layout);
-    hasMoved = true;
+    // Nobody's hand did that.
+    if (!pointer.takeArrival(place)) hasMoved = true;
+}
+
+void InputEvents::tellPlace(Point layout) {
+    moved(layout);
+    batchEnded();
 }
 
 void InputEvents::meant(Point step, double when) {

@@ -29,6 +29,9 @@ class InputEvents final : public platform::InputEvents, private PointerSeat::Lis
     /// To be called when a window of the program has become active or is so no longer.
     void ownWindowChanged() { hold.suspend(ownWindowActive()); }
 
+    /// The compositor has told where the cursor is, layout coordinates.
+    void tellPlace(Point layout);
+
     /// A modifier was pressed or released; a virtual key code.
     void tellModifier(std::uint16_t keyCode);
 

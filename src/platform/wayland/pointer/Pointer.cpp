@@ -65,8 +65,22 @@ void Pointer::warp(Point to) {
     to = outputs.toTopLeft(outputs.nearest(outputs.toLayout(to)));
     const bool isThere = goal && hold.isHolding() && !hold.isBeyond(to) &&
                          std::abs(to.x - last.x) < 2 && std::abs(to.y - last.y) < 2;
-    if (!isThere) control.warp(outputs.toLayout(to));
+    if (isThere)
+        noteWarp(to);
+    else
+        put(to);
+}
+
+void Pointer::put(Point to) {
+    control.warp(outputs.toLayout(to));
+    awaited = to;
     noteWarp(to);
+}
+
+// The compositor puts it onto whole pixels.
+bool Pointer::takeArrival(Point at) {
+    const auto to = std::exchange(awaited, std::nullopt);
+    return to && std::abs(at.x - to->x) < 1 && std::abs(at.y - to->y) < 1;
 }
 
 void Pointer::noteWarp(Point to) {
@@ -86,17 +100,16 @@ void Pointer::holdInside(std::optional<Rect> screen) {
     if (releaseAtEnd) return;
     if (!goal || !screen || !screen->contains(*goal))
         hold.inside(screen);
-    else if (hold.insideAt(*screen, *goal))
+    else if (hold.insideAt(*screen, *goal)) {
+        awaited = goal;
         noteWarp(*std::exchange(goal, std::nullopt));
-    else
+    } else
         letThrough();
 }
 
 void Pointer::letThrough() {
     if (!goal) return;
-    const Point to = *std::exchange(goal, std::nullopt);
-    control.warp(outputs.toLayout(to));
-    noteWarp(to);
+    put(*std::exchange(goal, std::nullopt));
 }
 
 } // namespace platform::wayland
