@@ -10,6 +10,8 @@
 #include "strings/Strings.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QLibraryInfo>
 #include <cstdio>
 #include <cstdlib>
 
@@ -47,6 +49,16 @@ void prepareToolkit(const Session& session) {
     ::setenv("QT_NO_GLIB", "1", 0);
     // The session starts the program from its own entry; a session manager would add a second one.
     QCoreApplication::setAttribute(Qt::AA_DisableSessionManager);
+}
+
+/// Whether the toolkit would abort for want of its plugin, with an advice that helps nobody.
+bool lacksWindows(const Session& session) {
+    if (!std::string_view(session.toolkitPlatform()).starts_with("wayland")) return false;
+    if (std::getenv("DISPLAY") != nullptr || std::getenv("QT_PLUGIN_PATH") != nullptr ||
+        std::getenv("QT_QPA_PLATFORM_PLUGIN_PATH") != nullptr)
+        return false;
+    const QDir folder(QLibraryInfo::path(QLibraryInfo::PluginsPath) + "/platforms");
+    return folder.exists() && folder.entryList({"libqwayland*"}).isEmpty();
 }
 
 int run(char* command, Session& session, ProductBundle& bundle, const Product& product,
@@ -114,6 +126,11 @@ int main(int argc, char** argv) {
     if (options.listMonitors) {
         listMonitors(session->displays());
         return 0;
+    }
+    if (lacksWindows(*session)) {
+        log.write(
+            "no window can be shown in this Wayland session: install the package qt6-wayland");
+        return failure;
     }
     return run(argv[0], *session, bundle, product, descriptors, log, options);
 }

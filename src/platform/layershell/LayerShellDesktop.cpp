@@ -56,8 +56,8 @@ class LayerShellDesktop final : public wayland::Desktop {
         bindings = bindingsOf(given);
         parts.emplace(*this, given);
         auto& shared = parts->shared;
-        return {shared.pointer, parts->cursor,  shared.input, parts->keys,
-                parts->hotKeys, shared.windows, parts->focus, shared.idle};
+        return {shared.pointer, parts->cursor, shared.input, parts->keys,   parts->hotKeys,
+                shared.windows, parts->focus,  shared.idle,  &shared.popups};
     }
 
     platform::Capabilities capabilities() const override {

@@ -247,8 +247,10 @@ void TrayIcon::settle() {
 
 void TrayIcon::report() {
     if (hasTray()) return;
-    log.write("no tray: there is nowhere to show the icon; add a notification area to the panel, "
-              "or start one such as trayer; the icon will come by itself");
+    const char* const trays = window != nullptr ? "such as trayer" : "such as waybar with its tray";
+    log.write(std::string("no tray: there is nowhere to show the icon; add a notification area to "
+                          "the panel, or start one ") +
+              trays + "; the icon will come by itself");
 }
 
 void TrayIcon::makeItem() {
