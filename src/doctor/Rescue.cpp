@@ -3,6 +3,7 @@
 #include "doctor/Facts.h"
 #include "platform/linux/files/XdgFiles.h"
 #include "platform/linux/processes/Processes.h"
+#include "platform/sway/undo/UndoFile.h"
 
 #include <algorithm>
 #include <array>
@@ -136,6 +137,22 @@ void rescueColours(std::vector<Finding>& done) {
              .says = "the colours of the monitors that were left dark have been put back"});
 }
 
+// The same with what was left in a compositor.
+void rescueCompositor(std::vector<Finding>& done) {
+    using platform::sway::Undone;
+    const auto folder = lnx::runtimeFolder();
+    const auto undone = folder ? platform::sway::undoLeft(*folder) : Undone::nothing;
+    if (undone == Undone::done)
+        done.push_back({.key = "compositor",
+                        .says = "the mouse, the cursor and the keys that were left held, hidden or "
+                                "bound in sway are as you configured them"});
+    else if (undone == Undone::silent)
+        done.push_back({.key = "compositor",
+                        .level = Level::trouble,
+                        .says = "sway does not answer, so nothing was put back there",
+                        .mend = "log out and in again"});
+}
+
 using Entry = lnx::AutostartItems::Entry;
 
 bool isStale(const Entry& entry) {
@@ -194,6 +211,7 @@ Report rescue(const lnx::ProductBundle& bundle, platform::Log& log) {
     for (const std::string& lock : locksOf(product.identifier))
         rescueProgram(product, lock, report.findings);
     rescueColours(report.findings);
+    rescueCompositor(report.findings);
     rescueAutostart(bundle, log, report.findings);
     return report;
 }

@@ -124,7 +124,7 @@ double PrivateCompositor::brightness(int output) const {
     const auto client =
         spawn("grim", {"-t", "ppm", "-o", "HEADLESS-" + std::to_string(output), file});
     if (client->wait() != 0) throw std::runtime_error("no picture: " + client->errors());
-    return meanBrightness(file);
+    return readPicture(file).brightness();
 }
 
 } // namespace support

@@ -4,9 +4,9 @@
 #include "testing/desktop/Layout.h"
 #include "wlr-virtual-pointer-unstable-v1-client-protocol.h"
 
+#include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <linux/input-event-codes.h>
 #include <stdexcept>
 #include <string_view>
 #include <sys/prctl.h>
@@ -37,10 +37,9 @@ std::vector<std::string> asUser(std::vector<std::string> command) {
     return command;
 }
 
-std::uint32_t milliseconds32() {
-    const auto now = Clock::now().time_since_epoch();
+std::uint32_t milliseconds32(Clock::time_point when = Clock::now()) {
     return static_cast<std::uint32_t>(
-        std::chrono::duration_cast<std::chrono::milliseconds>(now).count());
+        std::chrono::duration_cast<std::chrono::milliseconds>(when.time_since_epoch()).count());
 }
 
 } // namespace
@@ -119,26 +118,28 @@ std::string PrivateSway::ask(const std::string& question) const {
     return client->output();
 }
 
-double PrivateSway::brightness(int output) const {
+Picture PrivateSway::picture(int output) const {
     const std::string file = folder.path("picture.ppm");
     const auto client =
         spawn("grim", {"-t", "ppm", "-o", "HEADLESS-" + std::to_string(output), file});
     if (client->wait() != 0) throw std::runtime_error("no picture: " + client->errors());
-    return meanBrightness(file);
+    return readPicture(file);
 }
 
-double meanBrightness(const std::string& file) {
-    std::ifstream picture(file, std::ios::binary);
+Picture readPicture(const std::string& file) {
+    std::ifstream read(file, std::ios::binary);
     std::string kind;
-    int width = 0, height = 0, most = 0;
-    picture >> kind >> width >> height >> most;
-    picture.get();
-    const std::string bytes{std::istreambuf_iterator<char>(picture), {}};
-    if (kind != "P6" || bytes.empty()) throw std::runtime_error("no picture");
-    double sum = 0;
-    for (const char byte : bytes)
-        sum += static_cast<unsigned char>(byte);
-    return sum / static_cast<double>(bytes.size());
+    Picture seen{};
+    int most = 0;
+    read >> kind >> seen.area.width >> seen.area.height >> most;
+    read.get();
+    const std::string bytes{std::istreambuf_iterator<char>(read), {}};
+    const auto pixels = static_cast<std::size_t>(seen.area.width * seen.area.height);
+    if (kind != "P6" || bytes.empty() || bytes.size() != 3 * pixels)
+        throw std::runtime_error("no picture");
+    seen.pixels.resize(pixels);
+    std::memcpy(seen.pixels.data(), bytes.data(), bytes.size());
+    return seen;
 }
 
 SwayHand::SwayHand(const PrivateSway& desktop) : SwayHand(&desktop, desktop.socket()) {}
@@ -168,8 +169,8 @@ void SwayHand::place(int x, int y, int width, int height) {
     client.synchronize();
 }
 
-void SwayHand::send(double dx, double dy) {
-    zwlr_virtual_pointer_v1_motion(pointer, milliseconds32(), wl_fixed_from_double(dx),
+void SwayHand::send(double dx, double dy, Clock::time_point when) {
+    zwlr_virtual_pointer_v1_motion(pointer, milliseconds32(when), wl_fixed_from_double(dx),
                                    wl_fixed_from_double(dy));
     zwlr_virtual_pointer_v1_frame(pointer);
     wl_display_flush(client.display);
@@ -186,20 +187,31 @@ double SwayHand::push(double dx, double dy, int steps, int hz) {
     return pace.took;
 }
 
-void SwayHand::button(bool down) {
-    zwlr_virtual_pointer_v1_button(pointer, milliseconds32(), BTN_LEFT,
+void SwayHand::pushAt(double speed, double seconds, int hz) {
+    const auto begun = Clock::now();
+    const std::chrono::nanoseconds period{1'000'000'000 / hz};
+    repeat(static_cast<int>(seconds * hz), hz, [&](int step) {
+        const auto pixels = [&](int steps) { return std::trunc(speed * steps / hz); };
+        const double dx = pixels(step + 1) - pixels(step);
+        if (dx != 0) send(dx, 0, begun + step * period);
+    });
+    client.synchronize();
+}
+
+void SwayHand::button(std::uint32_t code, bool down) {
+    zwlr_virtual_pointer_v1_button(pointer, milliseconds32(), code,
                                    down ? WL_POINTER_BUTTON_STATE_PRESSED
                                         : WL_POINTER_BUTTON_STATE_RELEASED);
     zwlr_virtual_pointer_v1_frame(pointer);
     client.synchronize();
 }
 
-void SwayHand::pressButton() {
-    button(true);
+void SwayHand::pressButton(std::uint32_t code) {
+    button(code, true);
 }
 
-void SwayHand::releaseButton() {
-    button(false);
+void SwayHand::releaseButton(std::uint32_t code) {
+    button(code, false);
 }
 
 } // namespace support

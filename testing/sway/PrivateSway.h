@@ -2,6 +2,7 @@
 
 #include "testing/SessionBus.h"
 #include "testing/TempFolder.h"
+#include "testing/eye/Picture.h"
 #include "testing/sway/WaylandClient.h"
 
 #include <optional>
@@ -35,13 +36,16 @@ class PrivateSway {
     const Environment& environment() const { return variables; }
     std::string configFolder() const { return folder.path("home/.config"); }
     std::string runtimeFolder() const { return folder.path("run"); }
+    pid_t process() const { return server.process->pid(); }
 
     /// A command of the compositor's, carried out; throws std::runtime_error where it is refused.
     void run(const std::string& command) const;
     /// What swaymsg prints of a question: "get_outputs".
     std::string ask(const std::string& question) const;
-    /// A picture of an output, numbered from 1 on: its mean brightness, from 0 to 255.
-    double brightness(int output) const;
+    /// What an output shows, numbered from 1 on, in pixels of the output.
+    Picture picture(int output) const;
+    /// Its mean, from 0 to 255.
+    double brightness(int output) const { return picture(output).brightness(); }
 
     std::unique_ptr<ChildProcess> spawn(const std::string& command,
                                         const std::vector<std::string>& arguments = {}) const;
@@ -54,9 +58,8 @@ class PrivateSway {
     std::string displaySocket;
 };
 
-/// Of a picture as grim writes it in its format "ppm": from 0 to 255. Throws std::runtime_error
-/// where it is none.
-double meanBrightness(const std::string& file);
+/// As grim writes it in its format "ppm". Throws std::runtime_error where it is none.
+Picture readPicture(const std::string& file);
 
 /// A mouse of a private compositor's. Every call returns when the compositor has taken it in (push:
 /// all of it).
@@ -76,13 +79,20 @@ class SwayHand {
     void relative(double dx, double dy);
     /// `steps` events of (dx, dy) at `hz` a second. Returns the seconds that it took.
     double push(double dx, double dy, int steps, int hz);
-    void pressButton();
-    void releaseButton();
+    /// The same at `speed` pixels a second to the right, or to the left where it is negative: like
+    /// a mouse it sends whole pixels, and nothing where there is none yet, and says when its hand
+    /// moved however late the system lets it send that.
+    void pushAt(double speed, double seconds, int hz);
+    /// The kernel's code; the left one otherwise.
+    void pressButton(std::uint32_t code = leftButton);
+    void releaseButton(std::uint32_t code = leftButton);
 
   private:
     SwayHand(const PrivateSway* sway, const std::string& socketPath);
-    void send(double dx, double dy);
-    void button(bool down);
+    void send(double dx, double dy) { send(dx, dy, Clock::now()); }
+    void send(double dx, double dy, Clock::time_point when);
+    static constexpr std::uint32_t leftButton = 0x110;
+    void button(std::uint32_t code, bool down);
 
     const PrivateSway* sway; ///< null of another compositor
     WaylandClient client;

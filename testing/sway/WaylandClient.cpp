@@ -51,7 +51,7 @@ WaylandClient::WaylandClient(const std::string& socketPath)
         [](void*, wl_registry*, std::uint32_t) {}};
     wl_registry_add_listener(registry, &listener, this);
     synchronize();
-    if (!compositor || !memory || !seat || !layers || !pointers || !viewporter)
+    if (!compositor || !memory || !seat || !layers || !viewporter)
         throw std::runtime_error("the compositor lacks what tests need");
 }
 
@@ -143,9 +143,9 @@ void Witness::State::listen(std::uint32_t capabilities) {
             auto& self = *static_cast<State*>(data);
             self.at(x, y);
             const std::lock_guard lock(self.guard);
-            ++self.report.entered;
-            self.report.isOver = true;
             self.since = Clock::now();
+            if (self.report.entered++ == 0) self.report.firstEntered = self.since;
+            self.report.isOver = true;
         };
         all.leave = [](void* data, wl_pointer*, std::uint32_t, wl_surface*) {
             auto& self = *static_cast<State*>(data);
@@ -232,10 +232,6 @@ Witness::Report Witness::report() const {
     if (now.isOver)
         now.seconds += std::chrono::duration<double>(Clock::now() - state->since).count();
     return now;
-}
-
-bool Witness::waitForCursor() const {
-    return waitUntil([&] { return report().isOver; });
 }
 
 } // namespace support

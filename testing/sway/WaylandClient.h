@@ -40,7 +40,7 @@ class WaylandClient {
     wl_shm* memory = nullptr;
     wl_seat* seat = nullptr;
     zwlr_layer_shell_v1* layers = nullptr;
-    zwlr_virtual_pointer_manager_v1* pointers = nullptr;
+    zwlr_virtual_pointer_manager_v1* pointers = nullptr; ///< null where the compositor has none
     wp_viewporter* viewporter = nullptr;
 
   private:
@@ -67,7 +67,8 @@ class Witness {
     Witness& operator=(const Witness&) = delete;
 
     struct Report {
-        int entered = 0;          ///< times
+        int entered = 0; ///< times
+        Clock::time_point firstEntered{};
         double seconds = 0;       ///< over it, in all, up to now
         double farthestLeft = -1; ///< of the places told, how far from the left edge; -1 for none
         bool isOver = false;
@@ -75,7 +76,6 @@ class Witness {
         int buttons = 0;             ///< presses
     };
     Report report() const;
-    bool waitForCursor() const;
 
   private:
     struct State;

@@ -75,22 +75,20 @@ TEST(Doctor, TellsWhichProductsNeedAnotherSessionThanSway) {
     expectTrouble(facts, "session", "sway tells no program", "on Xorg");
 }
 
-TEST(Doctor, NamesTheCompositorWhereTheCursorIsPutBack) {
+TEST(Doctor, TellsWhatMendsTheExtensionOfGnomeShell) {
     Facts facts = goodFacts();
     facts.waylandDisplay = "wayland-0";
-    for (const auto& [desktop, name] : {std::pair{"labwc:wlroots", "labwc"},
-                                        {"Wayfire:wlroots", "Wayfire"},
-                                        {"Hyprland", "Hyprland"},
-                                        {"niri", "niri"}}) {
-        facts.desktop = desktop;
-        const auto report = examine(facts);
-        const auto* const session = find(report, "session");
-        EXPECT_EQ(session->level, Level::note);
-        EXPECT_NE(session->says.find(std::string("compositor is ") + name), std::string::npos)
-            << session->says;
+    facts.bus.shellExtension = ShellExtension::on;
+    EXPECT_EQ(find(examine(facts), "session")->level, Level::ok);
+    const std::tuple<ShellExtension, const char*, const char*> rows[] = {
+        {ShellExtension::notInstalled, "does not have the extension", "palisor setup gnome"},
+        {ShellExtension::off, "switched off", "gnome-extensions enable palisor@tamberlo.com"},
+        {ShellExtension::failed, "has failed", "palisor setup gnome"},
+        {ShellExtension::otherRelease, "48 to 50 only", "on Xorg"}};
+    for (const auto& [state, says, mend] : rows) {
+        facts.bus.shellExtension = state;
+        expectTrouble(facts, "session", says, mend);
     }
-    facts.product.variant = variants::crossHair;
-    expectTrouble(facts, "session", "niri tells no program", "on Xorg");
 }
 
 TEST(Doctor, TellsOfXwaylandWhatToLogInTo) {

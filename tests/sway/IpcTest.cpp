@@ -1,5 +1,4 @@
 #include "platform/sway/connection/Ipc.h"
-#include "platform/sway/connection/UserConfiguration.h"
 #include "testing/TempFolder.h"
 
 #include <cstring>
@@ -9,15 +8,15 @@
 #include <thread>
 #include <unistd.h>
 
-// What comes from the compositor's socket, and from the user's configuration, is not trusted.
+// What comes from the compositor's socket is not trusted.
 
 namespace {
 
 using platform::JsonValue;
-using platform::sway::cursorTimeout;
 using platform::sway::failureIn;
+using platform::sway::inFirstMode;
 using platform::sway::Ipc;
-using platform::sway::mappingOf;
+using platform::sway::Messages;
 
 std::string message(std::uint32_t type, const std::string& text,
                     std::optional<std::uint32_t> told = {}) {
@@ -79,15 +78,15 @@ TEST(SwayIpc, RefusesWhatIsCutHugeNestedOrNoMessage) {
     const std::string deep = std::string(200, '[') + std::string(200, ']');
     for (const std::string& text :
          {std::string(), message(7, R"({"minor":9})").substr(0, 20), message(7, R"({"mi)"),
-          message(7, "{}", Ipc::longest + 1), message(7, "{}", 0xffffffff), message(7, deep),
+          message(7, "{}", Messages::longest + 1), message(7, "{}", 0xffffffff), message(7, deep),
           std::string(100, 'x'), message(7, "\xff")})
         EXPECT_FALSE(answerOf(text)) << text.substr(0, 40);
 }
 
 TEST(SwayIpc, ReadsAReplyOfTheLargestSizeAndNoneBeyond) {
     const auto sized = [](std::size_t size) { return "[\"" + std::string(size - 4, 'x') + "\"]"; };
-    EXPECT_TRUE(answerOf(message(7, sized(Ipc::longest))));
-    EXPECT_FALSE(answerOf(message(7, sized(Ipc::longest + 1))));
+    EXPECT_TRUE(answerOf(message(7, sized(Messages::longest))));
+    EXPECT_FALSE(answerOf(message(7, sized(Messages::longest + 1))));
 }
 
 TEST(SwayIpc, IsNoneWhereNobodyListens) {
@@ -105,39 +104,13 @@ TEST(SwayIpc, TellsTheFirstFailureOfSeveralCommands) {
     EXPECT_EQ(failureIn(JsonValue{}), "");
 }
 
-TEST(SwayConfiguration, TellsWhatTheUserHasMapped) {
-    struct Row {
-        const char* text;
-        const char* mapping; ///< null for none
-    };
-    for (const Row& row : {
-             Row{"", nullptr},
-             {"input type:pointer map_to_output DP-1", "map_to_output DP-1"},
-             {"input type:pointer {\n\tmap_to_output DP-1\n}\n", "map_to_output DP-1"},
-             {"input \"type:pointer\" map_to_region 0 0 10 20", "map_to_region 0 0 10 20"},
-             {"input * map_to_output 'Some Maker X 1'", "map_to_output \"Some Maker X 1\""},
-             {"input * map_to_output A\ninput type:pointer map_to_output B", "map_to_output B"},
-             {"input type:pointer map_to_output A\ninput type:pointer map_to_output B",
-              "map_to_output B"},
-             {"input type:touchpad map_to_output A", nullptr},
-             {"# input type:pointer map_to_output A", nullptr},
-             {"input type:pointer accel_profile flat", nullptr},
-             {"mode x {\n input type:pointer map_to_output A\n}", nullptr},
-             {"seat * {\n hide_cursor 5\n}\ninput * map_to_output A", "map_to_output A"},
-             {"input", nullptr},
-             {"input type:pointer {", nullptr},
-             {"}\n}\ninput * map_to_output \"A", "map_to_output A"},
-         }) {
-        const auto seen = mappingOf(row.text, "type:pointer");
-        EXPECT_EQ(seen.value_or(""), row.mapping ? row.mapping : "") << row.text;
-    }
-}
-
-TEST(SwayConfiguration, TellsWhenTheUsersCursorHides) {
-    EXPECT_EQ(cursorTimeout(""), "0");
-    EXPECT_EQ(cursorTimeout("seat * hide_cursor 3000"), "3000");
-    EXPECT_EQ(cursorTimeout("seat * {\n  hide_cursor 2000\n}"), "2000");
-    EXPECT_EQ(cursorTimeout("seat seat1 hide_cursor 3000"), "0");
+TEST(SwayIpc, BindsInTheFirstModeOfBindingsWhateverTheModeIs) {
+    const std::string map = "input type:pointer map_to_output A", bind = "bindcode Mod1+60 nop x";
+    EXPECT_EQ(inFirstMode(bind, "default"), bind);
+    EXPECT_EQ(inFirstMode(bind, ""), bind);
+    EXPECT_EQ(inFirstMode(map, "resize"), map);
+    EXPECT_EQ(inFirstMode(bind, "a; b"), "mode default; " + bind + "; mode \"a; b\"");
+    EXPECT_EQ(inFirstMode("un" + bind, "a\"b"), "mode default; un" + bind + "; mode 'a\"b'");
 }
 
 } // namespace

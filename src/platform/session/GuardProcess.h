@@ -34,6 +34,10 @@ class GuardProcess {
     /// Whether there was one and it has gone. Does not wait.
     bool hasEnded() const;
 
+    /// Readable when the helper has ended; another one after each that `answers` has started, and
+    /// -1 where there is none.
+    int descriptor() const { return socket; }
+
     /// The helper looks what there is left to do, and ends. One that has nothing to do is waited
     /// for and, where it does not end, made to; one that is still needed is left to itself.
     void letGo(bool isNeeded);

@@ -37,8 +37,8 @@ class SwayDesktop final : public wayland::Desktop {
         holds = given.holds;
         parts.emplace(*this, given);
         auto& shared = parts->shared;
-        return {shared.pointer, parts->cursor,  shared.input, parts->keys,
-                parts->hotKeys, shared.windows, parts->focus, shared.idle};
+        return {shared.pointer, parts->cursor, shared.input, parts->keys,   parts->hotKeys,
+                shared.windows, parts->focus,  shared.idle,  &shared.popups};
     }
 
     platform::Capabilities capabilities() const override {
@@ -66,32 +66,31 @@ class SwayDesktop final : public wayland::Desktop {
     struct Parts {
         Parts(SwayDesktop& own, const Surroundings& given)
             : compositor(*own.compositor),
-              changes(*own.compositor, {given.helper("sway-guard"), given.folder}, own.log),
+              changes(*own.compositor, {given.helper("sway-guard"), given.folder, own.descriptors},
+                      own.log),
               control(*own.compositor, changes, *own.outputs),
               shared(*own.connection, *own.outputs, control, own.descriptors, own.log, given),
               modifiers(*own.compositor, changes, *own.connection, *own.outputs, shared.keyboard,
-                        own.descriptors, [this](bool held) { shared.tellModifiers(held); }),
+                        own.descriptors, own.log,
+                        [this](bool held) { shared.tellModifiers(held); }),
               cursor(*own.compositor, changes),
               keys(*own.compositor, own.log),
               hotKeys(*own.compositor, changes, shared.keyboard, shared.recording, given.settings,
-                      given.later) {
-            // A tiled menu would fill the monitor. The rule is about this process alone, and so
+                      own.log, given.later) {
+            // A tiled dialogue would fill the monitor, and one on a dark monitor is hard to see.
+            // They have title bars of their own. The rule is about this process alone, and so
             // nothing of it is left to be undone.
-            const std::string rule =
-                "for_window [pid=" + std::to_string(getpid()) + "] floating enable";
-            compositor.run(rule);
-            compositor.onReload(this, [this, rule] { compositor.run(rule); });
-            // A menu that no window belongs to is one of its own, and the only one without a title.
-            compositor.onOwnWindow([this, untitled = given.identifier](auto id, const auto& title) {
-                if (!title.empty() && title != untitled) return;
-                compositor.run("[con_id=" + std::to_string(id) +
-                               "] border none, move position cursor");
+            std::string rules;
+            for (const char* wish :
+                 {"floating enable", "border none", "move position cursor", "move position center"})
+                rules += "for_window [pid=" + std::to_string(getpid()) + "] " + wish + "; ";
+            compositor.run(rules);
+            compositor.onReload(this, [this, rules, changed = given.capabilitiesChanged] {
+                compositor.run(rules);
+                changed();
             });
         }
-        ~Parts() {
-            compositor.onOwnWindow({});
-            compositor.onReload(this, {});
-        }
+        ~Parts() { compositor.onReload(this, {}); }
         Parts(const Parts&) = delete;
         Parts& operator=(const Parts&) = delete;
 

@@ -4,6 +4,7 @@
 #include "platform/Descriptors.h"
 #include "platform/Picture.h"
 #include "platform/Platform.h"
+#include "platform/PopupLayer.h"
 #include "platform/RecordableHotKeys.h"
 #include "platform/TrayWindow.h"
 #include "platform/WakeLock.h"
@@ -13,10 +14,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-
-namespace platform::qt {
-class QtApplication;
-}
 
 /// What the desktop knows the product by.
 struct Product {
@@ -34,8 +31,17 @@ class Session {
         Product product;
         platform::RunLoop& runLoop;
         platform::Settings& settings;
-        platform::qt::QtApplication& application;
         platform::PictureSource& pictures; ///< of windows
+        std::string folder;                ///< for what has to be undone after a kill; or empty
+        std::string data;                  ///< the program's own, which it came with
+        /// The path of an executable that belongs to the program: "gamma-guard".
+        std::function<std::string(const std::string& name)> helper;
+        /// Whether a window of the program is active; no round trip.
+        std::function<bool()> ownWindowActive;
+        /// Takes the one who is told when that changes.
+        std::function<void(std::function<void()>)> onOwnWindowActive;
+        /// Calls an operation from the run loop, also while a modal alert runs.
+        std::function<void(std::function<void()>)> later;
         /// The wish for dark windows in the window system's settings, or that they have none, as
         /// often as it changes and from inside `start` on; at first there is none.
         std::function<void(std::optional<bool>)> darkWished;
@@ -54,7 +60,8 @@ class Session {
         platform::Windows& windows;
         platform::Focus& focus;
         platform::WakeLock& wakeLock;
-        platform::TrayWindow* tray; ///< null where the window system has none of its own
+        platform::TrayWindow* tray;   ///< null where the window system has none of its own
+        platform::PopupLayer* popups; ///< null where the toolkit places its menus itself
     };
 
     struct Opened {
@@ -83,6 +90,10 @@ class Session {
 
     /// What this desktop allows of what the session brings. After `start`.
     virtual platform::Capabilities capabilities() const = 0;
+
+    /// What keeps the session from doing most of that and the user can mend, one sentence; empty
+    /// for nothing. After `start`.
+    virtual std::string missing() const { return {}; }
 
     /// The program ends: from now on nothing waits for the window system for longer than a second
     /// in all. What it has not done by then is left to whoever undoes it after a kill.

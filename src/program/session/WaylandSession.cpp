@@ -1,13 +1,10 @@
 #include "program/session/WaylandSession.h"
 
-#include "platform/linux/files/Installation.h"
-#include "platform/linux/files/XdgFiles.h"
-#include "platform/qt/loop/QtApplication.h"
+#include "program/ShellExtension.h"
+#include "program/session/Module.h"
 
 #include <cstdlib>
 #include <dlfcn.h>
-
-using platform::qt::QtApplication;
 
 namespace {
 
@@ -21,12 +18,8 @@ std::string variable(const char* name) {
 Session::Opened WaylandSession::open(const Options& options, platform::Descriptors& descriptors,
                                      platform::Log& log) {
     if (variable("WAYLAND_DISPLAY").empty()) return {};
-    // It is never unloaded: its libraries keep what they register for the process's life.
-    const std::string path = platform::linux::modulePath("wayland-session.so");
-    void* const module = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
-    auto* const openDesktop = module ? reinterpret_cast<platform::wayland::OpenDesktop*>(
-                                           ::dlsym(module, platform::wayland::openDesktopName))
-                                     : nullptr;
+    auto* const openDesktop = reinterpret_cast<platform::wayland::OpenDesktop*>(
+        symbolOf("wayland-session.so", platform::wayland::openDesktopName));
     if (!openDesktop) return {nullptr, ::dlerror()};
     std::unique_ptr<WaylandSession> session(new WaylandSession(options));
     platform::wayland::OpenedDesktop opened;
@@ -44,19 +37,19 @@ std::string WaylandSession::displayName() const {
 
 Session::Services WaylandSession::start(const Surroundings& surroundings) {
     lost = surroundings.lost;
-    auto& application = surroundings.application;
-    const auto services = desktop->start(
-        {.settings = surroundings.settings,
-         .identifier = surroundings.product.identifier,
-         .folder = platform::linux::runtimeFolder().value_or(""),
-         .holds = holds,
-         .helper = platform::linux::helperPath,
-         .ownWindowActive = QtApplication::hasActiveWindow,
-         .later = [&application](
-                      std::function<void()> deed) { application.afterEvent(std::move(deed)); },
-         .capabilitiesChanged = surroundings.capabilitiesChanged});
-    application.onActiveWindowChange([this] { desktop->ownWindowChanged(); });
+    const auto services = desktop->start({.settings = surroundings.settings,
+                                          .identifier = surroundings.product.identifier,
+                                          .folder = surroundings.folder,
+                                          .data = surroundings.data,
+                                          .holds = holds,
+                                          .helper = surroundings.helper,
+                                          .extension = shellExtension,
+                                          .setup = shellSetup,
+                                          .ownWindowActive = surroundings.ownWindowActive,
+                                          .later = surroundings.later,
+                                          .capabilitiesChanged = surroundings.capabilitiesChanged});
+    surroundings.onOwnWindowActive([this] { desktop->ownWindowChanged(); });
     return {desktop->displays(), services.pointer, services.cursor,  services.input,
             services.keyboard,   services.hotKeys, services.windows, services.focus,
-            services.wakeLock,   nullptr};
+            services.wakeLock,   nullptr,          services.popups};
 }

@@ -1,13 +1,15 @@
 #include "platform/sway/connection/Compositor.h"
 
-#include <unistd.h>
 #include <utility>
 
 namespace platform::sway {
 
 namespace {
 
-constexpr std::chrono::seconds patience{1};
+constexpr std::chrono::seconds longestQuestion{1}, longestSilence{2};
+
+// The number of an event's kind.
+enum : std::uint32_t { workspaceEvent, modeEvent = 2, bindingEvent = 5 };
 
 std::string textOf(const JsonValue* value) {
     const auto* text = value ? std::get_if<std::string>(&value->held) : nullptr;
@@ -22,7 +24,17 @@ std::int64_t numberOf(const JsonValue* value) {
 } // namespace
 
 Compositor::Compositor(std::string socketPath, Descriptors& watcher, Log& writer)
-    : path(std::move(socketPath)), descriptors(watcher), log(writer) {}
+    : path(std::move(socketPath)),
+      descriptors(watcher),
+      log(writer),
+      patience(
+          watcher,
+          [this] {
+              patience.stop();
+              if (!std::exchange(isSilent, true))
+                  log.write("the compositor does not answer; what is asked of it comes later");
+          },
+          longestSilence) {}
 
 std::unique_ptr<Compositor> Compositor::open(const std::string& socketPath,
                                              Descriptors& descriptors, Log& log) {
@@ -34,15 +46,19 @@ bool Compositor::introduce() {
     commands = Ipc::open(path);
     events = Ipc::open(path);
     if (!commands || !events) return false;
-    const auto deadline = Ipc::Clock::now() + patience;
+    const auto deadline = Ipc::Clock::now() + longestQuestion;
     const auto told1 = commands->ask(Ipc::Type::version, "", deadline);
     if (!told1) return false;
     constexpr int nextMajor = 1000;
     version = static_cast<int>(numberOf(told1->member("minor")));
     if (numberOf(told1->member("major")) > 1) version += nextMajor;
+    configurationFile = textOf(told1->member("loaded_config_file_name"));
     const auto config = commands->ask(Ipc::Type::configuration, "", deadline);
-    if (config) configurationText = textOf(config->member("config"));
-    if (!events->ask(Ipc::Type::subscribe, R"(["binding","window","workspace"])", deadline))
+    const auto state = commands->ask(Ipc::Type::bindingState, "", deadline);
+    if (!config || !state) return false;
+    take(*config);
+    mode = textOf(state->member("name"));
+    if (!events->ask(Ipc::Type::subscribe, R"(["binding","mode","workspace"])", deadline))
         return false;
     descriptors.watchReadable(commands->descriptor(), [this] { readReplies(); });
     descriptors.watchReadable(events->descriptor(), [this] { readEvents(); });
@@ -54,13 +70,25 @@ Compositor::~Compositor() {
         if (one) descriptors.unwatch(one->descriptor());
 }
 
-void Compositor::run(std::string_view list) {
-    commands->send(Ipc::Type::command, list);
+// Those of what is included as they are by now, as nobody tells the compositor's own.
+void Compositor::take(const JsonValue& configuration) {
+    users = UserConfiguration({configurationFile, textOf(configuration.member("config"))});
 }
 
-void Compositor::runNow(std::string_view list) {
-    const auto reply = commands->ask(Ipc::Type::command, list, Ipc::Clock::now() + patience);
+void Compositor::send(Ipc::Type type, std::string_view payload) {
+    commands->send(type, payload);
+    if (!commands->isBroken()) patience.start();
+}
+
+void Compositor::run(const std::string& list) {
+    send(Ipc::Type::command, inFirstMode(list, mode));
+}
+
+bool Compositor::runNow(const std::string& list) {
+    const auto reply = commands->ask(Ipc::Type::command, inFirstMode(list, mode),
+                                     Ipc::Clock::now() + longestQuestion);
     if (reply) tellFailure(*reply);
+    return reply.has_value();
 }
 
 void Compositor::tellFailure(const JsonValue& reply) {
@@ -71,8 +99,21 @@ void Compositor::tellFailure(const JsonValue& reply) {
 
 void Compositor::readReplies() {
     commands->transfer();
-    while (const auto message = commands->next())
-        tellFailure(message->value);
+    while (const auto message = commands->next()) {
+        if (message->type != static_cast<std::uint32_t>(Ipc::Type::configuration)) {
+            tellFailure(message->value);
+            continue;
+        }
+        take(message->value);
+        for (std::size_t i = 0; i < reloadHandlers.size(); ++i)
+            reloadHandlers[i].second();
+    }
+    patience.stop();
+    if (commands->isWaiting())
+        patience.start();
+    else if (settled)
+        settled();
+    if (std::exchange(isSilent, false)) log.write("the compositor answers again");
     // That the compositor has gone is told by the display's connection.
     if (commands->isBroken()) descriptors.unwatch(commands->descriptor());
 }
@@ -80,20 +121,19 @@ void Compositor::readReplies() {
 void Compositor::readEvents() {
     events->transfer();
     while (const auto message = events->next())
-        if (message->type & Ipc::eventBit) handle(message->value);
+        if (message->type & Ipc::eventBit) handle(*message);
     if (events->isBroken()) descriptors.unwatch(events->descriptor());
 }
 
-void Compositor::handle(const JsonValue& event) {
+void Compositor::handle(const Message& message) {
+    const std::uint32_t kind = message.type & ~Ipc::eventBit;
+    const JsonValue& event = message.value;
     const std::string change = textOf(event.member("change"));
-    if (change == "reload") {
-        for (const auto& [owner, reloaded] : std::map(reloadHandlers))
-            reloaded();
-    } else if (change == "new") {
-        const JsonValue* const window = event.member("container");
-        if (ownWindowCame && window && numberOf(window->member("pid")) == getpid())
-            ownWindowCame(numberOf(window->member("id")), textOf(window->member("name")));
-    } else if (change == "run") {
+    if (kind == workspaceEvent && change == "reload") {
+        send(Ipc::Type::configuration, "");
+    } else if (kind == modeEvent) {
+        mode = change;
+    } else if (kind == bindingEvent && change == "run") {
         const JsonValue* const binding = event.member("binding");
         const std::string command = binding ? textOf(binding->member("command")) : "";
         constexpr std::string_view nothing = "nop ";
@@ -110,10 +150,8 @@ void Compositor::onBinding(const std::string& name, std::function<void()> presse
 }
 
 void Compositor::onReload(const void* owner, std::function<void()> reloaded) {
-    if (reloaded)
-        reloadHandlers[owner] = std::move(reloaded);
-    else
-        reloadHandlers.erase(owner);
+    std::erase_if(reloadHandlers, [owner](const auto& one) { return one.first == owner; });
+    if (reloaded) reloadHandlers.emplace_back(owner, std::move(reloaded));
 }
 
 } // namespace platform::sway

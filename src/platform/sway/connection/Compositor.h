@@ -2,7 +2,9 @@
 
 #include "platform/Descriptors.h"
 #include "platform/Log.h"
+#include "platform/session/Pace.h"
 #include "platform/sway/connection/Ipc.h"
+#include "platform/sway/connection/UserConfiguration.h"
 
 #include <map>
 
@@ -21,30 +23,33 @@ class Compositor {
     const std::string& socket() const { return path; }
     /// Whether the compositor is at least this version of its first major one.
     bool isAtLeast(int minor) const { return version >= minor; }
-    /// The text of the user's configuration, without the files that it includes.
-    const std::string& configuration() const { return configurationText; }
+    const UserConfiguration& configuration() const { return users; }
 
     /// Several commands with "; " between them. Does not wait; a failure is logged, each text once.
-    void run(std::string_view commands);
-    /// The same, and has been carried out when it returns, which takes a second at most.
-    void runNow(std::string_view commands);
+    /// Bindings are those of the mode that is in force at first, whatever it is now.
+    void run(const std::string& commands);
+    /// The same, and has been carried out when it returns; false where the compositor has not
+    /// answered within a second.
+    bool runNow(const std::string& commands);
 
     /// Called when a binding ran whose command is "nop " and this name.
     void onBinding(const std::string& name, std::function<void()> pressed);
     void forgetBinding(const std::string& name) { bindings.erase(name); }
-    /// Called when a window of this process has come, with its number and title. One handler.
-    void onOwnWindow(std::function<void(std::int64_t id, const std::string& title)> came) {
-        ownWindowCame = std::move(came);
-    }
-    /// After the user has had the configuration read anew, which takes back all that was run.
+    /// After the user has had the configuration read anew, which takes back all that was run; the
+    /// new one is known by then. In the order in which they came; an empty handler ends it.
     void onReload(const void* owner, std::function<void()> reloaded);
+    /// Called when all that was run has been carried out. One handler.
+    void onSettled(std::function<void()> handler) { settled = std::move(handler); }
+    bool isSettled() const { return !commands->isWaiting(); }
 
   private:
     Compositor(std::string socketPath, Descriptors& descriptors, Log& log);
     bool introduce();
     void readReplies();
     void readEvents();
-    void handle(const JsonValue& event);
+    void handle(const Message& event);
+    void take(const JsonValue& configuration);
+    void send(Ipc::Type type, std::string_view payload);
     void tellFailure(const JsonValue& reply);
 
     std::string path;
@@ -52,11 +57,15 @@ class Compositor {
     Log& log;
     std::unique_ptr<Ipc> commands, events;
     int version = 0;
-    std::string configurationText;
+    std::string configurationFile;
+    UserConfiguration users;
+    std::string mode; ///< of bindings, that is in force
     std::map<std::string, std::function<void()>> bindings;
-    std::function<void(std::int64_t, const std::string&)> ownWindowCame;
-    std::map<const void*, std::function<void()>> reloadHandlers;
+    std::vector<std::pair<const void*, std::function<void()>>> reloadHandlers;
+    std::function<void()> settled;
     std::map<std::string, bool> told;
+    session::Pace patience; ///< for the next reply
+    bool isSilent = false;
 };
 
 } // namespace platform::sway

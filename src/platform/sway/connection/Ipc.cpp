@@ -1,7 +1,5 @@
 #include "platform/sway/connection/Ipc.h"
 
-#include "platform/json/Parser.h"
-
 #include <array>
 #include <cerrno>
 #include <cstring>
@@ -13,15 +11,6 @@
 namespace platform::sway {
 
 namespace {
-
-constexpr std::string_view magic = "i3-ipc";
-constexpr std::size_t headerLength = magic.size() + 2 * sizeof(std::uint32_t);
-
-std::uint32_t numberAt(std::string_view text, std::size_t position) {
-    std::uint32_t number = 0;
-    std::memcpy(&number, text.data() + position, sizeof number);
-    return number;
-}
 
 bool waitFor(int descriptor, short events, Ipc::Clock::time_point deadline) {
     for (;;) {
@@ -40,7 +29,7 @@ std::unique_ptr<Ipc> Ipc::open(const std::string& path) {
     address.sun_family = AF_UNIX;
     if (path.empty() || path.size() >= sizeof address.sun_path) return nullptr;
     std::memcpy(address.sun_path, path.data(), path.size());
-    const int made = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const int made = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
     if (made < 0) return nullptr;
     if (::connect(made, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
         ::close(made);
@@ -54,10 +43,7 @@ Ipc::~Ipc() {
 }
 
 void Ipc::send(Type type, std::string_view payload) {
-    const std::array<std::uint32_t, 2> numbers{static_cast<std::uint32_t>(payload.size()),
-                                               static_cast<std::uint32_t>(type)};
-    out += magic;
-    out.append(reinterpret_cast<const char*>(numbers.data()), sizeof numbers);
+    out += headerOf(static_cast<std::uint32_t>(type), payload.size());
     out += payload;
     ++unanswered;
     while (!broken && !out.empty()) {
@@ -83,31 +69,15 @@ void Ipc::transfer() {
         if (got <= 0)
             broken = true;
         else
-            in.append(part.data(), static_cast<std::size_t>(got));
-        if (in.size() > headerLength + longest) return; // more than one whole message
+            in.add({part.data(), static_cast<std::size_t>(got)});
+        if (in.isFull()) return;
     }
 }
 
-std::optional<Ipc::Message> Ipc::next() {
-    if (in.size() < headerLength) return std::nullopt;
-    const std::uint32_t length = numberAt(in, magic.size());
-    const std::uint32_t type = numberAt(in, magic.size() + sizeof length);
-    if (!in.starts_with(magic) || length > longest) {
-        broken = true;
-        in.clear();
-        return std::nullopt;
-    }
-    if (in.size() < headerLength + length) return std::nullopt;
-    auto value = json::Parser().parse(std::string_view(in).substr(headerLength, length));
-    in.erase(0, headerLength + length);
-    if (!(type & eventBit) && unanswered > 0) --unanswered;
-    if (!value) {
-        broken = true;
-        return std::nullopt;
-    }
-    std::optional<Message> message(std::in_place);
-    message->type = type;
-    message->value.held.swap(value->held);
+std::optional<Message> Ipc::next() {
+    auto message = in.next();
+    if (in.isRefused()) broken = true;
+    if (message && !(message->type & eventBit) && unanswered > 0) --unanswered;
     return message;
 }
 
@@ -134,6 +104,14 @@ std::string failureIn(const JsonValue& reply) {
         return text ? *text : "a command failed";
     }
     return {};
+}
+
+std::string inFirstMode(const std::string& commands, const std::string& mode) {
+    constexpr const char* first = "default";
+    if (mode.empty() || mode == first || commands.find("bindcode ") == std::string::npos)
+        return commands;
+    const char quote = mode.find('"') == std::string::npos ? '"' : '\'';
+    return std::string("mode ") + first + "; " + commands + "; mode " + quote + mode + quote;
 }
 
 } // namespace platform::sway

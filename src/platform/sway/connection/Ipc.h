@@ -1,20 +1,14 @@
 #pragma once
 
-#include "platform/Json.h"
+#include "platform/sway/connection/Messages.h"
 
 #include <chrono>
-#include <cstdint>
-#include <functional>
 #include <memory>
-#include <optional>
-#include <string>
-#include <string_view>
 
 namespace platform::sway {
 
 /// One socket of the compositor's interface, for questions or for events. Replies come in the order
-/// of the questions. What comes is refused where it is cut, too large or nested too deeply, and the
-/// socket is of no use then. Main thread.
+/// of the questions. After a message that is refused the socket is of no use. Main thread.
 class Ipc {
   public:
     using Clock = std::chrono::steady_clock;
@@ -26,17 +20,10 @@ class Ipc {
         outputs = 3,
         version = 7,
         configuration = 9,
+        bindingState = 12,
     };
     /// The type of an event has this bit.
     static constexpr std::uint32_t eventBit = 0x80000000;
-
-    struct Message {
-        std::uint32_t type = 0;
-        JsonValue value;
-    };
-    /// What comes longer than this is refused; the largest that is asked for is the user's
-    /// configuration.
-    static constexpr std::uint32_t longest = 4U << 20;
 
     /// Null where nobody listens there.
     static std::unique_ptr<Ipc> open(const std::string& path);
@@ -46,6 +33,8 @@ class Ipc {
 
     int descriptor() const { return socket; }
     bool isBroken() const { return broken; }
+    /// Whether there are questions without a reply.
+    bool isWaiting() const { return unanswered > 0 && !broken; }
 
     /// Sends and does not wait; `next` has the reply later.
     void send(Type type, std::string_view payload);
@@ -61,12 +50,18 @@ class Ipc {
     explicit Ipc(int connected) : socket(connected) {}
 
     int socket;
-    std::string out, in;
+    std::string out;
+    Messages in;
     unsigned unanswered = 0;
     bool broken = false;
 };
 
 /// The first of the reply's commands that failed, as the compositor says it; empty where none did.
 std::string failureIn(const JsonValue& reply);
+
+/// The same commands, where a mode of bindings is in force. What is bound while the compositor runs
+/// belongs to that mode, and cannot be unbound in another one; so the mode is the first one
+/// meanwhile, if they bind anything.
+std::string inFirstMode(const std::string& commands, const std::string& mode);
 
 } // namespace platform::sway

@@ -1,7 +1,5 @@
 #include "platform/sway/pointer/Cursor.h"
 
-#include "platform/sway/connection/UserConfiguration.h"
-
 namespace platform::sway {
 
 Cursor::~Cursor() {
@@ -10,8 +8,10 @@ Cursor::~Cursor() {
 
 void Cursor::setHidden(bool on) {
     if (on)
-        changes.make("cursor", {"seat * hide_cursor 100",
-                                "seat * hide_cursor " + cursorTimeout(compositor.configuration())});
+        changes.make("cursor", [this] {
+            return Changes::Change{"seat * hide_cursor 100",
+                                   compositor.configuration().cursorHiding()};
+        });
     else
         changes.takeBack("cursor");
 }

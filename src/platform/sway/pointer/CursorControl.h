@@ -6,7 +6,7 @@
 namespace platform::sway {
 
 /// Maps the mice and touchpads to one output, which clamps their motion too, also while a button is
-/// held. A device that the user has mapped by its own name stays where it is.
+/// held: those too that the user has mapped by their own names, until they are put back there.
 class CursorControl final : public wayland::CursorControl {
   public:
     CursorControl(Compositor& compositor, Changes& changes, wayland::Outputs& outputs);
@@ -16,8 +16,11 @@ class CursorControl final : public wayland::CursorControl {
 
     void confine(const wayland::Outputs::Place* place) override;
     void warp(Point layout) override;
+    void cross(const wayland::Outputs::Place& place, Point layout) override;
+    void stir() override;
 
   private:
+    void confine(const std::string& kind, const wayland::Outputs::Place* place);
     std::string mapped(const std::string& kind, const wayland::Outputs::Place& place) const;
     std::string unmapped(const std::string& kind) const;
 

@@ -21,6 +21,6 @@ int main(int argc, char** argv) {
         if (got <= 0) break;
         (void)!write(STDIN_FILENO, &byte, 1);
     }
-    platform::sway::undo(argv[1], true);
+    platform::sway::undoWhenLeft(argv[1]);
     return 0;
 }

@@ -61,8 +61,15 @@ std::string Connection::bind(std::span<const std::string_view> needed) {
             std::uint64_t count = 0;
             if (::read(wake, &count, sizeof count) > 0) endBatch();
         });
-    descriptors.watchReadable(wl_display_get_fd(display.get()), [this] { read(); });
+    readAtOnce(true);
     return {};
+}
+
+wl_proxy* Connection::bind(const wl_interface& interface, std::uint32_t version) {
+    const auto found = offered.find(std::string_view(interface.name));
+    if (found == offered.end() || found->second.version < version) return nullptr;
+    return static_cast<wl_proxy*>(
+        wl_registry_bind(registry.get(), found->second.name, &interface, version));
 }
 
 Connection::~Connection() {
@@ -70,7 +77,7 @@ Connection::~Connection() {
         descriptors.unwatch(wake);
         close(wake);
     }
-    if (display) descriptors.unwatch(wl_display_get_fd(display.get()));
+    readAtOnce(false);
     flush();
 }
 
@@ -87,13 +94,16 @@ std::string Connection::compositorName() const {
 
 void Connection::global(std::uint32_t name, std::string_view interface, std::uint32_t version) {
     wl_registry* const from = registry.get();
-    offered.emplace(interface);
+    offered.try_emplace(std::string(interface), name, version);
     if (interface == wl_compositor_interface.name)
         take(globals.compositor, from, name, wl_compositor_interface, version, 4);
+    else if (interface == wl_subcompositor_interface.name)
+        take(globals.subcompositor, from, name, wl_subcompositor_interface, version, 1);
     else if (interface == wl_shm_interface.name)
         take(globals.memory, from, name, wl_shm_interface, version, 1);
     else if (interface == wl_seat_interface.name && !globals.seat) {
-        take(globals.seat, from, name, wl_seat_interface, version, 5);
+        // From the fifth version on a frame would come after each motion.
+        take(globals.seat, from, name, wl_seat_interface, version, 4);
         listenToSeat();
     } else if (interface == zwlr_layer_shell_v1_interface.name)
         take(globals.layers, from, name, zwlr_layer_shell_v1_interface, version, 4);
@@ -155,29 +165,44 @@ void Connection::flush() {
     if (display && !isLost) wl_display_flush(display.get());
 }
 
-bool Connection::readOnce() {
+void Connection::readAtOnce(bool on) {
+    if (isLost || !display || isWatched == on) return;
+    isWatched = on;
+    if (on)
+        descriptors.watchReadable(wl_display_get_fd(display.get()), [this] { read(); });
+    else
+        descriptors.unwatch(wl_display_get_fd(display.get()));
+}
+
+Connection::Round Connection::readOnce() {
     while (wl_display_prepare_read(display.get()) != 0)
-        if (wl_display_dispatch_pending(display.get()) < 0) return false;
+        if (wl_display_dispatch_pending(display.get()) < 0) return Round::failed;
     pollfd polled{wl_display_get_fd(display.get()), POLLIN, 0};
     if (::poll(&polled, 1, 0) <= 0) {
         wl_display_cancel_read(display.get());
-        return true;
+        return Round::nothing;
     }
-    return wl_display_read_events(display.get()) == 0 &&
-           wl_display_dispatch_pending(display.get()) >= 0;
+    const bool isRead = wl_display_read_events(display.get()) == 0 &&
+                        wl_display_dispatch_pending(display.get()) >= 0;
+    return isRead ? Round::some : Round::failed;
 }
 
+// A round takes four kilobytes at most, which a fast mouse fills three times in a frame.
 void Connection::read() {
     if (isLost) return;
-    if (readOnce())
-        endBatch();
-    else
+    constexpr int most = 64;
+    Round round = Round::some;
+    for (int i = 0; i < most && round == Round::some; ++i)
+        round = readOnce();
+    if (round == Round::failed)
         lose();
+    else
+        endBatch();
 }
 
 void Connection::lose() {
+    readAtOnce(false);
     if (std::exchange(isLost, true)) return;
-    descriptors.unwatch(wl_display_get_fd(display.get()));
     log.write(std::string("the Wayland compositor has gone: ") +
               std::strerror(wl_display_get_error(display.get())));
     if (lost) lost();

@@ -7,7 +7,6 @@
 #include <chrono>
 #include <functional>
 #include <map>
-#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -28,10 +27,14 @@ class Connection {
         std::string error;
     };
     /// What layers take, and the pointer over them.
-    static constexpr std::string_view forLayers[] = {
-        "wl_compositor",         "wl_shm",        "wl_seat",
-        "zwlr_layer_shell_v1",   "wp_viewporter", "zwp_relative_pointer_manager_v1",
-        "zxdg_output_manager_v1"};
+    static constexpr std::string_view forLayers[] = {"wl_compositor",
+                                                     "wl_subcompositor",
+                                                     "wl_shm",
+                                                     "wl_seat",
+                                                     "zwlr_layer_shell_v1",
+                                                     "wp_viewporter",
+                                                     "zwp_relative_pointer_manager_v1",
+                                                     "zxdg_output_manager_v1"};
     /// What tells of the monitors and of the keyboard, and no more.
     static constexpr std::string_view forOutputs[] = {"wl_seat", "zxdg_output_manager_v1"};
 
@@ -48,8 +51,13 @@ class Connection {
     /// Whether the compositor has a global of that interface.
     bool has(std::string_view interface) const { return offered.contains(interface); }
 
+    /// A global that few compositors have, at that version; the caller destroys it. Null where
+    /// there is none, or an older one.
+    wl_proxy* bind(const wl_interface& interface, std::uint32_t version);
+
     // The compositor's globals. Never null where they were needed.
     wl_compositor* compositor() const { return globals.compositor.get(); }
+    wl_subcompositor* subcompositor() const { return globals.subcompositor.get(); }
     wl_shm* memory() const { return globals.memory.get(); }
     wl_seat* seat() const { return globals.seat.get(); }
     zwlr_layer_shell_v1* layers() const { return globals.layers.get(); }
@@ -67,9 +75,16 @@ class Connection {
     /// Tells what devices the seat has, now and at each change: of WL_SEAT_CAPABILITY_. One
     /// handler.
     void onSeat(std::function<void(std::uint32_t capabilities)> changed);
+    std::uint32_t seatCapabilities() const { return capabilities; } ///< as `onSeat` tells them
 
     /// Calls `ended` after each batch of events, from the run loop; an empty one ends that.
     void onBatchEnd(const void* owner, std::function<void()> ended);
+
+    /// Whether what comes is read as it comes, as it is at first. Otherwise whoever said so calls
+    /// `read` at a pace.
+    void readAtOnce(bool on);
+    /// Reads all that has come, and ends the batch.
+    void read();
 
     void flush();
     /// Reads until `reached` or the deadline, and tells which it was. Batches end later, from the
@@ -83,13 +98,14 @@ class Connection {
     std::string bind(std::span<const std::string_view> needed);
     void global(std::uint32_t name, std::string_view interface, std::uint32_t version);
     void listenToSeat();
-    void read();
-    bool readOnce();
+    enum class Round { nothing, some, failed };
+    Round readOnce();
     void endBatch();
     void lose();
 
     struct Globals {
         Handle<wl_compositor> compositor;
+        Handle<wl_subcompositor> subcompositor;
         Handle<wl_shm> memory;
         Handle<wl_seat> seat;
         Handle<zwlr_layer_shell_v1> layers;
@@ -106,7 +122,10 @@ class Connection {
     Handle<wl_display> display;
     Handle<wl_registry> registry;
     Globals globals;
-    std::set<std::string, std::less<>> offered; ///< the interfaces of all globals
+    struct Offer {
+        std::uint32_t name, version;
+    };
+    std::map<std::string, Offer, std::less<>> offered; ///< all globals, by their interfaces
     std::map<std::uint32_t, Handle<wl_output>> outputList;
     std::function<void(std::uint32_t, wl_output*)> outputCame;
     std::function<void(std::uint32_t)> outputWent;
@@ -114,6 +133,7 @@ class Connection {
     std::function<void(std::uint32_t)> seatChanged;
     std::vector<std::pair<const void*, std::function<void()>>> batchHandlers;
     int wake = -1; ///< readable when a batch was read by somebody who waited
+    bool isWatched = false;
     bool isLost = false;
 };
 

@@ -25,6 +25,12 @@ inline void destroy(wl_callback* one) {
 inline void destroy(wl_compositor* one) {
     wl_compositor_destroy(one);
 }
+inline void destroy(wl_subcompositor* one) {
+    wl_subcompositor_destroy(one);
+}
+inline void destroy(wl_subsurface* one) {
+    wl_subsurface_destroy(one);
+}
 inline void destroy(wl_shm* one) {
     wl_shm_destroy(one);
 }

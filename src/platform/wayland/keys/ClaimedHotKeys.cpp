@@ -7,7 +7,7 @@
 
 namespace platform::wayland {
 
-ClaimedHotKeys::ClaimedHotKeys(KeyboardSeat& keys, KeyRecording& recorded, Settings& store,
+ClaimedHotKeys::ClaimedHotKeys(KeyboardSeat& keys, KeyTaking& recorded, Settings& store,
                                Later afterwards)
     : later(std::move(afterwards)), keyboard(keys), recording(recorded), settings(store) {}
 
@@ -32,6 +32,8 @@ void ClaimedHotKeys::bindShortcut(std::string_view settingsKey, std::function<vo
             if (!weak.expired()) update();
         });
     update();
+    const auto shortcut = Shortcut::fromValue(settings.object(settingsKey));
+    if (shortcut && boundTaken && isTaken(*shortcut)) boundTaken(*shortcut);
 }
 
 void ClaimedHotKeys::breakBinding(std::string_view settingsKey) {
@@ -44,17 +46,20 @@ void ClaimedHotKeys::breakBinding(std::string_view settingsKey) {
 // None at all while one is recorded. Of two claims of one combination the first counts.
 void ClaimedHotKeys::update() {
     std::vector<Claim> wanted;
-    const auto want = [&wanted](const Claim& claim) {
+    const auto want = [this, &wanted](const Claim& claim) {
         const bool isNew =
             std::ranges::find(wanted, claim.shortcut, &Claim::shortcut) == wanted.end();
-        if (isNew && session::physicalKey(claim.shortcut.keyCode)) wanted.push_back(claim);
+        if (isNew && session::physicalKey(claim.shortcut.keyCode) && !isElsewhere(claim.shortcut))
+            wanted.push_back(claim);
     };
     if (!recording.isOn()) {
         for (const Claim& one : registered)
             want(one);
         for (const auto& [key, action] : bindings)
-            if (const auto shortcut = Shortcut::fromValue(settings.object(key)))
+            if (const auto shortcut = Shortcut::fromValue(settings.object(key))) {
+                if (isElsewhere(*shortcut)) refused(*shortcut);
                 want({*shortcut, action});
+            }
     }
     claim(wanted);
 }
@@ -95,7 +100,8 @@ void ClaimedHotKeys::onLabelsChange(std::function<void()> changed) {
 
 RecordableHotKeys::Obstacle ClaimedHotKeys::obstacleTo(const Shortcut& shortcut) {
     const auto isIt = [&](const Claim& one) { return one.shortcut == shortcut; };
-    return std::ranges::any_of(registered, isIt) ? Obstacle::fixed : Obstacle::none;
+    if (std::ranges::any_of(registered, isIt)) return Obstacle::fixed;
+    return isTaken(shortcut) ? Obstacle::taken : Obstacle::none;
 }
 
 bool ClaimedHotKeys::startRecording(std::function<void(const Stroke&)> pressed,

@@ -2,7 +2,8 @@
 
 #include "platform/RecordableHotKeys.h"
 #include "platform/Settings.h"
-#include "platform/wayland/keys/KeyRecording.h"
+#include "platform/wayland/keys/KeyTaking.h"
+#include "platform/wayland/keys/KeyboardSeat.h"
 
 #include <map>
 #include <set>
@@ -13,8 +14,7 @@ namespace platform::wayland {
 /// to a key by its place. Each family of compositors claims them its own way.
 class ClaimedHotKeys : public RecordableHotKeys {
   public:
-    /// Calls an operation from the run loop, also while a modal alert runs.
-    using Later = std::function<void(std::function<void()>)>;
+    using Later = KeyTaking::Later;
 
     ~ClaimedHotKeys() override;
     ClaimedHotKeys(const ClaimedHotKeys&) = delete;
@@ -29,9 +29,11 @@ class ClaimedHotKeys : public RecordableHotKeys {
     std::optional<std::uint16_t> keyCodeNamed(std::string_view name) const final;
     void onLabelsChange(std::function<void()> changed) final;
 
-    // Unless the family can tell, nothing is taken.
-    void onTaken(std::function<void(const Shortcut&)>) override {}
-    bool isTaken(const Shortcut&) const override { return false; }
+    // Of a family that can tell before it claims; another one answers these itself.
+    void onTaken(std::function<void(const Shortcut&)> handler) override {
+        boundTaken = std::move(handler);
+    }
+    bool isTaken(const Shortcut& shortcut) const override { return isElsewhere(shortcut); }
     Obstacle obstacleTo(const Shortcut& shortcut) override;
 
     /// `left` is never called: nobody else gets the keyboard meanwhile.
@@ -45,21 +47,28 @@ class ClaimedHotKeys : public RecordableHotKeys {
         std::function<void()> action; ///< to be called by `later`
     };
 
-    ClaimedHotKeys(KeyboardSeat& keyboard, KeyRecording& recording, Settings& settings,
-                   Later later);
+    ClaimedHotKeys(KeyboardSeat& keyboard, KeyTaking& recording, Settings& settings, Later later);
 
     /// From now on these combinations are claimed, each of them once, and no other. The same one
     /// may have another action than before. A derived class gives all back in its destructor.
     virtual void claim(const std::vector<Claim>& wanted) = 0;
 
+    /// Whether somebody else has the combination: then it is not claimed. Unless the family can
+    /// tell, nobody has.
+    virtual bool isElsewhere(const Shortcut&) const { return false; }
+    /// Called whenever one that is stored could not be claimed for that.
+    virtual void refused(const Shortcut&) {}
+
+    /// Claims what is wanted by now: for when somebody else's are others than before.
+    void update();
+
     const Later later;
 
   private:
-    void update();
-
     KeyboardSeat& keyboard;
-    KeyRecording& recording;
+    KeyTaking& recording;
     Settings& settings;
+    std::function<void(const Shortcut&)> boundTaken;
     std::vector<Claim> registered;
     std::map<std::string, std::function<void()>, std::less<>> bindings; ///< by settings key
     std::set<std::string, std::less<>> observed;                        ///< settings keys

@@ -22,8 +22,14 @@ void KeyboardSeat::find(bool there) {
                     static_cast<KeyboardSeat*>(self)->readKeymap(file, size);
                 close(file);
             },
-        .enter = [](void* self, wl_keyboard*, std::uint32_t, wl_surface*,
-                    wl_array*) { static_cast<KeyboardSeat*>(self)->hasFocus = true; },
+        .enter =
+            [](void* data, wl_keyboard*, std::uint32_t, wl_surface*, wl_array* keys) {
+                auto& self = *static_cast<KeyboardSeat*>(data);
+                self.hasFocus = true;
+                if (self.entered)
+                    self.entered({static_cast<const std::uint32_t*>(keys->data),
+                                  keys->size / sizeof(std::uint32_t)});
+            },
         .leave = [](void* self, wl_keyboard*, std::uint32_t,
                     wl_surface*) { static_cast<KeyboardSeat*>(self)->hasFocus = false; },
         .key =
@@ -51,6 +57,34 @@ void KeyboardSeat::readKeymap(int file, std::uint32_t size) {
                                             XKB_KEYMAP_COMPILE_NO_FLAGS));
     munmap(text, size);
     if (labelsChanged) labelsChanged();
+    for (const auto& [owner, changed] : keymapHandlers)
+        changed();
+}
+
+void KeyboardSeat::onKeymap(const void* owner, std::function<void()> changed) {
+    if (changed)
+        keymapHandlers[owner] = std::move(changed);
+    else
+        keymapHandlers.erase(owner);
+}
+
+bool KeyboardSeat::gives(const std::string& symbol, std::uint32_t keycode, std::uint32_t held,
+                         std::uint32_t left) const {
+    const xkb_keysym_t wanted = xkb_keysym_from_name(symbol.c_str(), XKB_KEYSYM_CASE_INSENSITIVE);
+    if (!keymap || wanted == XKB_KEY_NoSymbol) return false;
+    const std::unique_ptr<xkb_state, Free> state(xkb_state_new(keymap.get()));
+    const auto layouts = xkb_keymap_num_layouts_for_key(keymap.get(), keycode);
+    for (xkb_layout_index_t one = 0; one < layouts; ++one) {
+        const xkb_keysym_t* symbols = nullptr;
+        const int count = xkb_keymap_key_get_syms_by_level(keymap.get(), keycode, one, 0, &symbols);
+        if (held == left && count == 1 && symbols[0] == wanted) return true;
+        xkb_state_update_mask(state.get(), held, 0, 0, 0, 0, one);
+        const auto used =
+            xkb_state_key_get_consumed_mods2(state.get(), keycode, XKB_CONSUMED_MODE_XKB);
+        if ((held & ~used) == left && xkb_state_key_get_one_sym(state.get(), keycode) == wanted)
+            return true;
+    }
+    return false;
 }
 
 void KeyboardSeat::tell(std::uint32_t depressed, std::uint32_t group) {

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <map>
+#include <span>
 #include <string>
 #include <xkbcommon/xkbcommon.h>
 
@@ -25,6 +26,12 @@ class KeyboardSeat {
     /// each change. One handler an owner; an empty one ends it.
     void onModifiers(const void* owner, std::function<void(std::uint32_t flags)> changed);
 
+    /// A layer gets the keyboard: the keys that are down, the kernel's codes. Told while the
+    /// connection is read. One handler.
+    void onEnter(std::function<void(std::span<const std::uint32_t> keys)> handler) {
+        entered = std::move(handler);
+    }
+
     /// A key went down while a layer has the keyboard; XKB's number. It does not repeat. One
     /// handler.
     void onKey(std::function<void(std::uint32_t keycode)> handler) { pressed = std::move(handler); }
@@ -32,6 +39,15 @@ class KeyboardSeat {
     /// What the layout that is in force prints on a key of XKB's number; empty where it is not
     /// known, or nothing that is seen.
     std::string label(std::uint32_t keycode) const;
+    /// Whether the user's layouts are known.
+    bool knowsLayouts() const { return keymap != nullptr; }
+    /// Whether the key gives a symbol, of XKB's names, in any of the user's layouts while modifiers
+    /// are held of which the symbol uses up all but `left`, or none at all. Masks of XKB's eight.
+    bool gives(const std::string& symbol, std::uint32_t keycode, std::uint32_t held,
+               std::uint32_t left) const;
+    /// Called when the answers of `gives` are others than before. One handler an owner; an empty
+    /// one ends it.
+    void onKeymap(const void* owner, std::function<void()> changed);
     /// Called when the answers of `label` are others than before. One handler.
     void onLabelsChange(std::function<void()> changed) { labelsChanged = std::move(changed); }
 
@@ -42,6 +58,7 @@ class KeyboardSeat {
     struct Free {
         void operator()(xkb_context* context) const { xkb_context_unref(context); }
         void operator()(xkb_keymap* keymap) const { xkb_keymap_unref(keymap); }
+        void operator()(xkb_state* state) const { xkb_state_unref(state); }
     };
 
     Connection& connection;
@@ -51,8 +68,10 @@ class KeyboardSeat {
     std::uint32_t layout = 0;
     bool hasFocus = false;
     std::map<const void*, std::function<void(std::uint32_t)>> modifierHandlers;
+    std::function<void(std::span<const std::uint32_t>)> entered;
     std::function<void(std::uint32_t)> pressed;
     std::function<void()> labelsChanged;
+    std::map<const void*, std::function<void()>> keymapHandlers;
 };
 
 } // namespace platform::wayland

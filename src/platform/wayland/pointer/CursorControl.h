@@ -18,6 +18,16 @@ class CursorControl {
 
     /// Layout coordinates, on an output.
     virtual void warp(Point layout) = 0;
+
+    /// Both: confines it to another output, and puts it there.
+    virtual void cross(const Outputs::Place& place, Point layout) {
+        confine(&place);
+        warp(layout);
+    }
+
+    /// Has it told what lies under the resting cursor by now, where the compositor would leave that
+    /// to the next motion.
+    virtual void stir() {}
 };
 
 } // namespace platform::wayland

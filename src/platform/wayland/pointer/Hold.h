@@ -27,6 +27,8 @@ class Hold {
 
     /// The screen to be held from now on, top-left coordinates; with nothing the cursor is free.
     void inside(std::optional<Rect> screen);
+    /// The same, and puts the cursor there, a place on it; false where it could not.
+    bool insideAt(const Rect& screen, Point place);
     /// As long as it is suspended the cursor is not held.
     void suspend(bool on);
 
@@ -34,8 +36,8 @@ class Hold {
     bool isBeyond(Point topLeft) const { return wanted && !wanted->contains(topLeft); }
     /// Whether the cursor is confined, and so cannot be elsewhere.
     bool isHolding() const { return held; }
-    /// Whether the point, layout coordinates, is on a strip.
-    bool isOnStrip(Point layout) const;
+    /// Whether the layer is one of the strips; null is none.
+    bool isStrip(const Layer* layer) const;
     /// Where a cursor that is at this point has to be put back to, top-left coordinates both;
     /// nothing where it is inside, and where it is not for the hold to put it back.
     std::optional<Point> home(Point topLeft) const;
@@ -50,6 +52,8 @@ class Hold {
     /// What was pushed since the last call, top-left coordinates; `place` is where the cursor is.
     /// Nothing when the cursor would still be inside.
     std::optional<Push> takePush(Point place);
+    /// The same, and it stays a part of what is taken later.
+    std::optional<Push> pushSoFar(Point place) const;
 
   private:
     struct Strip {
@@ -58,8 +62,10 @@ class Hold {
         Rect area; ///< layout coordinates
     };
 
-    void rebuild();
+    bool rebuild(std::optional<Point> goal = {});
     void clear();
+    std::optional<Push> pushOf(const std::optional<session::PushMeter::Sum>& sum,
+                               Point place) const;
 
     Connection& connection;
     Outputs& outputs;

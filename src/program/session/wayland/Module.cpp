@@ -1,3 +1,5 @@
+#include "platform/gnome/GnomeDesktop.h"
+#include "platform/kwin/KWinDesktop.h"
 #include "platform/layershell/LayerShellDesktop.h"
 #include "platform/sway/SwayDesktop.h"
 
@@ -10,7 +12,8 @@ namespace {
 using Open = wayland::OpenedDesktop (*)(Descriptors&, Log&, std::function<void()> lost);
 
 // The first that knows the compositor has it; what needs layers alone comes last.
-constexpr Open families[] = {&sway::openDesktop, &layershell::openDesktop};
+constexpr Open families[] = {&sway::openDesktop, &kwin::openDesktop, &gnome::openDesktop,
+                             &layershell::openDesktop};
 
 } // namespace
 

@@ -1,14 +1,9 @@
-#include "program/session/X11Session.h"
-
-#include "platform/linux/files/Installation.h"
-#include "platform/linux/files/XdgFiles.h"
-#include "platform/qt/loop/QtApplication.h"
+#include "program/session/x11/X11Session.h"
 
 #include <unistd.h>
 #include <utility>
 
 namespace x = platform::x11;
-using platform::qt::QtApplication;
 
 Session::Opened X11Session::open(const Options& options, platform::Descriptors& descriptors,
                                  platform::Log& log) {
@@ -34,16 +29,12 @@ X11Session::Parts::Parts(X11Session& own, const Surroundings& given)
     : hold(*own.input, *own.screens, own.serverHolds),
       pointer(*own.input, *own.screens, given.runLoop, hold),
       cursor(*own.general),
-      input(*own.input, own.descriptors, *own.screens, pointer, hold,
-            QtApplication::hasActiveWindow),
+      input(*own.input, own.descriptors, *own.screens, pointer, hold, given.ownWindowActive),
       keyboard(*own.general, own.log),
-      hotKeys(*own.general, given.settings, own.log,
-              [&application = given.application](std::function<void()> operation) {
-                  application.afterEvent(std::move(operation));
-              }),
+      hotKeys(*own.general, given.settings, own.log, given.later),
       windows(*own.general, *own.screens, own.log, given.product.name,
-              {.guard = platform::linux::helperPath("gamma-guard"),
-               .folder = platform::linux::runtimeFolder().value_or(""),
+              {.guard = given.helper("gamma-guard"),
+               .folder = given.folder,
                .descriptors = own.descriptors},
               &given.pictures),
       focus(*own.general, static_cast<std::uint32_t>(::getpid())),
@@ -59,14 +50,15 @@ Session::Services X11Session::start(const Surroundings& surroundings) {
     lost = surroundings.lost;
     parts.emplace(*this, surroundings);
     parts->windows.onBlendChange(surroundings.capabilitiesChanged);
-    surroundings.application.onActiveWindowChange([this] {
+    surroundings.onOwnWindowActive([this, isActive = surroundings.ownWindowActive] {
         if (!parts) return;
         parts->input.ownWindowChanged();
         input->sync(); // the barriers stand before the toolkit's own connection is heard
-        parts->cursor.reveal(QtApplication::hasActiveWindow());
+        parts->cursor.reveal(isActive());
     });
-    return {*screens,       parts->pointer, parts->cursor, parts->input,       parts->keyboard,
-            parts->hotKeys, parts->windows, parts->focus,  parts->screenSaver, &parts->tray};
+    return {*screens,           parts->pointer, parts->cursor,  parts->input,
+            parts->keyboard,    parts->hotKeys, parts->windows, parts->focus,
+            parts->screenSaver, &parts->tray,   nullptr};
 }
 
 platform::Capabilities X11Session::capabilities() const {
