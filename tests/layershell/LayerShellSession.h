@@ -44,9 +44,10 @@ class LayerShell : public testing::TestWithParam<const char*> {
         entries.merge(pastTheFirstStart());
         std::ofstream(compositor->configFolder() + "/com.tamberlo." + setting.product + ".plist")
             << propertyList(entries);
+        constexpr std::uint32_t white = 0xffffffff;
         for (const std::size_t output : {0, 1})
             backgrounds.push_back(std::make_unique<Witness>(
-                compositor->socket(), output, Witness::Where::belowEverything, background));
+                compositor->socket(), output, Witness::Where::belowEverything, white));
         program = run({"--verbose"});
         ASSERT_TRUE(program->waitForText("macOS 10.14")) << program->errors();
         const bool darkens = setting.active && setting.othersDark > 0;
@@ -81,7 +82,6 @@ class LayerShell : public testing::TestWithParam<const char*> {
         return there.waitForCursor();
     }
 
-    std::uint32_t background = 0xffffffff; ///< the colour of the bare monitors, as of a Witness
     std::optional<PrivateCompositor> compositor;
     std::optional<SwayHand> hand;
     std::vector<std::unique_ptr<Witness>> backgrounds;

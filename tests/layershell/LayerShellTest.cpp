@@ -17,12 +17,6 @@ TEST_P(LayerShell, LetsTheCursorLeaveWhereItIsNotHeld) {
     EXPECT_TRUE(cursorIsOn(1)) << "the other tests would prove nothing";
 }
 
-TEST_P(LayerShell, PutsTheCursorBackAlsoWhereTheDarknessIsNotSeen) {
-    start({.othersDark = 0});
-    hand->push(30, 0, 500, mouseRate);
-    EXPECT_TRUE(cursorIsOn(0));
-}
-
 TEST_P(LayerShell, PutsTheCursorBackAfterADrag) {
     start();
     hand->pressButton();
@@ -94,24 +88,6 @@ TEST_P(LayerShell, IsSwitchedByCommandAndTellsWhatTheCompositorDoesNotAllow) {
     told({"cross", "HEADLESS-2"});
     EXPECT_TRUE(darkSoon(1));
     EXPECT_TRUE(cursorIsOn(1));
-}
-
-TEST_P(LayerShell, ShowsItsMenuByCommandAndHoldsAgainWhenItHasClosed) {
-    background = 0xffd0d0d0;
-    start({.othersDark = 0});
-    // A menu changes the picture by more than a cursor does.
-    const double bare = compositor->brightness(1);
-    const auto isShown = [&] { return std::abs(compositor->brightness(1) - bare) > 1; };
-    EXPECT_EQ(run({"menu"})->wait(), 0);
-    support::SwayKeys keys(compositor->socket());
-    EXPECT_TRUE(waitUntil(isShown));
-    EXPECT_TRUE(waitUntil([&] {
-        keys.press(KEY_ESC);
-        keys.release(KEY_ESC);
-        return !isShown();
-    }));
-    hand->push(30, 0, 100, mouseRate);
-    EXPECT_TRUE(cursorIsOn(0)) << "it is held again";
 }
 
 class BindingCompositor : public LayerShell {};

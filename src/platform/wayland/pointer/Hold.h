@@ -38,6 +38,8 @@ class Hold {
     bool isHolding() const { return held; }
     /// Whether the layer is one of the strips; null is none.
     bool isStrip(const Layer* layer) const;
+    /// Whether a cursor that is held cannot leave even for a moment.
+    bool clamps() const { return control.clamps(); }
     /// Where a cursor that is at this point has to be put back to, top-left coordinates both;
     /// nothing where it is inside, and where it is not for the hold to put it back.
     std::optional<Point> home(Point topLeft) const;

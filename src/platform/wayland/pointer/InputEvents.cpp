@@ -117,9 +117,10 @@ void InputEvents::tick() {
     chooseReading();
 }
 
-// Elsewhere than over a strip the answer may have to bring the cursor back.
+// Elsewhere than over a strip the answer may have to bring the cursor back, and there too where
+// nothing keeps it from leaving.
 void InputEvents::chooseReading() {
-    connection.readAtOnce(!pace.isRunning() || !hold.isStrip(seat.focus()));
+    connection.readAtOnce(!pace.isRunning() || !hold.clamps() || !hold.isStrip(seat.focus()));
 }
 
 void InputEvents::readMotion() {
