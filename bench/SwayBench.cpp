@@ -263,7 +263,7 @@ void latencyRows() {
 int main(int count, char** arguments) {
     if (const auto reason = support::PrivateSway::missing()) {
         std::printf("%s\n", reason->c_str());
-        return 1;
+        return 0;
     }
     constexpr std::pair<std::string_view, void (*)()> groups[] = {{"outside", outsideRows},
                                                                   {"cost", costRows},
