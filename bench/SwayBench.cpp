@@ -43,14 +43,26 @@ struct Contest final : desktop::Sway {
     /// Over the monitor and below all windows: tells of a cursor on it where nothing is dark.
     const Witness& background(std::size_t monitor) const { return *backgrounds[monitor]; }
 
+    /// Puts the cursor there, also where the compositor has yet to carry out what a program without
+    /// the hold has asked for.
+    void put(int x, int y) {
+        support::waitUntil([&] {
+            try {
+                hand->moveTo(x, y);
+                return true;
+            } catch (const std::runtime_error&) {
+                return false;
+            }
+        });
+    }
     /// To the pixel before the strip, from which the strip is still to be reached. Returns when
     /// nothing of what was before is under way any longer.
     void goNextToEdge(bool onLeft) {
-        hand->moveTo(onLeft ? edge - 100 : edge + 100, 500);
+        put(onLeft ? edge - 100 : edge + 100, 500);
         if (!background(onLeft ? 0 : 1).waitForCursor())
             throw std::runtime_error("the cursor is on another monitor");
         rest(100);
-        hand->moveTo(onLeft ? edge - 2 : edge + 1, 500);
+        put(onLeft ? edge - 2 : edge + 1, 500);
     }
     /// To and fro in the middle of the monitor, one pixel an event.
     void moveFreely(double during, int hz) {
@@ -81,7 +93,7 @@ void row(const std::string& what, const std::string& required, const std::string
 // What the program has over the other monitor must see the cursor there to bring it back, so there
 // it is the left monitor that tells that it is gone, and not how far.
 std::string outside(Contest& contest, bool holds, int hz, double speed, bool isDragging) {
-    contest.mouse().moveTo(edge - 20, 500);
+    contest.put(edge - 20, 500);
     const auto other = holds ? contest.watch(1) : nullptr;
     const double insideBefore = contest.background(0).report().seconds;
     const auto begun = Clock::now();
@@ -91,6 +103,10 @@ std::string outside(Contest& contest, bool holds, int hz, double speed, bool isD
     const auto seen = other ? other->report() : Witness::Report{};
     const double inside = contest.background(0).report().seconds - insideBefore;
     if (isDragging) contest.mouse().releaseButton();
+    // The window that was pressed is told of all that follows, also beyond its edge; the farthest
+    // of all drags so far.
+    if (isDragging)
+        return number(std::max(0.0, contest.background(0).report().farthestLeft - edge), " px", 0);
     if (!holds) return number(100 * (1 - inside / passed), " %");
     return number(100 * seen.seconds / passed, " %, ") + number(seen.farthestLeft + 1, " px", 0);
 }
@@ -117,7 +133,7 @@ std::string cost(bool holds, Motion motion, int hz) {
     Contest contest({.hold = holds});
     const double speed = 8000;
     if (motion == Motion::pushing) {
-        contest.mouse().moveTo(edge - 20, 500);
+        contest.put(edge - 20, 500);
         contest.pushAgainstEdge(0.2, hz, speed);
     }
     const Usage usage(contest.process());
@@ -240,7 +256,7 @@ std::string pushLatency(bool isLoaded) {
 std::string wrapLatency() {
     Contest contest({.product = "orbisant"});
     return longest(tries, [&](int i) {
-        contest.mouse().moveTo(edge + 1270, 500);
+        contest.put(edge + 1270, 500);
         rest(100);
         const auto there = contest.watch(0);
         return milliseconds(*there, [&] {
@@ -263,7 +279,7 @@ void latencyRows() {
 int main(int count, char** arguments) {
     if (const auto reason = support::PrivateSway::missing()) {
         std::printf("%s\n", reason->c_str());
-        return 1;
+        return 0;
     }
     constexpr std::pair<std::string_view, void (*)()> groups[] = {{"outside", outsideRows},
                                                                   {"cost", costRows},

@@ -68,9 +68,11 @@ struct TapParameters {
     EventMask mask = 0;
 };
 
-/// Pointer and modifier events of the whole session, read only. Handlers run on the main thread,
-/// from the run loop; they stay installed for the life of the process. Holding a modifier repeats
-/// nothing: each press and each release is one event.
+/// Pointer and modifier events, read only: of the whole session, or where the desktop tells a
+/// program no more, of what happens over its own windows, is pushed against the screen that is held
+/// and lifts the hold. Handlers run on the main thread, from the run loop; they stay installed for
+/// the life of the process. Holding a modifier repeats nothing: each press and each release is one
+/// event.
 class InputEvents {
   public:
     using Handler = std::function<void(const InputEvent&)>;

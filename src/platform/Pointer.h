@@ -28,9 +28,10 @@ class Pointer {
 
     /// Asks the platform to keep the cursor inside a screen, top-left coordinates, until the next
     /// call; with nothing the cursor is free. What the hand pushes against the screen's edges still
-    /// comes as events outside it, and the answer to such an event decides: a warp stands, and
-    /// without one the cursor goes where the event was. A platform that cannot hold ignores it, and
-    /// the cursor is then really outside at such an event.
+    /// comes as events outside it, while a button is held only where the desktop tells a program of
+    /// that, and the answer to such an event decides: a warp stands, and without one the cursor
+    /// goes where the event was. A platform that cannot hold ignores it, and the cursor is then
+    /// really outside at such an event.
     virtual void holdInside(std::optional<Rect> screen) = 0;
 };
 

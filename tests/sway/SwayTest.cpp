@@ -29,6 +29,9 @@ TEST_F(Sway, KeepsTheCursorAlsoWhileAButtonIsHeld) {
     hand->pressButton();
     hand->push(7, 0, 1000, mouseRate);
     hand->releaseButton();
+    // The window that was pressed is told of all that follows, also beyond its edge.
+    EXPECT_GT(backgrounds[0]->report().farthestLeft, 1900);
+    EXPECT_LT(backgrounds[0]->report().farthestLeft, 1920);
     EXPECT_EQ(timesOutside(), 0);
 }
 

@@ -44,7 +44,9 @@ class SwayDesktop final : public wayland::Desktop {
 
     platform::Capabilities capabilities() const override {
         platform::Capability hold{.id = "hold", .available = holds, .reason = {}};
-        if (!holds) hold.reason = "Switched off by --hold off.";
+        hold.reason = holds ? "sway tells no program of a push while a mouse button is held: then "
+                              "none crosses."
+                            : "Switched off by --hold off.";
         return {std::move(hold),
                 {"darkness", true, {}},
                 {"motion", false,
