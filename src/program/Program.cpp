@@ -4,6 +4,7 @@
 #include "app/Variants.h"
 #include "platform/linux/files/Installation.h"
 #include "platform/qt/alerts/ShortcutRecorder.h"
+#include "program/Limits.h"
 #include "program/helper/LoginEntry.h"
 
 #include <cstdlib>
@@ -229,7 +230,16 @@ void Program::launch() {
 void Program::begin() {
     loginItems.bringUpToDate();
     if (recording) recording->writer.begin(bundle, settings.persistentDomain(), desk.displays);
+    tellLimits();
     delegate->applicationDidFinishLaunching();
+}
+
+void Program::tellLimits() {
+    const int variant = bundle.integer(palisor::dictionary::IDApp);
+    for (const std::string& reason : limitsOf(variant, session.capabilities())) {
+        log.write(reason);
+        notices.tell("NOTICE_LIMITED", "NOTICE_LIMITED_TEXT", reason);
+    }
 }
 
 bus::ProductObject::Program Program::onBus(const Product& product) {
@@ -245,6 +255,8 @@ bus::ProductObject::Program Program::onBus(const Product& product) {
 
 platform::Capabilities Program::capabilities() const {
     platform::Capabilities all = session.capabilities();
+    const int variant = bundle.integer(palisor::dictionary::IDApp);
+    std::erase_if(all, [variant](const auto& one) { return !concerns(variant, one); });
     const bool isInTray = tray && tray->isInTray();
     all.push_back(
         {"tray", isInTray,

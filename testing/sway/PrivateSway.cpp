@@ -131,7 +131,7 @@ std::string PrivateSway::ask(const std::string& question) const {
     return client->output();
 }
 
-double PrivateSway::brightness(int output) const {
+std::string PrivateSway::picture(int output) const {
     const std::string file = folder.path("picture.ppm");
     const auto client =
         spawn("grim", {"-t", "ppm", "-o", "HEADLESS-" + std::to_string(output), file});
@@ -141,12 +141,24 @@ double PrivateSway::brightness(int output) const {
     int width = 0, height = 0, most = 0;
     picture >> kind >> width >> height >> most;
     picture.get();
-    const std::string bytes{std::istreambuf_iterator<char>(picture), {}};
+    std::string bytes{std::istreambuf_iterator<char>(picture), {}};
     if (kind != "P6" || bytes.empty()) throw std::runtime_error("no picture");
+    return bytes;
+}
+
+double PrivateSway::brightness(int output) const {
+    const std::string bytes = picture(output);
     double sum = 0;
     for (const char byte : bytes)
         sum += static_cast<unsigned char>(byte);
     return sum / static_cast<double>(bytes.size());
+}
+
+bool PrivateSway::isOfOneColour(int output) const {
+    const std::string bytes = picture(output);
+    for (std::size_t i = 3; i < bytes.size(); ++i)
+        if (bytes[i] != bytes[i - 3]) return false;
+    return true;
 }
 
 SwayHand::SwayHand(const PrivateSway& desktop)

@@ -125,7 +125,7 @@ void Witness::State::listen(std::uint32_t capabilities) {
             const std::lock_guard lock(self.guard);
             ++self.report.entered;
             self.report.isOver = true;
-            self.since = Clock::now();
+            self.since = self.report.came = Clock::now();
         };
         all.leave = [](void* data, wl_pointer*, std::uint32_t, wl_surface*) {
             auto& self = *static_cast<State*>(data);

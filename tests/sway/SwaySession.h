@@ -4,7 +4,9 @@
 #include "testing/sway/PrivateSway.h"
 #include "testing/sway/SwayKeys.h"
 
+#include <algorithm>
 #include <csignal>
+#include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <linux/input-event-codes.h>
@@ -37,6 +39,7 @@ class Sway : public testing::Test {
         later.reset();
         hand.reset();
         sway.emplace(options);
+        outputs = std::ranges::count(options.layout, ',') + 1;
         hand.emplace(*sway);
         hand->moveTo(960, 540);
     }
@@ -59,7 +62,7 @@ class Sway : public testing::Test {
         entries.merge(pastTheFirstStart());
         std::ofstream(sway->configFolder() + "/com.tamberlo." + setting.product + ".plist")
             << propertyList(entries);
-        for (const std::size_t output : {0, 1})
+        for (std::size_t output = 0; output < static_cast<std::size_t>(outputs); ++output)
             backgrounds.push_back(std::make_unique<Witness>(
                 sway->socket(), output, Witness::Where::belowEverything, white));
         program = run(setting);
@@ -107,7 +110,21 @@ class Sway : public testing::Test {
         return there->waitForCursor();
     }
 
+    /// How often the program was woken, up to now.
+    long wakeups() const {
+        long sum = 0;
+        const std::string tasks = "/proc/" + std::to_string(program->pid()) + "/task";
+        for (const auto& task : std::filesystem::directory_iterator(tasks)) {
+            std::ifstream status(task.path() / "status");
+            constexpr std::string_view name = "voluntary_ctxt_switches:";
+            for (std::string line; std::getline(status, line);)
+                if (line.starts_with(name)) sum += std::stol(line.substr(name.size()));
+        }
+        return sum;
+    }
+
     std::optional<PrivateSway> sway;
+    long outputs = 2;
     std::optional<SwayHand> hand;
     std::vector<std::unique_ptr<Witness>> backgrounds;
     std::unique_ptr<Witness> watching, later;

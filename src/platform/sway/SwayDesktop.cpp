@@ -49,9 +49,18 @@ class SwayDesktop final : public wayland::Desktop {
         if (!holds) hold.reason = "Switched off by --hold off.";
         return {std::move(hold),
                 {"darkness", true, {}},
-                {"motion", false,
-                 "sway tells no program of each motion: hiding after a while, hot borders, "
-                 "wrapping and the cross-hair need an X11 session."}};
+                {"edges", true,
+                 "Along the sides that are armed two pixels take no clicks, and while a button is "
+                 "held nothing is felt there."},
+                {"hide", true,
+                 "sway shows the cursor when it is moved or a wheel is turned, also where it is to "
+                 "stay hidden, and hides it again as soon as it rests."},
+                {"workspaces", true, {}},
+                {"pause", false, "sway lets the hand move the cursor right after it was put."},
+                {"place", false,
+                 "sway tells no program where the cursor is, so nothing can follow it."},
+                {"awake", connection->idle() != nullptr,
+                 connection->idle() ? "" : "The compositor cannot be kept from going idle."}};
     }
 
     void ownWindowChanged() override {
@@ -75,7 +84,7 @@ class SwayDesktop final : public wayland::Desktop {
               modifiers(*own.compositor, changes, *own.connection, *own.outputs, shared.keyboard,
                         own.descriptors, [this](bool held) { shared.tellModifiers(held); }),
               cursor(*own.compositor, changes),
-              keys(*own.compositor, own.log),
+              keys(*own.compositor, *own.outputs, shared.pointer, own.log),
               hotKeys(*own.compositor, changes, shared.keyboard, shared.recording, given.settings,
                       given.later) {
             // A tiled menu would fill the monitor. The rule is about this process alone, and so

@@ -8,8 +8,9 @@ LayerServices::LayerServices(Connection& connection, Outputs& outputs, CursorCon
       keyboard(connection),
       seat(connection, keyboard),
       hold(connection, outputs, seat, control, given.holds),
+      edges(connection, outputs, seat),
       pointer(connection, outputs, seat, control, hold),
-      input(connection, descriptors, outputs, seat, pointer, hold, given.ownWindowActive),
+      input(connection, descriptors, outputs, seat, pointer, hold, edges, given.ownWindowActive),
       recording(connection, outputs, keyboard, given.later),
       windows(connection, outputs, seat, log),
       idle(connection, outputs) {}

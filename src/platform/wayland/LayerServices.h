@@ -28,6 +28,7 @@ struct LayerServices {
     KeyboardSeat keyboard;
     PointerSeat seat;
     Hold hold;
+    EdgeStrips edges;
     Pointer pointer;
     InputEvents input;
     KeyRecording recording;

@@ -58,6 +58,11 @@ void Compositor::run(std::string_view list) {
     commands->send(Ipc::Type::command, list);
 }
 
+void Compositor::askWorkspaces(std::function<void(const JsonValue&)> answered) {
+    workspacesAnswered = std::move(answered);
+    commands->send(Ipc::Type::workspaces, "");
+}
+
 void Compositor::runNow(std::string_view list) {
     const auto reply = commands->ask(Ipc::Type::command, list, Ipc::Clock::now() + patience);
     if (reply) tellFailure(*reply);
@@ -71,8 +76,12 @@ void Compositor::tellFailure(const JsonValue& reply) {
 
 void Compositor::readReplies() {
     commands->transfer();
-    while (const auto message = commands->next())
-        tellFailure(message->value);
+    while (const auto message = commands->next()) {
+        if (message->type != static_cast<std::uint32_t>(Ipc::Type::workspaces))
+            tellFailure(message->value);
+        else if (const auto answered = std::exchange(workspacesAnswered, {}))
+            answered(message->value);
+    }
     // That the compositor has gone is told by the display's connection.
     if (commands->isBroken()) descriptors.unwatch(commands->descriptor());
 }

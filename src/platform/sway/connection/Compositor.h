@@ -26,7 +26,9 @@ class Compositor {
 
     /// Several commands with "; " between them. Does not wait; a failure is logged, each text once.
     void run(std::string_view commands);
-    /// The same, and has been carried out when it returns, which takes a second at most.
+    /// Asks for the workspaces; the answer comes later, from the run loop. A failure comes never.
+    void askWorkspaces(std::function<void(const JsonValue&)> answered);
+    /// The same as `run`, and has been carried out when it returns, which takes a second at most.
     void runNow(std::string_view commands);
 
     /// Called when a binding ran whose command is "nop " and this name.
@@ -53,6 +55,7 @@ class Compositor {
     std::unique_ptr<Ipc> commands, events;
     int version = 0;
     std::string configurationText;
+    std::function<void(const JsonValue&)> workspacesAnswered;
     std::map<std::string, std::function<void()>> bindings;
     std::function<void(std::int64_t, const std::string&)> ownWindowCame;
     std::map<const void*, std::function<void()>> reloadHandlers;

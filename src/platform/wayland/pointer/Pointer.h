@@ -20,6 +20,9 @@ class Pointer final : public platform::Pointer {
     void setLocalEventsSuppressionInterval(double) override {}
     void holdInside(std::optional<Rect> screen) override;
 
+    /// Where it was seen or put last, top-left coordinates.
+    Point lastPlace() const { return last; }
+
     /// The handling of one event. The event's place is the cursor's place meanwhile. An event that
     /// the cursor was held back from is carried out at the end, unless the program has warped the
     /// cursor.
