@@ -156,7 +156,7 @@ double PrivateSway::brightness(int output) const {
 
 bool PrivateSway::isOfOneColour(int output) const {
     const std::string bytes = picture(output);
-    for (std::size_t i = 3; i < bytes.size(); ++i)
+    for (std::size_t i = 3; i < bytes.size() / 3 * 2; ++i)
         if (bytes[i] != bytes[i - 3]) return false;
     return true;
 }

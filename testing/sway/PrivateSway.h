@@ -42,7 +42,7 @@ class PrivateSway {
     std::string ask(const std::string& question) const;
     /// A picture of an output, numbered from 1 on: its mean brightness, from 0 to 255.
     double brightness(int output) const;
-    /// Whether all of such a picture is the same, which no drawn cursor leaves so.
+    /// Whether the upper two thirds of such a picture are, which no drawn cursor leaves so.
     bool isOfOneColour(int output) const;
 
     std::unique_ptr<ChildProcess> spawn(const std::string& command,

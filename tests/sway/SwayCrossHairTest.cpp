@@ -9,7 +9,6 @@ TEST_F(Sway, LeavesTheCursorAndSaysSoWhereTheCrossHairCannotFollowIt) {
     start({.product = "crosshair"});
     EXPECT_TRUE(program->waitForText("sway tells no program where the cursor is"));
     hand->push(3, 1, 50, mouseRate);
-    hand->moveTo(1915, 1075);
     EXPECT_FALSE(sway->isOfOneColour(1)) << "the cursor is seen";
     EXPECT_TRUE(sway->isOfOneColour(2)) << "and no line";
     const auto status = sway->spawn(programs() + "/crosshair", {"status"});

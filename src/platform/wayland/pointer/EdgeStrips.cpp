@@ -106,10 +106,12 @@ Point EdgeStrips::inside(Point layout) const {
 void EdgeStrips::moved(Point at, Point last) {
     const bool wasOn = std::exchange(isOn, isOnStrip(at));
     if (!isOn) return;
-    // From strip to strip it has not been inside, nor where the program has put it.
+    // From strip to strip it has not been inside, nor where the program has put it, nor where it
+    // has only not been told for a time: a cursor that is hidden is over nothing until it moves.
     const bool wasPut = areSame(at, last) && !areSame(last, place);
+    const bool hasRested = std::exchange(rests, false) && areSame(at, place);
     departure.reset();
-    if (!wasOn && !hasLeft && !wasPut) arrival = Arrival{};
+    if (!wasOn && !hasLeft && !wasPut && !hasRested) arrival = Arrival{};
     place = reached = at;
 }
 
@@ -123,7 +125,8 @@ void EdgeStrips::meant(Point step) {
 void EdgeStrips::left() {
     if (!std::exchange(isOn, false)) return;
     hasLeft = true;
-    if (!isOnStrip(reached)) departure = reached;
+    rests = isOnStrip(reached);
+    if (!rests) departure = reached;
 }
 
 std::optional<Point> EdgeStrips::takeArrival(bool isFrameEnd) {

@@ -59,6 +59,7 @@ class EdgeStrips {
     std::vector<Strip> strips;
     bool isOn = false;
     bool hasLeft = false; ///< in this batch
+    bool rests = false;   ///< there, but is not told of
     Point place;          ///< the last one on a strip
     Point reached;        ///< by the hand since then
     std::optional<Arrival> arrival;
