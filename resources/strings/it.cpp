@@ -43,6 +43,8 @@ constexpr Text texts[] = {
     {"NO", "Non ora"},
     {"NON_MI_PIACE", "Non molto"},
     {"NON_MOSTRARE_FINESTRA", "Non mostrare questa finestra all’avvio"},
+    {"NOTICE_LIMITED", "Questo desktop non lo permette del tutto"},
+    {"NOTICE_LIMITED_TEXT", "%@ In una sessione X11 funziona."},
     {"NOTICE_NOT_AWAKE", "Gli schermi potrebbero spegnersi"},
     {"NOTICE_NOT_AWAKE_TEXT",
      "Niente in questa sessione può tenerli accesi. Avvia il gestore energetico del desktop, per "

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string_view>
 
 namespace platform {
@@ -20,6 +21,13 @@ class Cursor {
     /// Whether requests to hide have an effect, as they do at first. Those that are made meanwhile
     /// count all the same, and have it again with the rest.
     virtual void setHidingInForce(bool inForce) = 0;
+
+    /// Whether the desktop itself is able to hide a cursor that rests, and to draw it when it
+    /// moves. Otherwise the program does both, by the pointer's events.
+    virtual bool hidesAtRest() const { return false; }
+    /// It does so from now on whenever the cursor has rested for so many seconds; with nothing, as
+    /// at first, it does not.
+    virtual void hideAfterRest(std::optional<double>) {}
 
     /// Sets a property of the program's connection to the window server, such as the leave to hide
     /// the cursor while another application is active. Unknown names are ignored.

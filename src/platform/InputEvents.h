@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <vector>
 
 namespace platform {
 
@@ -68,6 +69,18 @@ struct TapParameters {
     EventMask mask = 0;
 };
 
+/// What a program must be told of the pointer on a desktop that does not tell of all that happens.
+struct PointerWatch {
+    /// Top-left coordinates; each along a side of one screen.
+    std::vector<Rect> strips{};
+    /// Whether the step that ends on a strip must be the hand's of one frame, and not shorter.
+    bool pushes = false;
+    /// Whether every motion counts, wherever it is.
+    bool motion = false;
+
+    bool operator==(const PointerWatch&) const = default;
+};
+
 /// Pointer and modifier events, read only: of the whole session, or where the desktop tells a
 /// program no more, of what happens over its own windows, is pushed against the screen that is held
 /// and lifts the hold. Handlers run on the main thread, from the run loop; they stay installed for
@@ -85,6 +98,13 @@ class InputEvents {
 
     /// The older mechanism: the same events, the program's own windows included.
     virtual void addTap(const TapParameters& parameters, Handler handler) = 0;
+
+    /// What must be told from now on, in the place of what was asked for before; nothing at first.
+    /// A strip tells when the cursor has come onto it, moves there or has left it. A desktop that
+    /// tells of everything has nothing to do.
+    virtual void watch(const PointerWatch&) {}
+    /// Whether every motion can be told, and with it where the cursor is at any time.
+    virtual bool tellsMotion() const { return true; }
 };
 
 } // namespace platform

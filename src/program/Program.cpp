@@ -5,6 +5,7 @@
 #include "platform/linux/files/Installation.h"
 #include "platform/linux/system/StartAgain.h"
 #include "platform/qt/alerts/ShortcutRecorder.h"
+#include "program/Limits.h"
 #include "program/helper/LoginEntry.h"
 
 #include <cstdlib>
@@ -246,6 +247,7 @@ void Program::launch() {
 void Program::begin() {
     loginItems.bringUpToDate();
     if (recording) recording->writer.begin(bundle, settings.persistentDomain(), desk.displays);
+    tellLimits();
     delegate->applicationDidFinishLaunching();
     // At login the shell may still be on its way.
     constexpr double timeForASlowLogin = 10;
@@ -253,6 +255,14 @@ void Program::begin() {
         if (const std::string reason = session.missing(); !reason.empty())
             notices.tell("NOTICE_NOT_HELD", "NOTICE_NOT_HELD_TEXT", reason);
     });
+}
+
+void Program::tellLimits() {
+    const int variant = bundle.integer(palisor::dictionary::IDApp);
+    for (const std::string& reason : limitsOf(variant, session.capabilities())) {
+        log.write(reason);
+        notices.tell("NOTICE_LIMITED", "NOTICE_LIMITED_TEXT", reason);
+    }
 }
 
 bus::ProductObject::Program Program::onBus(const Product& product) {
@@ -268,6 +278,8 @@ bus::ProductObject::Program Program::onBus(const Product& product) {
 
 platform::Capabilities Program::capabilities() const {
     platform::Capabilities all = session.capabilities();
+    const int variant = bundle.integer(palisor::dictionary::IDApp);
+    std::erase_if(all, [variant](const auto& one) { return !concerns(variant, one); });
     const bool isInTray = tray && tray->isInTray();
     all.push_back(
         {"tray", isInTray,

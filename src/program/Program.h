@@ -80,6 +80,8 @@ class Program {
     void undoAtExit();
     void begin();
     void tellFailures();
+    /// What the desktop does not allow of what the product is for.
+    void tellLimits();
     void tellWhyNoCalendar(platform::calendar::Refusal why);
     void startAgain();
     void quit();

@@ -4,6 +4,7 @@
 #include "testing/desktop/Layout.h"
 #include "wlr-virtual-pointer-unstable-v1-client-protocol.h"
 
+#include <algorithm>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -125,6 +126,12 @@ Picture PrivateSway::picture(int output) const {
         spawn("grim", {"-t", "ppm", "-o", "HEADLESS-" + std::to_string(output), file});
     if (client->wait() != 0) throw std::runtime_error("no picture: " + client->errors());
     return readPicture(file);
+}
+
+bool PrivateSway::isOfOneColour(int output) const {
+    const auto pixels = picture(output).pixels;
+    return std::ranges::all_of(pixels.begin(), pixels.begin() + pixels.size() / 3 * 2,
+                               [&](const Colour& one) { return one == pixels[0]; });
 }
 
 Picture readPicture(const std::string& file) {

@@ -46,11 +46,16 @@ class PrivateSway {
     Picture picture(int output) const;
     /// Its mean, from 0 to 255.
     double brightness(int output) const { return picture(output).brightness(); }
+    /// Whether the upper two thirds of such a picture are, which no drawn cursor leaves so.
+    bool isOfOneColour(int output) const;
 
     std::unique_ptr<ChildProcess> spawn(const std::string& command,
                                         const std::vector<std::string>& arguments = {}) const;
 
   private:
+    /// Three bytes a pixel.
+    std::string picture(int output) const;
+
     testing_support::TempFolder folder;
     Environment variables;
     std::unique_ptr<SessionBus> bus;

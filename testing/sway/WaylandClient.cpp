@@ -143,7 +143,7 @@ void Witness::State::listen(std::uint32_t capabilities) {
             auto& self = *static_cast<State*>(data);
             self.at(x, y);
             const std::lock_guard lock(self.guard);
-            self.since = Clock::now();
+            self.since = self.report.came = Clock::now();
             if (self.report.entered++ == 0) self.report.firstEntered = self.since;
             self.report.isOver = true;
         };

@@ -74,6 +74,7 @@ class Witness {
         bool isOver = false;
         double lastX = 0, lastY = 0; ///< on the output
         int buttons = 0;             ///< presses
+        Clock::time_point came{};    ///< when it was entered last
     };
     Report report() const;
 

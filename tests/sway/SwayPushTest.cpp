@@ -13,7 +13,7 @@ class SwayPush : public Sway {
     /// From the last pixel but one of the first monitor.
     void push(double speed, int hz) {
         hand->moveTo(edge - 100, 500);
-        ASSERT_TRUE(backgrounds[0]->waitForCursor());
+        ASSERT_TRUE(waitUntil([&] { return backgrounds[0]->report().isOver; }));
         hand->moveTo(edge - 2, 500);
         hand->pushAt(speed, 0.25, hz);
     }

@@ -4,8 +4,9 @@
 #include "testing/sway/PrivateSway.h"
 #include "testing/sway/SwayKeys.h"
 
-#include <array>
+#include <algorithm>
 #include <csignal>
+#include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <linux/input-event-codes.h>
@@ -39,6 +40,7 @@ class Sway : public testing::Test {
         later.reset();
         hand.reset();
         sway.emplace(options);
+        outputs = std::ranges::count(options.layout, ',') + 1;
         hand.emplace(*sway);
         hand->moveTo(960, 540);
     }
@@ -61,7 +63,8 @@ class Sway : public testing::Test {
         entries.merge(pastTheFirstStart());
         std::ofstream(sway->configFolder() + "/com.tamberlo." + setting.product + ".plist")
             << propertyList(entries);
-        for (const std::size_t output : {0, 1})
+        backgrounds.resize(static_cast<std::size_t>(outputs));
+        for (std::size_t output = 0; output < backgrounds.size(); ++output)
             layBackground(output);
         program = run(setting);
     }
@@ -118,9 +121,23 @@ class Sway : public testing::Test {
         });
     }
 
+    /// How often the program was woken, up to now.
+    long wakeups() const {
+        long sum = 0;
+        const std::string tasks = "/proc/" + std::to_string(program->pid()) + "/task";
+        for (const auto& task : std::filesystem::directory_iterator(tasks)) {
+            std::ifstream status(task.path() / "status");
+            constexpr std::string_view name = "voluntary_ctxt_switches:";
+            for (std::string line; std::getline(status, line);)
+                if (line.starts_with(name)) sum += std::stol(line.substr(name.size()));
+        }
+        return sum;
+    }
+
     std::optional<PrivateSway> sway;
+    long outputs = 2;
     std::optional<SwayHand> hand;
-    std::array<std::unique_ptr<Witness>, 2> backgrounds; ///< of the two monitors
+    std::vector<std::unique_ptr<Witness>> backgrounds; ///< of the monitors
     std::unique_ptr<Witness> watching, later;
     std::unique_ptr<support::ChildProcess> program;
 };

@@ -293,6 +293,9 @@ class AppDelegate : public AppState, private platform::MenuTarget, private platf
     int armedEdgeAt(Point P, int variant) const;
     void fireEdge(int direction, int variant);
     void postArrowKeystroke(std::uint16_t keyCode);
+    void tellWhatIsWatched();
+    platform::PointerWatch pointerWatch() const;
+    void addHotStrips(platform::PointerWatch& watch, const Rect& screen) const;
 
     std::unique_ptr<platform::Window> coveringWindow(const platform::Screen& screen, int variant);
     void createMarkers();

@@ -21,7 +21,7 @@ void AppDelegate::onMouseMovedOrClicked(Point P) {
     if (JUST_MY_MOVE) return;
 
     if (variant == variants::cursorHider && settings.boolForKey(keys::TIME_MODE)) {
-        rearmHideTimer(0.1);
+        if (!services.cursor.hidesAtRest()) rearmHideTimer(0.1);
         showcursor();
     }
     cordmouse = P;

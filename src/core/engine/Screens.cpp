@@ -57,6 +57,7 @@ void AppDelegate::updateScreensSize() {
     MAX_H = static_cast<float>(IDApp() == variants::crossHair
                                    ? heightOfFirst(screens)
                                    : frameOf(services.displays.mainScreen()).height);
+    tellWhatIsWatched();
 }
 
 void AppDelegate::detectCurrentScreen() {

@@ -59,10 +59,12 @@ void AppDelegate::createMarkers() {
 }
 
 /// Switched off, the product leaves the desktop as it would be without it. The markers stay on
-/// screen and the requests to hide the cursor are as many as before; they are not in force.
+/// screen and the requests to hide the cursor are as many as before; they are not in force. So it
+/// is on a desktop that does not tell where the cursor is, where nothing could follow it.
 void AppDelegate::letMarkersReplaceCursor() {
-    services.cursor.setHidingInForce(isActive());
-    services.windows.letMarkersBeSeen(isActive());
+    const bool replaces = isActive() && services.input.tellsMotion();
+    services.cursor.setHidingInForce(replaces);
+    services.windows.letMarkersBeSeen(replaces);
 }
 
 } // namespace palisor

@@ -99,6 +99,7 @@ void AppDelegate::valueChange(const CheckBox& box) {
     const std::string key = box.tag >= tags::side ? "BUTLATO" + std::to_string(box.tag - tags::side)
                                                   : "BUTANGOLO" + std::to_string(box.tag);
     setAndSynchronize(key, Value{box.state != 0});
+    tellWhatIsWatched();
 }
 
 void AppDelegate::showStayHiddenWarning() {

@@ -54,6 +54,7 @@ void AppDelegate::sliderDidMove(const Slider& slider) {
     case variants::cursorHider:
         setAndSynchronize(keys::SCHEDULE, Value{std::to_string(value)});
         setLabel(*tv, timeText(services.bundle, slider.value));
+        tellWhatIsWatched();
         return;
     default:
         return;

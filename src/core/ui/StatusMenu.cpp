@@ -107,6 +107,7 @@ void AppDelegate::updateMenuItems() {
     addSeparator(*mainMenu);
     add(*mainMenu, switchItem("AVVIA_AL_LOGIN", "pressAvviaAlLogin", keys::CHECK_1));
     add(*mainMenu, localizedItem("QUIT", "quit"));
+    tellWhatIsWatched();
     tellChanged();
 }
 
@@ -242,6 +243,11 @@ void AppDelegate::addModifierEntry() {
 void AppDelegate::addScrollEntry() {
     MenuItem entry = switchItem("SHOW_ON_SCROLL", "pressShowOnScroll", keys::SHOW_ON_SCROLL);
     if (!isActive() || services.settings.boolForKey(keys::STAY_HIDDEN)) entry.action.clear();
+    // Who hides the cursor also shows it.
+    if (services.cursor.hidesAtRest()) {
+        entry.action.clear();
+        entry.enabled = false;
+    }
     add(*mainMenu, std::move(entry));
 }
 

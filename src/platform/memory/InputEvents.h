@@ -14,6 +14,11 @@ class InputEvents final : public platform::InputEvents {
 
     void addGlobalMonitor(EventMask mask, Handler handler) override;
     void addTap(const TapParameters& parameters, Handler handler) override;
+    /// Only remembered: who drives the events tells of all of them.
+    void watch(const PointerWatch& wanted) override { asked = wanted; }
+    const PointerWatch& watched() const { return asked; }
+    bool tellsMotion() const override { return motionTold; }
+    void setTellsMotion(bool tells) { motionTold = tells; }
 
     /// Hands an event to each handler whose mask has its type, in the order of installing. The
     /// virtual time is put into it.
@@ -27,6 +32,8 @@ class InputEvents final : public platform::InputEvents {
 
     Effects& effects;
     const Clock& clock;
+    PointerWatch asked;
+    bool motionTold = true;
     std::deque<Listener> listeners; ///< one may be added while another one runs
 };
 

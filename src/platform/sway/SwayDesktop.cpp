@@ -49,9 +49,18 @@ class SwayDesktop final : public wayland::Desktop {
                             : "Switched off by --hold off.";
         return {std::move(hold),
                 {"darkness", true, {}},
-                {"motion", false,
-                 "sway tells no program of each motion: hiding after a while, hot borders, "
-                 "wrapping and the cross-hair need an X11 session."}};
+                {"edges", true,
+                 "Along the sides that are armed two pixels take no clicks, and while a button is "
+                 "held nothing is felt there."},
+                {"hide", true,
+                 "sway shows the cursor when it is moved or a wheel is turned, also where it is to "
+                 "stay hidden, and hides it again as soon as it rests."},
+                {"workspaces", true, {}},
+                {"pause", false, "sway lets the hand move the cursor right after it was put."},
+                {"place", false,
+                 "sway tells no program where the cursor is, so nothing can follow it."},
+                {"awake", connection->idle() != nullptr,
+                 connection->idle() ? "" : "The compositor cannot be kept from going idle."}};
     }
 
     void ownWindowChanged() override {
@@ -77,7 +86,7 @@ class SwayDesktop final : public wayland::Desktop {
                         own.descriptors, own.log,
                         [this](bool held) { shared.tellModifiers(held); }),
               cursor(*own.compositor, changes),
-              keys(*own.compositor, own.log),
+              keys(*own.compositor, *own.outputs, shared.pointer, own.log),
               hotKeys(*own.compositor, changes, shared.keyboard, shared.recording, given.settings,
                       own.log, given.later) {
             // A tiled dialogue would fill the monitor, and one on a dark monitor is hard to see.

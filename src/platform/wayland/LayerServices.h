@@ -29,6 +29,7 @@ struct LayerServices {
     KeyboardSeat keyboard;
     PointerSeat seat;
     Hold hold;
+    EdgeStrips edges;
     Pointer pointer;
     InputEvents input;
     KeyRecording recording;

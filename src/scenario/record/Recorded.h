@@ -21,6 +21,8 @@ class RecordedInput final : public platform::InputEvents {
     void addTap(const platform::TapParameters& parameters, Handler handler) override {
         real.addTap(parameters, written(std::move(handler)));
     }
+    void watch(const platform::PointerWatch& wanted) override { real.watch(wanted); }
+    bool tellsMotion() const override { return real.tellsMotion(); }
 
   private:
     Handler written(Handler handler) {

@@ -86,6 +86,11 @@ void Compositor::run(const std::string& list) {
     send(Ipc::Type::command, inFirstMode(list, mode));
 }
 
+void Compositor::askWorkspaces(std::function<void(const JsonValue&)> answered) {
+    workspacesAnswered = std::move(answered);
+    send(Ipc::Type::workspaces, "");
+}
+
 bool Compositor::runNow(const std::string& list) {
     const auto reply = commands->ask(Ipc::Type::command, inFirstMode(list, mode),
                                      Ipc::Clock::now() + longestQuestion);
@@ -99,16 +104,22 @@ void Compositor::tellFailure(const JsonValue& reply) {
         log.write("the compositor refuses a command: " + failure);
 }
 
+void Compositor::take(const Ipc::Message& reply) {
+    if (reply.type == static_cast<std::uint32_t>(Ipc::Type::configuration)) {
+        take(reply.value);
+        for (std::size_t i = 0; i < reloadHandlers.size(); ++i)
+            reloadHandlers[i].second();
+    } else if (reply.type != static_cast<std::uint32_t>(Ipc::Type::workspaces)) {
+        tellFailure(reply.value);
+    } else if (const auto answered = std::exchange(workspacesAnswered, {})) {
+        answered(reply.value);
+    }
+}
+
 void Compositor::readReplies() {
     commands->transfer();
     while (const auto message = commands->next()) {
-        if (message->type != static_cast<std::uint32_t>(Ipc::Type::configuration)) {
-            tellFailure(message->value);
-            continue;
-        }
-        take(message->value);
-        for (std::size_t i = 0; i < reloadHandlers.size(); ++i)
-            reloadHandlers[i].second();
+        take(*message);
     }
     patience.stop();
     if (commands->isWaiting())

@@ -33,6 +33,8 @@ class Compositor {
     /// The same, and has been carried out when it returns; false where the compositor has not
     /// answered within a second.
     bool runNow(const std::string& commands);
+    /// Asks for the workspaces; the answer comes later, from the run loop. A failure comes never.
+    void askWorkspaces(std::function<void(const JsonValue&)> answered);
 
     /// Called when a binding ran whose command is "nop " and this name.
     void onBinding(const std::string& name, std::function<void()> pressed);
@@ -51,6 +53,7 @@ class Compositor {
     void readEvents();
     void handle(const Message& event);
     void take(const JsonValue& configuration);
+    void take(const Ipc::Message& reply);
     void send(Ipc::Type type, std::string_view payload);
     void tellFailure(const JsonValue& reply);
 
@@ -63,6 +66,7 @@ class Compositor {
     std::string configurationFile;
     UserConfiguration users;
     std::string mode; ///< of bindings, that is in force
+    std::function<void(const JsonValue&)> workspacesAnswered;
     std::map<std::string, std::function<void()>> bindings;
     std::vector<std::pair<const void*, std::function<void()>>> reloadHandlers;
     std::function<void()> settled;

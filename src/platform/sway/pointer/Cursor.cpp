@@ -1,16 +1,42 @@
 #include "platform/sway/pointer/Cursor.h"
 
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
 namespace platform::sway {
 
+namespace {
+
+constexpr long shortest = 100; // milliseconds; the compositor takes nothing less
+
+} // namespace
+
 Cursor::~Cursor() {
-    if (isHidden()) setHidden(false);
+    apply({});
+}
+
+void Cursor::hideAfterRest(std::optional<double> seconds) {
+    rest = seconds;
+    setHidden(isHidden());
 }
 
 void Cursor::setHidden(bool on) {
     if (on)
-        changes.make("cursor", [this] {
-            return Changes::Change{"seat * hide_cursor 100",
-                                   compositor.configuration().cursorHiding()};
+        apply(shortest);
+    else if (rest)
+        apply(std::max(shortest, std::lround(*rest * 1000)));
+    else
+        apply({});
+}
+
+// Each of these commands shows the cursor and has it rest anew, so none is sent twice.
+void Cursor::apply(std::optional<long> milliseconds) {
+    if (std::exchange(applied, milliseconds) == milliseconds) return;
+    const std::string command = "seat * hide_cursor ";
+    if (milliseconds)
+        changes.make("cursor", [this, wanted = command + std::to_string(*milliseconds)] {
+            return Changes::Change{wanted, compositor.configuration().cursorHiding()};
         });
     else
         changes.takeBack("cursor");

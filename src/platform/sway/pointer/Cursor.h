@@ -14,11 +14,17 @@ class Cursor final : public session::CountedCursor {
     Cursor(const Cursor&) = delete;
     Cursor& operator=(const Cursor&) = delete;
 
+    bool hidesAtRest() const override { return true; }
+    void hideAfterRest(std::optional<double> seconds) override;
+
   private:
     void setHidden(bool on) override;
+    void apply(std::optional<long> milliseconds);
 
     const Compositor& compositor;
     Changes& changes;
+    std::optional<double> rest;
+    std::optional<long> applied; ///< nothing while it is as the user has it
 };
 
 } // namespace platform::sway

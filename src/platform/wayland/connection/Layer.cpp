@@ -40,7 +40,9 @@ Layer::Layer(Connection& x, const Look& look)
       drawn(wl_compositor_create_surface(x.compositor())),
       viewport(wp_viewporter_get_viewport(x.viewporter(), drawn.get())),
       layer(zwlr_layer_shell_v1_get_layer_surface(x.layers(), drawn.get(), look.place.output,
-                                                  ZWLR_LAYER_SHELL_V1_LAYER_OVERLAY, "overlay")) {
+                                                  look.isBelow ? ZWLR_LAYER_SHELL_V1_LAYER_TOP
+                                                               : ZWLR_LAYER_SHELL_V1_LAYER_OVERLAY,
+                                                  "overlay")) {
     wl_proxy_set_tag(reinterpret_cast<wl_proxy*>(drawn.get()), &tag);
     wl_surface_set_user_data(drawn.get(), this);
     static constexpr zwlr_layer_surface_v1_listener listener{

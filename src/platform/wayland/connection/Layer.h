@@ -18,6 +18,7 @@ class Layer {
         Rect area;                   ///< layout coordinates, on that output
         Pixel pixel = 0;
         bool takesKeyboard = false; ///< all keys go to it while it is shown
+        bool isBelow = false;       ///< all other layers, and full-screen windows
     };
     Layer(Connection& connection, const Look& look);
     ~Layer();

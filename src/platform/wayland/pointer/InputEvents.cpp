@@ -21,12 +21,13 @@ constexpr std::size_t fewClicks = 16;
 
 InputEvents::InputEvents(Connection& x, Descriptors& descriptors, Outputs& screens,
                          PointerSeat& pointerSeat, Pointer& cursor, Hold& confinement,
-                         std::function<bool()> ownActive)
+                         EdgeStrips& edgeStrips, std::function<bool()> ownActive)
     : connection(x),
       outputs(screens),
       seat(pointerSeat),
       pointer(cursor),
       hold(confinement),
+      edges(edgeStrips),
       ownWindowActive(std::move(ownActive)),
       pace(
           descriptors, [this] { tick(); }, session::Pace::period / 2) {
@@ -41,9 +42,12 @@ InputEvents::~InputEvents() {
 }
 
 void InputEvents::moved(Point layout) {
-    place = outputs.toTopLeft(layout);
+    place = outputs.toTopLeft(outputs.nearest(layout));
     // Nobody's hand did that.
     if (!pointer.takeArrival(place)) hasMoved = true;
+    const bool hadArrived = edges.hasArrived();
+    edges.moved(outputs.toLayout(place), outputs.toLayout(pointer.lastPlace()));
+    if (!hadArrived && edges.hasArrived()) pace.stop(); // its first frame begins with it
 }
 
 void InputEvents::tellPlace(Point layout) {
@@ -54,6 +58,7 @@ void InputEvents::tellPlace(Point layout) {
 void InputEvents::meant(Point step, double when) {
     time = when;
     hold.meant(outputs.toLayout(place), step, when);
+    edges.meant(step);
     anyArrived = true;
 }
 
@@ -78,6 +83,7 @@ void InputEvents::note(EventType type) {
 void InputEvents::batchEnded() {
     if (!anyArrived && !hasMoved && noted.empty()) return;
     if (hasMoved && hold.isBeyond(place) && !putBack()) readMotion();
+    tellEdges(false);
     if (!noted.empty()) {
         readMotion();
         for (std::size_t i = 0; i < noted.size(); ++i)
@@ -100,6 +106,20 @@ bool InputEvents::putBack() {
     return true;
 }
 
+// What happens at an edge answers to how the pointer has come there, and at once.
+void InputEvents::tellEdges(bool isFrameEnd) {
+    if (const auto from = edges.takeArrival(isFrameEnd)) {
+        deliver(EventType::mouseMoved, outputs.toTopLeft(*from), false);
+        hasMoved = true;
+        readMotion();
+    }
+    if (const auto to = edges.takeDeparture()) {
+        place = outputs.toTopLeft(*to);
+        hasMoved = false;
+        deliver(EventType::mouseMoved, place, false);
+    }
+}
+
 void InputEvents::tick() {
     connection.read();
     isFrameHalfOver = !isFrameHalfOver;
@@ -108,6 +128,7 @@ void InputEvents::tick() {
     } else {
         ownWindowChanged();
         emptyFrames = std::exchange(anyArrived, false) ? 0 : emptyFrames + 1;
+        tellEdges(true);
         readMotion();
         if (emptyFrames >= framesUntilRest) {
             emptyFrames = 0;
@@ -124,6 +145,7 @@ void InputEvents::chooseReading() {
 }
 
 void InputEvents::readMotion() {
+    if (edges.hasArrived()) return;
     const bool anyMotion = hasMoved;
     if (const auto push = hold.takePush(place)) {
         tell(*push);

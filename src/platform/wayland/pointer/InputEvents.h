@@ -2,6 +2,7 @@
 
 #include "platform/InputEvents.h"
 #include "platform/session/Pace.h"
+#include "platform/wayland/pointer/EdgeStrips.h"
 #include "platform/wayland/pointer/Pointer.h"
 
 #include <deque>
@@ -17,7 +18,7 @@ class InputEvents final : public platform::InputEvents, private PointerSeat::Lis
   public:
     /// `ownWindowActive` is asked for each event that a monitor would get.
     InputEvents(Connection& connection, Descriptors& descriptors, Outputs& outputs,
-                PointerSeat& seat, Pointer& pointer, Hold& hold,
+                PointerSeat& seat, Pointer& pointer, Hold& hold, EdgeStrips& edges,
                 std::function<bool()> ownWindowActive);
     ~InputEvents() override;
     InputEvents(const InputEvents&) = delete;
@@ -25,6 +26,8 @@ class InputEvents final : public platform::InputEvents, private PointerSeat::Lis
 
     void addGlobalMonitor(EventMask mask, Handler handler) override;
     void addTap(const TapParameters& parameters, Handler handler) override;
+    void watch(const PointerWatch& wanted) override { edges.watch(wanted); }
+    bool tellsMotion() const override { return false; }
 
     /// To be called when a window of the program has become active or is so no longer.
     void ownWindowChanged() { hold.suspend(ownWindowActive()); }
@@ -43,7 +46,7 @@ class InputEvents final : public platform::InputEvents, private PointerSeat::Lis
     };
 
     void moved(Point place) override;
-    void left() override {}
+    void left() override { edges.left(); }
     void meant(Point step, double time) override;
     void button(std::uint32_t code, bool down) override;
     void scrolled() override { note(EventType::scrollWheel); }
@@ -55,6 +58,7 @@ class InputEvents final : public platform::InputEvents, private PointerSeat::Lis
     void readMotion();
     void tell(const Hold::Push& push);
     void chooseReading();
+    void tellEdges(bool isFrameEnd);
     void deliver(EventType type, Point place, bool isHeldBack);
 
     Connection& connection;
@@ -62,6 +66,7 @@ class InputEvents final : public platform::InputEvents, private PointerSeat::Lis
     PointerSeat& seat;
     Pointer& pointer;
     Hold& hold;
+    EdgeStrips& edges;
     std::function<bool()> ownWindowActive;
     std::deque<Consumer> consumers; ///< stays in place when a handler adds one
     session::Pace pace;

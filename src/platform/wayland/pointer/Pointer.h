@@ -25,6 +25,8 @@ class Pointer final : public platform::Pointer {
     /// Whether the cursor, seen at a point, top-left, has just come to where the program put it. To
     /// be asked of each place that is seen; once for a warp.
     bool takeArrival(Point at);
+    /// Where it was seen or put last, top-left coordinates.
+    Point lastPlace() const { return last; }
 
     /// The handling of one event. The event's place is the cursor's place meanwhile. An event that
     /// the cursor was held back from is carried out at the end, unless the program has warped the
