@@ -27,7 +27,7 @@ std::map<fs::path, std::string> sessions() {
         {"kwin", "KWin"},
         {"gnome", "GNOME Shell"}};
     const fs::path sources = fs::path(DOCUMENTS).parent_path() / "src";
-    std::map<fs::path, std::string> found{{sources / "program/session/X11Session.cpp", "X11"}};
+    std::map<fs::path, std::string> found{{sources / "program/session/x11/X11Session.cpp", "X11"}};
     for (const auto& folder : fs::directory_iterator(sources / "platform"))
         if (folder.is_directory())
             for (const auto& file : fs::directory_iterator(folder))
