@@ -11,7 +11,7 @@ WEB_SETTING = $(if $(WEB),PALISOR_WEB=ON)
 GTK_LIST = $(shell PATH="$$PATH:/sbin" ldconfig -p 2>/dev/null | grep -q libgtk-3 && echo gtk)
 FUZZ_SECONDS = 30
 
-.PHONY: help product run demo tests test benchmarks bench asan fuzz tidy format clean
+.PHONY: help product run demo tests test benchmarks bench asan fuzz package licences guide release tidy format clean
 .DEFAULT_GOAL := help
 
 help:
@@ -21,6 +21,10 @@ help:
 	@echo 'make bench   build and run the benchmarks'
 	@echo 'make asan    run every test with the address and undefined-behaviour sanitizers'
 	@echo 'make fuzz    build and run the fuzzers, for half a minute'
+	@echo 'make package build the packages for Debian, of what is committed, into build/package/'
+	@echo 'make licences write docs/licences.md anew: the licences of what the program is linked with'
+	@echo 'make guide   make the pages of docs/ that a browser shows, in build/guide/'
+	@echo 'make release VERSION=1.1 gather changes/ into NEWS.md and set the version everywhere'
 	@echo 'make tidy    look for defects with clang-tidy'
 	@echo 'make format  format the sources with clang-format'
 	@echo 'make clean   remove what was built'
@@ -76,6 +80,21 @@ fuzz:
 	@tools/configure build-fuzz '-S fuzz -G Ninja -D CMAKE_CXX_COMPILER=clang++'
 	@cmake --build build-fuzz -- $(QUIET)
 	@tools/fuzz $(FUZZ_SECONDS)
+
+package:
+	@tools/setup build web package
+	@tools/package
+
+licences:
+	@tools/setup run web
+	@tools/licences >docs/licences.md
+
+guide:
+	@tools/setup package
+	@tools/guide
+
+release:
+	@tools/release '$(VERSION)'
 
 # What the tree compiles, without what it makes itself.
 tidy: benchmarks

@@ -92,7 +92,7 @@ void row(const std::string& what, const std::string& required, const std::string
 std::string outside(Way way, int hz, bool loaded) {
     Contest contest(way);
     std::optional<Load> load;
-    if (loaded) load.emplace(contest.product.desktop);
+    if (loaded) load.emplace();
     contest.product.moveNextTo(0, 1);
     support::Watcher watcher(contest.product.desktop.display(), contest.product.monitor(0));
     contest.pushAgainstEdge(5 * seconds, hz);

@@ -1,6 +1,6 @@
 #include "Meters.h"
 
-#include "testing/desktop/PrivateDesktop.h"
+#include "testing/Child.h"
 
 #include <chrono>
 #include <ctime>
@@ -55,10 +55,12 @@ double Usage::wakeUpsPerSecond() const {
            (secondsOf(CLOCK_MONOTONIC) - begun);
 }
 
-Load::Load(const support::PrivateDesktop& desktop) {
+Load::Load() {
     constexpr int cores = 2;
+    support::ChildProcess::Start start;
+    start.command = {"/bin/sh", "-c", "while :; do :; done"};
     for (int i = 0; i < cores; ++i)
-        processes.push_back(desktop.spawn("sh", {"-c", "while :; do :; done"}));
+        processes.push_back(std::make_unique<support::ChildProcess>(start));
 }
 
 Load::~Load() = default;

@@ -8,7 +8,6 @@
 
 namespace support {
 class ChildProcess;
-class PrivateDesktop;
 } // namespace support
 
 namespace bench {
@@ -32,7 +31,7 @@ class Usage {
 /// Two processes that never rest, one for each core of the machines that this is measured on.
 class Load {
   public:
-    explicit Load(const support::PrivateDesktop& desktop);
+    Load();
     ~Load();
     Load(const Load&) = delete;
     Load& operator=(const Load&) = delete;

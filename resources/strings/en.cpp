@@ -47,6 +47,8 @@ constexpr Text texts[] = {
     {"NOTICE_NOT_AWAKE_TEXT",
      "Nothing in this session can keep them on. Start the desktop's power manager, for instance "
      "xfce4-power-manager, then switch Stay Awake off and on."},
+    {"NOTICE_NOT_HELD", "The cursor is not held"},
+    {"NOTICE_NOT_HELD_TEXT", "%@"},
     {"NOTICE_NO_OPENER", "The page or mail cannot be opened"},
     {"NOTICE_NO_OPENER_TEXT",
      "Install the package xdg-utils and a web browser, or a mail program, and choose it again."},

@@ -47,6 +47,8 @@ constexpr Text texts[] = {
     {"NOTICE_NOT_AWAKE_TEXT",
      "Niente in questa sessione può tenerli accesi. Avvia il gestore energetico del desktop, per "
      "esempio xfce4-power-manager, poi disattiva e riattiva Stay Awake."},
+    {"NOTICE_NOT_HELD", "Il cursore non è trattenuto"},
+    {"NOTICE_NOT_HELD_TEXT", "%@"},
     {"NOTICE_NO_OPENER", "Impossibile aprire la pagina o il messaggio"},
     {"NOTICE_NO_OPENER_TEXT",
      "Installa il pacchetto xdg-utils e un browser, o un programma di posta, e scegli di nuovo."},

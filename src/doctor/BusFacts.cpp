@@ -1,6 +1,7 @@
 #include "doctor/BusFacts.h"
 
 #include "bus/Names.h"
+#include "program/ShellExtension.h"
 #include "program/client/Seen.h"
 
 #include <cstdint>
@@ -145,6 +146,32 @@ void askProgram(Questions& questions, const std::string& identifier, BusFacts& f
     });
 }
 
+void askShell(Questions& questions, BusFacts& facts) {
+    auto info = questions.call("org.gnome.Shell", "/org/gnome/Shell", "org.gnome.Shell.Extensions",
+                               "GetExtensionInfo");
+    if (info) sd_bus_message_append(info.get(), "s", shellExtension);
+    questions.ask(info, [&facts](sd_bus_message* reply) {
+        if (isFailure(reply) || sd_bus_message_enter_container(reply, 'a', "{sv}") < 0) return;
+        facts.shellExtension = ShellExtension::notInstalled;
+        while (sd_bus_message_enter_container(reply, 'e', "sv") > 0) {
+            const char* key = nullptr;
+            double number = 0;
+            (void)sd_bus_message_read(reply, "s", &key);
+            if (key && std::string_view(key) == "state" &&
+                sd_bus_message_read(reply, "v", "d", &number) > 0) {
+                const int state = static_cast<int>(number);
+                facts.shellExtension = state == 1   ? ShellExtension::on
+                                       : state == 3 ? ShellExtension::failed
+                                       : state == 4 ? ShellExtension::otherRelease
+                                                    : ShellExtension::off;
+            } else {
+                (void)sd_bus_message_skip(reply, "v");
+            }
+            (void)sd_bus_message_exit_container(reply);
+        }
+    });
+}
+
 } // namespace
 
 BusFacts askBus(const std::string& identifier, Clock::time_point deadline) {
@@ -169,6 +196,7 @@ BusFacts askBus(const std::string& identifier, Clock::time_point deadline) {
                    "org.freedesktop.portal.Settings", "version",
                    [&facts](sd_bus_message*) { facts.portalHasSettings = true; });
     askProgram(questions, identifier, facts);
+    askShell(questions, facts);
     questions.run(deadline);
     return facts;
 }

@@ -21,6 +21,9 @@ struct ProgramTells {
     platform::Capabilities capabilities{};
 };
 
+/// What GNOME Shell says of the extension that the program needs there.
+enum class ShellExtension { noShell, notInstalled, off, failed, otherRelease, on };
+
 /// What the session bus tells.
 struct BusFacts {
     enum class State { none, silent, answers };
@@ -32,6 +35,7 @@ struct BusFacts {
     ServiceFacts portal;
     bool portalHasSettings = false; ///< of a portal that is there
     ServiceFacts calendar;
+    ShellExtension shellExtension = ShellExtension::noShell;
     std::optional<pid_t> program; ///< whose the product's name is
     bool programAnswers = false;
     std::optional<ProgramTells> told{}; ///< nothing of one that knows no such question

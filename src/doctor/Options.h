@@ -13,18 +13,22 @@ struct Options {
     std::string product; ///< as its folder is named
     bool json = false;
     bool rescue = false;
+    bool open = false; ///< the report is shown in a window
     bool help = false;
     bool version = false;
     std::optional<std::string> error{}; ///< one line, for a command line that makes no sense
 };
 
-inline constexpr std::array<OptionRow<Options>, 5> optionTable = {
+inline constexpr std::array<OptionRow<Options>, 6> optionTable = {
     {{{"--product", "", "NAME", "the product, not the one the command is named after"}},
      {{"--json", "", "", "for a bug report, without names and paths of yours"}, &Options::json},
      {{"--rescue", "", "",
        "mend what a program that died or hangs has left: dark monitors, a held or hidden cursor, "
        "entries that start a program that is gone"},
       &Options::rescue},
+     {{"--open", "", "",
+       "show it in the desktop's viewer of texts, for a launcher without a terminal"},
+      &Options::open},
      {{"--help", "-h", "", "print this and end"}, &Options::help},
      {{"--version", "-V", "", "print the product and its version and end"}, &Options::version}}};
 

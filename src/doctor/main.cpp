@@ -5,6 +5,7 @@
 #include "doctor/Rescue.h"
 #include "doctor/checks/Checks.h"
 #include "platform/linux/files/Installation.h"
+#include "platform/linux/files/XdgFiles.h"
 #include "platform/linux/system/SessionLanguage.h"
 #include "program/Printable.h"
 #include "strings/Strings.h"
@@ -12,6 +13,8 @@
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
+#include <fstream>
+#include <unistd.h>
 
 namespace {
 
@@ -37,6 +40,16 @@ std::vector<std::string> products() {
         names.push_back(at->path().filename());
     std::ranges::sort(names);
     return names;
+}
+
+/// Becomes the desktop's opener of files. Returns where there is none.
+int show(const std::string& text, const std::string& product) {
+    const std::string file =
+        platform::linux::runtimeFolder().value_or(".") + "/" + product + "-doctor.txt";
+    std::ofstream(file) << text;
+    ::execlp("xdg-open", "xdg-open", file.c_str(), nullptr);
+    (void)std::fprintf(stderr, "no xdg-open to show %s with: install xdg-utils\n", file.c_str());
+    return failure;
 }
 
 bool hasTexts(std::string_view language) {
@@ -72,6 +85,7 @@ int main(int argc, char** argv) {
     const std::string text = options.json     ? doctor::asJson(report)
                              : options.rescue ? doctor::asRescueText(report)
                                               : doctor::asText(report);
+    if (options.open) return show(text, options.product);
     (void)std::fputs(text.c_str(), stdout);
     return doctor::isWell(report) ? 0 : failure;
 }

@@ -10,6 +10,9 @@
 /// What a start by the session is told from one by the user.
 inline constexpr std::string_view atLoginOption = "--at-login";
 
+/// What a start in the place of an older version is told from one by the user.
+inline constexpr std::string_view againOption = "--again";
+
 /// What the command line asks for.
 struct Options {
     std::string command; ///< the name that the program was called by, without its folder
@@ -18,13 +21,14 @@ struct Options {
     bool version = false;
     bool listMonitors = false;
     bool atLogin = false;       ///< the session starts the program, and not the user
+    bool again = false;         ///< an upgrade starts the program again, and not the user
     bool verbose = false;       ///< what only a developer understands is logged, too
     std::string record;         ///< the scenario file to write; empty for none
     bool hold = true;           ///< the X server holds the cursor; otherwise it is only warped back
     std::string calendarFolder; ///< of .ics files; empty where none was named
 };
 
-inline constexpr std::array<OptionRow<Options>, 9> programOptions = {
+inline constexpr std::array<OptionRow<Options>, 10> programOptions = {
     {{{"--product", "", "NAME", "the product to run, not the one the command is named after"}},
      {{"--hold", "", "on|off",
        "whether the X server holds the cursor at an edge (on unless said otherwise); off, it is "
@@ -39,6 +43,8 @@ inline constexpr std::array<OptionRow<Options>, 9> programOptions = {
        "for the desktop's autostart: with fewer than two monitors, wait for the session to set "
        "them up, ten seconds at most"},
       &Options::atLogin},
+     {{againOption, "", "", "for upgrades: come back without the window at the start"},
+      &Options::again},
      {{"--list-monitors", "", "", "print one line a monitor and end"}, &Options::listMonitors},
      {{"--verbose", "", "", "log what the program does step by step, for its developers"},
       &Options::verbose},

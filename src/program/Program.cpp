@@ -3,6 +3,7 @@
 #include "app/Keys.h"
 #include "app/Variants.h"
 #include "platform/linux/files/Installation.h"
+#include "platform/linux/system/StartAgain.h"
 #include "platform/qt/alerts/ShortcutRecorder.h"
 #include "program/helper/LoginEntry.h"
 
@@ -71,6 +72,7 @@ Program::Program(const Product& product, lnx::ProductBundle& productBundle, Sess
            .settings = settings,
            .pictures = pictures,
            .folder = lnx::runtimeFolder().value_or(""),
+           .data = lnx::dataFolder(),
            .helper = lnx::helperPath,
            .ownWindowActive = platform::qt::QtApplication::hasActiveWindow,
            .onOwnWindowActive =
@@ -81,7 +83,7 @@ Program::Program(const Product& product, lnx::ProductBundle& productBundle, Sess
            .lost = [this] { exit(failure); }})),
       tray(std::in_place, desk.tray, pictures,
            platform::qt::TrayIcon::Identity{product.identifier, product.name}, log),
-      statusItem(runLoop, application, &pictures, &*tray),
+      statusItem(runLoop, application, &pictures, &*tray, desk.popups),
       alerts(runLoop, application, product.name, pictures, product.icon,
              [this](const std::string& name, QWidget* parent) { return accessory(name, parent); }),
       notifications(product.name, product.identifier, log),
@@ -103,7 +105,9 @@ Program::Program(const Product& product, lnx::ProductBundle& productBundle, Sess
       loginWait(runLoop, desk.displays, coreLog),
       doctor(lnx::executablePath("palisor-doctor"), bundle.name(), descriptors),
       productObject(onBus(product), link),
-      quitSignals(descriptors, [this] { quit(); }) {
+      quitSignals(
+          descriptors, [this] { quit(); }, [this] { startAgain(); }) {
+    if (options.again) infoWindows.keepFirstAway();
     if (!options.record.empty()) startRecording(options.record);
     if (recording)
         delegate.emplace(services(recording->displays, recording->input, recording->statusItem));
@@ -143,6 +147,9 @@ platform::Platform Program::services(platform::Displays& displays, platform::Inp
 
 // The last one runs first: saving needs nothing of the rest.
 void Program::undoAtExit() {
+    application.atExit([this] {
+        if (startsAgain) lnx::startAgain(std::string(againOption));
+    });
     application.atExit([this] {
         session.aboutToEnd();
         productObject.watch(nullptr);
@@ -240,6 +247,12 @@ void Program::begin() {
     loginItems.bringUpToDate();
     if (recording) recording->writer.begin(bundle, settings.persistentDomain(), desk.displays);
     delegate->applicationDidFinishLaunching();
+    // At login the shell may still be on its way.
+    constexpr double timeForASlowLogin = 10;
+    runLoop.schedule(timeForASlowLogin, false, "tellWhatIsMissing", [this] {
+        if (const std::string reason = session.missing(); !reason.empty())
+            notices.tell("NOTICE_NOT_HELD", "NOTICE_NOT_HELD_TEXT", reason);
+    });
 }
 
 bus::ProductObject::Program Program::onBus(const Product& product) {
@@ -270,6 +283,14 @@ platform::Capabilities Program::capabilities() const {
 void Program::activate() {
     // The caller waits for an answer, and the menu stays open as long as the user likes.
     application.afterEvent([this] { statusItem.activate(); });
+}
+
+// By a timer, since those wait for the end of an open menu or alert.
+void Program::startAgain() {
+    runLoop.schedule(0, false, "startAgain", [this] {
+        startsAgain = true;
+        quit();
+    });
 }
 
 void Program::quit() {

@@ -81,6 +81,7 @@ class Program {
     void begin();
     void tellFailures();
     void tellWhyNoCalendar(platform::calendar::Refusal why);
+    void startAgain();
     void quit();
 
     platform::Log& log;
@@ -115,6 +116,7 @@ class Program {
     platform::qt::WebModule web;
     platform::linux::ModuleCalendar calendar;
     bool atLogin;
+    bool startsAgain = false; ///< the end is that of this version only
     LoginWait loginWait;
     std::optional<Recording> recording;
     std::optional<palisor::DecisionLog> decisionLog; ///< where the log is verbose

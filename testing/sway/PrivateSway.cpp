@@ -4,10 +4,9 @@
 #include "testing/desktop/Layout.h"
 #include "wlr-virtual-pointer-unstable-v1-client-protocol.h"
 
-#include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <linux/input-event-codes.h>
 #include <stdexcept>
 #include <string_view>
 #include <sys/prctl.h>
@@ -26,16 +25,6 @@ bool isInstalled(const std::string& command) {
     return false;
 }
 
-bool isOneThatHolds() {
-    FILE* const asked = ::popen("sway --version", "r");
-    if (!asked) return false;
-    char answer[64] = "";
-    const bool isRead = std::fgets(answer, sizeof answer, asked) != nullptr;
-    ::pclose(asked);
-    const std::string_view text(answer);
-    return isRead && (text.starts_with("sway version 1.7") || text.starts_with("sway version 1.8"));
-}
-
 constexpr uid_t nobody = 65534;
 
 // Sway refuses to run as root, but its sockets serve root.
@@ -48,10 +37,9 @@ std::vector<std::string> asUser(std::vector<std::string> command) {
     return command;
 }
 
-std::uint32_t milliseconds32() {
-    const auto now = Clock::now().time_since_epoch();
+std::uint32_t milliseconds32(Clock::time_point when = Clock::now()) {
     return static_cast<std::uint32_t>(
-        std::chrono::duration_cast<std::chrono::milliseconds>(now).count());
+        std::chrono::duration_cast<std::chrono::milliseconds>(when.time_since_epoch()).count());
 }
 
 } // namespace
@@ -59,7 +47,6 @@ std::uint32_t milliseconds32() {
 std::optional<std::string> PrivateSway::missing() {
     for (const char* command : {"sway", "swaymsg", "grim"})
         if (!isInstalled(command)) return std::string(command) + " is not installed";
-    if (!isOneThatHolds()) return "this sway is not one of 1.7 and 1.8, which the program knows";
     return std::nullopt;
 }
 
@@ -131,27 +118,35 @@ std::string PrivateSway::ask(const std::string& question) const {
     return client->output();
 }
 
-double PrivateSway::brightness(int output) const {
+Picture PrivateSway::picture(int output) const {
     const std::string file = folder.path("picture.ppm");
     const auto client =
         spawn("grim", {"-t", "ppm", "-o", "HEADLESS-" + std::to_string(output), file});
     if (client->wait() != 0) throw std::runtime_error("no picture: " + client->errors());
-    std::ifstream picture(file, std::ios::binary);
-    std::string kind;
-    int width = 0, height = 0, most = 0;
-    picture >> kind >> width >> height >> most;
-    picture.get();
-    const std::string bytes{std::istreambuf_iterator<char>(picture), {}};
-    if (kind != "P6" || bytes.empty()) throw std::runtime_error("no picture");
-    double sum = 0;
-    for (const char byte : bytes)
-        sum += static_cast<unsigned char>(byte);
-    return sum / static_cast<double>(bytes.size());
+    return readPicture(file);
 }
 
-SwayHand::SwayHand(const PrivateSway& desktop)
+Picture readPicture(const std::string& file) {
+    std::ifstream read(file, std::ios::binary);
+    std::string kind;
+    Picture seen{};
+    int most = 0;
+    read >> kind >> seen.area.width >> seen.area.height >> most;
+    read.get();
+    const std::string bytes{std::istreambuf_iterator<char>(read), {}};
+    const auto pixels = static_cast<std::size_t>(seen.area.width * seen.area.height);
+    if (kind != "P6" || bytes.empty() || bytes.size() != 3 * pixels)
+        throw std::runtime_error("no picture");
+    seen.pixels.resize(pixels);
+    std::memcpy(seen.pixels.data(), bytes.data(), bytes.size());
+    return seen;
+}
+
+SwayHand::SwayHand(const PrivateSway& desktop) : SwayHand(&desktop, desktop.socket()) {}
+
+SwayHand::SwayHand(const PrivateSway* desktop, const std::string& socketPath)
     : sway(desktop),
-      client(desktop.socket()),
+      client(socketPath),
       pointer(
           zwlr_virtual_pointer_manager_v1_create_virtual_pointer(client.pointers, client.seat)) {
     client.synchronize();
@@ -163,11 +158,19 @@ SwayHand::~SwayHand() {
 }
 
 void SwayHand::moveTo(int x, int y) {
-    sway.run("seat - cursor set " + std::to_string(x) + " " + std::to_string(y));
+    sway->run("seat - cursor set " + std::to_string(x) + " " + std::to_string(y));
 }
 
-void SwayHand::send(double dx, double dy) {
-    zwlr_virtual_pointer_v1_motion(pointer, milliseconds32(), wl_fixed_from_double(dx),
+void SwayHand::place(int x, int y, int width, int height) {
+    const auto halves = [](int pixels) { return static_cast<std::uint32_t>(2 * pixels); };
+    zwlr_virtual_pointer_v1_motion_absolute(pointer, milliseconds32(), halves(x) + 1, halves(y) + 1,
+                                            halves(width), halves(height));
+    zwlr_virtual_pointer_v1_frame(pointer);
+    client.synchronize();
+}
+
+void SwayHand::send(double dx, double dy, Clock::time_point when) {
+    zwlr_virtual_pointer_v1_motion(pointer, milliseconds32(when), wl_fixed_from_double(dx),
                                    wl_fixed_from_double(dy));
     zwlr_virtual_pointer_v1_frame(pointer);
     wl_display_flush(client.display);
@@ -184,20 +187,31 @@ double SwayHand::push(double dx, double dy, int steps, int hz) {
     return pace.took;
 }
 
-void SwayHand::button(bool down) {
-    zwlr_virtual_pointer_v1_button(pointer, milliseconds32(), BTN_LEFT,
+void SwayHand::pushAt(double speed, double seconds, int hz) {
+    const auto begun = Clock::now();
+    const std::chrono::nanoseconds period{1'000'000'000 / hz};
+    repeat(static_cast<int>(seconds * hz), hz, [&](int step) {
+        const auto pixels = [&](int steps) { return std::trunc(speed * steps / hz); };
+        const double dx = pixels(step + 1) - pixels(step);
+        if (dx != 0) send(dx, 0, begun + step * period);
+    });
+    client.synchronize();
+}
+
+void SwayHand::button(std::uint32_t code, bool down) {
+    zwlr_virtual_pointer_v1_button(pointer, milliseconds32(), code,
                                    down ? WL_POINTER_BUTTON_STATE_PRESSED
                                         : WL_POINTER_BUTTON_STATE_RELEASED);
     zwlr_virtual_pointer_v1_frame(pointer);
     client.synchronize();
 }
 
-void SwayHand::pressButton() {
-    button(true);
+void SwayHand::pressButton(std::uint32_t code) {
+    button(code, true);
 }
 
-void SwayHand::releaseButton() {
-    button(false);
+void SwayHand::releaseButton(std::uint32_t code) {
+    button(code, false);
 }
 
 } // namespace support

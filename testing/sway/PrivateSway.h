@@ -2,6 +2,7 @@
 
 #include "testing/SessionBus.h"
 #include "testing/TempFolder.h"
+#include "testing/eye/Picture.h"
 #include "testing/sway/WaylandClient.h"
 
 #include <optional>
@@ -41,8 +42,10 @@ class PrivateSway {
     void run(const std::string& command) const;
     /// What swaymsg prints of a question: "get_outputs".
     std::string ask(const std::string& question) const;
-    /// A picture of an output, numbered from 1 on: its mean brightness, from 0 to 255.
-    double brightness(int output) const;
+    /// What an output shows, numbered from 1 on, in pixels of the output.
+    Picture picture(int output) const;
+    /// Its mean, from 0 to 255.
+    double brightness(int output) const { return picture(output).brightness(); }
 
     std::unique_ptr<ChildProcess> spawn(const std::string& command,
                                         const std::vector<std::string>& arguments = {}) const;
@@ -55,28 +58,43 @@ class PrivateSway {
     std::string displaySocket;
 };
 
-/// A mouse of the private compositor's. Every call returns when the compositor has taken it in
-/// (push: all of it).
+/// As grim writes it in its format "ppm". Throws std::runtime_error where it is none.
+Picture readPicture(const std::string& file);
+
+/// A mouse of a private compositor's. Every call returns when the compositor has taken it in (push:
+/// all of it).
 class SwayHand {
   public:
     explicit SwayHand(const PrivateSway& sway);
+    /// Of another compositor, by its socket: it is put somewhere by `place` alone.
+    explicit SwayHand(const std::string& socketPath) : SwayHand(nullptr, socketPath) {}
     ~SwayHand();
     SwayHand(const SwayHand&) = delete;
     SwayHand& operator=(const SwayHand&) = delete;
 
     /// Layout coordinates. It is no motion of the mouse.
     void moveTo(int x, int y);
+    /// The same as a motion of the mouse, to a pixel of a layout of that size.
+    void place(int x, int y, int width, int height);
     void relative(double dx, double dy);
     /// `steps` events of (dx, dy) at `hz` a second. Returns the seconds that it took.
     double push(double dx, double dy, int steps, int hz);
-    void pressButton();
-    void releaseButton();
+    /// The same at `speed` pixels a second to the right, or to the left where it is negative: like
+    /// a mouse it sends whole pixels, and nothing where there is none yet, and says when its hand
+    /// moved however late the system lets it send that.
+    void pushAt(double speed, double seconds, int hz);
+    /// The kernel's code; the left one otherwise.
+    void pressButton(std::uint32_t code = leftButton);
+    void releaseButton(std::uint32_t code = leftButton);
 
   private:
-    void send(double dx, double dy);
-    void button(bool down);
+    SwayHand(const PrivateSway* sway, const std::string& socketPath);
+    void send(double dx, double dy) { send(dx, dy, Clock::now()); }
+    void send(double dx, double dy, Clock::time_point when);
+    static constexpr std::uint32_t leftButton = 0x110;
+    void button(std::uint32_t code, bool down);
 
-    const PrivateSway& sway;
+    const PrivateSway* sway; ///< null of another compositor
     WaylandClient client;
     zwlr_virtual_pointer_v1* pointer;
 };

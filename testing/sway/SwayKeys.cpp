@@ -37,8 +37,8 @@ constexpr std::uint32_t firstKeycode = 8; // XKB's number of the kernel's 0
 
 } // namespace
 
-SwayKeys::SwayKeys(const PrivateSway& sway)
-    : client(sway.socket()),
+SwayKeys::SwayKeys(const std::string& socketPath)
+    : client(socketPath),
       context(xkb_context_new(XKB_CONTEXT_NO_FLAGS)),
       keymap(xkb_keymap_new_from_names(context, nullptr, XKB_KEYMAP_COMPILE_NO_FLAGS)),
       state(xkb_state_new(keymap)) {

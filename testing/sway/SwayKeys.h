@@ -14,7 +14,8 @@ namespace support {
 class SwayKeys {
   public:
     /// Throws std::runtime_error where the compositor takes no keyboard.
-    explicit SwayKeys(const PrivateSway& sway);
+    explicit SwayKeys(const std::string& socketPath);
+    explicit SwayKeys(const PrivateSway& sway) : SwayKeys(sway.socket()) {}
     ~SwayKeys();
     SwayKeys(const SwayKeys&) = delete;
     SwayKeys& operator=(const SwayKeys&) = delete;

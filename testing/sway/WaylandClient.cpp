@@ -46,12 +46,12 @@ WaylandClient::WaylandClient(const std::string& socketPath)
             else if (interface == wp_viewporter_interface.name)
                 bind(self.viewporter, from, name, wp_viewporter_interface, 1);
             else if (interface == wl_output_interface.name)
-                bind(self.outputs[name], from, name, wl_output_interface, 1);
+                self.addOutput(name);
         },
         [](void*, wl_registry*, std::uint32_t) {}};
     wl_registry_add_listener(registry, &listener, this);
     synchronize();
-    if (!compositor || !memory || !seat || !layers || !pointers || !viewporter)
+    if (!compositor || !memory || !seat || !layers || !viewporter)
         throw std::runtime_error("the compositor lacks what tests need");
 }
 
@@ -64,9 +64,29 @@ void WaylandClient::synchronize() const {
     if (wl_display_roundtrip(display) < 0) throw std::runtime_error("the compositor has gone");
 }
 
+void WaylandClient::addOutput(std::uint32_t global) {
+    constexpr std::uint32_t versionWithNames = 4;
+    Output& made = outputs[global];
+    bind(made.output, registry, global, wl_output_interface, versionWithNames);
+    static constexpr wl_output_listener listener{
+        .geometry = [](void*, wl_output*, int, int, int, int, int, const char*, const char*,
+                       int) {},
+        .mode = [](void*, wl_output*, std::uint32_t, int, int, int) {},
+        .done = [](void*, wl_output*) {},
+        .scale = [](void*, wl_output*, int) {},
+        .name = [](void* data, wl_output*,
+                   const char* text) { static_cast<Output*>(data)->name = text; },
+        .description = [](void*, wl_output*, const char*) {}};
+    wl_output_add_listener(made.output, &listener, &made);
+}
+
 wl_output* WaylandClient::output(std::size_t index) const {
-    if (index >= outputs.size()) throw std::out_of_range("no such output");
-    return std::next(outputs.begin(), static_cast<std::ptrdiff_t>(index))->second;
+    synchronize(); // which their names come with
+    std::map<std::string, wl_output*> named;
+    for (const auto& [global, one] : outputs)
+        named.emplace(one.name, one.output);
+    if (index >= named.size()) throw std::out_of_range("no such output");
+    return std::next(named.begin(), static_cast<std::ptrdiff_t>(index))->second;
 }
 
 struct Witness::State {
@@ -123,9 +143,9 @@ void Witness::State::listen(std::uint32_t capabilities) {
             auto& self = *static_cast<State*>(data);
             self.at(x, y);
             const std::lock_guard lock(self.guard);
-            ++self.report.entered;
-            self.report.isOver = true;
             self.since = Clock::now();
+            if (self.report.entered++ == 0) self.report.firstEntered = self.since;
+            self.report.isOver = true;
         };
         all.leave = [](void* data, wl_pointer*, std::uint32_t, wl_surface*) {
             auto& self = *static_cast<State*>(data);
@@ -156,6 +176,11 @@ Witness::Witness(const std::string& socketPath, std::size_t output, Where where,
     State& own = *state;
     own.client = client.get();
     own.pixel = pixel;
+    static constexpr wl_seat_listener seats{[](void* data, wl_seat*, std::uint32_t capabilities) {
+                                                static_cast<State*>(data)->listen(capabilities);
+                                            },
+                                            [](void*, wl_seat*, const char*) {}};
+    wl_seat_add_listener(client->seat, &seats, state.get());
     own.surface = wl_compositor_create_surface(client->compositor);
     own.viewport = wp_viewporter_get_viewport(client->viewporter, own.surface);
     own.layer = zwlr_layer_shell_v1_get_layer_surface(
@@ -171,11 +196,6 @@ Witness::Witness(const std::string& socketPath, std::size_t output, Where where,
     zwlr_layer_surface_v1_set_anchor(own.layer, 15); // all four edges
     zwlr_layer_surface_v1_set_exclusive_zone(own.layer, -1);
     wl_surface_commit(own.surface);
-    static constexpr wl_seat_listener seats{[](void* data, wl_seat*, std::uint32_t capabilities) {
-                                                static_cast<State*>(data)->listen(capabilities);
-                                            },
-                                            [](void*, wl_seat*, const char*) {}};
-    wl_seat_add_listener(client->seat, &seats, state.get());
     while (!own.isShown)
         client->synchronize();
     client->synchronize();
@@ -212,10 +232,6 @@ Witness::Report Witness::report() const {
     if (now.isOver)
         now.seconds += std::chrono::duration<double>(Clock::now() - state->since).count();
     return now;
-}
-
-bool Witness::waitForCursor() const {
-    return waitUntil([&] { return report().isOver; });
 }
 
 } // namespace support

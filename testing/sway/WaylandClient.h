@@ -31,7 +31,8 @@ class WaylandClient {
 
     /// Until the compositor has taken in all that was sent.
     void synchronize() const;
-    /// The output that was announced at that place, from 0 on.
+    /// The output that has that place in the order of their names, from 0 on: compositors announce
+    /// them in an order of their own. Waits for the compositor.
     wl_output* output(std::size_t index) const;
 
     wl_display* display = nullptr;
@@ -39,12 +40,18 @@ class WaylandClient {
     wl_shm* memory = nullptr;
     wl_seat* seat = nullptr;
     zwlr_layer_shell_v1* layers = nullptr;
-    zwlr_virtual_pointer_manager_v1* pointers = nullptr;
+    zwlr_virtual_pointer_manager_v1* pointers = nullptr; ///< null where the compositor has none
     wp_viewporter* viewporter = nullptr;
 
   private:
+    struct Output {
+        wl_output* output = nullptr;
+        std::string name;
+    };
+    void addOutput(std::uint32_t global);
+
     wl_registry* registry = nullptr;
-    std::map<std::uint32_t, wl_output*> outputs; ///< by the global's number
+    std::map<std::uint32_t, Output> outputs; ///< by the global's number
 };
 
 /// A layer that covers an output and tells when the cursor is on it. It reads on a thread of its
@@ -60,7 +67,8 @@ class Witness {
     Witness& operator=(const Witness&) = delete;
 
     struct Report {
-        int entered = 0;          ///< times
+        int entered = 0; ///< times
+        Clock::time_point firstEntered{};
         double seconds = 0;       ///< over it, in all, up to now
         double farthestLeft = -1; ///< of the places told, how far from the left edge; -1 for none
         bool isOver = false;
@@ -68,7 +76,6 @@ class Witness {
         int buttons = 0;             ///< presses
     };
     Report report() const;
-    bool waitForCursor() const;
 
   private:
     struct State;

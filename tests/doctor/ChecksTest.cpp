@@ -75,6 +75,22 @@ TEST(Doctor, TellsWhichProductsNeedAnotherSessionThanSway) {
     expectTrouble(facts, "session", "sway tells no program", "on Xorg");
 }
 
+TEST(Doctor, TellsWhatMendsTheExtensionOfGnomeShell) {
+    Facts facts = goodFacts();
+    facts.waylandDisplay = "wayland-0";
+    facts.bus.shellExtension = ShellExtension::on;
+    EXPECT_EQ(find(examine(facts), "session")->level, Level::ok);
+    const std::tuple<ShellExtension, const char*, const char*> rows[] = {
+        {ShellExtension::notInstalled, "does not have the extension", "palisor setup gnome"},
+        {ShellExtension::off, "switched off", "gnome-extensions enable palisor@tamberlo.com"},
+        {ShellExtension::failed, "has failed", "palisor setup gnome"},
+        {ShellExtension::otherRelease, "48 to 50 only", "on Xorg"}};
+    for (const auto& [state, says, mend] : rows) {
+        facts.bus.shellExtension = state;
+        expectTrouble(facts, "session", says, mend);
+    }
+}
+
 TEST(Doctor, TellsOfXwaylandWhatToLogInTo) {
     Facts facts = goodFacts();
     facts.server.refusal = "this is Xwayland, where the pointer is the compositor's; log in";

@@ -1,6 +1,7 @@
 #include "testing/desktop/Product.h"
 
 #include <algorithm>
+#include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -362,6 +363,18 @@ TEST_F(InfoWindowOfTheProgram, IsDarkWhereTheDesktopAsksForIt) {
     restart();
     EXPECT_TRUE(
         eye.waitUntilSeen([this] { return frame() && eye.picture(*frame()).brightness() < 100; }));
+}
+
+TEST_F(InfoWindowOfTheProgram, StaysAwayWhereAnUpgradeStartsTheProgramAgain) {
+    show("palisor");
+    ASSERT_TRUE(isShownSoon());
+    const auto process = program->pid();
+    ASSERT_EQ(::kill(process, SIGUSR1), 0);
+    ASSERT_TRUE(eye.waitUntilSeen([this] { return !frame(); }));
+    openMenu(); // it is up again, under the number that it had
+    EXPECT_FALSE(frame());
+    EXPECT_TRUE(program->running());
+    EXPECT_EQ(program->pid(), process);
 }
 
 } // namespace

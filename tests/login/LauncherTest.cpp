@@ -28,6 +28,9 @@ TEST(Launcher, EveryProductHasAValidOne) {
         EXPECT_NE(entry.string("Comment"), "");
         EXPECT_NE(entry.string("Comment[it]"), "");
         EXPECT_NE(entry.string("Comment[it]"), entry.string("Comment"));
+        EXPECT_NE(entry.string("Keywords"), "");
+        EXPECT_NE(entry.string("Keywords[it]"), "");
+        EXPECT_NE(textOf(path).find("Exec=" + name + " off\n"), std::string::npos);
         support::ChildProcess validator(
             {{"desktop-file-validate", path}, {{"PATH", std::getenv("PATH")}}});
         EXPECT_EQ(validator.wait(), 0);

@@ -4,6 +4,7 @@
 #include "testing/sway/PrivateSway.h"
 #include "testing/sway/SwayKeys.h"
 
+#include <array>
 #include <csignal>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -32,7 +33,8 @@ class Sway : public testing::Test {
     /// A sway of its own, with the cursor on the middle of the first monitor.
     void begin(const PrivateSway::Options& options) {
         program.reset();
-        backgrounds.clear();
+        for (auto& background : backgrounds)
+            background.reset();
         watching.reset();
         later.reset();
         hand.reset();
@@ -60,9 +62,14 @@ class Sway : public testing::Test {
         std::ofstream(sway->configFolder() + "/com.tamberlo." + setting.product + ".plist")
             << propertyList(entries);
         for (const std::size_t output : {0, 1})
-            backgrounds.push_back(std::make_unique<Witness>(
-                sway->socket(), output, Witness::Where::belowEverything, white));
+            layBackground(output);
         program = run(setting);
+    }
+
+    /// White, instead of an earlier one.
+    void layBackground(std::size_t output) {
+        backgrounds[output] = std::make_unique<Witness>(sway->socket(), output,
+                                                        Witness::Where::belowEverything, white);
     }
 
     std::unique_ptr<support::ChildProcess> run(const Setting& setting = {}) const {
@@ -104,12 +111,16 @@ class Sway : public testing::Test {
         program->signal(SIGKILL);
         program->wait();
         const auto there = witness(output);
-        return there->waitForCursor();
+        // What comes to lie under a resting cursor may be told so by the next motion only.
+        return waitUntil([&] {
+            hand->relative(0, 1);
+            return there->report().isOver;
+        });
     }
 
     std::optional<PrivateSway> sway;
     std::optional<SwayHand> hand;
-    std::vector<std::unique_ptr<Witness>> backgrounds;
+    std::array<std::unique_ptr<Witness>, 2> backgrounds; ///< of the two monitors
     std::unique_ptr<Witness> watching, later;
     std::unique_ptr<support::ChildProcess> program;
 };

@@ -110,9 +110,10 @@ TEST_F(Sway, HoldsAndDarkensAgainWhenTheOtherMonitorHasGoneAndComeBack) {
     sway->run("output HEADLESS-2 disable");
     sway->run("output HEADLESS-2 enable");
     EXPECT_TRUE(waitUntil([&] { return isDark(2); })) << program->errors();
+    layBackground(1); // which may have gone with its monitor
     hand->moveTo(1900, 500);
     hand->push(150, 0, 12, 60);
-    EXPECT_TRUE(waitUntil([&] { return !isDark(2); }));
+    EXPECT_TRUE(waitUntil([&] { return !isDark(2); })) << program->errors();
     EXPECT_TRUE(cursorIsOn(1));
 }
 

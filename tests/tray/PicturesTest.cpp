@@ -49,6 +49,18 @@ TEST_F(Pictures, KeepTheirOwnColoursWhereTheyAreNoTemplates) {
     EXPECT_EQ(images.drawn("half", 16).pixelColor(2, 2), QColor(0, 255, 0));
 }
 
+TEST_F(Pictures, AreSeenOnLightAndOnDarkWhereTheirGroundIsNotKnown) {
+    for (const int size : {16, 22, 64}) {
+        const QImage image = images.outlined("half", size);
+        EXPECT_EQ(image.pixelColor(size / 4, size / 2), QColor(Qt::white)) << size;
+        const QColor edge = image.pixelColor(size / 2, size / 2);
+        EXPECT_LT(edge.lightness(), 40) << size;
+        EXPECT_GT(edge.alpha(), 100) << size;
+        EXPECT_EQ(image.pixelColor(size - 1, size / 2).alpha(), 0) << size;
+    }
+    EXPECT_TRUE(images.outlined("missing", 16).isNull());
+}
+
 TEST_F(Pictures, KeepTheirProportionsUnlessTheyAreStretched) {
     const QImage image = images.drawn("wide", 16);
     EXPECT_EQ(image.pixelColor(8, 8), QColor(0, 255, 0));

@@ -1,52 +1,20 @@
 // A program of its own, because it replaces the allocation functions.
 
 #include "platform/x11/input/InputEvents.h"
+#include "testing/FewDescriptors.h"
 #include "testing/KeptLog.h"
 #include "testing/desktop/Hand.h"
 #include "testing/desktop/PrivateDesktop.h"
 
 #include "TestLoop.h"
 
-#include <array>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <new>
-#include <poll.h>
 
 namespace {
 
 thread_local long allocations = 0; // the desktop reads its programs on other threads
-
-/// The socket and the clock, in a table that allocates nothing.
-struct TwoDescriptors final : platform::Descriptors {
-    struct Watch {
-        int fd = -1;
-        std::function<void()> ready;
-    };
-    void watchReadable(int watched, std::function<void()> call) override {
-        for (Watch& one : watches)
-            if (one.fd < 0) {
-                one = {watched, std::move(call)};
-                return;
-            }
-    }
-    void unwatch(int watched) override {
-        for (Watch& one : watches)
-            if (one.fd == watched) one.fd = -1;
-    }
-    void turn() {
-        std::array<pollfd, 2> both{};
-        for (std::size_t i = 0; i < both.size(); ++i)
-            both[i] = {watches[i].fd, POLLIN, 0};
-        poll(both.data(), both.size(), 20000);
-        for (std::size_t i = 0; i < both.size(); ++i)
-            if (both[i].revents != 0 && watches[i].fd == both[i].fd) {
-                const auto ready = watches[i].ready; // which may end its own watch
-                ready();
-            }
-    }
-    std::array<Watch, 2> watches;
-};
 
 } // namespace
 
@@ -72,7 +40,7 @@ TEST(X11InputEvents, AllocateNothingForAnEventOnceRunning) {
     support::Hand hand(desktop.display());
     testing_support::KeptLog log;
     x11tests::TestLoop timers;
-    TwoDescriptors descriptors;
+    testing_support::FewDescriptors descriptors;
     auto opened = platform::x11::Connection::open(desktop.display(), descriptors, log, [] {});
     ASSERT_NE(opened.connection, nullptr) << opened.error;
     platform::x11::Displays displays(*opened.connection);

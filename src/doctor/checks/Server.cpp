@@ -1,5 +1,6 @@
 #include "app/Variants.h"
 #include "doctor/checks/Checks.h"
+#include "program/ShellExtension.h"
 
 #include <algorithm>
 #include <string_view>
@@ -89,11 +90,41 @@ Finding swaySession(const Facts& facts) {
     return {.key = "session", .level = Level::ok, .says = "Wayland, the compositor is sway"};
 }
 
+/// Everything there goes through the extension of the shell.
+Finding gnomeSession(const Facts& facts) {
+    const auto trouble = [](std::string says, std::string mend) {
+        return Finding{.key = "session",
+                       .level = Level::trouble,
+                       .says = std::move(says),
+                       .mend = std::move(mend)};
+    };
+    const std::string installs = std::string(shellSetup) + ", then log out and in again";
+    switch (facts.bus.shellExtension) {
+    case ShellExtension::notInstalled:
+        return trouble("GNOME Shell does not have the extension that holds the cursor", installs);
+    case ShellExtension::off:
+        return trouble("the extension of GNOME Shell that holds the cursor is switched off",
+                       std::string("gnome-extensions enable ") + shellExtension);
+    case ShellExtension::failed:
+        return trouble("the extension of GNOME Shell that holds the cursor has failed", installs);
+    case ShellExtension::otherRelease:
+        return trouble("the extension that holds the cursor is for GNOME Shell 48 to 50 only",
+                       logIn);
+    case ShellExtension::noShell:
+    case ShellExtension::on:
+        break;
+    }
+    return {
+        .key = "session", .level = Level::ok, .says = "Wayland, with the extension in GNOME Shell"};
+}
+
 } // namespace
 
 Finding session(const Facts& facts) {
     const bool isWayland = !facts.waylandDisplay.empty() || facts.sessionType == "wayland";
     if (!facts.waylandDisplay.empty() && !facts.swaySocket.empty()) return swaySession(facts);
+    if (!facts.waylandDisplay.empty() && facts.bus.shellExtension != ShellExtension::noShell)
+        return gnomeSession(facts);
     if (facts.display.empty() && isWayland)
         return {.key = "session",
                 .level = Level::trouble,

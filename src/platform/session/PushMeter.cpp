@@ -58,6 +58,11 @@ std::optional<PushMeter::Sum> PushMeter::take() {
     return sum;
 }
 
+std::optional<PushMeter::Sum> PushMeter::soFar() const {
+    if (pieces.empty() || isSlow()) return std::nullopt;
+    return ofLastFrame();
+}
+
 std::optional<PushMeter::Sum> PushMeter::ofLastFrame() const {
     const double begin = pieces.back().time - frameOfWholeMilliseconds;
     std::optional<Sum> sum;

@@ -39,6 +39,9 @@ class PushMeter {
     /// The frame up to the last piece, but nothing that an earlier call was about; nothing without
     /// a piece that a barrier stopped. The pieces are forgotten, but a slow device's last one.
     std::optional<Sum> take();
+    /// The same in the middle of a frame, and nothing is forgotten: who pushes hard enough by then
+    /// does so in the whole frame. Nothing of a slow device.
+    std::optional<Sum> soFar() const;
     void clear();
 
   private:

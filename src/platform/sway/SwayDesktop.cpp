@@ -6,6 +6,7 @@
 #include "platform/sway/pointer/Cursor.h"
 #include "platform/sway/pointer/CursorControl.h"
 #include "platform/wayland/LayerServices.h"
+#include "platform/wayland/keys/Focus.h"
 
 #include <cstdlib>
 #include <unistd.h>
@@ -22,10 +23,6 @@ class SwayDesktop final : public wayland::Desktop {
     std::string join(const std::string& socket, std::function<void()> lost) {
         compositor = Compositor::open(socket, descriptors, log);
         if (!compositor) return "sway does not answer";
-        // Later ones map devices another way, by which the tests' pointer was not held.
-        constexpr int firstUntried = 9;
-        if (compositor->isAtLeast(firstUntried))
-            return "the cursor is held in sway up to 1.8 only; log in to an X11 session";
         auto opened = wayland::Connection::open(descriptors, log, std::move(lost));
         if (!opened.connection) return opened.error;
         connection = std::move(opened.connection);
@@ -40,8 +37,8 @@ class SwayDesktop final : public wayland::Desktop {
         holds = given.holds;
         parts.emplace(*this, given);
         auto& shared = parts->shared;
-        return {shared.pointer, parts->cursor,  shared.input, parts->keys,
-                parts->hotKeys, shared.windows, parts->focus, shared.idle};
+        return {shared.pointer, parts->cursor, shared.input, parts->keys,   parts->hotKeys,
+                shared.windows, parts->focus,  shared.idle,  &shared.popups};
     }
 
     platform::Capabilities capabilities() const override {
@@ -80,26 +77,20 @@ class SwayDesktop final : public wayland::Desktop {
               keys(*own.compositor, own.log),
               hotKeys(*own.compositor, changes, shared.keyboard, shared.recording, given.settings,
                       own.log, given.later) {
-            // A tiled menu would fill the monitor. The rule is about this process alone, and so
+            // A tiled dialogue would fill the monitor, and one on a dark monitor is hard to see.
+            // They have title bars of their own. The rule is about this process alone, and so
             // nothing of it is left to be undone.
-            const std::string rule =
-                "for_window [pid=" + std::to_string(getpid()) + "] floating enable";
-            compositor.run(rule);
-            compositor.onReload(this, [this, rule, changed = given.capabilitiesChanged] {
-                compositor.run(rule);
+            std::string rules;
+            for (const char* wish :
+                 {"floating enable", "border none", "move position cursor", "move position center"})
+                rules += "for_window [pid=" + std::to_string(getpid()) + "] " + wish + "; ";
+            compositor.run(rules);
+            compositor.onReload(this, [this, rules, changed = given.capabilitiesChanged] {
+                compositor.run(rules);
                 changed();
             });
-            // A menu that no window belongs to is one of its own, and the only one without a title.
-            compositor.onOwnWindow([this, untitled = given.identifier](auto id, const auto& title) {
-                if (!title.empty() && title != untitled) return;
-                compositor.run("[con_id=" + std::to_string(id) +
-                               "] border none, move position cursor");
-            });
         }
-        ~Parts() {
-            compositor.onOwnWindow({});
-            compositor.onReload(this, {});
-        }
+        ~Parts() { compositor.onReload(this, {}); }
         Parts(const Parts&) = delete;
         Parts& operator=(const Parts&) = delete;
 
@@ -111,7 +102,7 @@ class SwayDesktop final : public wayland::Desktop {
         Cursor cursor;
         Keyboard keys;
         HotKeys hotKeys;
-        Focus focus;
+        wayland::Focus focus;
     };
 
     Descriptors& descriptors;

@@ -9,6 +9,7 @@
 #include "platform/Keyboard.h"
 #include "platform/Log.h"
 #include "platform/Pointer.h"
+#include "platform/PopupLayer.h"
 #include "platform/RecordableHotKeys.h"
 #include "platform/Settings.h"
 #include "platform/WakeLock.h"
@@ -31,9 +32,13 @@ class Desktop {
         platform::Settings& settings;
         std::string identifier; ///< of the product
         std::string folder;     ///< for what has to be undone after a kill; empty for none
+        std::string data;       ///< the folder of the program's data files
         bool holds = true;      ///< whether the cursor may be held
         /// The path of an executable that belongs to the program: "sway-guard".
         std::function<std::string(const std::string& name)> helper;
+        /// What the shell calls the extension that came with the program, and the command that
+        /// installs it for the user.
+        std::string extension, setup;
         /// Whether a window of the program is active; no round trip.
         std::function<bool()> ownWindowActive;
         /// Calls an operation from the run loop, also while a modal alert runs.
@@ -49,6 +54,7 @@ class Desktop {
         platform::Windows& windows;
         platform::Focus& focus;
         platform::WakeLock& wakeLock;
+        platform::PopupLayer* popups = nullptr; ///< null where the toolkit's own way is as good
     };
 
     virtual ~Desktop() = default;
@@ -60,6 +66,9 @@ class Desktop {
     virtual Services start(const Surroundings& surroundings) = 0;
     /// What this compositor allows, and with what limits. After `start`.
     virtual platform::Capabilities capabilities() const = 0;
+    /// What keeps it from doing most of that and the user can mend, one sentence; empty for
+    /// nothing. After `start`.
+    virtual std::string missing() const { return {}; }
     /// A window of the program has become active or is so no longer.
     virtual void ownWindowChanged() = 0;
     /// Ends the services, upon which all that they did to the desktop is undone.

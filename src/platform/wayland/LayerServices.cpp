@@ -12,7 +12,10 @@ LayerServices::LayerServices(Connection& connection, Outputs& outputs, CursorCon
       input(connection, descriptors, outputs, seat, pointer, hold, given.ownWindowActive),
       recording(connection, outputs, keyboard, given.later),
       windows(connection, outputs, seat, log),
-      idle(connection, outputs) {}
+      idle(connection, outputs),
+      // Of several layers some compositors have the first one on top, and others the last.
+      popups(connection, outputs, given.later,
+             [this](bool isOpen) { windows.letPointerThrough(isOpen); }) {}
 
 void LayerServices::tellModifiers(bool held) {
     const bool isTold = held ? !ownWindowActive() && !recording.isOn() : modifiersTold;

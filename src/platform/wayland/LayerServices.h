@@ -3,6 +3,7 @@
 #include "platform/wayland/Desktop.h"
 #include "platform/wayland/keys/KeyRecording.h"
 #include "platform/wayland/overlay/IdleInhibitor.h"
+#include "platform/wayland/overlay/PopupLayer.h"
 #include "platform/wayland/overlay/Windows.h"
 #include "platform/wayland/pointer/InputEvents.h"
 
@@ -33,6 +34,7 @@ struct LayerServices {
     KeyRecording recording;
     Windows windows;
     IdleInhibitor idle;
+    PopupLayer popups;
 };
 
 } // namespace platform::wayland

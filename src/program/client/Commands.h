@@ -41,7 +41,7 @@ struct Command {
     bool prints = false; ///< has something to print, and so takes --json
 };
 
-inline constexpr std::array<Command, 11> commands = {
+inline constexpr std::array<Command, 12> commands = {
     {{"on", "", "switch on; starts the program where it does not run"},
      {"off", "", "switch off"},
      {"toggle", "", "switch over; on, where the program does not run yet"},
@@ -51,6 +51,7 @@ inline constexpr std::array<Command, 11> commands = {
      {"menu", "", "open the menu"},
      {"settings", "[list]", "print them; or: get NAME, set NAME VALUE, reset NAME", 0, 3, true},
      {"watch", "", "print the state, and then one line a change", 0, 0, true},
+     {"setup", "gnome", "install the extension that GNOME Shell needs", 1, 1},
      {"doctor", "", "look for what keeps it from working on this desktop", 0, 16, true},
      {"quit", "", "end the program"}}};
 

@@ -3,6 +3,7 @@
 
 #include "program/Printable.h"
 #include "program/client/Deeds.h"
+#include "program/client/Setup.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -39,7 +40,10 @@ int run(int argc, char** argv) {
         line.insert(line.end(), words.arguments.begin(), words.arguments.end());
         return become("palisor-doctor", std::move(line));
     }
-    client::carryOut(words);
+    if (words.command->name == "setup")
+        client::setUp(words.arguments[0]);
+    else
+        client::carryOut(words);
     return 0;
 }
 

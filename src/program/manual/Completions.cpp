@@ -59,6 +59,7 @@ std::vector<Offered> wordsAfter(const client::Command& command) {
     if (command.name == "free")
         return {{"0", "end that"},
                 {std::to_string(client::usualFreeing), "seconds, as without a number"}};
+    if (command.name == "setup") return {{"gnome", std::string(command.help)}};
     if (command.name == "cross") return {{"MONITOR", {}}};
     std::vector<Offered> words;
     if (command.name == "settings")

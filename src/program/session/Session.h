@@ -4,6 +4,7 @@
 #include "platform/Descriptors.h"
 #include "platform/Picture.h"
 #include "platform/Platform.h"
+#include "platform/PopupLayer.h"
 #include "platform/RecordableHotKeys.h"
 #include "platform/TrayWindow.h"
 #include "platform/WakeLock.h"
@@ -32,6 +33,7 @@ class Session {
         platform::Settings& settings;
         platform::PictureSource& pictures; ///< of windows
         std::string folder;                ///< for what has to be undone after a kill; or empty
+        std::string data;                  ///< the program's own, which it came with
         /// The path of an executable that belongs to the program: "gamma-guard".
         std::function<std::string(const std::string& name)> helper;
         /// Whether a window of the program is active; no round trip.
@@ -58,7 +60,8 @@ class Session {
         platform::Windows& windows;
         platform::Focus& focus;
         platform::WakeLock& wakeLock;
-        platform::TrayWindow* tray; ///< null where the window system has none of its own
+        platform::TrayWindow* tray;   ///< null where the window system has none of its own
+        platform::PopupLayer* popups; ///< null where the toolkit places its menus itself
     };
 
     struct Opened {
@@ -87,6 +90,10 @@ class Session {
 
     /// What this desktop allows of what the session brings. After `start`.
     virtual platform::Capabilities capabilities() const = 0;
+
+    /// What keeps the session from doing most of that and the user can mend, one sentence; empty
+    /// for nothing. After `start`.
+    virtual std::string missing() const { return {}; }
 
     /// The program ends: from now on nothing waits for the window system for longer than a second
     /// in all. What it has not done by then is left to whoever undoes it after a kill.

@@ -1,5 +1,6 @@
 #include "program/session/WaylandSession.h"
 
+#include "program/ShellExtension.h"
 #include "program/session/Module.h"
 
 #include <cstdlib>
@@ -39,13 +40,16 @@ Session::Services WaylandSession::start(const Surroundings& surroundings) {
     const auto services = desktop->start({.settings = surroundings.settings,
                                           .identifier = surroundings.product.identifier,
                                           .folder = surroundings.folder,
+                                          .data = surroundings.data,
                                           .holds = holds,
                                           .helper = surroundings.helper,
+                                          .extension = shellExtension,
+                                          .setup = shellSetup,
                                           .ownWindowActive = surroundings.ownWindowActive,
                                           .later = surroundings.later,
                                           .capabilitiesChanged = surroundings.capabilitiesChanged});
     surroundings.onOwnWindowActive([this] { desktop->ownWindowChanged(); });
     return {desktop->displays(), services.pointer, services.cursor,  services.input,
             services.keyboard,   services.hotKeys, services.windows, services.focus,
-            services.wakeLock,   nullptr};
+            services.wakeLock,   nullptr,          services.popups};
 }

@@ -17,6 +17,7 @@ class WaylandSession final : public Session {
     const platform::Displays& displays() const override { return desktop->displays(); }
     Services start(const Surroundings& surroundings) override;
     platform::Capabilities capabilities() const override { return desktop->capabilities(); }
+    std::string missing() const override { return desktop->missing(); }
     /// Nothing waits for longer than a second.
     void aboutToEnd() override {}
     void end() override { desktop->end(); }

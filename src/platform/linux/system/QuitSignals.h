@@ -19,9 +19,13 @@ void endAfter(unsigned seconds);
 /// The second signal of a kind ends the process at once, and the first one after a while, for a
 /// loop that no longer turns. A SIGHUP that the parent has switched off (nohup) stays off. One
 /// object a process.
+///
+/// SIGUSR1 is for whoever has put another version of the program in the place of this one: it asks
+/// the program to start again.
 class QuitSignals {
   public:
-    QuitSignals(Descriptors& descriptors, std::function<void()> quit, unsigned seconds = 3);
+    QuitSignals(Descriptors& descriptors, std::function<void()> quit,
+                std::function<void()> startAgain, unsigned seconds = 3);
     ~QuitSignals();
     QuitSignals(const QuitSignals&) = delete;
     QuitSignals& operator=(const QuitSignals&) = delete;
@@ -35,7 +39,7 @@ class QuitSignals {
     Descriptors& descriptors;
     FileHandle readEnd;
     FileHandle writeEnd;
-    std::array<Previous, 3> previous{{{SIGTERM, {}}, {SIGINT, {}}, {SIGHUP, {}}}};
+    std::array<Previous, 4> previous{{{SIGTERM, {}}, {SIGINT, {}}, {SIGHUP, {}}, {SIGUSR1, {}}}};
 };
 
 } // namespace platform::linux

@@ -18,9 +18,10 @@ class QtInfoWindow final : public InfoWindow {
     using MakePanel = std::function<std::unique_ptr<InfoPanel>()>;
 
     using Shown = std::function<void(bool)>;
+    using IsKeptAway = std::function<bool()>;
 
-    QtInfoWindow(MakePanel makePanel, Shown tell)
-        : make(std::move(makePanel)), shown(std::move(tell)) {}
+    QtInfoWindow(MakePanel makePanel, Shown tell, IsKeptAway away)
+        : make(std::move(makePanel)), shown(std::move(tell)), isKeptAway(std::move(away)) {}
     ~QtInfoWindow() override { setInFront(false); }
     QtInfoWindow(const QtInfoWindow&) = delete;
     QtInfoWindow& operator=(const QtInfoWindow&) = delete;
@@ -49,6 +50,7 @@ class QtInfoWindow final : public InfoWindow {
     void setCollectionBehaviour(std::uint32_t) override {}
 
     void makeKeyAndOrderFront() override {
+        if (isKeptAway()) return;
         setInFront(true);
         update();
     }
@@ -85,6 +87,7 @@ class QtInfoWindow final : public InfoWindow {
 
     MakePanel make;
     Shown shown;
+    IsKeptAway isKeptAway;
     std::unique_ptr<InfoPanel> panel;
     std::string title;
     std::vector<InfoView> views;
@@ -113,7 +116,8 @@ std::unique_ptr<InfoWindow> QtInfoWindows::create(InfoTarget& target) {
         [this](bool isShown) {
             shownCount += isShown ? 1 : -1;
             if (!isShown && hidden) hidden();
-        });
+        },
+        [this] { return std::exchange(firstStaysAway, false); });
 }
 
 double QtInfoWindows::textHeight(const std::string& text, double width, double fontSize) const {

@@ -28,6 +28,9 @@ class QtInfoWindows final : public InfoWindows {
     /// `hidden` is called after a window was hidden. One handler.
     void onHidden(std::function<void()> handler) { hidden = std::move(handler); }
 
+    /// The next window that would come to the front stays away, once.
+    void keepFirstAway() { firstStaysAway = true; }
+
     std::unique_ptr<InfoWindow> create(InfoTarget& target) override;
     double textHeight(const std::string& text, double width, double fontSize) const override;
     Size imageSize(const std::string& name) const override;
@@ -39,6 +42,7 @@ class QtInfoWindows final : public InfoWindows {
     std::function<bool(const std::string& link)> isDead;
     std::function<void()> hidden;
     int shownCount = 0;
+    bool firstStaysAway = false;
 };
 
 } // namespace platform::qt

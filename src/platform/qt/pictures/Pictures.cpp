@@ -11,6 +11,7 @@ namespace platform::qt {
 
 namespace {
 
+constexpr double edgeOpacity = 0.5;
 constexpr int usualGrid = 16, otherGrid = 22;
 constexpr int windowIconSizes[] = {16, 32, 64, 128};
 constexpr int menuIconSizes[] = {16, 24, 32, 48}; // the toolkit enlarges none at up to three times
@@ -97,6 +98,26 @@ QImage Pictures::tinted(std::string_view name, int size, const QColor& colour) c
     QPainter painter(&image);
     painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
     painter.fillRect(image.rect(), colour);
+    return image;
+}
+
+QImage Pictures::outlined(std::string_view name, int size) const {
+    const QImage dark = tinted(name, size, Qt::black);
+    QImage edges = dark;
+    if (edges.isNull()) return edges;
+    const int width = std::max(1, size / usualGrid);
+    QPainter around(&edges);
+    for (const int x : {-width, 0, width})
+        for (const int y : {-width, 0, width})
+            around.drawImage(x, y, dark);
+    around.end();
+    QImage image(edges.size(), QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setOpacity(edgeOpacity);
+    painter.drawImage(0, 0, edges);
+    painter.setOpacity(1);
+    painter.drawImage(0, 0, tinted(name, size, Qt::white));
     return image;
 }
 

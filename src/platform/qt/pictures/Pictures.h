@@ -37,6 +37,9 @@ class Pictures final : public PictureSource {
     /// As a template: its opacity in one colour.
     QImage tinted(std::string_view name, int size, const QColor& colour) const;
 
+    /// As a template on a ground of unknown colour: white, with a dark edge.
+    QImage outlined(std::string_view name, int size) const;
+
     /// Stretched over an area; nothing where there is no such picture.
     void paint(QPainter& painter, std::string_view name, const QRectF& area) const;
 

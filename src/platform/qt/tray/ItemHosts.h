@@ -14,6 +14,8 @@ struct ItemHost {
     bool passesClicks = false;
     /// It draws a symbolic icon in the colour of its panel.
     bool tintsIcons = true;
+    /// Its panel has neither the colours of the desktop nor others that anybody is told.
+    bool hasOwnColours = false;
     /// With a click it tells where on the desktop that was.
     bool tellsPlaces = true;
 };

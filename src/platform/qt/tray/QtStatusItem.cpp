@@ -2,6 +2,7 @@
 
 #include "platform/qt/alerts/QtAlerts.h"
 #include "platform/qt/loop/QtApplication.h"
+#include "platform/qt/menu/LayeredPopups.h"
 #include "platform/qt/tray/TrayIcon.h"
 
 #include <QCursor>
@@ -38,8 +39,8 @@ std::optional<std::size_t> placeOf(Menu& menu, const MenuEntryId& entry) {
 } // namespace
 
 QtStatusItem::QtStatusItem(QtRunLoop& loop, QtApplication& app, const Pictures* icons,
-                           TrayIcon* trayIcon)
-    : runLoop(loop), application(app), tray(trayIcon) {
+                           TrayIcon* trayIcon, PopupLayer* layer)
+    : runLoop(loop), application(app), tray(trayIcon), popups(layer) {
     listener.icons = icons;
     listener.moved = [this](const MenuEntryId& entry, double value, EventType how) {
         sliderMoved(entry, value, how);
@@ -94,8 +95,11 @@ void QtStatusItem::popUp(std::optional<MenuEntryId> beginning) {
         if (beginning)
             if (const auto place = placeOf(*menu, *beginning)) popup.beginAt(*place);
         open = &popup;
+        std::optional<LayeredPopups> layered;
+        if (popups != nullptr) layered.emplace(*popups, popup);
         const auto corner = cornerOf(popup);
-        chosen = corner ? popup.runAt(*corner) : popup.run(QCursor::pos());
+        chosen =
+            corner ? popup.runAt(*corner) : popup.run(layered ? layered->place() : QCursor::pos());
         open = nullptr;
         byKey = popup.wasChosenByKey() ? chosen : std::nullopt;
     }
@@ -135,7 +139,8 @@ void QtStatusItem::clicked(int buttonNumber) {
 }
 
 void QtStatusItem::activate() {
-    if (!QtAlerts::bringToFront() && !QtApplication::restoreMinimised()) popUp({});
+    if (QtAlerts::bringToFront() || QtApplication::restoreMinimised()) return;
+    if (tray == nullptr || !tray->showMenuAtHost()) popUp({});
 }
 
 void QtStatusItem::sliderMoved(const MenuEntryId& entry, double value, EventType how) {

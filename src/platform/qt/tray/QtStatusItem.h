@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/PopupLayer.h"
 #include "platform/StatusItem.h"
 #include "platform/qt/loop/QtRunLoop.h"
 #include "platform/qt/menu/MenuPopup.h"
@@ -18,8 +19,9 @@ class QtStatusItem final : public StatusItem {
   public:
     /// `icons` has the pictures of entries; without it they have none. What is lent must outlive
     /// the last call from the run loop.
+    /// `popups` shows the menu where the window system has such a layer.
     QtStatusItem(QtRunLoop& runLoop, QtApplication& application, const Pictures* icons = nullptr,
-                 TrayIcon* tray = nullptr);
+                 TrayIcon* tray = nullptr, PopupLayer* popups = nullptr);
     ~QtStatusItem() override;
 
     void create(Menu& menu, MenuTarget& target) override;
@@ -51,6 +53,7 @@ class QtStatusItem final : public StatusItem {
     QtApplication& application;
     MenuPopup::Listener listener;
     TrayIcon* tray;
+    PopupLayer* popups;
     Menu* menu = nullptr;
     MenuTarget* target = nullptr;
     std::string toolTip;

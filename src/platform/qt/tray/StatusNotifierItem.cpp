@@ -154,7 +154,7 @@ class StatusNotifierItem::Object final : public QDBusVirtualObject {
     // Hosts that see a "Menu" never pass a right click on: those that would, see none.
     QVariantMap properties(const ItemHost& host) const {
         Pixmaps pixmaps;
-        for (const QImage& picture : face.pictures)
+        for (const QImage& picture : host.hasOwnColours ? face.outlined : face.pictures)
             pixmaps += toPixmap(picture);
         const QString iconName = host.tintsIcons ? face.iconName : QString();
         const QVariant none = QVariant::fromValue(Pixmaps());
@@ -186,6 +186,7 @@ class StatusNotifierItem::Object final : public QDBusVirtualObject {
 StatusNotifierItem::StatusNotifierItem(const Identity& identity, Face face, Clicked clicked,
                                        ExportedMenu* exported)
     : connectionName(identity.id + "-status-item"),
+      watcher(identity.watcher),
       bus(QDBusConnection::connectToBus(QDBusConnection::SessionBus, connectionName)),
       object(std::make_unique<Object>(identity, std::move(clicked), exported != nullptr)),
       menu(exported) {
@@ -199,7 +200,7 @@ StatusNotifierItem::StatusNotifierItem(const Identity& identity, Face face, Clic
     bus.registerVirtualObject(objectPath, object.get());
     if (menu != nullptr) menu->offerOn(bus);
     bus.registerService(service);
-    auto registration = QDBusMessage::createMethodCall(watcherName, "/StatusNotifierWatcher",
+    auto registration = QDBusMessage::createMethodCall(identity.watcher, "/StatusNotifierWatcher",
                                                        watcherName, "RegisterStatusNotifierItem");
     registration << service;
     bus.send(registration);
@@ -213,6 +214,11 @@ StatusNotifierItem::~StatusNotifierItem() {
 void StatusNotifierItem::setFace(Face face) {
     object->face = std::move(face);
     bus.send(QDBusMessage::createSignal(objectPath, interfaceName, "NewIcon"));
+}
+
+void StatusNotifierItem::showMenuAtHost() const {
+    bus.send(QDBusMessage::createMethodCall(watcher, "/StatusNotifierWatcher",
+                                            "com.tamberlo.ShellTray1", "ShowMenu"));
 }
 
 void StatusNotifierItem::setTitle(const QString& title) {

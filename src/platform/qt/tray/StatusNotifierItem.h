@@ -18,15 +18,20 @@ class ExportedMenu;
 /// own: hosts that know an item by its connection let it go with the object. Main thread.
 class StatusNotifierItem {
   public:
+    /// The name of watchers for all programs, and the interface of every one.
+    static constexpr const char* watcherName = "org.kde.StatusNotifierWatcher";
+
     /// What hosts show: the icon of that name where they tint it, else a picture.
     struct Face {
         QString iconName;
-        QList<QImage> pictures; ///< of several sizes
+        QList<QImage> pictures{}; ///< of several sizes
+        QList<QImage> outlined{}; ///< the same, for a ground of any colour
     };
     struct Identity {
-        QString id;        ///< the same in every run
-        QString title;     ///< also the tool tip
-        QString themePath; ///< the folder of the named icons
+        QString id;                    ///< the same in every run
+        QString title;                 ///< also the tool tip
+        QString themePath;             ///< the folder of the named icons
+        QString watcher = watcherName; ///< the name of the watcher that it is registered with
     };
     /// 0 left, 1 right, 2 middle, and where the host says that the item is, in device pixels from
     /// the top left corner of all monitors. Called from the run loop, not from inside the host's
@@ -42,13 +47,13 @@ class StatusNotifierItem {
 
     void setFace(Face face);
     void setTitle(const QString& title);
-
-    static constexpr const char* watcherName = "org.kde.StatusNotifierWatcher";
+    /// Has the host open the exported menu: one that knows the shell's own interface for that.
+    void showMenuAtHost() const;
 
   private:
     class Object;
 
-    QString connectionName;
+    QString connectionName, watcher;
     QDBusConnection bus;
     std::unique_ptr<Object> object;
     ExportedMenu* menu;

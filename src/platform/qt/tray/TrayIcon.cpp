@@ -58,6 +58,9 @@ QColor textColour() {
     return QGuiApplication::palette().color(QPalette::WindowText);
 }
 
+// In this order: the shell's own, where the program's extension is, knows sliders.
+constexpr const char* watchers[] = {"com.tamberlo.Shell", StatusNotifierItem::watcherName};
+
 } // namespace
 
 TrayIcon::TrayIcon(TrayWindow* ofTheWindowSystem, const Pictures& pictures, Identity whose,
@@ -170,42 +173,59 @@ void TrayIcon::watchBus() {
         settle();
         return;
     }
-    const QString name = StatusNotifierItem::watcherName;
-    auto* owners =
-        new QDBusServiceWatcher(name, bus, QDBusServiceWatcher::WatchForOwnerChange, this);
-    connect(owners, &QDBusServiceWatcher::serviceOwnerChanged, this,
-            [this](const QString&, const QString&, const QString& owner) {
-                // Another watcher has to be told of the item anew.
-                item.reset();
-                watcherAnswers(false);
-                if (!owner.isEmpty()) askForHosts();
-            });
-    for (const char* change : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"})
-        QDBusConnection(bus).connect(name, {}, name, change, this, SLOT(askForHosts()));
+    for (const char* const name : watchers) {
+        auto* owners =
+            new QDBusServiceWatcher(name, bus, QDBusServiceWatcher::WatchForOwnerChange, this);
+        connect(owners, &QDBusServiceWatcher::serviceOwnerChanged, this,
+                [this](const QString& changed, const QString&, const QString& owner) {
+                    // Another watcher has to be told of the item anew.
+                    if (changed == itemWatcher) item.reset();
+                    watcherAnswers(changed, false);
+                    if (!owner.isEmpty()) askForHosts();
+                });
+        for (const char* change :
+             {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"})
+            QDBusConnection(bus).connect(name, {}, StatusNotifierItem::watcherName, change, this,
+                                         SLOT(askForHosts()));
+    }
     askForHosts();
 }
 
 // A watcher only keeps a list: without a host nobody shows what is on it.
 void TrayIcon::askForHosts() {
-    const QString name = StatusNotifierItem::watcherName;
-    auto question = QDBusMessage::createMethodCall(name, "/StatusNotifierWatcher",
-                                                   "org.freedesktop.DBus.Properties", "Get");
-    question << name << "IsStatusNotifierHostRegistered";
-    // Nobody is started for it.
-    question.setAutoStartService(false);
-    auto* answer =
-        new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question), this);
-    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
-        const QDBusPendingReply<QDBusVariant> reply = *answer;
-        answer->deleteLater();
-        watcherAnswers(reply.isValid() && reply.value().variant().toBool());
-    });
+    for (const char* const name : watchers) {
+        auto question = QDBusMessage::createMethodCall(name, "/StatusNotifierWatcher",
+                                                       "org.freedesktop.DBus.Properties", "Get");
+        question << StatusNotifierItem::watcherName << "IsStatusNotifierHostRegistered";
+        // Nobody is started for it.
+        question.setAutoStartService(false);
+        auto* answer =
+            new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question), this);
+        connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer, name] {
+            const QDBusPendingReply<QDBusVariant> reply = *answer;
+            answer->deleteLater();
+            watcherAnswers(name, reply.isValid() && reply.value().variant().toBool());
+        });
+    }
 }
 
-void TrayIcon::watcherAnswers(bool hasHost) {
-    busAnswered = true;
-    hostIsThere = hasHost;
+void TrayIcon::watcherAnswers(const QString& name, bool hasHost) {
+    hosts[name] = hasHost;
+    busAnswered = hosts.size() == static_cast<int>(std::size(watchers));
+    const auto* const first = std::ranges::find_if(
+        watchers, [this](const char* each) { return hosts.value(each, false); });
+    hostIsThere = first != std::end(watchers);
+    const QString best = hostIsThere ? *first : "";
+    // The item moves to the better one.
+    if (item && best != itemWatcher) item.reset();
+    itemWatcher = best;
     settle();
+}
+
+bool TrayIcon::showMenuAtHost() const {
+    if (!item || itemWatcher != watchers[0]) return false;
+    item->showMenuAtHost();
+    return true;
 }
 
 void TrayIcon::settle() {
@@ -238,7 +258,7 @@ void TrayIcon::makeItem() {
     item = std::make_unique<StatusNotifierItem>(
         StatusNotifierItem::Identity{QString::fromStdString(identity.id),
                                      QString::fromStdString(identity.title),
-                                     symbolicIcons->folder()},
+                                     symbolicIcons->folder(), itemWatcher},
         face(), [this](int button, std::optional<QPoint> place) { itemClicked(button, place); },
         menu);
 }
@@ -294,7 +314,9 @@ StatusNotifierItem::Face TrayIcon::face() const {
     StatusNotifierItem::Face result;
     for (const int size : itemSizes) {
         const QImage drawing = picture(size, itemTint());
-        if (!drawing.isNull()) result.pictures += drawing;
+        if (drawing.isNull()) continue;
+        result.pictures += drawing;
+        result.outlined += image.isTemplate ? images.outlined(image.name, size) : drawing;
     }
     if (image.isTemplate) result.iconName = symbolicIcons->nameOf(image.name);
     return result;

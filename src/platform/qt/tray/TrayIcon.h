@@ -8,6 +8,7 @@
 #include "platform/qt/tray/StatusNotifierItem.h"
 
 #include <QColor>
+#include <QHash>
 #include <QObject>
 #include <QTimer>
 #include <functional>
@@ -59,6 +60,9 @@ class TrayIcon final : public QObject {
     /// Called from the run loop when `isInTray` answers otherwise than before.
     void onPlaceChange(std::function<void()> handler) { placeChanged = std::move(handler); }
 
+    /// Has the shell open the menu where its own tray has the icon; false elsewhere.
+    bool showMenuAtHost() const;
+
     /// Whether there is a place for the icon at the moment.
     bool isInTray() const { return hasTray(); }
 
@@ -79,7 +83,7 @@ class TrayIcon final : public QObject {
     void report();
     bool isInWindow() const { return window != nullptr && window->hasHost(); }
     bool hasTray() const { return isInWindow() || hostIsThere; }
-    void watcherAnswers(bool hasHost);
+    void watcherAnswers(const QString& name, bool hasHost);
     void hovered(bool on);
     void showToolTip();
     void makeItem();
@@ -112,6 +116,8 @@ class TrayIcon final : public QObject {
     std::function<void()> missing, placeChanged;
     ExportedMenu* menu = nullptr;
     QTimer toolTipDelay;
+    QHash<QString, bool> hosts; ///< by the watchers' names, as far as they have answered
+    QString itemWatcher;        ///< the one that the item is for
     bool busAnswered = false, hostIsThere = false, reported = false, hadTray = false;
     std::optional<SymbolicIcons> symbolicIcons; ///< not before there is an item
     std::unique_ptr<StatusNotifierItem> item;

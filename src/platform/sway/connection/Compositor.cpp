@@ -1,6 +1,5 @@
 #include "platform/sway/connection/Compositor.h"
 
-#include <unistd.h>
 #include <utility>
 
 namespace platform::sway {
@@ -10,7 +9,7 @@ namespace {
 constexpr std::chrono::seconds longestQuestion{1}, longestSilence{2};
 
 // The number of an event's kind.
-enum : std::uint32_t { workspaceEvent, modeEvent = 2, windowEvent, bindingEvent = 5 };
+enum : std::uint32_t { workspaceEvent, modeEvent = 2, bindingEvent = 5 };
 
 std::string textOf(const JsonValue* value) {
     const auto* text = value ? std::get_if<std::string>(&value->held) : nullptr;
@@ -59,7 +58,7 @@ bool Compositor::introduce() {
     if (!config || !state) return false;
     take(*config);
     mode = textOf(state->member("name"));
-    if (!events->ask(Ipc::Type::subscribe, R"(["binding","mode","window","workspace"])", deadline))
+    if (!events->ask(Ipc::Type::subscribe, R"(["binding","mode","workspace"])", deadline))
         return false;
     descriptors.watchReadable(commands->descriptor(), [this] { readReplies(); });
     descriptors.watchReadable(events->descriptor(), [this] { readEvents(); });
@@ -134,10 +133,6 @@ void Compositor::handle(const Message& message) {
         send(Ipc::Type::configuration, "");
     } else if (kind == modeEvent) {
         mode = change;
-    } else if (kind == windowEvent && change == "new") {
-        const JsonValue* const window = event.member("container");
-        if (ownWindowCame && window && numberOf(window->member("pid")) == getpid())
-            ownWindowCame(numberOf(window->member("id")), textOf(window->member("name")));
     } else if (kind == bindingEvent && change == "run") {
         const JsonValue* const binding = event.member("binding");
         const std::string command = binding ? textOf(binding->member("command")) : "";

@@ -35,10 +35,6 @@ class Compositor {
     /// Called when a binding ran whose command is "nop " and this name.
     void onBinding(const std::string& name, std::function<void()> pressed);
     void forgetBinding(const std::string& name) { bindings.erase(name); }
-    /// Called when a window of this process has come, with its number and title. One handler.
-    void onOwnWindow(std::function<void(std::int64_t id, const std::string& title)> came) {
-        ownWindowCame = std::move(came);
-    }
     /// After the user has had the configuration read anew, which takes back all that was run; the
     /// new one is known by then. In the order in which they came; an empty handler ends it.
     void onReload(const void* owner, std::function<void()> reloaded);
@@ -65,7 +61,6 @@ class Compositor {
     UserConfiguration users;
     std::string mode; ///< of bindings, that is in force
     std::map<std::string, std::function<void()>> bindings;
-    std::function<void(std::int64_t, const std::string&)> ownWindowCame;
     std::vector<std::pair<const void*, std::function<void()>>> reloadHandlers;
     std::function<void()> settled;
     std::map<std::string, bool> told;

@@ -1,7 +1,5 @@
 #include "platform/sway/keys/HeldModifiers.h"
 
-#include "platform/HotKeys.h"
-
 #include <unistd.h>
 #include <utility>
 
@@ -21,34 +19,21 @@ constexpr Combination combinations[] = {{"control", "Mod1+Mod4+37", 8 + 64, 37, 
                                         {"alt", "Control+Mod4+64", 4 + 64, 64, "Alt_L"},
                                         {"super", "Control+Mod1+133", 4 + 8, 133, "Super_L"}};
 
-// The keyboard comes in a millisecond, and never under a locked screen.
-constexpr std::chrono::milliseconds longestWait{500};
-
 std::string nameOf(const Combination& one) {
     return std::to_string(getpid()) + " all by " + one.last;
 }
 
 } // namespace
 
-HeldModifiers::HeldModifiers(Compositor& target, Changes& all, wayland::Connection& x,
-                             const wayland::Outputs& screens, wayland::KeyboardSeat& keys,
-                             Descriptors& descriptors, Log& log, std::function<void(bool)> handler)
+HeldModifiers::HeldModifiers(Compositor& target, Changes& all, wayland::Connection& connection,
+                             const wayland::Outputs& outputs, wayland::KeyboardSeat& keyboard,
+                             Descriptors& descriptors, Log& log, std::function<void(bool)> changed)
     : compositor(target),
       changes(all),
-      connection(x),
-      outputs(screens),
-      keyboard(keys),
-      changed(std::move(handler)),
-      patience(
-          descriptors,
-          [this] {
-              patience.stop();
-              if (!isKnown) released();
-          },
-          longestWait) {
+      grab(connection, outputs, keyboard, descriptors, std::move(changed)) {
     for (const Combination& one : combinations) {
         const std::string name = nameOf(one);
-        compositor.onBinding(name, [this] { pressed(); });
+        compositor.onBinding(name, [this] { grab.begin(); });
         changes.make(name, [this, one, name, &log]() -> std::optional<Changes::Change> {
             if (compositor.configuration().binds(one.modifiers, one.keycode, {one.symbol})) {
                 log.write(std::string("the configuration of the compositor binds ") + one.text +
@@ -59,42 +44,13 @@ HeldModifiers::HeldModifiers(Compositor& target, Changes& all, wayland::Connecti
                                    std::string("unbindcode ") + one.text};
         });
     }
-    keyboard.onModifiers(this, [this](std::uint32_t flags) {
-        constexpr auto three = Shortcut::control | Shortcut::option | Shortcut::command;
-        isKnown = layer != nullptr;
-        isReleased = (flags & three) != three;
-    });
-    connection.onBatchEnd(this, [this] {
-        if (layer && isKnown && isReleased) released();
-    });
 }
 
 HeldModifiers::~HeldModifiers() {
-    connection.onBatchEnd(this, {});
-    keyboard.onModifiers(this, {});
     for (const Combination& one : combinations) {
         compositor.forgetBinding(nameOf(one));
         changes.takeBack(nameOf(one));
     }
-}
-
-void HeldModifiers::pressed() {
-    const auto places = outputs.places();
-    if (layer || places.empty()) return;
-    isKnown = isReleased = false;
-    const Rect& whole = places[0].area;
-    layer = std::make_unique<wayland::Layer>(
-        connection, wayland::Layer::Look{places[0], {whole.x, whole.y, 1, 1}, 0, true});
-    layer->setCatches(false);
-    patience.start();
-    changed(true);
-}
-
-void HeldModifiers::released() {
-    if (!layer) return;
-    patience.stop();
-    layer.reset();
-    changed(false);
 }
 
 } // namespace platform::sway

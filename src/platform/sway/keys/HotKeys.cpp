@@ -30,7 +30,7 @@ std::string nameOf(const std::string& combination) {
 } // namespace
 
 HotKeys::HotKeys(Compositor& target, Changes& all, wayland::KeyboardSeat& keys,
-                 wayland::KeyRecording& recorded, Settings& store, Log& writer, Later afterwards)
+                 wayland::KeyTaking& recorded, Settings& store, Log& writer, Later afterwards)
     : ClaimedHotKeys(keys, recorded, store, std::move(afterwards)),
       compositor(target),
       changes(all),

@@ -10,7 +10,7 @@ namespace platform::sway {
 class HotKeys final : public wayland::ClaimedHotKeys {
   public:
     HotKeys(Compositor& compositor, Changes& changes, wayland::KeyboardSeat& keyboard,
-            wayland::KeyRecording& recording, Settings& settings, Log& log, Later later);
+            wayland::KeyTaking& recording, Settings& settings, Log& log, Later later);
     ~HotKeys() override;
     HotKeys(const HotKeys&) = delete;
     HotKeys& operator=(const HotKeys&) = delete;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "platform/Focus.h"
 #include "platform/HotKeys.h"
 #include "platform/InputEvents.h"
 #include "platform/Keyboard.h"
@@ -19,14 +18,6 @@ class Keyboard final : public platform::Keyboard {
     Compositor& compositor;
     Log& log;
     bool told = false;
-};
-
-/// The compositor gives the keyboard back by itself when a window of the program closes, and its
-/// layers take none.
-class Focus final : public platform::Focus {
-  public:
-    void activateFrontmostApplication() override {}
-    void openNothingWith(const std::string&) override {}
 };
 
 } // namespace platform::sway

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
+#include <iterator>
 
 namespace platform::sway {
 
@@ -53,19 +55,46 @@ std::string CursorControl::unmapped(const std::string& kind) const {
 }
 
 void CursorControl::confine(const wayland::Outputs::Place* place) {
-    for (const std::string& kind : kinds) {
-        if (place)
-            changes.make(kind, [this, kind, there = *place] {
-                return Changes::Change{mapped(kind, there), unmapped(kind)};
-            });
-        else
-            changes.takeBack(kind);
-    }
+    for (const std::string& kind : kinds)
+        confine(kind, place);
 }
 
+void CursorControl::confine(const std::string& kind, const wayland::Outputs::Place* place) {
+    if (place)
+        changes.make(kind, [this, kind, there = *place] {
+            return Changes::Change{mapped(kind, there), unmapped(kind)};
+        });
+    else
+        changes.takeBack(kind);
+}
+
+// Sway counts from the corner of all outputs, which may lie before the origin of its own layout. In
+// one piece of memory, since a warp answers to the hand.
 void CursorControl::warp(Point layout) {
-    compositor.run("seat - cursor set " + std::to_string(std::lround(std::floor(layout.x))) + " " +
-                   std::to_string(std::lround(std::floor(layout.y))));
+    Point corner = layout;
+    for (const auto& place : outputs.places()) {
+        corner.x = std::min(corner.x, place.area.x);
+        corner.y = std::min(corner.y, place.area.y);
+    }
+    char command[64];
+    std::snprintf(command, sizeof command, "seat - cursor set %ld %ld",
+                  std::lround(std::floor(layout.x - corner.x)),
+                  std::lround(std::floor(layout.y - corner.y)));
+    compositor.run(command);
+}
+
+// The compositor compiles a keymap for each rule about a device, which takes it two milliseconds
+// and more: the cursor is there after the first.
+void CursorControl::cross(const wayland::Outputs::Place& place, Point layout) {
+    static_assert(std::size(kinds) == 2);
+    confine(kinds[0], &place);
+    warp(layout);
+    confine(kinds[1], &place);
+}
+
+// Later releases look under the cursor when it moves, and not when a layer comes there.
+void CursorControl::stir() {
+    compositor.run("seat - cursor move 0 0");
 }
 
 } // namespace platform::sway

@@ -16,8 +16,11 @@ class CursorControl final : public wayland::CursorControl {
 
     void confine(const wayland::Outputs::Place* place) override;
     void warp(Point layout) override;
+    void cross(const wayland::Outputs::Place& place, Point layout) override;
+    void stir() override;
 
   private:
+    void confine(const std::string& kind, const wayland::Outputs::Place* place);
     std::string mapped(const std::string& kind, const wayland::Outputs::Place& place) const;
     std::string unmapped(const std::string& kind) const;
 

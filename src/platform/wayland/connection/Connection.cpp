@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cstring>
+#include <fstream>
 #include <poll.h>
 #include <sys/eventfd.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 namespace platform::wayland {
@@ -26,15 +28,15 @@ void take(Owner& owner, wl_registry* registry, std::uint32_t name, const wl_inte
 Connection::Connection(Descriptors& watcher, Log& writer, std::function<void()> gone)
     : descriptors(watcher), log(writer), lost(std::move(gone)) {}
 
-Connection::Opened Connection::open(Descriptors& descriptors, Log& log,
-                                    std::function<void()> lost) {
+Connection::Opened Connection::open(Descriptors& descriptors, Log& log, std::function<void()> lost,
+                                    std::span<const std::string_view> needed) {
     std::unique_ptr<Connection> made(new Connection(descriptors, log, std::move(lost)));
-    std::string error = made->bind();
+    std::string error = made->bind(needed);
     if (!error.empty()) return {nullptr, std::move(error)};
     return {std::move(made), {}};
 }
 
-std::string Connection::bind() {
+std::string Connection::bind(std::span<const std::string_view> needed) {
     display.reset(wl_display_connect(nullptr));
     if (!display) return "the Wayland compositor cannot be reached";
     registry.reset(wl_display_get_registry(display.get()));
@@ -51,24 +53,23 @@ std::string Connection::bind() {
         }};
     wl_registry_add_listener(registry.get(), &listener, this);
     if (!synchronize()) return "the Wayland compositor does not answer";
-    const std::pair<bool, const char*> needed[] = {
-        {globals.compositor != nullptr, "wl_compositor"},
-        {globals.memory != nullptr, "wl_shm"},
-        {globals.seat != nullptr, "wl_seat"},
-        {globals.layers != nullptr, "zwlr_layer_shell_v1"},
-        {globals.viewporter != nullptr, "wp_viewporter"},
-        {globals.relative != nullptr, "zwp_relative_pointer_manager_v1"},
-        {globals.outputs != nullptr, "zxdg_output_manager_v1"}};
-    for (const auto& [isThere, name] : needed)
-        if (!isThere) return std::string("the Wayland compositor has no ") + name;
+    for (const std::string_view interface : needed)
+        if (!has(interface)) return "the Wayland compositor has no " + std::string(interface);
     wake = eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC);
     if (wake >= 0)
         descriptors.watchReadable(wake, [this] {
             std::uint64_t count = 0;
             if (::read(wake, &count, sizeof count) > 0) endBatch();
         });
-    descriptors.watchReadable(wl_display_get_fd(display.get()), [this] { read(); });
+    readAtOnce(true);
     return {};
+}
+
+wl_proxy* Connection::bind(const wl_interface& interface, std::uint32_t version) {
+    const auto found = offered.find(std::string_view(interface.name));
+    if (found == offered.end() || found->second.version < version) return nullptr;
+    return static_cast<wl_proxy*>(
+        wl_registry_bind(registry.get(), found->second.name, &interface, version));
 }
 
 Connection::~Connection() {
@@ -76,18 +77,33 @@ Connection::~Connection() {
         descriptors.unwatch(wake);
         close(wake);
     }
-    if (display) descriptors.unwatch(wl_display_get_fd(display.get()));
+    readAtOnce(false);
     flush();
+}
+
+std::string Connection::compositorName() const {
+    ucred peer{};
+    socklen_t size = sizeof peer;
+    if (::getsockopt(wl_display_get_fd(display.get()), SOL_SOCKET, SO_PEERCRED, &peer, &size) != 0)
+        return {};
+    std::ifstream file("/proc/" + std::to_string(peer.pid) + "/comm");
+    std::string name;
+    std::getline(file, name);
+    return name;
 }
 
 void Connection::global(std::uint32_t name, std::string_view interface, std::uint32_t version) {
     wl_registry* const from = registry.get();
+    offered.try_emplace(std::string(interface), name, version);
     if (interface == wl_compositor_interface.name)
         take(globals.compositor, from, name, wl_compositor_interface, version, 4);
+    else if (interface == wl_subcompositor_interface.name)
+        take(globals.subcompositor, from, name, wl_subcompositor_interface, version, 1);
     else if (interface == wl_shm_interface.name)
         take(globals.memory, from, name, wl_shm_interface, version, 1);
     else if (interface == wl_seat_interface.name && !globals.seat) {
-        take(globals.seat, from, name, wl_seat_interface, version, 5);
+        // From the fifth version on a frame would come after each motion.
+        take(globals.seat, from, name, wl_seat_interface, version, 4);
         listenToSeat();
     } else if (interface == zwlr_layer_shell_v1_interface.name)
         take(globals.layers, from, name, zwlr_layer_shell_v1_interface, version, 4);
@@ -99,6 +115,8 @@ void Connection::global(std::uint32_t name, std::string_view interface, std::uin
         take(globals.outputs, from, name, zxdg_output_manager_v1_interface, version, 3);
     else if (interface == zwp_idle_inhibit_manager_v1_interface.name)
         take(globals.idle, from, name, zwp_idle_inhibit_manager_v1_interface, version, 1);
+    else if (interface == zwlr_virtual_pointer_manager_v1_interface.name)
+        take(globals.pointers, from, name, zwlr_virtual_pointer_manager_v1_interface, version, 1);
     else if (interface == wl_output_interface.name && version >= 3) {
         auto& output = outputList[name];
         take(output, from, name, wl_output_interface, version, 3);
@@ -147,29 +165,44 @@ void Connection::flush() {
     if (display && !isLost) wl_display_flush(display.get());
 }
 
-bool Connection::readOnce() {
+void Connection::readAtOnce(bool on) {
+    if (isLost || !display || isWatched == on) return;
+    isWatched = on;
+    if (on)
+        descriptors.watchReadable(wl_display_get_fd(display.get()), [this] { read(); });
+    else
+        descriptors.unwatch(wl_display_get_fd(display.get()));
+}
+
+Connection::Round Connection::readOnce() {
     while (wl_display_prepare_read(display.get()) != 0)
-        if (wl_display_dispatch_pending(display.get()) < 0) return false;
+        if (wl_display_dispatch_pending(display.get()) < 0) return Round::failed;
     pollfd polled{wl_display_get_fd(display.get()), POLLIN, 0};
     if (::poll(&polled, 1, 0) <= 0) {
         wl_display_cancel_read(display.get());
-        return true;
+        return Round::nothing;
     }
-    return wl_display_read_events(display.get()) == 0 &&
-           wl_display_dispatch_pending(display.get()) >= 0;
+    const bool isRead = wl_display_read_events(display.get()) == 0 &&
+                        wl_display_dispatch_pending(display.get()) >= 0;
+    return isRead ? Round::some : Round::failed;
 }
 
+// A round takes four kilobytes at most, which a fast mouse fills three times in a frame.
 void Connection::read() {
     if (isLost) return;
-    if (readOnce())
-        endBatch();
-    else
+    constexpr int most = 64;
+    Round round = Round::some;
+    for (int i = 0; i < most && round == Round::some; ++i)
+        round = readOnce();
+    if (round == Round::failed)
         lose();
+    else
+        endBatch();
 }
 
 void Connection::lose() {
+    readAtOnce(false);
     if (std::exchange(isLost, true)) return;
-    descriptors.unwatch(wl_display_get_fd(display.get()));
     log.write(std::string("the Wayland compositor has gone: ") +
               std::strerror(wl_display_get_error(display.get())));
     if (lost) lost();

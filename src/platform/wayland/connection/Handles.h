@@ -4,6 +4,7 @@
 #include <relative-pointer-unstable-v1-client-protocol.h>
 #include <viewporter-client-protocol.h>
 #include <wlr-layer-shell-unstable-v1-client-protocol.h>
+#include <wlr-virtual-pointer-unstable-v1-client-protocol.h>
 #include <xdg-output-unstable-v1-client-protocol.h>
 
 #include <memory>
@@ -23,6 +24,12 @@ inline void destroy(wl_callback* one) {
 }
 inline void destroy(wl_compositor* one) {
     wl_compositor_destroy(one);
+}
+inline void destroy(wl_subcompositor* one) {
+    wl_subcompositor_destroy(one);
+}
+inline void destroy(wl_subsurface* one) {
+    wl_subsurface_destroy(one);
 }
 inline void destroy(wl_shm* one) {
     wl_shm_destroy(one);
@@ -53,6 +60,12 @@ inline void destroy(zwlr_layer_shell_v1* one) {
 }
 inline void destroy(zwlr_layer_surface_v1* one) {
     zwlr_layer_surface_v1_destroy(one);
+}
+inline void destroy(zwlr_virtual_pointer_manager_v1* one) {
+    zwlr_virtual_pointer_manager_v1_destroy(one);
+}
+inline void destroy(zwlr_virtual_pointer_v1* one) {
+    zwlr_virtual_pointer_v1_destroy(one);
 }
 inline void destroy(zxdg_output_manager_v1* one) {
     zxdg_output_manager_v1_destroy(one);

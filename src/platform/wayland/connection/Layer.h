@@ -31,6 +31,8 @@ class Layer {
     wl_surface* surface() const { return drawn.get(); }
     /// The point of the layout that a point of the surface shows.
     Point toLayout(Point local) const { return {local.x + area.x, local.y + area.y}; }
+    /// Whether it was drawn, which the compositor learns with what is sent next.
+    bool isDrawn() const { return isConfigured; }
     /// Whether it was taken off the screen since it was made, as when its output goes.
     bool isClosed() const { return closed; }
 

@@ -7,7 +7,7 @@
 
 namespace platform::wayland {
 
-ClaimedHotKeys::ClaimedHotKeys(KeyboardSeat& keys, KeyRecording& recorded, Settings& store,
+ClaimedHotKeys::ClaimedHotKeys(KeyboardSeat& keys, KeyTaking& recorded, Settings& store,
                                Later afterwards)
     : later(std::move(afterwards)), keyboard(keys), recording(recorded), settings(store) {}
 
@@ -101,7 +101,7 @@ void ClaimedHotKeys::onLabelsChange(std::function<void()> changed) {
 RecordableHotKeys::Obstacle ClaimedHotKeys::obstacleTo(const Shortcut& shortcut) {
     const auto isIt = [&](const Claim& one) { return one.shortcut == shortcut; };
     if (std::ranges::any_of(registered, isIt)) return Obstacle::fixed;
-    return isElsewhere(shortcut) ? Obstacle::taken : Obstacle::none;
+    return isTaken(shortcut) ? Obstacle::taken : Obstacle::none;
 }
 
 bool ClaimedHotKeys::startRecording(std::function<void(const Stroke&)> pressed,

@@ -2,7 +2,8 @@
 
 #include "platform/RecordableHotKeys.h"
 #include "platform/Settings.h"
-#include "platform/wayland/keys/KeyRecording.h"
+#include "platform/wayland/keys/KeyTaking.h"
+#include "platform/wayland/keys/KeyboardSeat.h"
 
 #include <map>
 #include <set>
@@ -13,8 +14,7 @@ namespace platform::wayland {
 /// to a key by its place. Each family of compositors claims them its own way.
 class ClaimedHotKeys : public RecordableHotKeys {
   public:
-    /// Calls an operation from the run loop, also while a modal alert runs.
-    using Later = std::function<void(std::function<void()>)>;
+    using Later = KeyTaking::Later;
 
     ~ClaimedHotKeys() override;
     ClaimedHotKeys(const ClaimedHotKeys&) = delete;
@@ -29,10 +29,11 @@ class ClaimedHotKeys : public RecordableHotKeys {
     std::optional<std::uint16_t> keyCodeNamed(std::string_view name) const final;
     void onLabelsChange(std::function<void()> changed) final;
 
-    void onTaken(std::function<void(const Shortcut&)> handler) final {
+    // Of a family that can tell before it claims; another one answers these itself.
+    void onTaken(std::function<void(const Shortcut&)> handler) override {
         boundTaken = std::move(handler);
     }
-    bool isTaken(const Shortcut& shortcut) const final { return isElsewhere(shortcut); }
+    bool isTaken(const Shortcut& shortcut) const override { return isElsewhere(shortcut); }
     Obstacle obstacleTo(const Shortcut& shortcut) override;
 
     /// `left` is never called: nobody else gets the keyboard meanwhile.
@@ -46,8 +47,7 @@ class ClaimedHotKeys : public RecordableHotKeys {
         std::function<void()> action; ///< to be called by `later`
     };
 
-    ClaimedHotKeys(KeyboardSeat& keyboard, KeyRecording& recording, Settings& settings,
-                   Later later);
+    ClaimedHotKeys(KeyboardSeat& keyboard, KeyTaking& recording, Settings& settings, Later later);
 
     /// From now on these combinations are claimed, each of them once, and no other. The same one
     /// may have another action than before. A derived class gives all back in its destructor.
@@ -66,7 +66,7 @@ class ClaimedHotKeys : public RecordableHotKeys {
 
   private:
     KeyboardSeat& keyboard;
-    KeyRecording& recording;
+    KeyTaking& recording;
     Settings& settings;
     std::function<void(const Shortcut&)> boundTaken;
     std::vector<Claim> registered;

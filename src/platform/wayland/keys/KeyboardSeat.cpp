@@ -22,8 +22,14 @@ void KeyboardSeat::find(bool there) {
                     static_cast<KeyboardSeat*>(self)->readKeymap(file, size);
                 close(file);
             },
-        .enter = [](void* self, wl_keyboard*, std::uint32_t, wl_surface*,
-                    wl_array*) { static_cast<KeyboardSeat*>(self)->hasFocus = true; },
+        .enter =
+            [](void* data, wl_keyboard*, std::uint32_t, wl_surface*, wl_array* keys) {
+                auto& self = *static_cast<KeyboardSeat*>(data);
+                self.hasFocus = true;
+                if (self.entered)
+                    self.entered({static_cast<const std::uint32_t*>(keys->data),
+                                  keys->size / sizeof(std::uint32_t)});
+            },
         .leave = [](void* self, wl_keyboard*, std::uint32_t,
                     wl_surface*) { static_cast<KeyboardSeat*>(self)->hasFocus = false; },
         .key =

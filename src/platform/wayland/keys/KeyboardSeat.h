@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <map>
+#include <span>
 #include <string>
 #include <xkbcommon/xkbcommon.h>
 
@@ -24,6 +25,12 @@ class KeyboardSeat {
     /// While a layer has the keyboard: the flags of a Shortcut that are held, told at once and at
     /// each change. One handler an owner; an empty one ends it.
     void onModifiers(const void* owner, std::function<void(std::uint32_t flags)> changed);
+
+    /// A layer gets the keyboard: the keys that are down, the kernel's codes. Told while the
+    /// connection is read. One handler.
+    void onEnter(std::function<void(std::span<const std::uint32_t> keys)> handler) {
+        entered = std::move(handler);
+    }
 
     /// A key went down while a layer has the keyboard; XKB's number. It does not repeat. One
     /// handler.
@@ -61,6 +68,7 @@ class KeyboardSeat {
     std::uint32_t layout = 0;
     bool hasFocus = false;
     std::map<const void*, std::function<void(std::uint32_t)>> modifierHandlers;
+    std::function<void(std::span<const std::uint32_t>)> entered;
     std::function<void(std::uint32_t)> pressed;
     std::function<void()> labelsChanged;
     std::map<const void*, std::function<void()>> keymapHandlers;

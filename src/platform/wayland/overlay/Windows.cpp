@@ -33,7 +33,7 @@ class Overlay final : public Window {
     }
     void setIgnoresMouseEvents(bool ignores) override {
         ignoresMouse = ignores;
-        if (layer) layer->setCatches(!ignores);
+        if (layer) layer->setCatches(catches());
     }
     void makeKeyAndOrderFront() override {
         if (!std::exchange(visible, true) && number == 0) number = ++owner.lastId;
@@ -53,7 +53,11 @@ class Overlay final : public Window {
         if (!output || !isInside(area, output->area)) return;
         layer =
             std::make_unique<Layer>(owner.connection, Layer::Look{*output, area, pixel(), false});
-        if (ignoresMouse) layer->setCatches(false);
+        if (!catches()) layer->setCatches(false);
+    }
+
+    void updateCatching() {
+        if (layer) layer->setCatches(catches());
     }
 
   private:
@@ -68,6 +72,8 @@ class Overlay final : public Window {
         const auto opacity = static_cast<Pixel>(std::lround(std::clamp(alpha, 0.0F, 1.0F) * whole));
         return opacity << 24 | (style.background == WindowColour::red ? opacity << 16 : 0);
     }
+
+    bool catches() const { return !ignoresMouse && !owner.lettingThrough; }
 
     void takeOff() {
         if (!layer) return;
@@ -107,6 +113,12 @@ void Windows::letMarkersBeSeen(bool seen) {
     if (std::exchange(markersSeen, seen) == seen) return;
     for (Overlay* const window : all)
         window->update();
+}
+
+void Windows::letPointerThrough(bool through) {
+    if (std::exchange(lettingThrough, through) == through) return;
+    for (Overlay* const window : all)
+        window->updateCatching();
 }
 
 } // namespace platform::wayland

@@ -19,6 +19,8 @@ class Windows final : public platform::Windows {
 
     std::unique_ptr<Window> create(const WindowStyle& style) override;
     void letMarkersBeSeen(bool seen) override;
+    /// As long as it lasts no overlay catches the pointer, which another layer has.
+    void letPointerThrough(bool through);
 
   private:
     friend class Overlay;
@@ -30,6 +32,7 @@ class Windows final : public platform::Windows {
     std::set<Overlay*> all;
     WindowId lastId = 0;
     bool markersSeen = true;
+    bool lettingThrough = false;
     bool told = false;
 };
 

@@ -40,6 +40,11 @@ void Hold::inside(std::optional<Rect> screen) {
     rebuild();
 }
 
+bool Hold::insideAt(const Rect& screen, Point place) {
+    wanted = screen;
+    return rebuild(outputs.toLayout(place));
+}
+
 void Hold::suspend(bool on) {
     if (suspended == on) return;
     suspended = on;
@@ -50,11 +55,15 @@ void Hold::clear() {
     for (const Strip& strip : strips)
         pointer.forget(*strip.layer);
     strips.clear();
+    for (const auto& net : nets)
+        pointer.forget(*net);
+    nets.clear();
     meter.clear();
 }
 
-void Hold::rebuild() {
-    if (!allowed) return;
+/// Whether it has put the cursor to the goal, layout coordinates.
+bool Hold::rebuild(std::optional<Point> goal) {
+    if (!allowed) return false;
     const Outputs::Place* place = nullptr;
     std::vector<Box> present;
     for (const Outputs::Place& one : outputs.places()) {
@@ -66,12 +75,16 @@ void Hold::rebuild() {
     const bool isSame = held == (place != nullptr) && present == monitors &&
                         (!place || (place->id == heldScreen && place->output == heldOutput &&
                                     boxOf(place->area) == box));
-    if (isSame) return;
+    if (isSame) return false;
     monitors = std::move(present);
-    clear();
     held = place != nullptr;
-    control.confine(place);
-    if (!place) return;
+    // Before the strips go, as the compositor draws when they do.
+    if (place && goal)
+        control.cross(*place, *goal);
+    else
+        control.confine(place);
+    clear();
+    if (!place) return false;
     heldScreen = place->id;
     heldOutput = place->output;
     box = boxOf(place->area);
@@ -80,16 +93,39 @@ void Hold::rebuild() {
         strips.push_back(
             {side, std::make_unique<Layer>(connection, Layer::Look{*place, area, 0, false}), area});
     }
+    if (!control.clamps())
+        for (const Outputs::Place& other : outputs.places())
+            if (&other != place)
+                nets.push_back(
+                    std::make_unique<Layer>(connection, Layer::Look{other, other.area, 0, false}));
+    return goal.has_value();
 }
 
-bool Hold::isOnStrip(Point layout) const {
-    return std::ranges::any_of(strips,
-                               [&](const Strip& strip) { return strip.area.contains(layout); });
+bool Hold::isStrip(const Layer* layer) const {
+    return layer && std::ranges::any_of(
+                        strips, [&](const Strip& strip) { return strip.layer.get() == layer; });
+}
+
+std::optional<Point> Hold::home(Point topLeft) const {
+    if (!held || control.clamps()) return std::nullopt;
+    const Point at = outputs.toLayout(topLeft);
+    if (box.contains(at)) return std::nullopt;
+    return outputs.toTopLeft(session::nearestPixel(at, box));
 }
 
 // The step before the one that brought the cursor onto the strip went to whoever was below, so a
-// push counts from the next one on.
+// push counts from the next one on. A step over a net is cut off like one at the strip before it;
+// the way back is a step as well to some compositors, with a clock of its own, and no report of the
+// hand.
 void Hold::meant(Point place, Point step, double time) {
+    if (!control.clamps()) {
+        const bool leadsOut = std::ranges::any_of(strips, [step](const Strip& strip) {
+            return session::isOutwards(strip.side,
+                                       session::isVertical(strip.side) ? step.x : step.y);
+        });
+        if (!leadsOut) return;
+        place = session::nearestPixel(place, box);
+    }
     const double span = time - lastTime;
     lastTime = time;
     meter.reported(span);
@@ -104,9 +140,17 @@ void Hold::meant(Point place, Point step, double time) {
 }
 
 std::optional<Hold::Push> Hold::takePush(Point place) {
-    const auto sum = meter.take();
+    return pushOf(meter.take(), place);
+}
+
+std::optional<Hold::Push> Hold::pushSoFar(Point place) const {
+    return pushOf(meter.soFar(), place);
+}
+
+std::optional<Hold::Push> Hold::pushOf(const std::optional<session::PushMeter::Sum>& sum,
+                                       Point place) const {
     if (!sum || !held) return std::nullopt;
-    const Point at = outputs.toLayout(place);
+    const Point at = session::nearestPixel(outputs.toLayout(place), box);
     const Point beyond =
         session::onDesktop({at.x + sum->cutOff.x, at.y + sum->cutOff.y}, box, monitors);
     if (box.contains(beyond)) return std::nullopt;

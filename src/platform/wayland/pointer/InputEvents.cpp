@@ -3,10 +3,12 @@
 #include <linux/input-event-codes.h>
 #include <utility>
 
-// Over a strip of the hold every report of the mouse comes; they are summed up and delivered once a
-// frame. What happens over another layer of the program, such as a dark one, is outside the screen
-// that is held: it is delivered at the end of its batch, so that the answer brings the cursor back
-// before it is seen.
+// Over a strip of the hold every report of the mouse comes. They wait in the socket, so that a
+// mouse costs two wake-ups a frame whatever it sends, and are summed up and delivered once a frame;
+// in the middle of it what was pushed so far is delivered too, so that a hard push crosses sooner.
+// What happens over another layer of the program, such as a dark one, is outside the screen that is
+// held: it is delivered at the end of its batch, so that the answer brings the cursor back before
+// it is seen.
 
 namespace platform::wayland {
 
@@ -26,7 +28,8 @@ InputEvents::InputEvents(Connection& x, Descriptors& descriptors, Outputs& scree
       pointer(cursor),
       hold(confinement),
       ownWindowActive(std::move(ownActive)),
-      pace(descriptors, [this] { tick(); }) {
+      pace(
+          descriptors, [this] { tick(); }, session::Pace::period / 2) {
     noted.reserve(fewClicks);
     seat.setListener(this);
     connection.onBatchEnd(this, [this] { batchEnded(); });
@@ -39,7 +42,13 @@ InputEvents::~InputEvents() {
 
 void InputEvents::moved(Point layout) {
     place = outputs.toTopLeft(layout);
-    hasMoved = true;
+    // Nobody's hand did that.
+    if (!pointer.takeArrival(place)) hasMoved = true;
+}
+
+void InputEvents::tellPlace(Point layout) {
+    moved(layout);
+    batchEnded();
 }
 
 void InputEvents::meant(Point step, double when) {
@@ -68,7 +77,7 @@ void InputEvents::note(EventType type) {
 
 void InputEvents::batchEnded() {
     if (!anyArrived && !hasMoved && noted.empty()) return;
-    if (hasMoved && hold.isBeyond(place)) readMotion();
+    if (hasMoved && hold.isBeyond(place) && !putBack()) readMotion();
     if (!noted.empty()) {
         readMotion();
         for (std::size_t i = 0; i < noted.size(); ++i)
@@ -76,26 +85,49 @@ void InputEvents::batchEnded() {
         noted.clear();
     }
     anyArrived = true;
-    if (!pace.isRunning()) pace.start();
+    if (pace.isRunning()) return;
+    isFrameHalfOver = false;
+    pace.start();
+    chooseReading();
+}
+
+// Before anybody is asked: what was pushed is told at the next tick, as from a cursor that stayed.
+bool InputEvents::putBack() {
+    const auto home = hold.home(place);
+    if (!home) return false;
+    pointer.putBack(*home);
+    place = *home;
+    return true;
 }
 
 void InputEvents::tick() {
-    ownWindowChanged();
-    emptyFrames = std::exchange(anyArrived, false) ? 0 : emptyFrames + 1;
-    readMotion();
-    if (emptyFrames >= framesUntilRest) {
-        emptyFrames = 0;
-        pace.stop();
+    connection.read();
+    isFrameHalfOver = !isFrameHalfOver;
+    if (isFrameHalfOver) {
+        if (const auto push = hold.pushSoFar(place)) tell(*push);
+    } else {
+        ownWindowChanged();
+        emptyFrames = std::exchange(anyArrived, false) ? 0 : emptyFrames + 1;
+        readMotion();
+        if (emptyFrames >= framesUntilRest) {
+            emptyFrames = 0;
+            pace.stop();
+        }
     }
+    chooseReading();
+}
+
+// Elsewhere than over a strip the answer may have to bring the cursor back.
+void InputEvents::chooseReading() {
+    connection.readAtOnce(!pace.isRunning() || !hold.isStrip(seat.focus()));
 }
 
 void InputEvents::readMotion() {
-    const bool anyMotion = std::exchange(hasMoved, false);
+    const bool anyMotion = hasMoved;
     if (const auto push = hold.takePush(place)) {
-        deliver(EventType::mouseMoved, push->held, false);
-        // The cursor is still inside, and the answer to the point outside is carried out.
-        deliver(EventType::mouseMoved, push->beyond, true);
+        tell(*push);
     } else if (anyMotion) {
+        hasMoved = false;
         constexpr std::uint32_t left = 1, right = 2;
         deliver(buttonsDown & left    ? EventType::leftMouseDragged
                 : buttonsDown & right ? EventType::rightMouseDragged
@@ -103,6 +135,13 @@ void InputEvents::readMotion() {
                                       : EventType::mouseMoved,
                 place, false);
     }
+}
+
+void InputEvents::tell(const Hold::Push& push) {
+    hasMoved = false;
+    deliver(EventType::mouseMoved, push.held, false);
+    // The cursor is still inside, and the answer to the point outside is carried out.
+    deliver(EventType::mouseMoved, push.beyond, true);
 }
 
 void InputEvents::deliver(EventType type, Point at, bool isHeldBack) {

@@ -29,6 +29,9 @@ class InputEvents final : public platform::InputEvents, private PointerSeat::Lis
     /// To be called when a window of the program has become active or is so no longer.
     void ownWindowChanged() { hold.suspend(ownWindowActive()); }
 
+    /// The compositor has told where the cursor is, layout coordinates.
+    void tellPlace(Point layout);
+
     /// A modifier was pressed or released; a virtual key code.
     void tellModifier(std::uint16_t keyCode);
 
@@ -47,8 +50,11 @@ class InputEvents final : public platform::InputEvents, private PointerSeat::Lis
 
     void note(EventType type);
     void batchEnded();
+    bool putBack();
     void tick();
     void readMotion();
+    void tell(const Hold::Push& push);
+    void chooseReading();
     void deliver(EventType type, Point place, bool isHeldBack);
 
     Connection& connection;
@@ -65,6 +71,7 @@ class InputEvents final : public platform::InputEvents, private PointerSeat::Lis
     std::uint32_t buttonsDown = 0;
     bool hasMoved = false; ///< since it was delivered
     bool anyArrived = false;
+    bool isFrameHalfOver = false;
     int emptyFrames = 0;
 };
 

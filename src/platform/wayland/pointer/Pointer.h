@@ -20,6 +20,12 @@ class Pointer final : public platform::Pointer {
     void setLocalEventsSuppressionInterval(double) override {}
     void holdInside(std::optional<Rect> screen) override;
 
+    /// For the hold: the cursor has left, and goes back to this point on the screen that is held.
+    void putBack(Point home);
+    /// Whether the cursor, seen at a point, top-left, has just come to where the program put it. To
+    /// be asked of each place that is seen; once for a warp.
+    bool takeArrival(Point at);
+
     /// The handling of one event. The event's place is the cursor's place meanwhile. An event that
     /// the cursor was held back from is carried out at the end, unless the program has warped the
     /// cursor.
@@ -39,15 +45,18 @@ class Pointer final : public platform::Pointer {
   private:
     std::optional<Point> probe();
     void letThrough();
+    void noteWarp(Point to);
+    void put(Point to);
 
     Connection& connection;
     Outputs& outputs;
     PointerSeat& seat;
     CursorControl& control;
     Hold& hold;
-    std::optional<Point> known; ///< while an event is handled
-    std::optional<Point> goal;  ///< of an event that the cursor was held back from
-    Point last;                 ///< where it was seen or put last, top-left
+    std::optional<Point> known;   ///< while an event is handled
+    std::optional<Point> goal;    ///< of an event that the cursor was held back from
+    Point last;                   ///< where it was seen or put last, top-left
+    std::optional<Point> awaited; ///< where it was put, until it is seen somewhere
     unsigned warpCount = 0;
     bool releaseAtEnd = false; ///< of the event
 };

@@ -48,10 +48,6 @@ void PointerSeat::find(bool there) {
             auto& self = *static_cast<PointerSeat*>(data);
             if (self.listener && self.focus()) self.listener->scrolled();
         };
-        all.frame = [](void*, wl_pointer*) {};
-        all.axis_source = [](void*, wl_pointer*, std::uint32_t) {};
-        all.axis_stop = [](void*, wl_pointer*, std::uint32_t, std::uint32_t) {};
-        all.axis_discrete = [](void*, wl_pointer*, std::uint32_t, std::int32_t) {};
         return all;
     }();
     wl_pointer_add_listener(pointer.get(), &pointing, this);

@@ -1,3 +1,6 @@
+#include "platform/gnome/GnomeDesktop.h"
+#include "platform/kwin/KWinDesktop.h"
+#include "platform/layershell/LayerShellDesktop.h"
 #include "platform/sway/SwayDesktop.h"
 
 #include <utility>
@@ -8,8 +11,9 @@ namespace {
 
 using Open = wayland::OpenedDesktop (*)(Descriptors&, Log&, std::function<void()> lost);
 
-// The first that knows the compositor has it.
-constexpr Open families[] = {&sway::openDesktop};
+// The first that knows the compositor has it; what needs layers alone comes last.
+constexpr Open families[] = {&sway::openDesktop, &kwin::openDesktop, &gnome::openDesktop,
+                             &layershell::openDesktop};
 
 } // namespace
 

@@ -56,8 +56,9 @@ Session::Services X11Session::start(const Surroundings& surroundings) {
         input->sync(); // the barriers stand before the toolkit's own connection is heard
         parts->cursor.reveal(isActive());
     });
-    return {*screens,       parts->pointer, parts->cursor, parts->input,       parts->keyboard,
-            parts->hotKeys, parts->windows, parts->focus,  parts->screenSaver, &parts->tray};
+    return {*screens,           parts->pointer, parts->cursor,  parts->input,
+            parts->keyboard,    parts->hotKeys, parts->windows, parts->focus,
+            parts->screenSaver, &parts->tray,   nullptr};
 }
 
 platform::Capabilities X11Session::capabilities() const {

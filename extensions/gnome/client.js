@@ -1,0 +1,162 @@
+import Gio from 'gi://Gio';
+import GLib from 'gi://GLib';
+
+import {HiddenCursor, warp, where} from './cursor.js';
+import {Hold} from './hold.js';
+import {Recording, switchWorkspace} from './keys.js';
+import {PushReport} from './push.js';
+import {Veils} from './veil.js';
+import {Watch} from './watch.js';
+
+const INTERFACE = 'com.tamberlo.Shell1';
+const PATIENCE = 1000; // milliseconds: who does not answer for so long hangs, and nothing of his stays
+
+/** What one program has asked for, and what it is told. */
+export class Client {
+    constructor(bus, sender, path, service) {
+        this._bus = bus;
+        this._sender = sender;
+        this._path = path;
+        this._service = service;
+        this._grabs = new Map(); // by the program's numbers
+        this._silence = new Gio.Cancellable();
+        this._begin();
+        this._watchedName = Gio.bus_watch_name_on_connection(bus, sender, Gio.BusNameWatcherFlags.NONE, null,
+            () => {
+                this.destroy();
+                this._gone?.();
+            });
+        this._heart = GLib.timeout_add(GLib.PRIORITY_DEFAULT, PATIENCE / 2, () => {
+            this._ask();
+            return GLib.SOURCE_CONTINUE;
+        });
+    }
+
+    /** Called when the program has ended, and this with it. */
+    onGone(handler) {
+        this._gone = handler;
+    }
+
+    destroy() {
+        this._end();
+        this._silence.cancel();
+        if (this._heart)
+            GLib.source_remove(this._heart);
+        this._heart = 0;
+        if (this._watchedName)
+            Gio.bus_unwatch_name(this._watchedName);
+        this._watchedName = 0;
+    }
+
+    _begin() {
+        this._push = new PushReport(pieces => this._tell('Pushed', '(a(ddddu))', [pieces]));
+        this._hold = new Hold((side, event) => this._push.add(side, event));
+        this._veils = new Veils();
+        this._cursor = new HiddenCursor();
+        this._watch = new Watch((x, y, state) => this._tell('Seen', '((dd)u)', [[x, y], state]));
+        this._recording = new Recording((keycode, state) => this._tell('Typed', '(uu)', [keycode, state]));
+    }
+
+    _end() {
+        for (const part of [this._hold, this._push, this._veils, this._cursor, this._watch, this._recording])
+            part.destroy();
+        for (const grab of this._grabs.values())
+            this._service.accelerators.ungrab(grab);
+        this._grabs.clear();
+    }
+
+    /** All that was asked for is undone; the program may ask again. */
+    free(reason) {
+        if (!this.isBusy())
+            return;
+        this._end();
+        this._begin();
+        this._tell('Freed', '(s)', [reason]);
+        this._service.clientChanged();
+    }
+
+    /** Whether anything that a user would be stuck with is in force. */
+    isBusy() {
+        return this._hold.isOn() || this._veils.isAny() || this._cursor.isOn() || this._recording.isOn();
+    }
+
+    monitorsChanged() {
+        this._hold.monitorsChanged();
+        this._service.clientChanged();
+    }
+
+    // A stopped program keeps its connection; the bus's library answers in any other.
+    async _ask() {
+        if (!this.isBusy() || this._isAsking)
+            return;
+        this._isAsking = true;
+        try {
+            await this._bus.call(this._sender, '/', 'org.freedesktop.DBus.Peer', 'Ping', null, null,
+                Gio.DBusCallFlags.NO_AUTO_START, PATIENCE, this._silence);
+        } catch (error) {
+            if (error.matches(Gio.IOErrorEnum, Gio.IOErrorEnum.TIMED_OUT))
+                this.free('silent');
+        }
+        this._isAsking = false;
+    }
+
+    _tell(signal, type, values) {
+        this._bus.emit_signal(this._sender, this._path, INTERFACE, signal, new GLib.Variant(type, values));
+    }
+
+    Hold(area, moves, place) {
+        this._hold.begin(area, moves ? place : null);
+    }
+
+    Release() {
+        this._hold.end();
+        this._push.clear();
+    }
+
+    Warp([x, y]) {
+        warp(x, y);
+    }
+
+    Where() {
+        const [x, y, state] = where();
+        return new GLib.Variant('((dd)u)', [[x, y], state]);
+    }
+
+    Watch(motion, state) {
+        this._watch.set(motion, state);
+    }
+
+    Cover(number, area, colour, opacity, catches) {
+        this._veils.show(number, {area, colour, opacity, catches});
+    }
+
+    Uncover(number) {
+        this._veils.remove(number);
+    }
+
+    HideCursor(hidden) {
+        this._cursor.set(hidden);
+    }
+
+    Grab(number, accelerator) {
+        this.Ungrab(number);
+        const grab = this._service.accelerators.grab(accelerator, () => this._tell('Pressed', '(u)', [number]));
+        if (grab !== null)
+            this._grabs.set(number, grab);
+        return new GLib.Variant('(b)', [grab !== null]);
+    }
+
+    Ungrab(number) {
+        if (this._grabs.has(number))
+            this._service.accelerators.ungrab(this._grabs.get(number));
+        this._grabs.delete(number);
+    }
+
+    Record(on) {
+        return new GLib.Variant('(b)', [this._recording.set(on)]);
+    }
+
+    SwitchWorkspace(step) {
+        switchWorkspace(step);
+    }
+}

@@ -1,0 +1,150 @@
+import Gio from 'gi://Gio';
+import GLib from 'gi://GLib';
+import GObject from 'gi://GObject';
+
+import * as Main from 'resource:///org/gnome/shell/ui/main.js';
+import * as PopupMenu from 'resource:///org/gnome/shell/ui/popupMenu.js';
+import {QuickMenuToggle, SystemIndicator} from 'resource:///org/gnome/shell/ui/quickSettings.js';
+
+import {ExportedMenu} from './menu.js';
+
+const ITEM = 'org.kde.StatusNotifierItem';
+const ITEM_PATH = '/StatusNotifierItem';
+const PRODUCT = 'com.tamberlo.Product1';
+
+const pathOf = program => `/${program.replaceAll('.', '/').replaceAll('-', '_')}`;
+
+/** A program's switch in the quick settings, with its menu. */
+const ProductToggle = GObject.registerClass(
+class ProductToggle extends QuickMenuToggle {
+    _init(bus, program, service, properties) {
+        super._init({title: properties.title, subtitle: properties.subtitle, toggleMode: false});
+        this._bus = bus;
+        this._program = program;
+        this._section = new PopupMenu.PopupMenuSection();
+        this.menu.setHeader(properties.icon, properties.title);
+        this.menu.addMenuItem(this._section);
+        this._menu = new ExportedMenu(bus, service, properties.menu, this._section);
+        this.menu.connect('open-state-changed', (_menu, isOpen) => {
+            if (isOpen)
+                this._menu.refresh();
+        });
+        this.connect('clicked', () => this._call('Toggle'));
+        this.connect('destroy', () => this._menu.destroy());
+    }
+
+    showFace({title, subtitle, icon}) {
+        this.set({title, subtitle, gicon: icon});
+        this.menu.setHeader(icon, title, subtitle);
+        this._menu.refresh();
+    }
+
+    _call(method) {
+        this._bus.call(this._program, pathOf(this._program), PRODUCT, method, null, null,
+            Gio.DBusCallFlags.NO_AUTO_START, -1, null, null);
+    }
+});
+
+/** The icon of a program in the panel, and its switch, for as long as the program has them registered. */
+export class ProductIndicator {
+    constructor(bus, program, service) {
+        this.program = program;
+        this._bus = bus;
+        this.service = service;
+        this._cancelled = new Gio.Cancellable();
+        this._subscriptions = [
+            bus.signal_subscribe(service, ITEM, null, ITEM_PATH, null, Gio.DBusSignalFlags.NONE,
+                () => this._showFace()),
+            bus.signal_subscribe(program, 'org.freedesktop.DBus.Properties', 'PropertiesChanged',
+                pathOf(program), null, Gio.DBusSignalFlags.NONE, () => this._showState()),
+        ];
+        this._watchedName = Gio.bus_watch_name_on_connection(bus, service, Gio.BusNameWatcherFlags.NONE, null,
+            () => {
+                this.destroy();
+                this._gone?.();
+            });
+        this._showFace();
+    }
+
+    /** Called when the program has taken its icon away, and this with it. */
+    onGone(handler) {
+        this._gone = handler;
+    }
+
+    destroy() {
+        this._cancelled.cancel();
+        for (const subscription of this._subscriptions)
+            this._bus.signal_unsubscribe(subscription);
+        this._subscriptions = [];
+        if (this._watchedName)
+            Gio.bus_unwatch_name(this._watchedName);
+        this._watchedName = 0;
+        for (const item of this._indicator?.quickSettingsItems ?? [])
+            item.destroy();
+        this._indicator?.destroy();
+        this._indicator = null;
+    }
+
+    open() {
+        if (!this._indicator)
+            return;
+        Main.panel.statusArea.quickSettings.menu.open();
+        this._toggle.menu.open();
+    }
+
+    async _get(destination, path, name) {
+        const reply = await this._bus.call(destination, path, 'org.freedesktop.DBus.Properties', 'GetAll',
+            new GLib.Variant('(s)', [name]), new GLib.VariantType('(a{sv})'),
+            Gio.DBusCallFlags.NO_AUTO_START, -1, this._cancelled);
+        return reply.recursiveUnpack()[0];
+    }
+
+    async _showFace() {
+        try {
+            const all = await this._get(this.service, ITEM_PATH, ITEM);
+            // "Palisor: on", as a tool tip has it.
+            const [title, subtitle = ''] = all.Title.split(': ');
+            const face = {title, subtitle, menu: all.Menu, icon: iconOf(all)};
+            if (!this._indicator)
+                this._make(face);
+            this._icon.gicon = face.icon;
+            this._toggle.showFace(face);
+            await this._showState();
+        } catch (error) {
+            this._report(error);
+        }
+    }
+
+    _make(face) {
+        this._indicator = new SystemIndicator();
+        this._icon = this._indicator._addIndicator();
+        this._toggle = new ProductToggle(this._bus, this.program, this.service, face);
+        this._indicator.quickSettingsItems.push(this._toggle);
+        Main.panel.statusArea.quickSettings.addExternalIndicator(this._indicator);
+    }
+
+    async _showState() {
+        if (!this._indicator)
+            return;
+        try {
+            const {Active: active} = await this._get(this.program, pathOf(this.program), PRODUCT);
+            if (this._indicator)
+                this._toggle.checked = active;
+        } catch (error) {
+            this._report(error);
+        }
+    }
+
+    _report(error) {
+        if (!error.matches?.(Gio.IOErrorEnum, Gio.IOErrorEnum.CANCELLED))
+            console.warn(`${this.program}: ${error.message}`);
+    }
+}
+
+/** The icon that the program has drawn for panels, in the panel's own colour. */
+function iconOf({IconName: name, IconThemePath: folder}) {
+    const file = Gio.File.new_for_path(`${folder}/${name}.svg`);
+    if (name && file.query_exists(null))
+        return new Gio.FileIcon({file});
+    return new Gio.ThemedIcon({name: name || 'view-dual-symbolic'});
+}

@@ -1,0 +1,165 @@
+#include "platform/gnome/GnomeDesktop.h"
+
+#include "platform/gnome/keys/HotKeys.h"
+#include "platform/gnome/keys/KeyRecording.h"
+#include "platform/gnome/keys/Keyboard.h"
+#include "platform/gnome/overlay/Windows.h"
+#include "platform/gnome/pointer/Cursor.h"
+#include "platform/gnome/pointer/InputEvents.h"
+#include "platform/wayland/pointer/PointerSeat.h"
+
+#include <cstdlib>
+#include <string_view>
+
+namespace platform::gnome {
+
+namespace {
+
+/// The shell gives the keyboard back by itself, and its veils take none.
+class NoFocus final : public Focus {
+  public:
+    void activateFrontmostApplication() override {}
+    void openNothingWith(const std::string&) override {}
+};
+
+/// The shell heeds what is asked of the session over the bus.
+class NoWakeLock final : public WakeLock {
+  public:
+    bool keep(AssertionId, const std::string&) override { return false; }
+    void release(AssertionId) override {}
+    std::string_view missing() const override {
+        return "GNOME is kept awake over the session bus alone";
+    }
+};
+
+class GnomeDesktop final : public wayland::Desktop {
+  public:
+    GnomeDesktop(Descriptors& loop, Log& writer, std::unique_ptr<wayland::Connection> compositor)
+        : descriptors(loop), log(writer), connection(std::move(compositor)), outputs(*connection) {}
+
+    const platform::Displays& displays() const override { return outputs; }
+    platform::Displays& displays() override { return outputs; }
+
+    Services start(const Surroundings& given) override {
+        holds = given.holds;
+        setup = given.setup;
+        extension = given.extension;
+        parts.emplace(*this, given);
+        return {parts->pointer, parts->cursor,  parts->input, parts->keys,
+                parts->hotKeys, parts->windows, parts->focus, parts->wakeLock};
+    }
+
+    platform::Capabilities capabilities() const override {
+        const std::string reason = missing();
+        const bool isThere = reason.empty();
+        platform::Capability hold{.id = "hold", .available = holds && isThere, .reason = reason};
+        if (!holds) hold.reason = "Switched off by --hold off.";
+        return {std::move(hold),
+                {"darkness", isThere, reason},
+                {"motion", isThere, reason},
+                {"modifiers", isThere,
+                 isThere
+                     ? "GNOME Shell does not tell the left Control, Alt and Super keys from the "
+                       "right ones: either side counts."
+                     : reason}};
+    }
+
+    std::string missing() const override {
+        switch (parts->hand.presence()) {
+        case Hand::Presence::here:
+            return {};
+        case Hand::Presence::notInstalled:
+            return "GNOME Shell does not have the extension that holds the cursor: run \"" + setup +
+                   "\", then log out and in again.";
+        case Hand::Presence::switchedOff:
+            return "The extension of GNOME Shell that holds the cursor is switched off: run "
+                   "\"gnome-extensions enable " +
+                   extension + "\".";
+        case Hand::Presence::broken:
+            return "The extension of GNOME Shell that holds the cursor has failed: run \"" + setup +
+                   "\", then log out and in again.";
+        case Hand::Presence::otherRelease:
+            return "The extension that holds the cursor is for GNOME Shell 48 to 50 only: log in "
+                   "to "
+                   "an X11 session.";
+        }
+        return {};
+    }
+
+    void ownWindowChanged() override {
+        if (!parts) return;
+        parts->input.ownWindowChanged();
+        parts->cursor.reveal(parts->ownWindowActive());
+    }
+
+    void end() override {
+        parts.reset();
+        connection->flush();
+    }
+
+  private:
+    struct Parts {
+        Parts(GnomeDesktop& own, const Surroundings& given)
+            : ownWindowActive(given.ownWindowActive),
+              keyboard(*own.connection),
+              hand(own.descriptors, own.log, given.identifier, given.extension,
+                   given.capabilitiesChanged),
+              hold(hand, own.outputs, given.holds),
+              pointer(hand, own.outputs, hold),
+              input(hand, own.descriptors, own.outputs, pointer, hold, given.ownWindowActive),
+              cursor(hand),
+              recording(hand, given.later, [this](bool on) { input.withholdModifiers(on); }),
+              keys(hand, own.log),
+              hotKeys(hand, own.log, keyboard, recording, given.settings, given.later),
+              windows(hand, own.outputs, own.log),
+              connection(*own.connection) {
+            connection.onSeat([this](std::uint32_t capabilities) {
+                keyboard.find((capabilities & WL_SEAT_CAPABILITY_KEYBOARD) != 0);
+            });
+        }
+        ~Parts() { connection.onSeat({}); }
+        Parts(const Parts&) = delete;
+        Parts& operator=(const Parts&) = delete;
+
+        std::function<bool()> ownWindowActive;
+        wayland::KeyboardSeat keyboard;
+        Hand hand;
+        Hold hold;
+        Pointer pointer;
+        InputEvents input;
+        Cursor cursor;
+        KeyRecording recording;
+        Keyboard keys;
+        HotKeys hotKeys;
+        Windows windows;
+        NoFocus focus;
+        NoWakeLock wakeLock;
+        wayland::Connection& connection;
+    };
+
+    Descriptors& descriptors;
+    Log& log;
+    std::unique_ptr<wayland::Connection> connection;
+    wayland::Outputs outputs;
+    std::optional<Parts> parts;
+    std::string setup, extension;
+    bool holds = true;
+};
+
+} // namespace
+
+wayland::OpenedDesktop openDesktop(Descriptors& descriptors, Log& log, std::function<void()> lost) {
+    const char* const desktop = std::getenv("XDG_CURRENT_DESKTOP");
+    const bool isNamed =
+        desktop && std::string_view(desktop).find("GNOME") != std::string_view::npos;
+    // At login the shell may be busy with itself for longer than one answer is waited for.
+    wayland::Connection::Opened opened;
+    for (int tries = isNamed ? 10 : 1; !opened.connection && tries > 0; --tries)
+        opened = wayland::Connection::open(descriptors, log, lost, wayland::Connection::forOutputs);
+    if (!opened.connection) return {nullptr, isNamed ? opened.error : ""};
+    // No other compositor has this one.
+    if (!opened.connection->has("gtk_shell1")) return {};
+    return {std::make_unique<GnomeDesktop>(descriptors, log, std::move(opened.connection)), {}};
+}
+
+} // namespace platform::gnome

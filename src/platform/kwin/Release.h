@@ -1,0 +1,21 @@
+#pragma once
+
+#include "bus/Link.h"
+
+namespace platform::kwin {
+
+enum class Release {
+    none,  ///< KWin is not on the bus, or there is no bus
+    older, ///< one that does not hand out emulated input, nor has a barrier: before 6.1
+    known,
+};
+
+/// Which KWin is on the bus. Waits for its answer, for a second at most.
+Release releaseOnBus(bus::Link& link);
+
+/// For a release that is not known, and for a program that was built without what it takes.
+inline constexpr const char* refusal =
+    "the cursor is held in Plasma from 6.1 on, by a program that was built with libei; log in to "
+    "Plasma's X11 session";
+
+} // namespace platform::kwin

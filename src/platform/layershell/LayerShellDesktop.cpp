@@ -1,0 +1,166 @@
+#include "platform/layershell/LayerShellDesktop.h"
+
+#include "platform/layershell/keys/HotKeys.h"
+#include "platform/layershell/keys/Keyboard.h"
+#include "platform/layershell/pointer/Cursor.h"
+#include "platform/layershell/pointer/CursorControl.h"
+#include "platform/layershell/wayfire/Bindings.h"
+#include "platform/wayland/LayerServices.h"
+#include "platform/wayland/keys/Focus.h"
+#include "platform/wayland/keys/ModifierGrab.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <optional>
+
+namespace platform::layershell {
+
+namespace {
+
+// A compositor without them is no desktop of this kind at all, and nothing is said of it.
+constexpr std::string_view layerShell[] = {"zwlr_layer_shell_v1"};
+
+/// Where people write key bindings down, as far as it is known of the compositor.
+std::string adviceFor(const std::string& compositor, const std::string& identifier) {
+    const std::string command = identifier.substr(identifier.rfind('.') + 1) + " toggle";
+    if (compositor == "labwc")
+        return "add <keybind key=\"W-F9\"><action name=\"Execute\" command=\"" + command +
+               "\"/></keybind> to rc.xml, with a key of your choice";
+    if (compositor == "wayfire")
+        return "add the plugins ipc and command to wayfire.ini, or to its section [command] "
+               "binding_1 = <super> KEY_F9 and command_1 = " +
+               command;
+    if (compositor == "Hyprland")
+        return "add bind = SUPER, F9, exec, " + command + " to hyprland.conf";
+    if (compositor == "niri")
+        return "add Mod+F9 { spawn-sh \"" + command + "\"; } to the binds of config.kdl";
+    return "have a key of the compositor's configuration run \"" + command + "\"";
+}
+
+class LayerShellDesktop final : public wayland::Desktop {
+  public:
+    LayerShellDesktop(Descriptors& loop, Log& writer,
+                      std::unique_ptr<wayland::Connection> connected)
+        : descriptors(loop),
+          log(writer),
+          connection(std::move(connected)),
+          outputs(*connection),
+          compositor(connection->compositorName()) {}
+
+    const platform::Displays& displays() const override { return outputs; }
+    platform::Displays& displays() override { return outputs; }
+
+    Services start(const Surroundings& given) override {
+        holds = given.holds;
+        advice = adviceFor(compositor, given.identifier);
+        bindings = bindingsOf(given);
+        parts.emplace(*this, given);
+        auto& shared = parts->shared;
+        return {shared.pointer, parts->cursor,  shared.input, parts->keys,
+                parts->hotKeys, shared.windows, parts->focus, shared.idle};
+    }
+
+    platform::Capabilities capabilities() const override {
+        const std::string name = compositor.empty() ? "The compositor" : compositor;
+        platform::Capability hold{.id = "hold", .available = holds, .reason = {}};
+        hold.reason = holds ? name + " keeps the cursor on no monitor: it is put back, may show on "
+                                     "the other monitor for a moment, and is not held while a "
+                                     "button is down."
+                            : "Switched off by --hold off.";
+        return {std::move(hold),
+                {"darkness", true, {}},
+                {"edges", false, name + " tells no program of a cursor at an edge of all outputs."},
+                {"hide", false, name + " lets no program hide the cursor over others' windows."},
+                {"workspaces", false, name + " is not asked for the next workspace."},
+                {"place", false,
+                 name + " tells no program where the cursor is, so nothing can follow it."},
+                {"awake", connection->idle() != nullptr,
+                 connection->idle() ? "" : name + " cannot be kept from going idle."},
+                binds ? platform::Capability{"binding", true, {}}
+                      : platform::Capability{"binding", false,
+                                             name + " binds no shortcut for a program: " + advice +
+                                                 "."},
+                binds ? platform::Capability{"modifiers", true, {}}
+                      : platform::Capability{
+                            "modifiers", false,
+                            name + " tells no program of held keys: they do not lift the hold."}};
+    }
+
+    void ownWindowChanged() override {
+        if (!parts) return;
+        parts->shared.input.ownWindowChanged();
+        parts->cursor.reveal(parts->shared.ownWindowActive());
+    }
+
+    void end() override {
+        parts.reset();
+        bindings.reset();
+        connection->flush();
+    }
+
+  private:
+    struct Parts {
+        Parts(LayerShellDesktop& own, const Surroundings& given)
+            : control(*own.connection, own.outputs),
+              shared(*own.connection, own.outputs, control, own.descriptors, own.log, given),
+              keys(own.log),
+              hotKeys({own.bindings.get(), own.advice}, own.log, shared, given),
+              grab(*own.connection, own.outputs, shared.keyboard, own.descriptors,
+                   [this](bool held) { shared.tellModifiers(held); }) {
+            if (own.bindings) own.bindings->hearHeldModifiers([this] { grab.begin(); });
+        }
+
+        CursorControl control;
+        wayland::LayerServices shared;
+        Cursor cursor;
+        Keyboard keys;
+        HotKeys hotKeys;
+        wayland::Focus focus;
+        wayland::ModifierGrab grab;
+    };
+
+    std::unique_ptr<Bindings> bindingsOf(const Surroundings& given) {
+        const char* const socket = std::getenv("WAYFIRE_SOCKET");
+        if (compositor != "wayfire" || !socket) return nullptr;
+        auto made = wayfire::Bindings::open(
+            socket, descriptors, [this, told = given.capabilitiesChanged](const std::string& why) {
+                log.write("Wayfire binds no keys for a program (" + why + "): " + advice);
+                binds = false;
+                told();
+            });
+        binds = made != nullptr;
+        return made;
+    }
+
+    Descriptors& descriptors;
+    Log& log;
+    std::unique_ptr<wayland::Connection> connection;
+    wayland::Outputs outputs;
+    std::string compositor;             ///< what it is called; may be empty
+    std::string advice;                 ///< about shortcuts
+    std::unique_ptr<Bindings> bindings; ///< null where nobody binds keys
+    std::optional<Parts> parts;
+    bool holds = true;
+    bool binds = false; ///< whether the compositor binds keys, as far as it is known
+};
+
+} // namespace
+
+wayland::OpenedDesktop openDesktop(Descriptors& descriptors, Log& log, std::function<void()> lost) {
+    auto opened = wayland::Connection::open(descriptors, log, std::move(lost), layerShell);
+    if (!opened.connection) return {};
+    std::vector<std::string_view> needed(std::begin(wayland::Connection::forLayers),
+                                         std::end(wayland::Connection::forLayers));
+    needed.emplace_back("zwlr_virtual_pointer_manager_v1");
+    const auto lacking = std::ranges::find_if(
+        needed, [&](std::string_view interface) { return !opened.connection->has(interface); });
+    if (lacking != needed.end()) {
+        log.write("the compositor has no " + std::string(*lacking) +
+                  ", and so nobody can put the cursor back in its session");
+        return {};
+    }
+    return {std::make_unique<LayerShellDesktop>(descriptors, log, std::move(opened.connection)),
+            {}};
+}
+
+} // namespace platform::layershell

@@ -1,0 +1,97 @@
+#pragma once
+
+#include "bus/Handles.h"
+#include "testing/SessionBus.h"
+#include "testing/TempFolder.h"
+#include "testing/desktop/Hand.h"
+
+#include <optional>
+
+namespace support {
+
+/// A headless GNOME Shell of the test's own with monitors side by side, a home, a session bus and
+/// what stands for the system's. It uses nothing of the desktop that it runs on, and everything
+/// ends with the object. The process must not be root, which the shell's bus would refuse. One
+/// thread, which must outlive the object.
+class PrivateShell {
+  public:
+    struct Options {
+        std::vector<std::string> monitors{"1280x720", "1280x720"}; ///< from left to right
+        /// Run in the session before the shell starts, each to its end.
+        std::vector<std::vector<std::string>> before{};
+    };
+
+    /// Why there can be none on this machine; nothing where there can.
+    static std::optional<std::string> missing();
+
+    PrivateShell() : PrivateShell(Options{}) {}
+    /// Returns when the shell is up. Throws std::runtime_error where it does not come to that.
+    explicit PrivateShell(const Options& options);
+    ~PrivateShell();
+    PrivateShell(const PrivateShell&) = delete;
+    PrivateShell& operator=(const PrivateShell&) = delete;
+
+    const Environment& environment() const { return variables; }
+    std::string configFolder() const { return folder.path("home/.config"); }
+    pid_t pid() const { return shell->pid(); }
+    /// What the shell has logged.
+    std::string log() const { return shell->output() + shell->errors(); }
+
+    std::unique_ptr<ChildProcess> spawn(const std::vector<std::string>& command) const;
+
+    /// Runs a piece of JavaScript in the shell and returns its value as JSON; throws
+    /// std::runtime_error where it fails.
+    std::string run(const std::string& script) const;
+    bool isTrue(const std::string& script) const { return run(script) == "true"; }
+    struct Place {
+        int x = 0, y = 0;
+        bool operator==(const Place&) const = default;
+    };
+    Place cursor() const;
+    /// It is no motion of the mouse.
+    void moveTo(int x, int y) const;
+
+    /// For callers; owned by the object.
+    sd_bus* bus() const { return connection.get(); }
+
+  private:
+    bool isUp() const;
+
+    testing_support::TempFolder folder;
+    Environment variables;
+    std::unique_ptr<SessionBus> systemBus, sessionBus;
+    std::unique_ptr<ChildProcess> shell;
+    bus::Connection connection;
+};
+
+/// A mouse and a keyboard of the private shell's, by its remote desktop. Every call returns when
+/// the shell has taken it in (push: all of it).
+class ShellHand {
+  public:
+    explicit ShellHand(const PrivateShell& shell);
+    ~ShellHand();
+    ShellHand(const ShellHand&) = delete;
+    ShellHand& operator=(const ShellHand&) = delete;
+
+    void relative(double dx, double dy);
+    /// `steps` events of (dx, dy) at `hz` a second. Returns the seconds that it took.
+    double push(double dx, double dy, int steps, int hz);
+    /// The kernel's codes.
+    void button(int code, bool down);
+    void key(unsigned code, bool down);
+    /// All pressed in their order, and released in the reverse one.
+    void chord(const std::vector<unsigned>& codes);
+
+  private:
+    template <class... Arguments>
+    void tell(bool waits, const char* member, const char* types, Arguments... arguments);
+
+    sd_bus* bus;
+    std::string session;
+};
+
+/// Goes on as a user without rights where the process is root's. Throws std::runtime_error where
+/// that does not work.
+void becomeAUser();
+
+} // namespace support

@@ -1,0 +1,126 @@
+#include "testing/kwin/PrivateKWin.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <grp.h>
+#include <stdexcept>
+#include <sys/prctl.h>
+#include <unistd.h>
+
+namespace support {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr uid_t nobody = 65534;
+
+Environment plain() {
+    const char* const path = std::getenv("PATH");
+    return {{"PATH", path ? path : "/usr/bin:/bin"}};
+}
+
+} // namespace
+
+void PrivateKWin::becomeOrdinaryUser() {
+    if (getuid() != 0) return;
+    if (setgroups(0, nullptr) != 0 || setgid(nobody) != 0 || setuid(nobody) != 0) std::abort();
+}
+
+std::optional<std::string> PrivateKWin::missing() {
+    if (!fs::exists("/usr/bin/kwin_wayland")) return "kwin_wayland is not installed";
+    try {
+        ChildProcess asked({.command = {"kwin_wayland", "--version"}, .environment = plain()});
+        asked.wait();
+        int major = 0, minor = 0;
+        if (std::sscanf(asked.output().c_str(), "kwin %d.%d", &major, &minor) != 2)
+            return "kwin_wayland does not tell its version: " + asked.errors();
+        if (major * 100 + minor < 601) return "this KWin is older than 6.1: " + asked.output();
+    } catch (const std::runtime_error&) {
+        return "kwin_wayland cannot be executed here: setcap -r /usr/bin/kwin_wayland";
+    }
+    return std::nullopt;
+}
+
+PrivateKWin::PrivateKWin(const Options& options) {
+    prctl(PR_SET_CHILD_SUBREAPER, 1);
+    for (const char* part : {"home/.config/menus", "home/.local/share/applications", "run"})
+        fs::create_directories(folder.path(part));
+    fs::permissions(folder.path("run"), fs::perms::owner_all);
+    std::ofstream(configFolder() + "/kwinrc") << options.configuration;
+    // Installed is what a menu of the desktop's has.
+    std::ofstream(configFolder() + "/menus/applications.menu")
+        << "<!DOCTYPE Menu PUBLIC \"-//freedesktop//DTD Menu 1.0//EN\" "
+           "\"http://www.freedesktop.org/standards/menu-spec/1.0/menu.dtd\">"
+           "<Menu><Name>Applications</Name><DefaultAppDirs/><Include><All/></Include></Menu>";
+    std::ofstream(folder.path("home/.local/share/applications/program.desktop"))
+        << options.desktopFile;
+    variables = plain();
+    variables.insert({{"HOME", folder.path("home")},
+                      {"XDG_CONFIG_HOME", configFolder()},
+                      {"XDG_RUNTIME_DIR", folder.path("run")},
+                      {"XDG_SESSION_TYPE", "wayland"},
+                      {"LANG", "C.UTF-8"},
+                      {"NO_AT_BRIDGE", "1"},
+                      {"KWIN_COMPOSE", "Q"}});
+    bus = std::make_unique<SessionBus>(variables);
+    variables["DBUS_SESSION_BUS_ADDRESS"] = bus->address();
+    server = std::make_unique<ChildProcess>(ChildProcess::Start{
+        .command = {"kwin_wayland", "--virtual", "--output-count", std::to_string(options.outputs),
+                    "--width", "1280", "--height", "720", "--no-lockscreen", "--socket",
+                    "wayland-kwin"},
+        .environment = variables,
+        .deathSignal = SIGTERM});
+    variables["WAYLAND_DISPLAY"] = "wayland-kwin";
+    const auto isUp = [&] {
+        if (!fs::exists(socket())) return false;
+        const auto asked = spawn("busctl", {"--user", "call", "org.kde.KWin", "/Scripting",
+                                            "org.freedesktop.DBus.Peer", "Ping"});
+        return asked->wait() == 0;
+    };
+    if (!waitUntil(isUp)) throw std::runtime_error("KWin does not start: " + log());
+}
+
+PrivateKWin::~PrivateKWin() {
+    ProcessSweep rest("XDG_RUNTIME_DIR=" + folder.path("run"), server->pid());
+    bus.reset();
+    rest.end();
+    server.reset();
+}
+
+std::unique_ptr<ChildProcess> PrivateKWin::spawn(const std::string& command,
+                                                 const std::vector<std::string>& arguments) const {
+    std::vector<std::string> whole{command};
+    whole.insert(whole.end(), arguments.begin(), arguments.end());
+    return std::make_unique<ChildProcess>(ChildProcess::Start{whole, variables, -1, SIGKILL});
+}
+
+void PrivateKWin::call(const std::vector<std::string>& words) const {
+    std::vector<std::string> whole{"--user", "call", "org.kde.KWin"};
+    whole.insert(whole.end(), words.begin(), words.end());
+    const auto asked = spawn("busctl", whole);
+    if (asked->wait() != 0) throw std::runtime_error(words[0] + ": " + asked->errors());
+}
+
+std::string PrivateKWin::evaluate(const std::string& expression) {
+    const std::string name = "asked-" + std::to_string(++evaluated);
+    const std::string file = folder.path(name + ".js"), mark = name + " [";
+    std::ofstream(file) << "print(\"" << mark << "\" + (" << expression << ") + \"]\");";
+    call({"/Scripting", "org.kde.kwin.Scripting", "loadScript", "ss", file, name});
+    call({"/Scripting", "org.kde.kwin.Scripting", "start"});
+    if (!server->waitForText(mark))
+        throw std::runtime_error("no answer: " + expression + "\n" + log());
+    call({"/Scripting", "org.kde.kwin.Scripting", "unloadScript", "s", name});
+    std::string answer;
+    if (!waitUntil([&] {
+            const std::string all = log();
+            const auto begin = all.rfind(mark) + mark.size(), end = all.find(']', begin);
+            if (end != std::string::npos) answer = all.substr(begin, end - begin);
+            return end != std::string::npos;
+        }))
+        throw std::runtime_error("half an answer: " + expression);
+    return answer;
+}
+
+} // namespace support

@@ -1,0 +1,96 @@
+#pragma once
+
+#include "testing/SessionBus.h"
+#include "testing/TempFolder.h"
+
+#include <optional>
+
+struct ei;
+struct ei_device;
+struct sd_bus;
+
+namespace support {
+
+/// A headless KWin of the test's own with outputs side by side, a home and a session bus. It uses
+/// nothing of the desktop that it runs on, and everything ends with the object. One thread, which
+/// must outlive the object.
+class PrivateKWin {
+  public:
+    struct Options {
+        int outputs = 2;             ///< of 1280x720 each
+        std::string configuration{}; ///< the user's kwinrc
+        std::string desktopFile{};   ///< of a program that is installed
+    };
+
+    /// KWin and all its clients have to be of one user, which is not the superuser. To be called
+    /// first in a test's main; there is no way back.
+    static void becomeOrdinaryUser();
+    /// Why there can be none on this machine; nothing where there can.
+    static std::optional<std::string> missing();
+
+    PrivateKWin() : PrivateKWin(Options{}) {}
+    /// Throws std::runtime_error where it does not start.
+    explicit PrivateKWin(const Options& options);
+    ~PrivateKWin();
+    PrivateKWin(const PrivateKWin&) = delete;
+    PrivateKWin& operator=(const PrivateKWin&) = delete;
+
+    /// For clients: the path of the compositor's socket.
+    std::string socket() const { return folder.path("run/wayland-kwin"); }
+    const Environment& environment() const { return variables; }
+    std::string configFolder() const { return folder.path("home/.config"); }
+    pid_t pid() const { return server->pid(); }
+    std::string log() const { return server->output() + server->errors(); }
+
+    /// What an expression is inside the compositor's scripts, as text: "workspace.cursorPos.x".
+    std::string evaluate(const std::string& expression);
+    /// A method of the compositor's, carried out: busctl's words behind "call org.kde.KWin".
+    void call(const std::vector<std::string>& words) const;
+
+    std::unique_ptr<ChildProcess> spawn(const std::string& command,
+                                        const std::vector<std::string>& arguments = {}) const;
+
+  private:
+    testing_support::TempFolder folder;
+    Environment variables;
+    std::unique_ptr<SessionBus> bus;
+    std::unique_ptr<ChildProcess> server;
+    int evaluated = 0;
+};
+
+/// A mouse and a keyboard of the private compositor's, by its sockets for emulated input. Every
+/// call returns when the compositor has taken it in (push: all of it).
+class KWinHand {
+  public:
+    explicit KWinHand(PrivateKWin& kwin);
+    ~KWinHand();
+    KWinHand(const KWinHand&) = delete;
+    KWinHand& operator=(const KWinHand&) = delete;
+
+    /// Layout coordinates, as a device without a motion of its own sends it.
+    void moveTo(double x, double y);
+    void relative(double dx, double dy);
+    /// `steps` events of (dx, dy) at `hz` a second. Returns the seconds that it took.
+    double push(double dx, double dy, int steps, int hz);
+    void pressButton() { button(true); }
+    void releaseButton() { button(false); }
+    /// The kernel's codes.
+    void press(std::uint32_t key) { this->key(key, true); }
+    void release(std::uint32_t key) { this->key(key, false); }
+
+  private:
+    void button(bool down);
+    void key(std::uint32_t code, bool down);
+    void send(double dx, double dy);
+    void synchronize();
+    void read();
+    bool isReady() const { return mouse && absolute && keyboard; }
+
+    PrivateKWin& kwin;
+    sd_bus* bus = nullptr;
+    ei* context = nullptr;
+    ei_device *mouse = nullptr, *absolute = nullptr, *keyboard = nullptr;
+    unsigned sequence = 0;
+};
+
+} // namespace support

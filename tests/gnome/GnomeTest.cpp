@@ -1,0 +1,211 @@
+#include "gnome/GnomeSession.h"
+
+namespace desktop {
+namespace {
+
+using Place = PrivateShell::Place;
+constexpr int mouseRate = 1000;
+
+TEST_F(Gnome, HoldsTheCursorAtTheEdgeAtEverySpeed) {
+    start();
+    for (const auto& [step, rate] : {std::pair{24, 125}, {3, 1000}, {30, 1000}, {4000, 125}}) {
+        hand->push(step, 0, 60, rate);
+        EXPECT_EQ(shell->cursor(), (Place{1279, 300})) << step << " px at " << rate << " Hz";
+        hand->push(-step, 0, 5, rate);
+    }
+}
+
+TEST_F(Gnome, HoldsItWhileAButtonIsHeldToo) {
+    start();
+    hand->button(BTN_LEFT, true);
+    hand->push(20, 0, 100, mouseRate);
+    EXPECT_EQ(shell->cursor(), (Place{1279, 300}));
+    hand->button(BTN_LEFT, false);
+}
+
+TEST_F(Gnome, APushAcrossTheEdgeTakesTheHoldAlong) {
+    start({.pushOption = true, .velocity = 20});
+    constexpr int slowRate = 125;
+    shell->moveTo(1270, 300);
+    hand->push(1, 0, 200, slowRate);
+    EXPECT_EQ(shell->cursor().x, 1279) << "a slow one";
+    hand->push(60, 0, 40, mouseRate);
+    ASSERT_TRUE(waitUntil([&] { return veils() == firstIsDark; })) << program->errors();
+    EXPECT_GE(shell->cursor().x, 1280);
+    shell->moveTo(1290, 300);
+    hand->push(-1, 0, 200, slowRate);
+    EXPECT_EQ(shell->cursor().x, 1280) << "and there it is held";
+}
+
+TEST_F(Gnome, FreesEverythingWhenTheProgramIsKilled) {
+    start();
+    program->signal(SIGKILL);
+    EXPECT_TRUE(waitUntil([&] { return veils() == noneIsDark; }, std::chrono::milliseconds(500)));
+    hand->push(20, 0, 100, mouseRate);
+    EXPECT_GE(shell->cursor().x, 1280);
+}
+
+TEST_F(Gnome, FreesEverythingWhileTheProgramHangsAndHoldsAgainAfterwards) {
+    start();
+    {
+        const support::Stopped hung(program->pid());
+        EXPECT_TRUE(waitUntil([&] { return veils() == noneIsDark; }, std::chrono::seconds(2)));
+        hand->push(20, 0, 100, mouseRate);
+        EXPECT_GE(shell->cursor().x, 1280);
+    }
+    ASSERT_TRUE(waitUntil([&] { return veils() == otherIsDark; }));
+    EXPECT_TRUE(waitUntil([&] { return shell->cursor().x < 1280; }));
+}
+
+TEST_F(Gnome, TheShellsOwnShortcutFreesEverything) {
+    start();
+    hand->chord({KEY_LEFTCTRL, KEY_LEFTALT, KEY_LEFTMETA, KEY_ESC});
+    EXPECT_TRUE(waitUntil([&] { return veils() == noneIsDark; }));
+    hand->push(20, 0, 100, mouseRate);
+    EXPECT_GE(shell->cursor().x, 1280);
+}
+
+TEST_F(Gnome, TheShortcutSwitchesTheProduct) {
+    start();
+    hand->chord({KEY_LEFTCTRL, KEY_LEFTMETA, KEY_K});
+    EXPECT_TRUE(waitUntil([&] { return veils() == noneIsDark; }));
+    hand->chord({KEY_LEFTCTRL, KEY_LEFTMETA, KEY_K});
+    EXPECT_TRUE(waitUntil([&] { return veils() == otherIsDark; }));
+}
+
+TEST_F(Gnome, HoldingTheThreeModifiersOfEitherSideLetsTheCursorGo) {
+    start({.more = {{"CTRLALTCMD", flag(true)}}});
+    for (const auto& keys : {std::vector<unsigned>{KEY_LEFTCTRL, KEY_LEFTALT, KEY_LEFTMETA},
+                             {KEY_RIGHTCTRL, KEY_LEFTALT, KEY_RIGHTMETA}}) {
+        for (const unsigned key : keys)
+            hand->key(key, true);
+        EXPECT_TRUE(waitUntil([&] { return veils() == noneIsDark; }));
+        for (const unsigned key : keys)
+            hand->key(key, false);
+        EXPECT_TRUE(waitUntil([&] { return veils() == otherIsDark; }));
+    }
+}
+
+TEST_F(Gnome, LockingTheScreenFreesEverythingAndUnlockingHoldsAgain) {
+    start();
+    shell->run("Main.sessionMode.pushMode('unlock-dialog')");
+    EXPECT_TRUE(waitUntil([&] { return veils() == noneIsDark; }, std::chrono::milliseconds(500)));
+    shell->run("Main.sessionMode.popMode('unlock-dialog')");
+    EXPECT_TRUE(waitUntil([&] { return veils() == otherIsDark; })) << program->errors();
+}
+
+TEST_F(Gnome, DisabledTenTimesTheExtensionLeavesNothing) {
+    start();
+    // What is counted of the shell: its actors, bindings, and the icons of the panel.
+    const std::string count =
+        "(() => { const all = a => 1 + a.get_children().reduce((n, c) => n + all(c), 0);"
+        "return [Main.layoutManager.uiGroup.get_children().length,"
+        " all(Main.panel), all(Main.panel.statusArea.quickSettings.menu._grid),"
+        " Object.keys(Main.wm._allowedKeybindings).filter(k => "
+        "k.startsWith('external-grab')).length,"
+        " Main.layoutManager._trackedActors.length]; })()";
+    const auto manager = std::string("Main.extensionManager.");
+    const auto disable = [&] {
+        shell->run(manager + "disableExtension('" + uuid + "')");
+        ASSERT_TRUE(waitUntil([&] { return extensionIs(2); }));
+    };
+    disable();
+    const std::string before = shell->run(count);
+    for (int time = 0; time < 10; ++time) {
+        shell->run(manager + "enableExtension('" + uuid + "')");
+        ASSERT_TRUE(waitUntil([&] { return veils() == otherIsDark; })) << program->errors();
+        disable();
+        EXPECT_EQ(veils(), noneIsDark);
+    }
+    EXPECT_EQ(shell->run(count), before);
+    hand->push(20, 0, 100, mouseRate);
+    EXPECT_GE(shell->cursor().x, 1280);
+}
+
+TEST_F(Gnome, SaysWhatMendsItWhereTheExtensionIsOff) {
+    shell->run(std::string("Main.extensionManager.disableExtension('") + uuid + "')");
+    ASSERT_TRUE(waitUntil([&] { return extensionIs(2); }));
+    start({.active = false});
+    EXPECT_TRUE(waitUntil([&] {
+        return command({"status"}).find("gnome-extensions enable " + std::string(uuid)) !=
+               std::string::npos;
+    })) << command({"status"});
+    EXPECT_NE(command({"doctor"}).find("gnome-extensions enable " + std::string(uuid)),
+              std::string::npos)
+        << command({"doctor"});
+}
+
+TEST_F(Gnome, TheQuickSettingsHaveASwitchWithTheMenuAndItsSlider) {
+    start();
+    const std::string item =
+        "(() => { const q = Main.panel.statusArea.quickSettings.menu;"
+        "const t = q._grid.get_children().find(c => c.title === 'Palisor' && c.menu); ";
+    const auto of = [&](const std::string& script) { return shell->run(item + script + "})()"); };
+    ASSERT_TRUE(waitUntil([&] { return of("return t?.checked ?? false;") == "true"; }));
+    of("q.open(false); t.menu.open(false);");
+    const std::string sliders = "const found = []; const look = a => { if "
+                                "(a.constructor.name.endsWith('Slider')) found.push(a);"
+                                "a.get_children().forEach(look); }; look(t.menu.actor); ";
+    EXPECT_TRUE(waitUntil([&] { return of(sliders + "return found.length > 0;") == "true"; }));
+    of(sliders + "found[0].value = 0;");
+    EXPECT_TRUE(waitUntil([&] { return veils() != otherIsDark; })) << "the slider darkens";
+    of("t.emit('clicked', 1);");
+    EXPECT_TRUE(waitUntil([&] { return of("return t.checked;") == "false"; }));
+}
+
+TEST_F(Gnome, TheMenuThatIsAskedForOpensInTheQuickSettings) {
+    start();
+    const std::string menu = "Main.panel.statusArea.quickSettings.menu";
+    EXPECT_TRUE(
+        waitUntil([&] { return command({"status"}).find("can tray: yes") != std::string::npos; }));
+    EXPECT_EQ(command({"menu"}), "");
+    EXPECT_TRUE(waitUntil([&] {
+        return shell->isTrue(
+            menu + ".isOpen && " + menu +
+            "._grid.get_children().some(c => c.title === 'Palisor' && c.menu.isOpen)");
+    }));
+}
+
+TEST_F(Gnome, AnotherProcessIsRefused) {
+    start();
+    bus::Error error;
+    EXPECT_LT(sd_bus_call_method(shell->bus(), "com.tamberlo.Shell", "/com/tamberlo/Shell",
+                                 "com.tamberlo.Shell1", "Release", error.get(), nullptr, ""),
+              0);
+    EXPECT_TRUE(error.is("com.tamberlo.Shell1.Error.NotJoined")) << error.name();
+    bus::Error second;
+    EXPECT_LT(sd_bus_call_method(shell->bus(), "com.tamberlo.Shell", "/com/tamberlo/Shell",
+                                 "com.tamberlo.Shell1", "Join", second.get(), nullptr, "s",
+                                 "com.tamberlo.palisor"),
+              0);
+    EXPECT_TRUE(second.is("com.tamberlo.Shell1.Error.NotAProgram")) << second.name();
+}
+
+TEST_F(Gnome, TheCursorHiderHidesTheCursorAndShowsItOnMotion) {
+    start({.product = "vellumor", .more = {{"TIME_MODE", flag(true)}, {"SCHEDULE", number(1)}}});
+    const std::string isSeen = "global.backend.get_cursor_tracker().get_pointer_visible()";
+    hand->push(1, 0, 5, mouseRate);
+    EXPECT_TRUE(waitUntil([&] { return !shell->isTrue(isSeen); })) << program->errors();
+    hand->push(1, 0, 5, mouseRate);
+    EXPECT_TRUE(waitUntil([&] { return shell->isTrue(isSeen); })) << program->errors();
+}
+
+TEST_F(Gnome, TheCrossHairFollowsTheCursor) {
+    start({.product = "crosshair"});
+    shell->moveTo(300, 200);
+    hand->relative(10, 20);
+    EXPECT_TRUE(waitUntil([&] {
+        const std::string lines = veils();
+        return lines.find("[0,219,1280,2,128]") != std::string::npos &&
+               lines.find("[309,0,2,720,128]") != std::string::npos;
+    })) << veils();
+}
+
+} // namespace
+} // namespace desktop
+
+int main(int argc, char** argv) {
+    support::becomeAUser();
+    testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
