@@ -6,6 +6,7 @@
 
 void* symbolOf(const char* module, const char* name) {
     const std::string path = platform::linux::modulePath(module);
-    void* const loaded = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
+    // To bind all of it at once would take two milliseconds of the start.
+    void* const loaded = ::dlopen(path.c_str(), RTLD_LAZY | RTLD_LOCAL | RTLD_NODELETE);
     return loaded ? ::dlsym(loaded, name) : nullptr;
 }
