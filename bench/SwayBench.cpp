@@ -59,7 +59,7 @@ struct Contest final : desktop::Sway {
     /// nothing of what was before is under way any longer.
     void goNextToEdge(bool onLeft) {
         put(onLeft ? edge - 100 : edge + 100, 500);
-        if (!background(onLeft ? 0 : 1).waitForCursor())
+        if (!support::waitUntil([&] { return background(onLeft ? 0 : 1).report().isOver; }))
             throw std::runtime_error("the cursor is on another monitor");
         rest(100);
         put(onLeft ? edge - 2 : edge + 1, 500);

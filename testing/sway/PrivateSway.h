@@ -53,9 +53,6 @@ class PrivateSway {
                                         const std::vector<std::string>& arguments = {}) const;
 
   private:
-    /// Three bytes a pixel.
-    std::string picture(int output) const;
-
     testing_support::TempFolder folder;
     Environment variables;
     std::unique_ptr<SessionBus> bus;

@@ -79,7 +79,7 @@ class LayerShell : public testing::TestWithParam<const char*> {
         program->signal(SIGKILL);
         program->wait();
         const Witness there(compositor->socket(), output, Witness::Where::aboveEverything, 0);
-        return there.waitForCursor();
+        return waitUntil([&] { return there.report().isOver; });
     }
 
     std::optional<PrivateCompositor> compositor;

@@ -32,13 +32,13 @@ class Desktop {
         platform::Settings& settings;
         std::string identifier; ///< of the product
         std::string folder;     ///< for what has to be undone after a kill; empty for none
-        std::string data;       ///< the folder of the program's data files
+        std::string data{};     ///< the folder of the program's data files
         bool holds = true;      ///< whether the cursor may be held
         /// The path of an executable that belongs to the program: "sway-guard".
         std::function<std::string(const std::string& name)> helper;
         /// What the shell calls the extension that came with the program, and the command that
         /// installs it for the user.
-        std::string extension, setup;
+        std::string extension{}, setup{};
         /// Whether a window of the program is active; no round trip.
         std::function<bool()> ownWindowActive;
         /// Calls an operation from the run loop, also while a modal alert runs.

@@ -104,7 +104,7 @@ void Compositor::tellFailure(const JsonValue& reply) {
         log.write("the compositor refuses a command: " + failure);
 }
 
-void Compositor::take(const Ipc::Message& reply) {
+void Compositor::take(const Message& reply) {
     if (reply.type == static_cast<std::uint32_t>(Ipc::Type::configuration)) {
         take(reply.value);
         for (std::size_t i = 0; i < reloadHandlers.size(); ++i)

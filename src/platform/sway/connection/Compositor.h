@@ -53,7 +53,7 @@ class Compositor {
     void readEvents();
     void handle(const Message& event);
     void take(const JsonValue& configuration);
-    void take(const Ipc::Message& reply);
+    void take(const Message& reply);
     void send(Ipc::Type type, std::string_view payload);
     void tellFailure(const JsonValue& reply);
 
