@@ -23,6 +23,7 @@ void Product::useDictionary(const std::string& product, const Entries& dictionar
     fs::create_directories(share / "products" / product);
     fs::copy_file(fs::path(programs()) / "palisor", bin / product);
     fs::copy_file(fs::path(programs()) / "palisor-tray", bin / "palisor-tray");
+    fs::create_symlink(fs::path(programs()) / "x11-session.so", bin / "x11-session.so");
     fs::create_directory_symlink(RESOURCES "/images", share / "images");
     std::ofstream(share / "products" / product / "Info.plist") << propertyList(dictionary);
     folder = bin;

@@ -230,6 +230,7 @@ TEST_F(Commands, OfAnotherVersionThatKnowsThemSaySoAndGoOn) {
     fs::create_directories(tree / "share/palisor/products/palisor");
     fs::copy_file(fs::path(programs()) / "palisor-tray", tree / "bin/palisor-tray");
     fs::create_symlink("palisor-tray", tree / "bin/palisor");
+    fs::create_symlink(fs::path(programs()) / "x11-session.so", tree / "bin/x11-session.so");
     const fs::path from = fs::path(PRODUCTS_FOLDER) / "palisor";
     for (const auto& file : fs::directory_iterator(from))
         fs::copy(file, tree / "share/palisor/products/palisor" / file.path().filename());

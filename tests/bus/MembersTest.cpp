@@ -250,6 +250,7 @@ struct Doctored : BusStage, testing::Test {
         fs::create_directories(bin());
         fs::copy_file(fs::path(programs()) / "palisor-tray", bin() / "palisor-tray");
         fs::create_symlink("palisor-tray", bin() / "palisor");
+        fs::create_symlink(fs::path(programs()) / "x11-session.so", bin() / "x11-session.so");
         fs::create_directory_symlink(fs::path(programs()).parent_path() / "share",
                                      bin().parent_path() / "share");
         folder = bin();

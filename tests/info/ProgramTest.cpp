@@ -366,12 +366,17 @@ TEST_F(InfoWindowOfTheProgram, IsDarkWhereTheDesktopAsksForIt) {
 }
 
 TEST_F(InfoWindowOfTheProgram, StaysAwayWhereAnUpgradeStartsTheProgramAgain) {
-    show("palisor");
+    show("orbisant");
     ASSERT_TRUE(isShownSoon());
     const auto process = program->pid();
     ASSERT_EQ(::kill(process, SIGUSR1), 0);
     ASSERT_TRUE(eye.waitUntilSeen([this] { return !frame(); }));
-    openMenu(); // it is up again, under the number that it had
+    constexpr std::string_view word = "macOS 10.14";
+    ASSERT_TRUE(waitUntil([&] {
+        const std::string said = program->errors();
+        return said.find(word) != said.rfind(word);
+    })) << "it has not started again";
+    openMenu();
     EXPECT_FALSE(frame());
     EXPECT_TRUE(program->running());
     EXPECT_EQ(program->pid(), process);

@@ -27,7 +27,7 @@ struct Maker : Product, testing::Test {
         const fs::path share = tree.path("share/palisor");
         fs::create_directories(bin);
         fs::create_directories(share / "products/palisor");
-        for (const char* file : {"palisor", "palisor-tray", "gamma-guard"})
+        for (const char* file : {"palisor", "palisor-tray", "gamma-guard", "x11-session.so"})
             fs::copy_file(fs::path(programs()) / file, bin / file);
         fs::create_directory_symlink(RESOURCES "/images", share / "images");
         std::ofstream(share / "products/palisor/Info.plist")

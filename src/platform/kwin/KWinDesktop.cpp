@@ -64,7 +64,9 @@ class KWinDesktop final : public wayland::Desktop {
             {"darkness", true, {}},
             {"modifiers", tellsKeys,
              tellsKeys ? "" : "This KWin tells of held keys only where the program is installed."},
-            {"hide", false, "KWin hides the cursor for no other program."}};
+            {"edges", true, "What happens at the sides of the desktop was not tried in KWin yet."},
+            {"hide", false, "KWin hides the cursor for no other program."},
+            {"place", false, "KWin is not asked where the cursor is, so nothing can follow it."}};
     }
 
     void ownWindowChanged() override {
@@ -122,6 +124,7 @@ class KWinDesktop final : public wayland::Desktop {
 } // namespace
 
 wayland::OpenedDesktop openDesktop(Descriptors& descriptors, Log& log, std::function<void()> lost) {
+    if (!isKWin(descriptors, log)) return {};
     auto link = std::make_unique<bus::Link>(descriptors, log);
     if (link->wait() != bus::Link::State::up) return {};
     const Release release = releaseOnBus(*link);

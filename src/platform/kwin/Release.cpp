@@ -1,5 +1,7 @@
 #include "platform/kwin/Release.h"
 
+#include "platform/wayland/connection/Connection.h"
+
 namespace platform::kwin {
 
 namespace {
@@ -20,6 +22,11 @@ bool answers(sd_bus& bus, const char* service, const char* path, const char* int
 }
 
 } // namespace
+
+bool isKWin(Descriptors& descriptors, Log& log) {
+    const auto asked = wayland::Connection::open(descriptors, log, [] {}, {});
+    return asked.connection && asked.connection->compositorName().starts_with("kwin_wayland");
+}
 
 Release releaseOnBus(bus::Link& link) {
     constexpr const char *bus = "org.freedesktop.DBus", *kwin = "org.kde.KWin";

@@ -10,6 +10,10 @@ enum class Release {
     known,
 };
 
+/// Whether the compositor that the environment names is KWin, by what its executable is called; it
+/// may be started by a wrapper. Nothing is logged of another one, or of none.
+bool isKWin(Descriptors& descriptors, Log& log);
+
 /// Which KWin is on the bus. Waits for its answer, for a second at most.
 Release releaseOnBus(bus::Link& link);
 

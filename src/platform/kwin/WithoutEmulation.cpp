@@ -4,6 +4,7 @@
 namespace platform::kwin {
 
 wayland::OpenedDesktop openDesktop(Descriptors& descriptors, Log& log, std::function<void()>) {
+    if (!isKWin(descriptors, log)) return {};
     bus::Link link(descriptors, log);
     if (link.wait() != bus::Link::State::up || releaseOnBus(link) == Release::none) return {};
     return {nullptr, refusal};

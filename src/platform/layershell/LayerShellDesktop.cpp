@@ -69,7 +69,9 @@ class LayerShellDesktop final : public wayland::Desktop {
                             : "Switched off by --hold off.";
         return {std::move(hold),
                 {"darkness", true, {}},
-                {"edges", false, name + " tells no program of a cursor at an edge of all outputs."},
+                {"edges", true,
+                 "Along the sides that are armed two pixels take no clicks; what happens there was "
+                 "tried on sway alone."},
                 {"hide", false, name + " lets no program hide the cursor over others' windows."},
                 {"workspaces", false, name + " is not asked for the next workspace."},
                 {"place", false,

@@ -17,7 +17,8 @@ namespace {
 
 using platform::wayland::Connection;
 
-const std::array<const wl_interface*, 7> needed{&wl_compositor_interface,
+const std::array<const wl_interface*, 8> needed{&wl_compositor_interface,
+                                                &wl_subcompositor_interface,
                                                 &wl_shm_interface,
                                                 &wl_seat_interface,
                                                 &zwlr_layer_shell_v1_interface,

@@ -51,6 +51,8 @@ void UserConfiguration::take(const Words& words) {
         mappings.push_back({words[1], command(words, 2)});
     else if (first == "seat" && words.size() == 4 && words[2] == "hide_cursor")
         hidings.push_back({words[1], command(words, 2)});
+    else if (first == "seat" && words.size() == 4 && words[2] == "fallback")
+        hasFallbackSeat = true;
     else if (first == "mode" && words.size() > 3 && isSame(words[1], "default"))
         bind(Words(words.begin() + 2, words.end()));
     else

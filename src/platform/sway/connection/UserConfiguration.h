@@ -33,6 +33,9 @@ class UserConfiguration {
     /// The commands that have the cursors hide as the user wants it.
     std::string cursorHiding() const;
 
+    /// Whether the user says which seat has the devices that no rule names.
+    bool choosesFallbackSeat() const { return hasFallbackSeat; }
+
     const std::vector<Binding>& bindings() const { return bound; }
     /// Whether a key is bound with these modifiers; it is known by its number and the names that
     /// its symbols may have.
@@ -48,6 +51,7 @@ class UserConfiguration {
 
     std::vector<Rule> mappings, hidings;
     std::vector<Binding> bound;
+    bool hasFallbackSeat = false;
 };
 
 /// Nothing for a word that is none of the compositor's names of modifiers.

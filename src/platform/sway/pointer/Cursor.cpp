@@ -30,10 +30,14 @@ void Cursor::setHidden(bool on) {
         apply({});
 }
 
-// Each of these commands shows the cursor and has it rest anew, so none is sent twice.
+// Each of these commands shows the cursor and has it rest anew, so none is sent twice. Any rule
+// about seats takes the devices from all seats that none says to have the rest; one says so by
+// itself where a mouse is plugged in, and not where all devices are those of a remote desktop.
 void Cursor::apply(std::optional<long> milliseconds) {
     if (std::exchange(applied, milliseconds) == milliseconds) return;
-    const std::string command = "seat * hide_cursor ";
+    const std::string command =
+        (compositor.configuration().choosesFallbackSeat() ? "" : "seat seat0 fallback true; ") +
+        std::string("seat * hide_cursor ");
     if (milliseconds)
         changes.make("cursor", [this, wanted = command + std::to_string(*milliseconds)] {
             return Changes::Change{wanted, compositor.configuration().cursorHiding()};

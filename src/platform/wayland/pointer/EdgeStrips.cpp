@@ -122,11 +122,12 @@ void EdgeStrips::meant(Point step) {
 }
 
 // The step that leads off a strip is still told, before the pointer has left.
-void EdgeStrips::left() {
+void EdgeStrips::left(Point last) {
     if (!std::exchange(isOn, false)) return;
     hasLeft = true;
-    rests = isOnStrip(reached);
-    if (!rests) departure = reached;
+    const bool isPutElsewhere = !isOnStrip(last);
+    rests = !isPutElsewhere && isOnStrip(reached);
+    if (!isPutElsewhere && !rests) departure = reached;
 }
 
 std::optional<Point> EdgeStrips::takeArrival(bool isFrameEnd) {

@@ -28,7 +28,7 @@ class EdgeStrips {
     /// `last` is where the program knows the cursor to have been, or has put it.
     void moved(Point place, Point last);
     void meant(Point step);
-    void left();
+    void left(Point last);
 
     /// Whether the pointer has come onto a strip, and this has not been taken yet. The place itself
     /// is not to be told before that.

@@ -46,7 +46,7 @@ class InputEvents final : public platform::InputEvents, private PointerSeat::Lis
     };
 
     void moved(Point place) override;
-    void left() override { edges.left(); }
+    void left() override { edges.left(outputs.toLayout(pointer.lastPlace())); }
     void meant(Point step, double time) override;
     void button(std::uint32_t code, bool down) override;
     void scrolled() override { note(EventType::scrollWheel); }
