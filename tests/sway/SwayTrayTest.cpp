@@ -110,23 +110,5 @@ TEST_F(SwayTray, OpensTheMenuByALeftClickAndSwitchesOffByTheFirstEntry) {
     EXPECT_TRUE(brightSoon()) << program->errors();
 }
 
-TEST_F(SwayTray, HasTheBarOpenTheExportedMenuByARightClickWhoseEntriesWork) {
-    startBar();
-    start();
-    ASSERT_TRUE(iconComes());
-    pointAtIcon();
-    hand->pressButton(BTN_RIGHT);
-    hand->releaseButton(BTN_RIGHT);
-    // It hangs from the pointer to the left, and is not there at once.
-    EXPECT_TRUE(waitUntil([&] {
-        const auto [left, right] = icon().value();
-        hand->moveTo((left + right) / 2 - 100, barHeight / 2 + 17);
-        hand->relative(1, 0);
-        hand->pressButton();
-        hand->releaseButton();
-        return waitUntil([&] { return !isDark(2); }, std::chrono::seconds(1));
-    })) << program->errors();
-}
-
 } // namespace
 } // namespace desktop
