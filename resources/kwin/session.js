@@ -18,8 +18,10 @@ let goal = null; // where the program is about to put the cursor
 let done = 0; // the number of the last command that was carried out
 let answered = Date.now(); // when the program was heard last
 let pause = 0; // milliseconds between two places that are told; 0 for none
-let told = 0; // when the last place was told
-let isWatching = false; // each motion of the cursor
+let crossing = 0; // pixels that a push in a drag must have in a frame to cross; 0 for no such push
+let drag = null; // the cursor's places of late, [time, x, y], while such a push may cross
+let isAtEdge = false; // and the program has been told
+let dozedAt = null; // the height at which a hand in a drag has rested at the edge
 
 // KWin's type for the second one is a number.
 function inForce() {
@@ -48,6 +50,15 @@ function isOutside() {
     return held !== null && !contains(held, workspace.cursorPos);
 }
 
+// On the last column of pixels before another output, at the left or the right.
+function touches() {
+    if (held === null || isOutside()) return false;
+    const {x, y} = workspace.cursorPos;
+    const leads = step => !contains(held, {x: x + step, y: y})
+        && workspace.screens.some(one => contains(one.geometry, {x: x + step, y: y}));
+    return leads(-1) || leads(1);
+}
+
 // What nobody has changed is left to others: there may be a second script of the program.
 let hasChanged = false, isPutting = false;
 function put(edge, corner) {
@@ -61,12 +72,18 @@ function put(edge, corner) {
     isPutting = false;
 }
 
+// KWin makes the barrier higher for a window that is being moved.
+function dragged() {
+    const window = workspace.activeWindow;
+    return Math.ceil(crossing / (window && (window.move || window.resize) ? 1.5 : 1));
+}
+
 // The barrier is one between all outputs. Beside the held one the others' edges stay as they are.
 function apply() {
     if (goal)
         put(0, false);
     else if (held && !isOutside())
-        put(closed, false);
+        put(drag ? dragged() : closed, false);
     else
         put(users.edge, users.corner);
 }
@@ -86,39 +103,120 @@ function tell(...words) {
     callDBus(program, path, face, "Tell", script, JSON.stringify(words));
 }
 
-function tellPlace() {
-    told = Date.now();
-    tell("place", workspace.cursorPos.x, workspace.cursorPos.y);
+// Each motion that is heard of costs KWin something. So the first one is, and then none before the pause
+// is over, at the end of which the act is asked whether there is to be another pause.
+function pacer(act, isDoneAtOnce) {
+    let isOn = false, isHearing = false;
+    const hear = isTo => {
+        if (isTo === isHearing) return;
+        isHearing = isTo;
+        if (isTo)
+            workspace.cursorPosChanged.connect(stirred);
+        else
+            workspace.cursorPosChanged.disconnect(stirred);
+    };
+    const rest = timer(1, false, () => {
+        if (act())
+            rest.start();
+        else
+            hear(isOn);
+    });
+    function stirred() {
+        hear(false);
+        if (isDoneAtOnce) act();
+        rest.start();
+    }
+    // Zero ends it. The place where it begins counts as a motion.
+    return milliseconds => {
+        if (isOn === milliseconds > 0) return;
+        isOn = milliseconds > 0;
+        rest.interval = milliseconds;
+        if (isOn)
+            stirred();
+        else {
+            rest.stop();
+            hear(false);
+        }
+    };
 }
-const late = timer(1, false, tellPlace);
 
-// A place beside the held output is told at once, others at their pace, the last one included.
+let toldPlace = null;
+function tellPlace() {
+    toldPlace = {x: workspace.cursorPos.x, y: workspace.cursorPos.y};
+    tell("place", toldPlace.x, toldPlace.y);
+}
+const pacePlaces = pacer(() => {
+    const {x, y} = workspace.cursorPos;
+    if (toldPlace && toldPlace.x === x && toldPlace.y === y) return false;
+    tellPlace();
+    return true;
+}, true);
+
+// A cursor that has come to the edge may be dragging: the program's layers there tell it so. They are told
+// of the cursor after this script is, and so the program is some time later.
+const glance = 25;
+const paceEdge = pacer(() => {
+    const was = isAtEdge && (dozedAt === null || dozedAt === workspace.cursorPos.y);
+    isAtEdge = touches();
+    if (was && isAtEdge) return false;
+    dozedAt = null;
+    if (isAtEdge) tell("edge");
+    return false;
+}, false);
+
+// While a push in a drag may cross, the program has the sum forgotten at the end of each frame: KWin lets
+// go of what exceeds the barrier within one. A hand that rests need not be watched.
+const frame = 16;
+const doze = timer(3000, false, () => {
+    dozedAt = workspace.cursorPos.y;
+    tell("inside");
+    endDrag(true);
+});
+function endDrag(isStillThere) {
+    drag = null;
+    isAtEdge = isStillThere;
+    doze.stop();
+    apply();
+    watch();
+}
+function draggedOn() {
+    const now = Date.now(), {x, y} = workspace.cursorPos;
+    while (drag.length > 1 && drag[1][0] <= now - frame) drag.shift();
+    if (isOutside()) {
+        tell("crossed", drag[0][1], drag[0][2], x, y);
+    } else if (touches()) {
+        drag.push([now, x, y]);
+        doze.start();
+        return;
+    } else {
+        tell("inside");
+    }
+    endDrag(false);
+}
+
+// A place beside the held output is told at once, and each of them.
 function moved() {
+    if (drag) return draggedOn();
     if (goal && Math.abs(workspace.cursorPos.x - goal.x) < 2
         && Math.abs(workspace.cursorPos.y - goal.y) < 2) reached();
     else if (held) apply();
-    if (isOutside() && !goal) {
-        late.stop();
-        tellPlace();
-    } else if (pause > 0 && !late.active) {
-        late.interval = Math.max(0, told + pause - Date.now());
-        if (late.interval === 0)
-            tellPlace();
-        else
-            late.start();
-    }
+    if (isOutside() && !goal) tellPlace();
     watch();
 }
 
-// Each motion costs KWin something, so that it is asked for only while it matters.
+// Only while each motion matters is each one heard of.
+let isWatching = false;
 function watch() {
-    const isNeeded = pause > 0 || goal !== null || isOutside();
-    if (isNeeded === isWatching) return;
-    isWatching = isNeeded;
-    if (isNeeded)
-        workspace.cursorPosChanged.connect(moved);
-    else
-        workspace.cursorPosChanged.disconnect(moved);
+    const isNeeded = goal !== null || drag !== null || isOutside();
+    if (isNeeded !== isWatching) {
+        isWatching = isNeeded;
+        if (isNeeded)
+            workspace.cursorPosChanged.connect(moved);
+        else
+            workspace.cursorPosChanged.disconnect(moved);
+    }
+    pacePlaces(isOutside() ? 0 : pause);
+    paceEdge(held && crossing > 0 && !isNeeded ? glance : 0);
 }
 
 // The cursor has been put where it was to go, or there is no telling when.
@@ -131,10 +229,20 @@ const patience = timer(100, false, reached);
 
 let stop = () => {};
 
+// The program has changed KWin's effect that hides the cursor: how to have the user's again.
+let undoing = "";
+function takeEffectBack() {
+    if (undoing !== "")
+        callDBus("org.kde.KWin", "/Effects", "org.kde.kwin.Effects", undoing, "hidecursor");
+    undoing = "";
+}
+
 const commands = {
     // The frame of an output, or nothing to let the cursor go.
     hold(frame) {
         held = frame ? {x: frame[0], y: frame[1], width: frame[2], height: frame[3]} : null;
+        drag = dozedAt = null;
+        isAtEdge = false;
         apply();
         watch();
     },
@@ -142,10 +250,29 @@ const commands = {
     // unless it lies around both.
     pass(x, y) {
         goal = {x: x, y: y};
+        drag = null;
         if (held && !isOutside() && contains(held, goal)) goal = null;
         apply();
         watch();
         if (goal) patience.start();
+    },
+    // So many pixels in a frame, pushed in a drag against an edge that leads to another output, let the
+    // cursor go there; none do with zero.
+    crossing(pixels) {
+        crossing = pixels;
+        if (drag) endDrag(true);
+        watch();
+    },
+    // The cursor is dragging, or is not.
+    drag(isOn) {
+        if (isOn && crossing > 0 && touches()) {
+            drag = [[Date.now(), workspace.cursorPos.x, workspace.cursorPos.y]];
+            doze.start();
+            apply();
+            watch();
+        } else if (drag) {
+            endDrag(true);
+        }
     },
     places(milliseconds) {
         pause = milliseconds;
@@ -163,9 +290,16 @@ const commands = {
         else
             workspace.slotSwitchDesktopRight();
     },
+    // The method of KWin's effects that undoes what the program is about to do to that one; without a
+    // name it is undone.
+    effect(method) {
+        if (method === "") takeEffectBack();
+        undoing = method;
+    },
     end() {
-        held = goal = null;
-        pause = 0;
+        takeEffectBack();
+        held = goal = drag = null;
+        pause = crossing = 0;
         options.edgeBarrierChanged.disconnect(overwritten);
         options.cornerBarrierChanged.disconnect(overwritten);
         apply();
@@ -201,7 +335,7 @@ const tick = timer(250, true, () => {
         poll();
     }
     returns = 0;
-    if (held && !goal && (ours.edge === closed) === isOutside()) moved();
+    if (held && !goal && !drag && (ours.edge === closed) === isOutside()) moved();
     overwritten();
 });
 

@@ -77,6 +77,9 @@ struct PointerWatch {
     bool pushes = false;
     /// Whether every motion counts, wherever it is.
     bool motion = false;
+    /// The pixels that the hand must push in one frame against the screen that is held for the
+    /// answer to let the cursor out; 0 where none does.
+    double crossing = 0;
 
     bool operator==(const PointerWatch&) const = default;
 };

@@ -33,8 +33,8 @@ using Event = void (*)();
 
 } // namespace
 
-SwayIdle::SwayIdle(const PrivateSway& sway, std::chrono::milliseconds span)
-    : client(sway.socket()) {
+SwayIdle::SwayIdle(const std::string& socketPath, std::chrono::milliseconds span)
+    : client(socketPath) {
     wl_registry* const registry = wl_display_get_registry(client.display);
     static constexpr wl_registry_listener listener{
         [](void* data, wl_registry* from, std::uint32_t name, const char* interface,

@@ -10,7 +10,9 @@ namespace support {
 class SwayIdle {
   public:
     /// Throws std::runtime_error where the compositor does not tell.
-    SwayIdle(const PrivateSway& sway, std::chrono::milliseconds span);
+    SwayIdle(const std::string& socketPath, std::chrono::milliseconds span);
+    SwayIdle(const PrivateSway& sway, std::chrono::milliseconds span)
+        : SwayIdle(sway.socket(), span) {}
     ~SwayIdle();
     SwayIdle(const SwayIdle&) = delete;
     SwayIdle& operator=(const SwayIdle&) = delete;

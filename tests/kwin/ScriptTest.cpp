@@ -66,7 +66,7 @@ TEST_F(KWinScript, TellsAtOnceOfACursorBesideTheHeldMonitor) {
 TEST_F(KWinScript, IsNotCalledForMotionsInsideTheHeldMonitor) {
     hold();
     EXPECT_EQ(run("workspace.cursorPosChanged.handlers.length"), "0");
-    run("command('places', 8)");
+    run("command('places', 8); pass(8)");
     EXPECT_EQ(run("workspace.cursorPosChanged.handlers.length"), "1");
 }
 
@@ -117,10 +117,120 @@ TEST_F(KWinScript, PutsTheUsersValuesBackAndEndsWhenTheProgramHasGone) {
 }
 
 TEST_F(KWinScript, TellsPlacesAtTheirPaceAndTheLastOneToo) {
-    run("command('places', 8); at(20, 20); at(21, 20); at(22, 20)");
-    EXPECT_EQ(run("allTold()"), R"(["place",20,20])");
+    run("command('places', 8); at(20, 20); at(21, 20)");
+    EXPECT_EQ(run("allTold()"), R"(["place",10,10])") << "where the cursor is to begin with";
     run("pass(8)");
-    EXPECT_EQ(run("allTold()"), R"(["place",20,20],["place",22,20])");
+    EXPECT_EQ(run("allTold()"), R"(["place",10,10],["place",21,20])");
+    run("pass(100); at(30, 20)");
+    EXPECT_EQ(run("allTold()"), R"(["place",10,10],["place",21,20],["place",30,20])")
+        << "at once after a rest";
+}
+
+TEST_F(KWinScript, IsNotCalledForMotionsBetweenTwoPlacesNorForARestingCursor) {
+    constexpr const char* listeners = "workspace.cursorPosChanged.handlers.length";
+    run("command('places', 8); pass(8)");
+    EXPECT_EQ(run(listeners), "1");
+    run("at(20, 20)");
+    EXPECT_EQ(run(listeners), "0");
+    run("pass(16)");
+    EXPECT_EQ(run(listeners), "1");
+    EXPECT_EQ(run("timers.filter(one => one.active && one.singleShot).length"), "0");
+    run("at(21, 20); command('places', 0); pass(50)");
+    EXPECT_EQ(run(listeners), "0");
+}
+
+/// The cursor rests on the last column of the held output, and pushes of 75 pixels cross.
+struct KWinDrag : KWinScript {
+    KWinDrag() {
+        hold();
+        run("command('crossing', 75); pass(25)");
+    }
+    std::string told() { return run("allTold()"); }
+    void toEdge() { run("at(1279, 300); pass(25)"); }
+    void drag() {
+        toEdge();
+        run("command('drag', 1)");
+    }
+};
+
+TEST_F(KWinDrag, TellsOnceOfACursorThatHasComeToAnInnerEdge) {
+    run("at(0, 300); pass(100); at(640, 719); pass(100)");
+    EXPECT_EQ(told(), "") << "nothing lies beyond";
+    toEdge();
+    EXPECT_EQ(told(), R"(["edge"])");
+    run("at(1279, 310); pass(25)");
+    EXPECT_EQ(told(), R"(["edge"])") << "it is still there";
+    run("at(1200, 310); pass(25)");
+    toEdge();
+    EXPECT_EQ(told(), R"(["edge"],["edge"])");
+}
+
+TEST_F(KWinDrag, IsNotWatchedForWherePushesDoNotCross) {
+    run("command('crossing', 0)");
+    EXPECT_EQ(run("workspace.cursorPosChanged.handlers.length"), "0");
+    toEdge();
+    run("command('drag', 1)");
+    EXPECT_EQ(told(), "");
+    EXPECT_EQ(barrier(), closed);
+}
+
+TEST_F(KWinDrag, HasABarrierAsLongAsAPush) {
+    drag();
+    EXPECT_EQ(barrier(), "75 0");
+    run("command('drag', 0)");
+    EXPECT_EQ(barrier(), closed);
+}
+
+TEST_F(KWinDrag, HasALowerOneForAWindowThatIsMovedAsKWinMakesItHigher) {
+    run("workspace.activeWindow = {move: true, resize: false}");
+    drag();
+    EXPECT_EQ(barrier(), "50 0");
+}
+
+TEST_F(KWinDrag, HasTheClosedBarrierAgainAwayFromTheEdge) {
+    drag();
+    run("at(1270, 300)");
+    EXPECT_EQ(barrier(), closed);
+    EXPECT_EQ(told(), R"(["edge"],["inside"])");
+    run("command('drag', 1)");
+    EXPECT_EQ(barrier(), closed);
+}
+
+TEST_F(KWinDrag, TellsOfACrossingFromWhereTheCursorWasAFrameBefore) {
+    drag();
+    run("at(1279, 301); pass(20); at(1279, 302); pass(5); at(1279, 303); at(1283, 305)");
+    EXPECT_EQ(told(), R"(["edge"],["crossed",1279,301,1283,305])");
+    EXPECT_EQ(barrier(), users);
+}
+
+TEST_F(KWinDrag, IsNotWaitedForWithoutAnEndByAHandThatRests) {
+    drag();
+    run("pass(3000)");
+    EXPECT_EQ(barrier(), closed);
+    EXPECT_EQ(told(), R"(["edge"],["inside"])");
+    run("pass(500)");
+    EXPECT_EQ(told(), R"(["edge"],["inside"])");
+    run("at(1279, 301); pass(25)");
+    EXPECT_EQ(told(), R"(["edge"],["inside"],["edge"])");
+}
+
+TEST_F(KWinDrag, EndsWithTheHold) {
+    drag();
+    run("command('hold', [1280, 0, 1280, 720]); at(1300, 300)");
+    EXPECT_EQ(barrier(), closed);
+}
+
+TEST_F(KWinScript, TakesTheHidingEffectBackOnceWhenItIsToldToOrEnds) {
+    const auto undone = [this] {
+        return run("JSON.stringify(calls.filter(call => call[1][0] === 'hidecursor')"
+                   ".map(call => call[0]))");
+    };
+    run("command('effect', '')");
+    EXPECT_EQ(undone(), "[]") << "nothing was done";
+    run("command('effect', 'unloadEffect'); command('effect', '')");
+    EXPECT_EQ(undone(), R"(["unloadEffect"])");
+    run("command('effect', 'reconfigureEffect'); pass(250); answerAlive(false)");
+    EXPECT_EQ(undone(), R"(["unloadEffect","reconfigureEffect"])");
 }
 
 TEST_F(KWinScript, TellsOfAKeyAndSwitchesDesktops) {

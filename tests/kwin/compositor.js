@@ -1,5 +1,7 @@
 // What the compositor has for a script, as far as ours uses it. Time stands still but for `pass`.
 
+let clock = 0;
+Date.now = () => clock;
 const calls = []; // of the bus: [member, arguments, answer]
 const shortcuts = {};
 let timers = [];
@@ -25,13 +27,15 @@ class QTimer {
 }
 
 function pass(milliseconds) {
-    for (let i = 0; i < milliseconds; ++i)
+    for (let i = 0; i < milliseconds; ++i) {
+        ++clock;
         for (const timer of timers)
             if (timer.active && --timer.left <= 0) {
                 timer.left = timer.interval;
                 if (timer.singleShot) timer.active = false;
                 timer.timeout.emit();
             }
+    }
 }
 
 function property(owner, name, signal, value) {
@@ -49,6 +53,8 @@ function property(owner, name, signal, value) {
 const options = {}, workspace = {};
 property(options, "edgeBarrier", "edgeBarrierChanged", 100);
 property(workspace, "cursorPos", "cursorPosChanged", {x: 10, y: 10});
+workspace.screens = [0, 1280].map(x => ({geometry: {x: x, y: 0, width: 1280, height: 720}}));
+workspace.activeWindow = null;
 // Its type is a number's.
 options.cornerBarrierChanged = new Signal();
 let corner = 1;

@@ -59,6 +59,9 @@ PointerWatch AppDelegate::pointerWatch() const {
     case variants::wrapAround:
         watch.pushes = settings.boolForKey(keys::VELOCITY_OPTION);
         break;
+    case variants::barrier:
+        if (settings.boolForKey(keys::VELOCITY_OPTION)) watch.crossing = calculatedSettedDistance();
+        return watch;
     default:
         return watch;
     }

@@ -64,6 +64,7 @@ void AppDelegate::sliderDidMove(const Slider& slider) {
 void AppDelegate::velocitySliderDidMove(const Slider& slider) {
     const int value = static_cast<int>(slider.value);
     setAndSynchronize(keys::VELOCITY, Value{std::int64_t{value}});
+    tellWhatIsWatched();
     setLabel(*tvVelocity, sensibilityText(services.bundle, slider.value));
 }
 

@@ -123,8 +123,11 @@ Finding gnomeSession(const Facts& facts) {
     case ShellExtension::on:
         break;
     }
-    return {
-        .key = "session", .level = Level::ok, .says = "Wayland, with the extension in GNOME Shell"};
+    const std::string& shell = facts.wayland.compositor;
+    return {.key = "session",
+            .level = Level::ok,
+            .says = "Wayland, with the extension in " +
+                    (shell.empty() ? std::string("GNOME Shell") : shell)};
 }
 
 } // namespace

@@ -32,11 +32,28 @@ class NoWakeLock final : public WakeLock {
     }
 };
 
+/// Waits for the shell's answer, for a second at most; empty where it does not tell.
+std::string shellVersion() {
+    sd_bus* opened = nullptr;
+    if (sd_bus_open_user(&opened) < 0) return {};
+    const bus::Connection bus(opened);
+    (void)sd_bus_set_method_call_timeout(opened, 1'000'000);
+    char* text = nullptr;
+    (void)sd_bus_get_property_string(opened, "org.gnome.Shell", "/org/gnome/Shell",
+                                     "org.gnome.Shell", "ShellVersion", nullptr, &text);
+    const std::unique_ptr<char, decltype(&std::free)> owner(text, &std::free);
+    return text ? text : "";
+}
+
 class GnomeDesktop final : public wayland::Desktop {
   public:
     GnomeDesktop(Descriptors& loop, Log& writer, std::unique_ptr<wayland::Connection> compositor)
         : descriptors(loop), log(writer), connection(std::move(compositor)), outputs(*connection) {}
 
+    std::string compositorName() const override {
+        const std::string version = shellVersion();
+        return version.empty() ? "GNOME Shell" : "GNOME Shell " + version;
+    }
     const platform::Displays& displays() const override { return outputs; }
     platform::Displays& displays() override { return outputs; }
 

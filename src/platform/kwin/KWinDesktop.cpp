@@ -1,29 +1,17 @@
 #include "platform/kwin/KWinDesktop.h"
 
 #include "platform/kwin/Release.h"
+#include "platform/kwin/hiding/Cursor.h"
 #include "platform/kwin/keys/HeldModifiers.h"
 #include "platform/kwin/keys/HotKeys.h"
 #include "platform/kwin/keys/Keyboard.h"
 #include "platform/kwin/pointer/CursorControl.h"
-#include "platform/session/CountedCursor.h"
+#include "platform/kwin/pointer/DragPush.h"
 #include "platform/wayland/LayerServices.h"
 
 namespace platform::kwin {
 
 namespace {
-
-/// The compositor hides no cursor for another program.
-class Cursor final : public session::CountedCursor {
-    void setHidden(bool) override {}
-};
-
-std::optional<Point> pointOf(const JsonValue::List& words) {
-    if (words.size() != 2) return std::nullopt;
-    const auto* x = std::get_if<std::int64_t>(&words[0].held);
-    const auto* y = std::get_if<std::int64_t>(&words[1].held);
-    if (!x || !y) return std::nullopt;
-    return Point{static_cast<double>(*x), static_cast<double>(*y)};
-}
 
 class KWinDesktop final : public wayland::Desktop {
   public:
@@ -43,6 +31,10 @@ class KWinDesktop final : public wayland::Desktop {
         return {};
     }
 
+    std::string compositorName() const override {
+        const std::string version = versionOnBus(*link);
+        return version.empty() ? "KWin" : "KWin " + version;
+    }
     const platform::Displays& displays() const override { return *outputs; }
     platform::Displays& displays() override { return *outputs; }
 
@@ -56,17 +48,24 @@ class KWinDesktop final : public wayland::Desktop {
 
     platform::Capabilities capabilities() const override {
         platform::Capability hold{.id = "hold", .available = holds, .reason = {}};
-        hold.reason =
-            holds ? "A push does not cross while a button is held." : "Switched off by --hold off.";
+        if (!holds) hold.reason = "Switched off by --hold off.";
         const bool tellsKeys = parts && parts->modifiers.canTell();
         return {
             std::move(hold),
             {"darkness", true, {}},
             {"modifiers", tellsKeys,
              tellsKeys ? "" : "This KWin tells of held keys only where the program is installed."},
-            {"edges", true, "What happens at the sides of the desktop was not tried in KWin yet."},
-            {"hide", false, "KWin hides the cursor for no other program."},
-            {"place", false, "KWin is not asked where the cursor is, so nothing can follow it."}};
+            {"edges", true,
+             "Along the sides that are armed two pixels take no clicks, and while a button is held "
+             "nothing is felt there."},
+            {"hide", true,
+             "KWin hides the cursor some whole seconds after it has come to rest, and over a hot "
+             "border at once; it shows it when it is moved, also where it is to stay hidden."},
+            {"workspaces", true, {}},
+            {"pause", false, "KWin lets the hand move the cursor right after it was put."},
+            {"awake", connection->idle() != nullptr,
+             connection->idle() ? "" : "The compositor cannot be kept from going idle."},
+            {"place", true, {}}};
     }
 
     void ownWindowChanged() override {
@@ -92,24 +91,43 @@ class KWinDesktop final : public wayland::Desktop {
               shared(*own.connection, *own.outputs, control, own.descriptors, own.log, given),
               modifiers(*own.connection, *own.outputs, shared.keyboard, own.descriptors,
                         [this](bool held) { shared.tellModifiers(held); }),
+              effect(script, *own.link, own.log, given.folder),
+              cursor(shared.seat, effect, own.descriptors),
               keys(script, own.log),
-              hotKeys(keyScript, shared.keyboard, shared.recording, given.settings, given.later,
-                      given.identifier) {
-            script.onLoad([this] { control.again(); });
+              hotKeys(keyScript, *own.link, own.log, shared.keyboard, shared.recording,
+                      given.settings, given.later, given.identifier),
+              drag(script, emulated, shared, own.descriptors) {
+            script.onLoad([this] {
+                control.again();
+                drag.again();
+                effect.again();
+                tellPlaces();
+            });
             script.onTold("place", [this](const JsonValue::List& words) {
-                if (const auto place = pointOf(words)) shared.input.tellPlace(*place);
+                const auto place = numbersOf(words);
+                if (place.size() == 2) shared.input.tellPlace({place[0], place[1]});
+            });
+            shared.input.onWatch([this](const PointerWatch& wanted) {
+                drag.setCrossing(wanted.crossing);
+                if (std::exchange(areTold, wanted.motion) != wanted.motion) tellPlaces();
             });
         }
+
+        /// At the pace of a display.
+        void tellPlaces() { script.run("places", {areTold ? 16.0 : 0.0}); }
 
         Script script, keyScript;
         EmulatedPointer emulated;
         CursorControl control;
         wayland::LayerServices shared;
         HeldModifiers modifiers;
+        HidingEffect effect;
         Cursor cursor;
         Keyboard keys;
         HotKeys hotKeys;
         Focus focus;
+        DragPush drag;
+        bool areTold = false; ///< the cursor's places
     };
 
     std::unique_ptr<bus::Link> link;

@@ -39,4 +39,21 @@ Release releaseOnBus(bus::Link& link) {
                : Release::older;
 }
 
+std::string versionOnBus(bus::Link& link) {
+    sd_bus_message *made = nullptr, *reply = nullptr;
+    if (!link.bus() || sd_bus_message_new_method_call(link.bus(), &made, "org.kde.KWin", "/KWin",
+                                                      "org.kde.KWin", "supportInformation") < 0)
+        return {};
+    const bus::Message call(made);
+    const int result = sd_bus_call(link.bus(), made, patience, nullptr, &reply);
+    const bus::Message owner(reply);
+    const char* text = nullptr;
+    if (result < 0 || sd_bus_message_read(reply, "s", &text) < 0) return {};
+    const std::string_view all = text, label = "KWin version: ";
+    const std::size_t at = all.find(label);
+    if (at == std::string_view::npos) return {};
+    const std::string_view rest = all.substr(at + label.size());
+    return std::string(rest.substr(0, rest.find('\n')));
+}
+
 } // namespace platform::kwin

@@ -2,6 +2,8 @@
 
 #include "bus/Link.h"
 
+#include <string>
+
 namespace platform::kwin {
 
 enum class Release {
@@ -16,6 +18,9 @@ bool isKWin(Descriptors& descriptors, Log& log);
 
 /// Which KWin is on the bus. Waits for its answer, for a second at most.
 Release releaseOnBus(bus::Link& link);
+
+/// "6.3.6"; empty where it does not tell. Waits like the one before.
+std::string versionOnBus(bus::Link& link);
 
 /// For a release that is not known, and for a program that was built without what it takes.
 inline constexpr const char* refusal =

@@ -47,6 +47,7 @@ class LayerShellDesktop final : public wayland::Desktop {
           outputs(*connection),
           compositor(connection->compositorName()) {}
 
+    std::string compositorName() const override { return compositor; }
     const platform::Displays& displays() const override { return outputs; }
     platform::Displays& displays() override { return outputs; }
 

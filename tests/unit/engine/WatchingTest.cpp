@@ -122,6 +122,20 @@ TEST(WatchedStrips, AreNotThereForOtherProducts) {
     }
 }
 
+TEST(WatchedCrossing, IsAsLongAsAPushOfTheBarrierWhileOneCrosses) {
+    Watched barrier(variants::barrier);
+    const auto crossing = [&] { return barrier.platform.input.watched().crossing; };
+    EXPECT_EQ(crossing(), 0);
+    barrier.app.pressVelocity();
+    EXPECT_EQ(crossing(), barrier.app.calculatedSettedDistance());
+    platform::Slider slider;
+    slider.value = 60;
+    barrier.app.velocitySliderDidMove(slider);
+    EXPECT_EQ(crossing(), 108);
+    barrier.app.enableDisable();
+    EXPECT_EQ(crossing(), 0);
+}
+
 TEST(WatchedMotion, IsThatOfTheCrossHairAndOfACursorHiderWhoseDesktopDoesNotHide) {
     EXPECT_TRUE(Watched(variants::crossHair).platform.input.watched().motion);
     Watched hider(variants::cursorHider);

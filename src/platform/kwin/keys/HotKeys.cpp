@@ -5,19 +5,22 @@
 
 namespace platform::kwin {
 
-HotKeys::HotKeys(Script& inside, wayland::KeyboardSeat& keys, wayland::KeyTaking& recorded,
-                 Settings& store, Later afterwards, std::string ownersName)
+HotKeys::HotKeys(Script& inside, bus::Link& x, Log& writer, wayland::KeyboardSeat& keys,
+                 wayland::KeyTaking& recorded, Settings& store, Later afterwards,
+                 std::string ownersName)
     : ClaimedHotKeys(keys, recorded, store, std::move(afterwards)),
       script(inside),
+      link(x),
+      log(writer),
       owner(std::move(ownersName)) {
     script.onLoad([this] {
-        for (const auto& [sequence, action] : claims)
-            script.run("key", {owner + " " + sequence, sequence});
+        for (const auto& [sequence, bound] : claims)
+            claimOne(sequence);
     });
     script.onTold("key", [this](const JsonValue::List& words) {
         const auto* sequence = words.empty() ? nullptr : std::get_if<std::string>(&words[0].held);
         const auto found = sequence ? claims.find(*sequence) : claims.end();
-        if (found != claims.end()) later(found->second);
+        if (found != claims.end()) later(found->second.claim.action);
     });
 }
 
@@ -47,15 +50,70 @@ std::string HotKeys::sequenceOf(const Shortcut& shortcut) const {
 }
 
 void HotKeys::claim(const std::vector<Claim>& wanted) {
-    std::map<std::string, std::function<void()>> now;
-    for (const Claim& one : wanted)
-        now.emplace(sequenceOf(one.shortcut), one.action);
-    const auto before = std::exchange(claims, std::move(now));
-    const bool anyLess = std::ranges::any_of(
-        before, [this](const auto& one) { return !claims.contains(one.first); });
-    if (anyLess) return script.reload();
-    for (const auto& [sequence, action] : claims)
-        if (!before.contains(sequence)) script.run("key", {owner + " " + sequence, sequence});
+    std::map<std::string, Bound> before = std::exchange(claims, {});
+    std::vector<std::string> added;
+    for (const Claim& one : wanted) {
+        const std::string sequence = sequenceOf(one.shortcut);
+        auto old = before.extract(sequence);
+        if (old) {
+            old.mapped().claim = one;
+            claims.insert(std::move(old)); // where it was, for who answers
+        } else if (claims.try_emplace(sequence, Bound{*this, one}).second) {
+            added.push_back(sequence);
+        }
+    }
+    if (!before.empty()) return script.reload();
+    for (const std::string& sequence : added)
+        claimOne(sequence);
+}
+
+void HotKeys::claimOne(const std::string& sequence) {
+    script.run("key", {owner + " " + sequence, sequence}, [this, sequence] { ask(sequence); });
+}
+
+// By what the script calls it: a component, its action, and both for people.
+void HotKeys::ask(const std::string& sequence) {
+    const auto found = claims.find(sequence);
+    if (found == claims.end() || !link.bus()) return;
+    const std::string action = owner + " " + sequence;
+    sd_bus_slot* made = nullptr;
+    (void)sd_bus_call_method_async(link.bus(), &made, "org.kde.kglobalaccel", "/kglobalaccel",
+                                   "org.kde.KGlobalAccel", "shortcutKeys", told, &found->second,
+                                   "as", 4, "kwin", action.c_str(), "", "");
+    found->second.question.reset(made);
+    link.settle();
+}
+
+int HotKeys::told(sd_bus_message* reply, void* own, sd_bus_error*) {
+    auto& bound = *static_cast<Bound*>(own);
+    if (sd_bus_message_is_method_error(reply, nullptr) != 0) return 0;
+    bool hasKey = false;
+    if (sd_bus_message_enter_container(reply, 'a', "(ai)") < 0) return 0;
+    while (sd_bus_message_enter_container(reply, 'r', "ai") > 0) {
+        const void* keys = nullptr;
+        std::size_t size = 0;
+        if (sd_bus_message_read_array(reply, 'i', &keys, &size) < 0) return 0;
+        hasKey =
+            hasKey || (size >= sizeof(std::int32_t) && *static_cast<const std::int32_t*>(keys));
+        sd_bus_message_exit_container(reply);
+    }
+    bound.owner.answered(bound, hasKey);
+    return 0;
+}
+
+void HotKeys::answered(Bound& bound, bool hasKey) {
+    if (std::exchange(bound.isTaken, !hasKey) || hasKey) return;
+    later([this, shortcut = bound.claim.shortcut] {
+        log.write("the compositor gives the shortcut " + modifierFlagsString(shortcut) +
+                  keyCodeString(shortcut) + " to somebody else, and it does nothing here");
+        if (tellTaken) tellTaken(shortcut);
+    });
+}
+
+bool HotKeys::isTaken(const Shortcut& shortcut) const {
+    return std::ranges::any_of(claims, [&](const auto& one) {
+        return one.second.isTaken && one.second.claim.shortcut == shortcut;
+    });
 }
 
 } // namespace platform::kwin

@@ -6,22 +6,42 @@
 namespace platform::kwin {
 
 /// Hot keys as the global shortcuts of a script, which has no other task: it cannot give one back,
-/// and is loaded anew instead. KWin's settings keep a line of each.
+/// and is loaded anew instead. KWin's settings keep a line of each. KWin leaves one without a key
+/// that somebody else has, and is asked for the key of each.
 class HotKeys final : public wayland::ClaimedHotKeys {
   public:
-    HotKeys(Script& script, wayland::KeyboardSeat& keyboard, wayland::KeyTaking& recording,
-            Settings& settings, Later later, std::string owner);
+    HotKeys(Script& script, bus::Link& link, Log& log, wayland::KeyboardSeat& keyboard,
+            wayland::KeyTaking& recording, Settings& settings, Later later, std::string owner);
     ~HotKeys() override;
     HotKeys(const HotKeys&) = delete;
     HotKeys& operator=(const HotKeys&) = delete;
 
+    void onTaken(std::function<void(const Shortcut&)> taken) override {
+        tellTaken = std::move(taken);
+    }
+    bool isTaken(const Shortcut& shortcut) const override;
+
   private:
+    struct Bound {
+        HotKeys& owner;
+        Claim claim;
+        bool isTaken = false;
+        bus::Slot question{}; ///< whether it has a key
+    };
+
     void claim(const std::vector<Claim>& wanted) override;
+    void claimOne(const std::string& sequence);
+    void ask(const std::string& sequence);
+    void answered(Bound& bound, bool hasKey);
+    static int told(sd_bus_message* reply, void* bound, sd_bus_error* error);
     std::string sequenceOf(const Shortcut& shortcut) const;
 
     Script& script;
-    std::string owner;                                   ///< for the settings
-    std::map<std::string, std::function<void()>> claims; ///< by what Qt calls the combination
+    bus::Link& link;
+    Log& log;
+    std::string owner; ///< for the settings
+    std::function<void(const Shortcut&)> tellTaken;
+    std::map<std::string, Bound> claims; ///< by what Qt calls the combination
 };
 
 } // namespace platform::kwin

@@ -31,6 +31,19 @@ bus::Slot slotOf(sd_bus_slot* slot) {
 
 } // namespace
 
+std::vector<double> numbersOf(const JsonValue::List& words) {
+    std::vector<double> numbers;
+    for (const JsonValue& word : words) {
+        if (const auto* whole = std::get_if<std::int64_t>(&word.held))
+            numbers.push_back(static_cast<double>(*whole));
+        else if (const auto* real = std::get_if<double>(&word.held))
+            numbers.push_back(*real);
+        else
+            return {};
+    }
+    return numbers;
+}
+
 Script::Script(bus::Link& x, Descriptors& descriptors, Log& writer, Source given)
     : link(x),
       log(writer),
@@ -260,7 +273,7 @@ void Script::told(const char* text) {
         words && !words->empty() ? std::get_if<std::string>(&words->front().held) : nullptr;
     if (!name) return;
     const auto found = tellers.find(*name);
-    if (found != tellers.end()) found->second({words->begin() + 1, words->end()});
+    if (found != tellers.end() && found->second) found->second({words->begin() + 1, words->end()});
 }
 
 } // namespace platform::kwin

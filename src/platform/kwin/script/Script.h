@@ -12,6 +12,9 @@
 
 namespace platform::kwin {
 
+/// What a script tells, where it is numbers alone; else nothing.
+std::vector<double> numbersOf(const JsonValue::List& words);
+
 /// A script of the program's inside the compositor, loaded whenever there is a compositor on the
 /// bus, and the commands that it carries out. It takes back what it did when the program is no
 /// more. Nothing here waits. Main thread.

@@ -41,6 +41,13 @@ InputEvents::~InputEvents() {
     seat.setListener(nullptr);
 }
 
+void InputEvents::watch(const PointerWatch& wanted) {
+    if (wanted == watched) return;
+    watched = wanted;
+    edges.watch(watched);
+    if (teller) teller(watched);
+}
+
 void InputEvents::moved(Point layout) {
     place = outputs.toTopLeft(outputs.nearest(layout));
     // Nobody's hand did that.
@@ -53,6 +60,13 @@ void InputEvents::moved(Point layout) {
 void InputEvents::tellPlace(Point layout) {
     moved(layout);
     batchEnded();
+}
+
+void InputEvents::tellCrossing(Point from, Point step) {
+    hasMoved = false;
+    deliver(EventType::mouseMoved, outputs.toTopLeft(outputs.nearest(from)), false);
+    place = outputs.toTopLeft(outputs.nearest({from.x + step.x, from.y + step.y}));
+    deliver(EventType::mouseMoved, place, false);
 }
 
 void InputEvents::meant(Point step, double when) {

@@ -26,14 +26,22 @@ class InputEvents final : public platform::InputEvents, private PointerSeat::Lis
 
     void addGlobalMonitor(EventMask mask, Handler handler) override;
     void addTap(const TapParameters& parameters, Handler handler) override;
-    void watch(const PointerWatch& wanted) override { edges.watch(wanted); }
-    bool tellsMotion() const override { return false; }
+    void watch(const PointerWatch& wanted) override;
+    bool tellsMotion() const override { return teller != nullptr; }
+
+    /// For a compositor that can tell of every motion, by `tellPlace`: called whenever something
+    /// else than before is to be told. One handler.
+    void onWatch(std::function<void(const PointerWatch&)> handler) { teller = std::move(handler); }
 
     /// To be called when a window of the program has become active or is so no longer.
     void ownWindowChanged() { hold.suspend(ownWindowActive()); }
 
     /// The compositor has told where the cursor is, layout coordinates.
     void tellPlace(Point layout);
+
+    /// The hand has pushed the cursor out of the screen that is held, so far in one frame from a
+    /// place on it, layout coordinates both.
+    void tellCrossing(Point from, Point step);
 
     /// A modifier was pressed or released; a virtual key code.
     void tellModifier(std::uint16_t keyCode);
@@ -68,6 +76,8 @@ class InputEvents final : public platform::InputEvents, private PointerSeat::Lis
     Hold& hold;
     EdgeStrips& edges;
     std::function<bool()> ownWindowActive;
+    std::function<void(const PointerWatch&)> teller;
+    PointerWatch watched;
     std::deque<Consumer> consumers; ///< stays in place when a handler adds one
     session::Pace pace;
     std::vector<EventType> noted; ///< clicks of this batch

@@ -23,10 +23,12 @@ void PointerSeat::find(bool there) {
     // Later versions of the structure have more.
     static const wl_pointer_listener pointing = [] {
         wl_pointer_listener all{};
-        all.enter = [](void* data, wl_pointer*, std::uint32_t, wl_surface* surface, wl_fixed_t x,
-                       wl_fixed_t y) {
+        all.enter = [](void* data, wl_pointer*, std::uint32_t serial, wl_surface* surface,
+                       wl_fixed_t x, wl_fixed_t y) {
             auto& self = *static_cast<PointerSeat*>(data);
             self.entered = surface;
+            self.enterSerial = serial;
+            self.hideCursor(self.hides);
             self.at(x, y);
         };
         all.leave = [](void* data, wl_pointer*, std::uint32_t, wl_surface*) {
@@ -71,6 +73,13 @@ void PointerSeat::at(wl_fixed_t x, wl_fixed_t y) {
     if (!layer) return;
     last = layer->toLayout({wl_fixed_to_double(x), wl_fixed_to_double(y)});
     if (listener) listener->moved(*last);
+}
+
+void PointerSeat::hideCursor(bool on) {
+    hides = on;
+    if (!hides || !focus()) return;
+    wl_pointer_set_cursor(pointer.get(), enterSerial, nullptr, 0, 0);
+    connection.flush();
 }
 
 void PointerSeat::forget(const Layer& layer) {

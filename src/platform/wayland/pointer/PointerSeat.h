@@ -44,6 +44,9 @@ class PointerSeat {
     std::optional<Point> place() const { return focus() ? last : std::nullopt; }
     /// A layer that is about to go is nobody's focus.
     void forget(const Layer& layer);
+    /// From now on the cursor is not drawn over the program's layers, or is drawn from the next one
+    /// on that it comes to.
+    void hideCursor(bool on);
 
   private:
     void find(bool there);
@@ -55,6 +58,8 @@ class PointerSeat {
     Handle<wl_pointer> pointer;
     Handle<zwp_relative_pointer_v1> relative;
     wl_surface* entered = nullptr;
+    std::uint32_t enterSerial = 0;
+    bool hides = false; ///< the cursor
     std::optional<Point> last;
 };
 

@@ -1,0 +1,174 @@
+#include "kwin/KWinSession.h"
+#include "testing/sway/SwayIdle.h"
+
+// What the other products do in a session of KWin.
+
+namespace desktop {
+namespace {
+
+Setting atEdges(const std::string& product, std::initializer_list<int> armed) {
+    Setting setting{.product = product};
+    for (int side = 1; side <= 4; ++side) {
+        setting.more["BUTLATO" + std::to_string(side)] =
+            flag(std::ranges::find(armed, side) != armed.end());
+        setting.more["BUTANGOLO" + std::to_string(side)] = flag(true);
+    }
+    return setting;
+}
+
+struct KWinSiblings : KWin {
+    std::string shownDesktop() {
+        return kwin->evaluate("workspace.desktops.indexOf(workspace.currentDesktop) + \"\"");
+    }
+    bool showsSoon(const std::string& desktop) {
+        return waitUntil([&] { return shownDesktop() == desktop; });
+    }
+    void tell(const std::string& command) {
+        const auto client = kwin->spawn(programs() + "/" + product, {command});
+        EXPECT_EQ(client->wait(), 0) << client->errors();
+    }
+    std::string product;
+};
+
+TEST_F(KWinSiblings, TheWrapAroundComesOutAtTheOppositeSide) {
+    start(atEdges("orbisant", {1, 3}));
+    goTo(2 * width - 50, 300);
+    hand->push(7, 0, 8, 125);
+    EXPECT_TRUE(waitUntil([this] { return cursor().x < width; })) << program->errors();
+    hand->push(20, 0, 3, 125); // inside, and back
+    hand->push(-20, 0, 5, 125);
+    EXPECT_TRUE(waitUntil([this] { return cursor().x >= width; })) << program->errors();
+    EXPECT_EQ(cursor().y, 300);
+}
+
+TEST_F(KWinSiblings, TheWrapAroundComesOutBelowWhereItHasGoneAbove) {
+    start(atEdges("orbisant", {2}));
+    hand->moveTo(640, 50);
+    hand->push(0, -7, 8, 125);
+    EXPECT_TRUE(waitUntil([this] { return cursor().y > 360; })) << program->errors();
+}
+
+TEST_F(KWinSiblings, TheDesktopSwitcherGoesToTheDesktopBesideAndEndsAtTheLast) {
+    begin({.configuration = "[Desktops]\nNumber=2\nRows=1\n"});
+    start(atEdges("quenlow", {1, 3}));
+    ASSERT_EQ(shownDesktop(), "0");
+    const auto pushRight = [this] {
+        goTo(2 * width - 50, 300);
+        hand->push(7, 0, 8, 125);
+    };
+    pushRight();
+    EXPECT_TRUE(showsSoon("1")) << program->errors();
+    hand->push(-20, 0, 5, 125);
+    pushRight();
+    EXPECT_FALSE(waitUntil([this] { return shownDesktop() != "1"; }, std::chrono::seconds(1)))
+        << "there is none beyond";
+    hand->push(-20, 0, 5, 125);
+    goTo(50, 300);
+    hand->push(-7, 0, 8, 125);
+    EXPECT_TRUE(showsSoon("0")) << program->errors();
+}
+
+TEST_F(KWinSiblings, TheCrossHairFollowsTheCursor) {
+    start({.product = "crosshair"});
+    // Its lines are layers, two pixels high, or wide.
+    const auto isAt = [this](int x, int y) {
+        return waitUntil([&] {
+            return kwin->evaluate("workspace.windowList().filter(one => "
+                                  "(one.frameGeometry.height === 2 && "
+                                  "Math.abs(one.frameGeometry.y - " +
+                                  std::to_string(y) +
+                                  ") < 2) || (one.frameGeometry.width === 2 && "
+                                  "Math.abs(one.frameGeometry.x - " +
+                                  std::to_string(x) + ") < 2)).length > 1") == "true";
+        });
+    };
+    for (const auto& [x, y] : {std::pair(300, 200), std::pair(900, 600)}) {
+        hand->moveTo(x, y);
+        EXPECT_TRUE(isAt(x, y)) << x << ": "
+                                << kwin->evaluate("workspace.windowList().map(one => "
+                                                  "String(one.frameGeometry)).join()");
+    }
+}
+
+TEST_F(KWinSiblings, KWinDoesNotGoIdleWhileTheDisplaysAreToStayOn) {
+    product = "stay-awake";
+    const auto isIdleSoon = [this](std::chrono::milliseconds limit) {
+        const support::SwayIdle idle(kwin->socket(), std::chrono::milliseconds(200));
+        return waitUntil([&] { return idle.isIdle(); }, limit);
+    };
+    constexpr std::chrono::seconds longer{2};
+    ASSERT_TRUE(isIdleSoon(support::generous));
+    start({.product = product});
+    ASSERT_TRUE(program->waitForText("kIOReturnSuccess")) << program->errors();
+    EXPECT_FALSE(isIdleSoon(longer));
+    tell("off");
+    EXPECT_TRUE(isIdleSoon(support::generous)) << "switched off";
+    tell("on");
+    EXPECT_FALSE(isIdleSoon(longer));
+    program->signal(SIGKILL);
+    program->wait();
+    EXPECT_TRUE(isIdleSoon(support::generous)) << "killed";
+}
+
+/// The effect, as the compositor tells of it, and the user's file.
+struct KWinHiding : KWinSiblings {
+    Setting hider(bool timeMode, int seconds = 2) {
+        product = "vellumor";
+        return {.product = product,
+                .more = {{"SCHEDULE", text(std::to_string(seconds))},
+                         {"HOT_BOUNDS", text("0")},
+                         {"TIME_MODE", flag(timeMode)},
+                         {"STAY_HIDDEN", flag(false)}}};
+    }
+    bool hasEffect() {
+        const auto asked =
+            kwin->spawn("busctl", {"--user", "call", "org.kde.KWin", "/Effects",
+                                   "org.kde.kwin.Effects", "isEffectLoaded", "s", "hidecursor"});
+        asked->wait();
+        return asked->output().find("true") != std::string::npos;
+    }
+    bool hasEffectSoon(bool on) {
+        return waitUntil([&] { return hasEffect() == on; });
+    }
+    std::string configuration() const {
+        std::ifstream file(kwin->configFolder() + "/kwinrc");
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+};
+
+TEST_F(KWinHiding, IsTheCompositorsEffectWhileTheProductIsOn) {
+    start(hider(true));
+    EXPECT_TRUE(hasEffectSoon(true)) << program->errors();
+    tell("off");
+    EXPECT_TRUE(hasEffectSoon(false));
+    tell("on");
+    EXPECT_TRUE(hasEffectSoon(true));
+    EXPECT_EQ(configuration().find("hidecursor"), std::string::npos)
+        << "the user's file is as it was: " << configuration();
+}
+
+TEST_F(KWinHiding, EndsHoweverTheProgramDoes) {
+    for (const int signal : {SIGTERM, SIGKILL}) {
+        begin();
+        start(hider(true));
+        ASSERT_TRUE(hasEffectSoon(true)) << program->errors();
+        program->signal(signal);
+        program->wait();
+        EXPECT_TRUE(hasEffectSoon(false)) << signal;
+    }
+}
+
+TEST_F(KWinHiding, LeavesTheUsersOwnEffect) {
+    begin({.configuration = "[Plugins]\nhidecursorEnabled=true\n\n"
+                            "[Effect-hidecursor]\nInactivityDuration=30\n"});
+    ASSERT_TRUE(hasEffectSoon(true));
+    start(hider(true));
+    tell("off");
+    program->signal(SIGTERM);
+    program->wait();
+    EXPECT_TRUE(hasEffect());
+    EXPECT_NE(configuration().find("InactivityDuration=30\n"), std::string::npos);
+}
+
+} // namespace
+} // namespace desktop
