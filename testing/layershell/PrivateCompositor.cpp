@@ -26,8 +26,8 @@ std::optional<std::string> PrivateCompositor::missing(const std::string& name) {
         if (!fs::exists("/usr/bin/" + command)) return command + " is not installed";
     // Up to 0.9 it draws with a graphics card alone.
     if (name == "wayfire" && !fs::exists("/dev/dri")) {
-        ChildProcess asked({.command = {"wayfire", "--version"},
-                            .environment = {{"PATH", "/usr/bin:/bin"}}});
+        ChildProcess asked(
+            {.command = {"wayfire", "--version"}, .environment = {{"PATH", "/usr/bin:/bin"}}});
         asked.wait();
         if (asked.output().starts_with("0.9")) return "this Wayfire needs a graphics card";
     }

@@ -148,7 +148,7 @@ class Connection {
     std::uint32_t capabilities = 0;
     std::function<void(std::uint32_t)> seatChanged;
     std::vector<std::pair<const void*, std::function<void()>>> batchHandlers;
-    int wake = -1; ///< readable when a batch was read by somebody who waited
+    int wake = -1;  ///< readable when a batch was read by somebody who waited
     int delays = 0; ///< how many `Later` there are
     bool isWatched = false;
     bool isLost = false;
