@@ -59,10 +59,9 @@ PointerWatch AppDelegate::pointerWatch() const {
     case variants::wrapAround:
         watch.pushes = settings.boolForKey(keys::VELOCITY_OPTION);
         break;
-    case variants::barrier:
-        if (settings.boolForKey(keys::VELOCITY_OPTION)) watch.crossing = calculatedSettedDistance();
-        return watch;
     default:
+        watch.pushes = settings.boolForKey(keys::VELOCITY_OPTION);
+        if (watch.pushes) watch.crossing = calculatedSettedDistance();
         return watch;
     }
     for (const platform::Screen& screen : services.displays.screens())
