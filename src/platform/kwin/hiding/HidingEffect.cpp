@@ -1,10 +1,9 @@
 #include "platform/kwin/hiding/HidingEffect.h"
 
+#include "platform/kwin/hiding/ConfigFile.h"
 #include "platform/kwin/hiding/ConfigGroup.h"
-#include "platform/linux/files/AtomicFile.h"
 
 #include <cstdlib>
-#include <unistd.h>
 #include <utility>
 
 namespace platform::kwin {
@@ -22,15 +21,12 @@ std::string configurationFile() {
     return std::string(home ? home : "") + "/.config/kwinrc";
 }
 
-/// What was another one for a moment, and has been killed in it.
+/// What was another one for a moment, and who made it so was killed in that.
 void restore(const std::string& record) {
-    using State = linux::FileRead::State;
-    const auto kept = linux::readFile(record), now = linux::readFile(configurationFile());
-    if (kept.state != State::read) return;
-    if (now.state == State::read)
-        (void)linux::replaceFileOfOthers(configurationFile(),
-                                         withGroupOf(now.text, group, kept.text));
-    ::unlink(record.c_str());
+    const auto kept = textOf(record), now = textOf(configurationFile());
+    if (!kept) return;
+    if (now) (void)replace(configurationFile(), withGroupOf(*now, group, *kept));
+    (void)replace(record, std::nullopt);
 }
 
 } // namespace
@@ -89,23 +85,20 @@ bool HidingEffect::call(const char* method, bool* answer) {
 // The compositor reads the user's file when it is told to, and keeps what it has read. What was
 // loaded for the program alone does nothing else that it could do.
 bool HidingEffect::reconfigure(bool isForProgram) {
-    using State = linux::FileRead::State;
     const std::string file = configurationFile();
-    const auto users = linux::readFile(file);
-    if (users.state != State::read && users.state != State::absent) return false;
+    const auto users = textOf(file);
+    const std::string before = users.value_or("");
     std::map<std::string, std::string> values{{"InactivityDuration", std::to_string(*wanted)}};
     if (isForProgram) values.emplace("HideOnTyping", "false");
-    const std::string ours = withValues(users.text, group, values);
-    if (linux::replaceFile(record, users.text).failure) return false;
-    const bool isDone =
-        !linux::replaceFileOfOthers(file, ours).failure && call("reconfigureEffect");
-    const auto now = linux::readFile(file);
-    if (users.state == State::absent && now.text == ours)
-        ::unlink(file.c_str());
+    const std::string ours = withValues(before, group, values);
+    if (!replace(record, before)) return false;
+    const bool isDone = replace(file, ours) && call("reconfigureEffect");
+    const std::string now = textOf(file).value_or("");
+    if (now != ours)
+        (void)replace(file, withGroupOf(now, group, before));
     else
-        (void)linux::replaceFileOfOthers(
-            file, now.text == ours ? users.text : withGroupOf(now.text, group, users.text));
-    ::unlink(record.c_str());
+        (void)replace(file, users);
+    (void)replace(record, std::nullopt);
     return isDone;
 }
 
