@@ -107,6 +107,7 @@ class KWinDesktop final : public wayland::Desktop {
                 const auto place = numbersOf(words);
                 if (place.size() == 2) shared.input.tellPlace({place[0], place[1]});
             });
+            shared.edges.leaveByMotionAlone();
             shared.input.onWatch([this](const PointerWatch& wanted) {
                 drag.setCrossing(wanted.crossing);
                 if (std::exchange(areTold, wanted.motion) != wanted.motion) tellPlaces();

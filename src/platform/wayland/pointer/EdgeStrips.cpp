@@ -126,8 +126,11 @@ void EdgeStrips::left(Point last) {
     if (!std::exchange(isOn, false)) return;
     hasLeft = true;
     const bool isPutElsewhere = !isOnStrip(last);
-    rests = !isPutElsewhere && isOnStrip(reached);
-    if (!isPutElsewhere && !rests) departure = reached;
+    rests = false;
+    if (isPutElsewhere) return;
+    const bool hasRested = isOnStrip(reached);
+    rests = hasRested && !leavesByMotion;
+    if (!rests) departure = hasRested ? inside(reached) : reached;
 }
 
 std::optional<Point> EdgeStrips::takeArrival(bool isFrameEnd) {

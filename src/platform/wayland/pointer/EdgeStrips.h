@@ -24,6 +24,10 @@ class EdgeStrips {
     /// same place of the new one then.
     void watch(const PointerWatch& wanted);
 
+    /// For a compositor that tells a layer of leaving only where the pointer has moved off it, and
+    /// of the step that leads off nothing. Others also tell it of a cursor that they hide.
+    void leaveByMotionAlone() { leavesByMotion = true; }
+
     // What the seat tells, while the connection is read. Layout coordinates.
     /// `last` is where the program knows the cursor to have been, or has put it.
     void moved(Point place, Point last);
@@ -57,6 +61,7 @@ class EdgeStrips {
     PointerSeat& pointer;
     PointerWatch watched;
     std::vector<Strip> strips;
+    bool leavesByMotion = false;
     bool isOn = false;
     bool hasLeft = false; ///< in this batch
     bool rests = false;   ///< there, but is not told of
