@@ -1,5 +1,6 @@
 #include "testing/gnome/PrivateShell.h"
 
+#include <cmath>
 #include <cstdio>
 #include <filesystem>
 #include <grp.h>
@@ -195,6 +196,15 @@ double ShellHand::push(double dx, double dy, int steps, int hz) {
         repeat(steps, hz, [&](int) { tell(false, "NotifyPointerMotionRelative", "dd", dx, dy); });
     relative(0, 0);
     return pace.took;
+}
+
+void ShellHand::pushAt(double speed, double seconds, int hz) {
+    repeat(static_cast<int>(seconds * hz), hz, [&](int step) {
+        const auto pixels = [&](int steps) { return std::trunc(speed * steps / hz); };
+        const double dx = pixels(step + 1) - pixels(step);
+        if (dx != 0) tell(false, "NotifyPointerMotionRelative", "dd", dx, 0.0);
+    });
+    relative(0, 0);
 }
 
 void ShellHand::button(int code, bool down) {
