@@ -56,8 +56,9 @@ class KWinDesktop final : public wayland::Desktop {
             {"modifiers", tellsKeys,
              tellsKeys ? "" : "This KWin tells of held keys only where the program is installed."},
             {"edges", true,
-             "Along the sides that are armed two pixels take no clicks, and while a button is held "
-             "nothing is felt there."},
+             "Along the sides that are armed two pixels take no clicks, while a button is held "
+             "nothing "
+             "is felt there, and a second approach right after one may go unfelt."},
             {"hide", true,
              "KWin hides the cursor some whole seconds after it has come to rest, and over a hot "
              "border at once; it shows it when it is moved, also where it is to stay hidden."},

@@ -5,6 +5,15 @@
 
 namespace platform::kwin {
 
+namespace {
+
+constexpr const char* service = "org.kde.kglobalaccel";
+constexpr const char* path = "/kglobalaccel";
+constexpr const char* interface = "org.kde.KGlobalAccel";
+constexpr const char* component = "kwin"; // of every script
+
+} // namespace
+
 HotKeys::HotKeys(Script& inside, bus::Link& x, Log& writer, wayland::KeyboardSeat& keys,
                  wayland::KeyTaking& recorded, Settings& store, Later afterwards,
                  std::string ownersName)
@@ -77,32 +86,67 @@ void HotKeys::ask(const std::string& sequence) {
     if (found == claims.end() || !link.bus()) return;
     const std::string action = owner + " " + sequence;
     sd_bus_slot* made = nullptr;
-    (void)sd_bus_call_method_async(link.bus(), &made, "org.kde.kglobalaccel", "/kglobalaccel",
-                                   "org.kde.KGlobalAccel", "shortcutKeys", told, &found->second,
-                                   "as", 4, "kwin", action.c_str(), "", "");
+    (void)sd_bus_call_method_async(link.bus(), &made, service, path, interface, "shortcutKeys",
+                                   keysTold, &found->second, "as", 4, component, action.c_str(), "",
+                                   "");
     found->second.question.reset(made);
     link.settle();
 }
 
-int HotKeys::told(sd_bus_message* reply, void* own, sd_bus_error*) {
+// Up to 6.3 a combination that somebody else has is no key of ours; later it is both's.
+int HotKeys::keysTold(sd_bus_message* reply, void* own, sd_bus_error*) {
     auto& bound = *static_cast<Bound*>(own);
     if (sd_bus_message_is_method_error(reply, nullptr) != 0) return 0;
-    bool hasKey = false;
+    std::int32_t key = 0;
     if (sd_bus_message_enter_container(reply, 'a', "(ai)") < 0) return 0;
-    while (sd_bus_message_enter_container(reply, 'r', "ai") > 0) {
+    while (key == 0 && sd_bus_message_enter_container(reply, 'r', "ai") > 0) {
         const void* keys = nullptr;
         std::size_t size = 0;
         if (sd_bus_message_read_array(reply, 'i', &keys, &size) < 0) return 0;
-        hasKey =
-            hasKey || (size >= sizeof(std::int32_t) && *static_cast<const std::int32_t*>(keys));
+        if (size >= sizeof key) key = *static_cast<const std::int32_t*>(keys);
         sd_bus_message_exit_container(reply);
     }
-    bound.owner.answered(bound, hasKey);
+    if (key == 0)
+        bound.owner.answered(bound, true);
+    else
+        bound.owner.askHolders(bound, key);
     return 0;
 }
 
-void HotKeys::answered(Bound& bound, bool hasKey) {
-    if (std::exchange(bound.isTaken, !hasKey) || hasKey) return;
+void HotKeys::askHolders(Bound& bound, std::int32_t key) {
+    constexpr int exactly = 0;
+    sd_bus_slot* made = nullptr;
+    (void)sd_bus_call_method_async(link.bus(), &made, service, path, interface,
+                                   "globalShortcutsByKey", holdersTold, &bound, "(ai)(i)", 4, key,
+                                   0, 0, 0, exactly);
+    bound.question.reset(made);
+    link.settle();
+}
+
+// The name of an action, of its component and of their context, each with one for people. A
+// product's script may have gone and left the action there.
+int HotKeys::holdersTold(sd_bus_message* reply, void* own, sd_bus_error*) {
+    auto& bound = *static_cast<Bound*>(own);
+    const std::string ours = " " + bound.owner.sequenceOf(bound.claim.shortcut);
+    if (sd_bus_message_is_method_error(reply, nullptr) != 0 ||
+        sd_bus_message_enter_container(reply, 'a', "(ssssssaiai)") < 0)
+        return 0;
+    bool isTaken = false;
+    while (sd_bus_message_enter_container(reply, 'r', "ssssssaiai") > 0) {
+        const char *action = nullptr, *title = nullptr, *holder = nullptr;
+        if (sd_bus_message_read(reply, "sss", &action, &title, &holder) < 0 ||
+            sd_bus_message_skip(reply, "sssaiai") < 0)
+            return 0;
+        isTaken = isTaken || std::string_view(holder) != component ||
+                  !std::string_view(action).ends_with(ours);
+        sd_bus_message_exit_container(reply);
+    }
+    bound.owner.answered(bound, isTaken);
+    return 0;
+}
+
+void HotKeys::answered(Bound& bound, bool isTaken) {
+    if (std::exchange(bound.isTaken, isTaken) || !isTaken) return;
     later([this, shortcut = bound.claim.shortcut] {
         log.write("the compositor gives the shortcut " + modifierFlagsString(shortcut) +
                   keyCodeString(shortcut) + " to somebody else, and it does nothing here");

@@ -6,8 +6,8 @@
 namespace platform::kwin {
 
 /// Hot keys as the global shortcuts of a script, which has no other task: it cannot give one back,
-/// and is loaded anew instead. KWin's settings keep a line of each. KWin leaves one without a key
-/// that somebody else has, and is asked for the key of each.
+/// and is loaded anew instead. KWin's settings keep a line of each. Of each it is asked who
+/// else has the combination.
 class HotKeys final : public wayland::ClaimedHotKeys {
   public:
     HotKeys(Script& script, bus::Link& link, Log& log, wayland::KeyboardSeat& keyboard,
@@ -32,8 +32,10 @@ class HotKeys final : public wayland::ClaimedHotKeys {
     void claim(const std::vector<Claim>& wanted) override;
     void claimOne(const std::string& sequence);
     void ask(const std::string& sequence);
-    void answered(Bound& bound, bool hasKey);
-    static int told(sd_bus_message* reply, void* bound, sd_bus_error* error);
+    void askHolders(Bound& bound, std::int32_t key);
+    void answered(Bound& bound, bool isTaken);
+    static int keysTold(sd_bus_message* reply, void* bound, sd_bus_error* error);
+    static int holdersTold(sd_bus_message* reply, void* bound, sd_bus_error* error);
     std::string sequenceOf(const Shortcut& shortcut) const;
 
     Script& script;
