@@ -17,7 +17,7 @@ constexpr const char* shellName = "org.gnome.Shell";
 constexpr const char* remoteName = "org.gnome.Mutter.RemoteDesktop";
 constexpr const char* remotePath = "/org/gnome/Mutter/RemoteDesktop";
 constexpr const char* remoteSession = "org.gnome.Mutter.RemoteDesktop.Session";
-constexpr int oldestRelease = 48;
+constexpr int oldestRelease = 43;
 constexpr std::uint64_t patience = 30'000'000; // microseconds
 
 int release() {
@@ -146,7 +146,8 @@ PrivateShell::Place PrivateShell::cursor() const {
 void PrivateShell::moveTo(int x, int y) const {
     // In two legs, as barriers of the shell's own stop a warp from the corner.
     const std::string to = std::to_string(y) + ")";
-    run("(() => { const seat = global.stage.context.get_backend().get_default_seat();"
+    run("(() => { const seat = (global.stage.context?.get_backend() ??"
+        " imports.gi.Clutter.get_default_backend()).get_default_seat();"
         "seat.warp_pointer(global.get_pointer()[0], " +
         to +
         ";"
