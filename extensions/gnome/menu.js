@@ -4,7 +4,7 @@ import Pango from 'gi://Pango';
 import St from 'gi://St';
 
 import {scrollView, verticalBox} from './release.js';
-import {PopupMenu, Slider} from './shell.js';
+import {Main, PopupMenu, Slider} from './shell.js';
 
 const INTERFACE = 'com.canonical.dbusmenu';
 
@@ -162,7 +162,12 @@ export class ExportedMenu {
                 this._fill(part.item.menu, node.children);
             } else {
                 part = {item: new PopupMenu.PopupMenuItem(node.label)};
-                part.item.connect('activate', () => this._chosen(node.id));
+                part.item.connect('activate', () => {
+                    // What opens a window would have it behind the quick settings, which keep the keys.
+                    if (node.kind === 'entry')
+                        Main.panel.closeQuickSettings();
+                    this._chosen(node.id);
+                });
             }
             // Words begin below each other also where only some have a tick before them.
             part.item.setOrnament(PopupMenu.Ornament.NONE);

@@ -108,6 +108,19 @@ std::string PrivateShell::run(const std::string& script) const {
     return value;
 }
 
+void PrivateShell::picture(const std::string& file) const {
+    bus::Error error;
+    sd_bus_message* reply = nullptr;
+    if (sd_bus_call_method(bus(), "org.gnome.Shell.Screenshot", "/org/gnome/Shell/Screenshot",
+                           "org.gnome.Shell.Screenshot", "Screenshot", error.get(), &reply, "bbs",
+                           1, 0, file.c_str()) < 0)
+        throw std::runtime_error(std::string("no picture: ") + error.text());
+    const bus::Message owned(reply);
+    int isMade = 0;
+    if (sd_bus_message_read(reply, "b", &isMade) <= 0 || !isMade)
+        throw std::runtime_error("no picture in " + file);
+}
+
 PrivateShell::Place PrivateShell::cursor() const {
     Place place;
     const std::string told = run("global.get_pointer()");

@@ -21,8 +21,9 @@ class Gnome : public testing::Test {
   protected:
     void SetUp() override {
         if (const auto reason = PrivateShell::missing()) GTEST_SKIP() << *reason;
-        shell.emplace(
-            PrivateShell::Options{.before = {{programs() + "/palisor", "setup", "gnome"}}});
+        PrivateShell::Options options{.before = preparations()};
+        options.before.push_back({programs() + "/palisor", "setup", "gnome"});
+        shell.emplace(options);
         hand.emplace(*shell);
         ASSERT_TRUE(waitUntil([&] { return extensionIs(1); })) << shell->log();
         // From 50 on there is no cursor before the first motion.
@@ -37,6 +38,9 @@ class Gnome : public testing::Test {
                 << shell->log();
         }
     }
+
+    /// What is run before the shell starts.
+    virtual std::vector<std::vector<std::string>> preparations() const { return {}; }
 
     /// The shell's number for it: 1 on, 2 off.
     bool extensionIs(int state) const {
