@@ -1,4 +1,5 @@
 #include "gnome/GnomeSession.h"
+#include "testing/gnome/ShellMonitors.h"
 
 // What the program shows in the shell, without a cut word and inside the monitor. With
 // PICTURES=FOLDER pictures of it are left there, which are to be looked at:
@@ -11,6 +12,7 @@ struct Look {
     const char* name;
     const char* scheme;
     const char* accent; ///< before 47 nobody looks at it
+    int scale;
 };
 
 void PrintTo(const Look& look, std::ostream* out) {
@@ -19,14 +21,21 @@ void PrintTo(const Look& look, std::ostream* out) {
 
 class GnomeLook : public Gnome, public testing::WithParamInterface<Look> {
   protected:
-    std::vector<std::vector<std::string>> preparations() const override {
-        const auto set = [](const char* key, const char* value) {
-            return std::vector<std::string>{
-                "sh", "-c",
-                std::string("gsettings set org.gnome.desktop.interface ") + key + " " + value +
-                    " || :"};
+    void SetUp() override {
+        if (const auto reason = PrivateShell::missing()) GTEST_SKIP() << *reason;
+        const auto set = [](const std::string& setting) {
+            return std::vector<std::string>{"sh", "-c",
+                                            "gsettings set org.gnome." + setting + " || :"};
         };
-        return {set("color-scheme", GetParam().scheme), set("accent-color", GetParam().accent)};
+        const auto& [name, scheme, accent, scale] = GetParam();
+        const std::string size = scale == 2 ? "2560x1440" : "1280x720";
+        begin({.monitors = {size, size},
+               .before = {set(std::string("desktop.interface color-scheme ") + scheme),
+                          set(std::string("desktop.interface accent-color ") + accent),
+                          set("mutter experimental-features \"['scale-monitor-framebuffer']\"")}});
+        if (scale == 2)
+            support::arrange(*shell, {{.outputs = {0}, .scale = 2.0},
+                                      {.outputs = {1}, .x = 1280, .scale = 2.0}});
     }
 
     /// Leaves a picture of what is to be seen now.
@@ -116,8 +125,9 @@ TEST_P(GnomeLook, TheLinesCrossBothMonitors) {
 }
 
 INSTANTIATE_TEST_SUITE_P(, GnomeLook,
-                         testing::Values(Look{"light", "prefer-light", "blue"},
-                                         Look{"dark", "prefer-dark", "orange"}),
+                         testing::Values(Look{"light", "prefer-light", "blue", 1},
+                                         Look{"dark", "prefer-dark", "orange", 1},
+                                         Look{"fine", "prefer-light", "green", 2}),
                          [](const auto& one) { return one.param.name; });
 
 } // namespace
