@@ -42,7 +42,7 @@ Texts commandsIn(const std::string& page) {
         const auto words = wordsOf((*at)[1]);
         const bool isOurs =
             words.size() > 1 &&
-            (std::ranges::count(products::names, words[0]) > 0 || words[0] == "palisor-doctor");
+            (std::ranges::count(products::names, words[0]) > 0 || words[0].starts_with("palisor-"));
         const bool isPattern = std::ranges::any_of(words, [](const std::string& word) {
             return word == "…" || std::ranges::all_of(word, ::isupper);
         });
@@ -52,10 +52,7 @@ Texts commandsIn(const std::string& page) {
 }
 
 struct GuideCommands : Console, testing::Test {
-    GuideCommands() {
-        fs::create_directories(desktop.home() / "events");
-        std::ofstream(desktop.home() / "trouble.scenario") << "";
-    }
+    GuideCommands() { fs::create_directories(desktop.home() / "events"); }
 
     /// Starts the product, which stays, and ends it again.
     void startAndEnd(const std::string& product, const std::string& line) {
@@ -75,17 +72,18 @@ struct GuideCommands : Console, testing::Test {
             given.push_back(word.c_str());
         const bool isDoctors =
             words[0] == "palisor-doctor" || (words.size() > 1 && words[1] == "doctor");
-        if (!isDoctors) {
+        const bool isApart = isDoctors || words[0] == "palisor-replay";
+        if (!isApart) {
             const auto parsed = client::parse(static_cast<int>(given.size()), given.data());
             const bool ends = parsed.help || line.find("--list-monitors") != line.npos;
             if (parsed.command == nullptr && !ends) return startAndEnd(words[0], line);
             EXPECT_EQ(typed(words[0] + " on"), "");
         }
-        const std::string seen = typed(line + " >/dev/null; echo $?");
+        const std::string seen = typed("cd; " + line + " >/dev/null; echo $?");
         // A desk without a tray is not well.
         const bool isDone = seen == "0\n" || (isDoctors && seen == "1\n");
         EXPECT_TRUE(isDone) << line << ": " << seen;
-        if (!isDoctors) typed(words[0] + " quit");
+        if (!isApart) typed(words[0] + " quit");
     }
 };
 
@@ -96,6 +94,8 @@ TEST_F(GuideCommands, OfTheTextWork) {
         for (const std::string& command : commandsIn(textOf(page)))
             if (command != "palisor setup gnome") all.insert(command);
     EXPECT_GT(all.size(), 15u);
+    // In their order: what is recorded is played.
+    EXPECT_TRUE(all.contains("palisor-replay trouble.scenario"));
     for (const std::string& command : all)
         tryOut(command);
 }
