@@ -300,26 +300,32 @@ void killRow() {
         })});
 }
 
-/// Changes something while the mouse pushes without a pause, and tells how long the barrier was
-/// open afterwards and the cursor outside. What takes the other monitor away is not counted.
+/// Changes something while the mouse pushes without a pause, if it is to, and tells for how long
+/// the barrier was open, since the first change of the outputs where they change, and how long and
+/// how far the cursor was outside.
 template <class Change>
-std::string heldAgain(Contest& contest, Change&& change) {
-    contest.mouse().moveTo(edge - 20, 400);
+std::string heldAgain(Contest& contest, bool isPushing, Change&& change) {
+    contest.mouse().moveTo(isPushing ? edge - 20 : 640, 400);
     const auto mark = contest.mark();
-    const double begun = now();
     const auto done = change();
-    contest.pushAgainstEdge(std::max(2.0, seconds), 1000, 3000);
+    const double during = std::max(2.0, seconds);
+    if (isPushing)
+        contest.pushAgainstEdge(during, 1000, 3000);
+    else
+        rest(static_cast<int>(during * 1000));
     if (done) done->wait();
     const double ended = now();
-    double since = begun, until = begun;
+    std::optional<double> since;
+    double until = 0;
     bool isOpen = false;
     for (const State& state : statesSince(contest, mark)) {
-        if (state.cause == "outputs") since = state.when;
         isOpen = state.isUsers;
-        until = state.when;
+        if (!since && (isOpen || state.cause == "outputs")) since = state.when;
+        if (since && state.cause == "barrier") until = state.when;
     }
+    const double open = since ? std::max(0.0, until - *since) : 0;
     const Outside outside = outsideSince(contest, mark, ended);
-    return (isOpen ? "open" : number(std::max(0.0, until - since), " ms", 0)) + ", outside " +
+    return (isOpen ? "stays open" : number(open, " ms", 0)) + ", outside " +
            number(outside.milliseconds, " ms, ", 0) + number(outside.depth, " px", 0);
 }
 
@@ -329,22 +335,24 @@ void againRows() {
     const auto set = [&](const std::string& what) -> Changed {
         return contest.desktop().spawn("kscreen-doctor", {"output.Virtual-1." + what});
     };
-    const auto print = [&](const std::string& what, const std::function<Changed()>& change) {
-        row("held again after " + what, "300 ms", {heldAgain(contest, change)});
+    const auto print = [&](const std::string& what, bool isPushing,
+                           const std::function<Changed()>& change) {
+        row("held again after " + what, "300 ms", {heldAgain(contest, isPushing, change)});
     };
-    print("a reconfiguration", [&]() -> Changed {
+    print("a reconfiguration", true, [&]() -> Changed {
         contest.desktop().call({"/KWin", "org.kde.KWin", "reconfigure"});
         return nullptr;
     });
-    print("another script's barrier", [&]() -> Changed {
+    print("another script's barrier", true, [&]() -> Changed {
         contest.desktop().evaluate("options.edgeBarrier = 5");
         return nullptr;
     });
     set("disable")->wait();
     rest(500);
-    print("the other output has come back", [&] { return set("enable"); });
-    print("it was moved", [&] { return set("position.1280,200"); });
-    print("it was scaled", [&] { return set("scale.1.5"); });
+    // Who pushes then is on the other one before the program has heard of it, and is held there.
+    print("the other output has come back", false, [&] { return set("enable"); });
+    print("it was moved", true, [&] { return set("position.1280,200"); });
+    print("it was scaled", true, [&] { return set("scale.1.5"); });
 }
 
 } // namespace
