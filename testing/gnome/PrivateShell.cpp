@@ -1,15 +1,9 @@
 #include "testing/gnome/PrivateShell.h"
 
 #include <cstdio>
-#include <filesystem>
-#include <grp.h>
 #include <stdexcept>
-#include <sys/prctl.h>
-#include <unistd.h>
 
 namespace support {
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -62,26 +56,11 @@ std::optional<std::string> PrivateShell::missing() {
     return std::nullopt;
 }
 
-PrivateShell::PrivateShell(const Options& options) {
-    prctl(PR_SET_CHILD_SUBREAPER, 1);
-    for (const char* part : {"home/.config", "run"})
-        fs::create_directories(folder.path(part));
-    fs::permissions(folder.path("run"), fs::perms::owner_all);
-    const char* const path = std::getenv("PATH");
-    variables = {{"PATH", path ? path : "/usr/bin:/bin"},
-                 {"HOME", folder.path("home")},
-                 {"XDG_CONFIG_HOME", configFolder()},
-                 {"XDG_RUNTIME_DIR", folder.path("run")},
-                 {"XDG_SESSION_TYPE", "wayland"},
-                 {"XDG_CURRENT_DESKTOP", "GNOME"},
-                 {"GSETTINGS_BACKEND", "keyfile"},
-                 {"LIBGL_ALWAYS_SOFTWARE", "1"},
-                 {"LANG", "C.UTF-8"},
-                 {"NO_AT_BRIDGE", "1"}};
-    systemBus = std::make_unique<SessionBus>(variables);
-    variables["DBUS_SYSTEM_BUS_ADDRESS"] = systemBus->address();
-    sessionBus = std::make_unique<SessionBus>(variables);
-    variables["DBUS_SESSION_BUS_ADDRESS"] = sessionBus->address();
+PrivateShell::PrivateShell(const Options& options)
+    : PrivateSession({{"XDG_CURRENT_DESKTOP", "GNOME"},
+                      {"GSETTINGS_BACKEND", "keyfile"},
+                      {"LIBGL_ALWAYS_SOFTWARE", "1"}},
+                     SystemBus::own) {
     variables["WAYLAND_DISPLAY"] = "wayland-test";
     for (const auto& command : options.before) {
         const auto process = spawn(command);
@@ -92,8 +71,8 @@ PrivateShell::PrivateShell(const Options& options) {
                                      "--no-x11",    "--wayland-display", "wayland-test"};
     for (const std::string& monitor : options.monitors)
         command.insert(command.end(), {"--virtual-monitor", monitor});
-    shell = spawn(command);
-    connection = connect(sessionBus->address());
+    server = spawn(command);
+    connection = connect(busAddress());
     if (!waitUntil([this] { return isUp(); }))
         throw std::runtime_error("GNOME Shell does not start: " + log());
     run("Main.overview.hide()");
@@ -111,14 +90,8 @@ bool PrivateShell::isUp() const {
     }
 }
 
-PrivateShell::~PrivateShell() {
-    connection.reset();
-    ProcessSweep rest("XDG_RUNTIME_DIR=" + folder.path("run"), -1);
-    rest.end();
-}
-
 std::unique_ptr<ChildProcess> PrivateShell::spawn(const std::vector<std::string>& command) const {
-    return std::make_unique<ChildProcess>(ChildProcess::Start{command, variables, -1, SIGKILL});
+    return PrivateSession::spawn(command[0], {command.begin() + 1, command.end()});
 }
 
 std::string PrivateShell::run(const std::string& script) const {
@@ -210,15 +183,6 @@ void ShellHand::chord(const std::vector<unsigned>& codes) {
         key(code, true);
     for (auto code = codes.rbegin(); code != codes.rend(); ++code)
         key(*code, false);
-}
-
-void becomeAUser() {
-    constexpr uid_t nobody = 65534;
-    if (getuid() != 0) return;
-    if (setgroups(0, nullptr) != 0 || setgid(nobody) != 0 || setuid(nobody) != 0)
-        throw std::runtime_error("the test cannot give up its rights");
-    // It looks at processes of its own, and they at it.
-    prctl(PR_SET_DUMPABLE, 1);
 }
 
 } // namespace support
