@@ -358,7 +358,7 @@ void againRows() {
 } // namespace
 
 int main(int count, char** arguments) {
-    support::PrivateKWin::becomeOrdinaryUser();
+    support::becomeAUser();
     if (const auto reason = support::PrivateKWin::missing()) {
         std::printf("%s\n", reason->c_str());
         return 0;
