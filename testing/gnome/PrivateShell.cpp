@@ -1,5 +1,6 @@
 #include "testing/gnome/PrivateShell.h"
 
+#include <cmath>
 #include <cstdio>
 #include <stdexcept>
 
@@ -117,16 +118,19 @@ PrivateShell::Place PrivateShell::cursor() const {
 }
 
 void PrivateShell::moveTo(int x, int y) const {
-    // In two legs, as barriers of the shell's own stop a warp from the corner.
+    // In two legs, as barriers of the shell's own stop a warp from the corner; and again, as the
+    // shell puts a cursor of its own while it lays out its monitors.
     const std::string to = std::to_string(y) + ")";
-    run("(() => { const seat = global.stage.context.get_backend().get_default_seat();"
+    const std::string script =
+        "(() => { const seat = global.stage.context.get_backend().get_default_seat();"
         "seat.warp_pointer(global.get_pointer()[0], " +
-        to +
-        ";"
-        "seat.warp_pointer(" +
-        std::to_string(x) + ", " + to + "; })()");
-    if (!waitUntil([&] { return cursor() == Place{x, y}; }))
-        throw std::runtime_error("the cursor cannot be put there");
+        to + ";" + "seat.warp_pointer(" + std::to_string(x) + ", " + to + "; })()";
+    const auto isThere = [&] {
+        if (cursor() == Place{x, y}) return true;
+        run(script);
+        return false;
+    };
+    if (!waitUntil(isThere)) throw std::runtime_error("the cursor cannot be put there");
 }
 
 ShellHand::ShellHand(const PrivateShell& shell) : bus(shell.bus()) {
@@ -168,6 +172,15 @@ double ShellHand::push(double dx, double dy, int steps, int hz) {
         repeat(steps, hz, [&](int) { tell(false, "NotifyPointerMotionRelative", "dd", dx, dy); });
     relative(0, 0);
     return pace.took;
+}
+
+void ShellHand::pushAt(double speed, double seconds, int hz) {
+    repeat(static_cast<int>(seconds * hz), hz, [&](int step) {
+        const auto pixels = [&](int steps) { return std::trunc(speed * steps / hz); };
+        const double dx = pixels(step + 1) - pixels(step);
+        if (dx != 0) tell(false, "NotifyPointerMotionRelative", "dd", dx, 0.0);
+    });
+    relative(0, 0);
 }
 
 void ShellHand::button(int code, bool down) {

@@ -61,6 +61,9 @@ class ShellHand {
     void relative(double dx, double dy);
     /// `steps` events of (dx, dy) at `hz` a second. Returns the seconds that it took.
     double push(double dx, double dy, int steps, int hz);
+    /// The same at `speed` pixels a second to the right, or to the left where it is negative: like
+    /// a mouse it sends whole pixels, and nothing where there is none yet.
+    void pushAt(double speed, double seconds, int hz);
     /// The kernel's codes.
     void button(int code, bool down);
     void key(unsigned code, bool down);
