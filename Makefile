@@ -11,7 +11,7 @@ WEB_SETTING = $(if $(WEB),PALISOR_WEB=ON)
 GTK_LIST = $(shell PATH="$$PATH:/sbin" ldconfig -p 2>/dev/null | grep -q libgtk-3 && echo gtk)
 FUZZ_SECONDS = 30
 
-.PHONY: help product run demo tests test benchmarks bench asan fuzz package licences guide release tidy format clean
+.PHONY: help product run demo tests test benchmarks bench asan fuzz package licences guide pictures release tidy format clean
 .DEFAULT_GOAL := help
 
 help:
@@ -24,6 +24,7 @@ help:
 	@echo 'make package build the packages for Debian, of what is committed, into build/package/'
 	@echo 'make licences write docs/licences.md anew: the licences of what the program is linked with'
 	@echo 'make guide   make the pages of docs/ that a browser shows, in build/guide/'
+	@echo 'make pictures take the pictures of the guide anew, from the program, into docs/pictures/'
 	@echo 'make release VERSION=1.1 gather changes/ into NEWS.md and set the version everywhere'
 	@echo 'make tidy    look for defects with clang-tidy'
 	@echo 'make format  format the sources with clang-format'
@@ -92,6 +93,15 @@ licences:
 guide:
 	@tools/setup package
 	@tools/guide
+
+# The tests of the pictures take them where they are told to.
+pictures:
+	@tools/setup build run demo test package
+	@tools/configure build '--preset release' PALISOR_TESTS=ON PALISOR_WERROR=ON
+	@cmake --build build --target product picture_tests -- $(QUIET)
+	@rm -rf docs/pictures
+	@GUIDE_PICTURES="$$PWD/docs/pictures" build/bin/picture_tests --gtest_brief=1
+	@optipng -quiet -strip all -o3 docs/pictures/*.png
 
 release:
 	@tools/release '$(VERSION)'

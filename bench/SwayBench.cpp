@@ -254,7 +254,9 @@ std::string pushLatency(bool isLoaded) {
 }
 
 std::string wrapLatency() {
-    Contest contest({.product = "orbisant"});
+    const std::string on = desktop::flag(true);
+    Contest contest({.product = "orbisant",
+                     .more = {{"BUTLATO3", on}, {"BUTANGOLO2", on}, {"BUTANGOLO3", on}}});
     return longest(tries, [&](int i) {
         contest.put(edge + 1270, 500);
         rest(100);

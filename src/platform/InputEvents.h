@@ -73,7 +73,8 @@ struct TapParameters {
 struct PointerWatch {
     /// Top-left coordinates; each along a side of one screen.
     std::vector<Rect> strips{};
-    /// Whether the step that ends on a strip must be the hand's of one frame, and not shorter.
+    /// Whether it makes a difference how hard the hand pushes: against the screen that is held, or
+    /// onto a strip. The step that ends there is then the hand's of one frame, and not shorter.
     bool pushes = false;
     /// Whether every motion counts, wherever it is.
     bool motion = false;

@@ -29,4 +29,17 @@ void Picture::writePng(const std::filesystem::path& path) const {
         throw std::runtime_error("cannot write " + path.string() + ": " + image.message);
 }
 
+Picture Picture::readPng(const std::filesystem::path& path) {
+    png_image image{};
+    image.version = PNG_IMAGE_VERSION;
+    if (png_image_begin_read_from_file(&image, path.c_str()) == 0)
+        throw std::runtime_error("cannot read " + path.string() + ": " + image.message);
+    image.format = PNG_FORMAT_RGB;
+    Picture picture{{0, 0, static_cast<int>(image.width), static_cast<int>(image.height)}, {}};
+    picture.pixels.resize(std::size_t{image.width} * image.height);
+    if (png_image_finish_read(&image, nullptr, picture.pixels.data(), 0, nullptr) == 0)
+        throw std::runtime_error("cannot read " + path.string() + ": " + image.message);
+    return picture;
+}
+
 } // namespace support

@@ -24,6 +24,8 @@ struct Picture {
     double brightness() const;
     /// Throws std::runtime_error when the file cannot be written.
     void writePng(const std::filesystem::path& path) const;
+    /// At the origin. Throws std::runtime_error when the file cannot be read.
+    static Picture readPng(const std::filesystem::path& path);
 };
 
 } // namespace support

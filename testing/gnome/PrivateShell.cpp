@@ -1,15 +1,10 @@
 #include "testing/gnome/PrivateShell.h"
 
+#include <cmath>
 #include <cstdio>
-#include <filesystem>
-#include <grp.h>
 #include <stdexcept>
-#include <sys/prctl.h>
-#include <unistd.h>
 
 namespace support {
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -62,26 +57,11 @@ std::optional<std::string> PrivateShell::missing() {
     return std::nullopt;
 }
 
-PrivateShell::PrivateShell(const Options& options) {
-    prctl(PR_SET_CHILD_SUBREAPER, 1);
-    for (const char* part : {"home/.config", "run"})
-        fs::create_directories(folder.path(part));
-    fs::permissions(folder.path("run"), fs::perms::owner_all);
-    const char* const path = std::getenv("PATH");
-    variables = {{"PATH", path ? path : "/usr/bin:/bin"},
-                 {"HOME", folder.path("home")},
-                 {"XDG_CONFIG_HOME", configFolder()},
-                 {"XDG_RUNTIME_DIR", folder.path("run")},
-                 {"XDG_SESSION_TYPE", "wayland"},
-                 {"XDG_CURRENT_DESKTOP", "GNOME"},
-                 {"GSETTINGS_BACKEND", "keyfile"},
-                 {"LIBGL_ALWAYS_SOFTWARE", "1"},
-                 {"LANG", "C.UTF-8"},
-                 {"NO_AT_BRIDGE", "1"}};
-    systemBus = std::make_unique<SessionBus>(variables);
-    variables["DBUS_SYSTEM_BUS_ADDRESS"] = systemBus->address();
-    sessionBus = std::make_unique<SessionBus>(variables);
-    variables["DBUS_SESSION_BUS_ADDRESS"] = sessionBus->address();
+PrivateShell::PrivateShell(const Options& options)
+    : PrivateSession({{"XDG_CURRENT_DESKTOP", "GNOME"},
+                      {"GSETTINGS_BACKEND", "keyfile"},
+                      {"LIBGL_ALWAYS_SOFTWARE", "1"}},
+                     SystemBus::own) {
     variables["WAYLAND_DISPLAY"] = "wayland-test";
     for (const auto& command : options.before) {
         const auto process = spawn(command);
@@ -92,8 +72,8 @@ PrivateShell::PrivateShell(const Options& options) {
                                      "--no-x11",    "--wayland-display", "wayland-test"};
     for (const std::string& monitor : options.monitors)
         command.insert(command.end(), {"--virtual-monitor", monitor});
-    shell = spawn(command);
-    connection = connect(sessionBus->address());
+    server = spawn(command);
+    connection = connect(busAddress());
     if (!waitUntil([this] { return isUp(); }))
         throw std::runtime_error("GNOME Shell does not start: " + log());
     run("Main.overview.hide()");
@@ -111,14 +91,8 @@ bool PrivateShell::isUp() const {
     }
 }
 
-PrivateShell::~PrivateShell() {
-    connection.reset();
-    ProcessSweep rest("XDG_RUNTIME_DIR=" + folder.path("run"), -1);
-    rest.end();
-}
-
 std::unique_ptr<ChildProcess> PrivateShell::spawn(const std::vector<std::string>& command) const {
-    return std::make_unique<ChildProcess>(ChildProcess::Start{command, variables, -1, SIGKILL});
+    return PrivateSession::spawn(command[0], {command.begin() + 1, command.end()});
 }
 
 std::string PrivateShell::run(const std::string& script) const {
@@ -144,16 +118,19 @@ PrivateShell::Place PrivateShell::cursor() const {
 }
 
 void PrivateShell::moveTo(int x, int y) const {
-    // In two legs, as barriers of the shell's own stop a warp from the corner.
+    // In two legs, as barriers of the shell's own stop a warp from the corner; and again, as the
+    // shell puts a cursor of its own while it lays out its monitors.
     const std::string to = std::to_string(y) + ")";
-    run("(() => { const seat = global.stage.context.get_backend().get_default_seat();"
+    const std::string script =
+        "(() => { const seat = global.stage.context.get_backend().get_default_seat();"
         "seat.warp_pointer(global.get_pointer()[0], " +
-        to +
-        ";"
-        "seat.warp_pointer(" +
-        std::to_string(x) + ", " + to + "; })()");
-    if (!waitUntil([&] { return cursor() == Place{x, y}; }))
-        throw std::runtime_error("the cursor cannot be put there");
+        to + ";" + "seat.warp_pointer(" + std::to_string(x) + ", " + to + "; })()";
+    const auto isThere = [&] {
+        if (cursor() == Place{x, y}) return true;
+        run(script);
+        return false;
+    };
+    if (!waitUntil(isThere)) throw std::runtime_error("the cursor cannot be put there");
 }
 
 ShellHand::ShellHand(const PrivateShell& shell) : bus(shell.bus()) {
@@ -197,6 +174,15 @@ double ShellHand::push(double dx, double dy, int steps, int hz) {
     return pace.took;
 }
 
+void ShellHand::pushAt(double speed, double seconds, int hz) {
+    repeat(static_cast<int>(seconds * hz), hz, [&](int step) {
+        const auto pixels = [&](int steps) { return std::trunc(speed * steps / hz); };
+        const double dx = pixels(step + 1) - pixels(step);
+        if (dx != 0) tell(false, "NotifyPointerMotionRelative", "dd", dx, 0.0);
+    });
+    relative(0, 0);
+}
+
 void ShellHand::button(int code, bool down) {
     tell(true, "NotifyPointerButton", "ib", code, down);
 }
@@ -210,15 +196,6 @@ void ShellHand::chord(const std::vector<unsigned>& codes) {
         key(code, true);
     for (auto code = codes.rbegin(); code != codes.rend(); ++code)
         key(*code, false);
-}
-
-void becomeAUser() {
-    constexpr uid_t nobody = 65534;
-    if (getuid() != 0) return;
-    if (setgroups(0, nullptr) != 0 || setgid(nobody) != 0 || setuid(nobody) != 0)
-        throw std::runtime_error("the test cannot give up its rights");
-    // It looks at processes of its own, and they at it.
-    prctl(PR_SET_DUMPABLE, 1);
 }
 
 } // namespace support

@@ -1,19 +1,17 @@
 #pragma once
 
 #include "bus/Handles.h"
-#include "testing/SessionBus.h"
-#include "testing/TempFolder.h"
+#include "testing/PrivateSession.h"
 #include "testing/desktop/Hand.h"
 
 #include <optional>
 
 namespace support {
 
-/// A headless GNOME Shell of the test's own with monitors side by side, a home, a session bus and
-/// what stands for the system's. It uses nothing of the desktop that it runs on, and everything
-/// ends with the object. The process must not be root, which the shell's bus would refuse. One
-/// thread, which must outlive the object.
-class PrivateShell {
+/// A headless GNOME Shell of the test's own with monitors side by side and what stands for the
+/// system's bus. It uses nothing of the desktop that it runs on. The process must not be root,
+/// which the shell's bus would refuse.
+class PrivateShell : public PrivateSession {
   public:
     struct Options {
         std::vector<std::string> monitors{"1280x720", "1280x720"}; ///< from left to right
@@ -27,15 +25,6 @@ class PrivateShell {
     PrivateShell() : PrivateShell(Options{}) {}
     /// Returns when the shell is up. Throws std::runtime_error where it does not come to that.
     explicit PrivateShell(const Options& options);
-    ~PrivateShell();
-    PrivateShell(const PrivateShell&) = delete;
-    PrivateShell& operator=(const PrivateShell&) = delete;
-
-    const Environment& environment() const { return variables; }
-    std::string configFolder() const { return folder.path("home/.config"); }
-    pid_t pid() const { return shell->pid(); }
-    /// What the shell has logged.
-    std::string log() const { return shell->output() + shell->errors(); }
 
     std::unique_ptr<ChildProcess> spawn(const std::vector<std::string>& command) const;
 
@@ -57,10 +46,6 @@ class PrivateShell {
   private:
     bool isUp() const;
 
-    testing_support::TempFolder folder;
-    Environment variables;
-    std::unique_ptr<SessionBus> systemBus, sessionBus;
-    std::unique_ptr<ChildProcess> shell;
     bus::Connection connection;
 };
 
@@ -76,6 +61,9 @@ class ShellHand {
     void relative(double dx, double dy);
     /// `steps` events of (dx, dy) at `hz` a second. Returns the seconds that it took.
     double push(double dx, double dy, int steps, int hz);
+    /// The same at `speed` pixels a second to the right, or to the left where it is negative: like
+    /// a mouse it sends whole pixels, and nothing where there is none yet.
+    void pushAt(double speed, double seconds, int hz);
     /// The kernel's codes.
     void button(int code, bool down);
     void key(unsigned code, bool down);
@@ -89,9 +77,5 @@ class ShellHand {
     sd_bus* bus;
     std::string session;
 };
-
-/// Goes on as a user without rights where the process is root's. Throws std::runtime_error where
-/// that does not work.
-void becomeAUser();
 
 } // namespace support

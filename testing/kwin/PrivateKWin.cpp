@@ -3,10 +3,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <grp.h>
 #include <stdexcept>
-#include <sys/prctl.h>
-#include <unistd.h>
 
 namespace support {
 
@@ -14,19 +11,12 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr uid_t nobody = 65534;
-
 Environment plain() {
     const char* const path = std::getenv("PATH");
     return {{"PATH", path ? path : "/usr/bin:/bin"}};
 }
 
 } // namespace
-
-void PrivateKWin::becomeOrdinaryUser() {
-    if (getuid() != 0) return;
-    if (setgroups(0, nullptr) != 0 || setgid(nobody) != 0 || setuid(nobody) != 0) std::abort();
-}
 
 std::optional<std::string> PrivateKWin::missing() {
     if (!fs::exists("/usr/bin/kwin_wayland")) return "kwin_wayland is not installed";
@@ -43,11 +33,9 @@ std::optional<std::string> PrivateKWin::missing() {
     return std::nullopt;
 }
 
-PrivateKWin::PrivateKWin(const Options& options) {
-    prctl(PR_SET_CHILD_SUBREAPER, 1);
-    for (const char* part : {"home/.config/menus", "home/.local/share/applications", "run"})
+PrivateKWin::PrivateKWin(const Options& options) : PrivateSession({{"KWIN_COMPOSE", "Q"}}) {
+    for (const char* part : {"home/.config/menus", "home/.local/share/applications"})
         fs::create_directories(folder.path(part));
-    fs::permissions(folder.path("run"), fs::perms::owner_all);
     std::ofstream(configFolder() + "/kwinrc") << options.configuration;
     // Installed is what a menu of the desktop's has.
     std::ofstream(configFolder() + "/menus/applications.menu")
@@ -56,16 +44,6 @@ PrivateKWin::PrivateKWin(const Options& options) {
            "<Menu><Name>Applications</Name><DefaultAppDirs/><Include><All/></Include></Menu>";
     std::ofstream(folder.path("home/.local/share/applications/program.desktop"))
         << options.desktopFile;
-    variables = plain();
-    variables.insert({{"HOME", folder.path("home")},
-                      {"XDG_CONFIG_HOME", configFolder()},
-                      {"XDG_RUNTIME_DIR", folder.path("run")},
-                      {"XDG_SESSION_TYPE", "wayland"},
-                      {"LANG", "C.UTF-8"},
-                      {"NO_AT_BRIDGE", "1"},
-                      {"KWIN_COMPOSE", "Q"}});
-    bus = std::make_unique<SessionBus>(variables);
-    variables["DBUS_SESSION_BUS_ADDRESS"] = bus->address();
     server = std::make_unique<ChildProcess>(ChildProcess::Start{
         .command = {"kwin_wayland", "--virtual", "--output-count", std::to_string(options.outputs),
                     "--width", "1280", "--height", "720", "--no-lockscreen", "--socket",
@@ -80,20 +58,6 @@ PrivateKWin::PrivateKWin(const Options& options) {
         return asked->wait() == 0;
     };
     if (!waitUntil(isUp)) throw std::runtime_error("KWin does not start: " + log());
-}
-
-PrivateKWin::~PrivateKWin() {
-    ProcessSweep rest("XDG_RUNTIME_DIR=" + folder.path("run"), server->pid());
-    bus.reset();
-    rest.end();
-    server.reset();
-}
-
-std::unique_ptr<ChildProcess> PrivateKWin::spawn(const std::string& command,
-                                                 const std::vector<std::string>& arguments) const {
-    std::vector<std::string> whole{command};
-    whole.insert(whole.end(), arguments.begin(), arguments.end());
-    return std::make_unique<ChildProcess>(ChildProcess::Start{whole, variables, -1, SIGKILL});
 }
 
 void PrivateKWin::call(const std::vector<std::string>& words) const {

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "testing/SessionBus.h"
-#include "testing/TempFolder.h"
+#include "testing/PrivateSession.h"
 
 #include <optional>
 
@@ -11,10 +10,9 @@ struct sd_bus;
 
 namespace support {
 
-/// A headless KWin of the test's own with outputs side by side, a home and a session bus. It uses
-/// nothing of the desktop that it runs on, and everything ends with the object. One thread, which
-/// must outlive the object.
-class PrivateKWin {
+/// A headless KWin of the test's own with outputs side by side. It uses nothing of the desktop that
+/// it runs on. KWin and all its clients have to be of one user, which is not the superuser.
+class PrivateKWin : public PrivateSession {
   public:
     struct Options {
         int outputs = 2;             ///< of 1280x720 each
@@ -22,39 +20,19 @@ class PrivateKWin {
         std::string desktopFile{};   ///< of a program that is installed
     };
 
-    /// KWin and all its clients have to be of one user, which is not the superuser. To be called
-    /// before anything else that tests do; there is no way back.
-    static void becomeOrdinaryUser();
     /// Why there can be none on this machine; nothing where there can.
     static std::optional<std::string> missing();
 
     PrivateKWin() : PrivateKWin(Options{}) {}
     /// Throws std::runtime_error where it does not start.
     explicit PrivateKWin(const Options& options);
-    ~PrivateKWin();
-    PrivateKWin(const PrivateKWin&) = delete;
-    PrivateKWin& operator=(const PrivateKWin&) = delete;
-
-    /// For clients: the path of the compositor's socket.
-    std::string socket() const { return folder.path("run/wayland-kwin"); }
-    const Environment& environment() const { return variables; }
-    std::string configFolder() const { return folder.path("home/.config"); }
-    pid_t pid() const { return server->pid(); }
-    std::string log() const { return server->output() + server->errors(); }
 
     /// What an expression is inside the compositor's scripts, as text: "workspace.cursorPos.x".
     std::string evaluate(const std::string& expression);
     /// A method of the compositor's, carried out: busctl's words behind "call org.kde.KWin".
     void call(const std::vector<std::string>& words) const;
 
-    std::unique_ptr<ChildProcess> spawn(const std::string& command,
-                                        const std::vector<std::string>& arguments = {}) const;
-
   private:
-    testing_support::TempFolder folder;
-    Environment variables;
-    std::unique_ptr<SessionBus> bus;
-    std::unique_ptr<ChildProcess> server;
     int evaluated = 0;
 };
 

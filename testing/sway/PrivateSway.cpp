@@ -10,8 +10,6 @@
 #include <fstream>
 #include <stdexcept>
 #include <string_view>
-#include <sys/prctl.h>
-#include <unistd.h>
 #include <wayland-client.h>
 
 namespace support {
@@ -24,18 +22,6 @@ bool isInstalled(const std::string& command) {
     for (const char* folder : {"/usr/bin/", "/usr/local/bin/"})
         if (fs::exists(folder + command)) return true;
     return false;
-}
-
-constexpr uid_t nobody = 65534;
-
-// Sway refuses to run as root, but its sockets serve root.
-std::vector<std::string> asUser(std::vector<std::string> command) {
-    if (getuid() != 0) return command;
-    const std::string id = std::to_string(nobody);
-    const std::vector<std::string> change{"setpriv",        "--reuid=" + id,    "--regid=" + id,
-                                          "--clear-groups", "--pdeathsig=TERM", "--"};
-    command.insert(command.begin(), change.begin(), change.end());
-    return command;
 }
 
 std::uint32_t milliseconds32(Clock::time_point when = Clock::now()) {
@@ -51,28 +37,35 @@ std::optional<std::string> PrivateSway::missing() {
     return std::nullopt;
 }
 
-PrivateSway::PrivateSway(const Options& options) {
-    prctl(PR_SET_CHILD_SUBREAPER, 1);
-    for (const char* part : {"home/.config", "run"})
-        fs::create_directories(folder.path(part));
-    fs::permissions(folder.path("run"), fs::perms::owner_all);
-    const char* const path = std::getenv("PATH");
-    variables = {{"PATH", path ? path : "/usr/bin:/bin"},
-                 {"HOME", folder.path("home")},
-                 {"XDG_CONFIG_HOME", configFolder()},
-                 {"XDG_RUNTIME_DIR", runtimeFolder()},
-                 {"XDG_SESSION_TYPE", "wayland"},
-                 {"LANG", "C.UTF-8"},
-                 {"NO_AT_BRIDGE", "1"},
-                 {"WLR_BACKENDS", "headless"},
-                 {"WLR_LIBINPUT_NO_DEVICES", "1"},
-                 {"WLR_RENDERER", "pixman"},
-                 {"WLR_NO_HARDWARE_CURSORS", "1"}};
-    bus = std::make_unique<SessionBus>(variables);
-    variables["DBUS_SESSION_BUS_ADDRESS"] = bus->address();
+WlrootsSession::WlrootsSession(int outputs, const std::string& desktop)
+    : PrivateSession({{"WLR_BACKENDS", "headless"},
+                      {"WLR_HEADLESS_OUTPUTS", std::to_string(outputs)},
+                      {"WLR_LIBINPUT_NO_DEVICES", "1"},
+                      {"WLR_RENDERER", "pixman"},
+                      {"WLR_NO_HARDWARE_CURSORS", "1"}}) {
+    // As the session's entry on the login screen does.
+    if (!desktop.empty()) variables["XDG_CURRENT_DESKTOP"] = desktop;
+}
+
+// They refuse to run as root, but their sockets serve root.
+std::string WlrootsSession::announced(const std::vector<std::string>& command) {
+    Announced begun = startServer(asAUser(command, folder.path()), variables);
+    server = std::move(begun.process);
+    return begun.line;
+}
+
+Picture WlrootsSession::picture(int output) const {
+    const std::string file = folder.path("picture.ppm");
+    const auto client =
+        spawn("grim", {"-t", "ppm", "-o", "HEADLESS-" + std::to_string(output), file});
+    if (client->wait() != 0) throw std::runtime_error("no picture: " + client->errors());
+    return readPicture(file);
+}
+
+PrivateSway::PrivateSway(const Options& options)
+    : WlrootsSession(static_cast<int>(parseLayout(options.layout).size())) {
     std::ofstream config(folder.path("config"));
     const Layout layout = parseLayout(options.layout);
-    variables["WLR_HEADLESS_OUTPUTS"] = std::to_string(layout.size());
     for (std::size_t i = 0; i < layout.size(); ++i) {
         const Area& area = layout[i].area;
         config << "output HEADLESS-" << i + 1 << " mode " << area.width << "x" << area.height
@@ -81,31 +74,12 @@ PrivateSway::PrivateSway(const Options& options) {
     config << "xwayland disable\nfocus_follows_mouse no\n"
            << options.configuration << "\nexec sh -c 'echo $SWAYSOCK $WAYLAND_DISPLAY >&3'\n";
     config.close();
-    if (getuid() == 0)
-        for (const char* part : {"", "home", "home/.config", "run"})
-            if (chown(folder.path(part).c_str(), nobody, nobody) != 0)
-                throw std::runtime_error("a folder cannot be handed over");
-    server = startServer(asUser({"sway", "-c", folder.path("config")}), variables);
-    const auto space = server.line.find(' ');
-    if (space == std::string::npos) throw std::runtime_error("sway told: " + server.line);
-    variables["SWAYSOCK"] = server.line.substr(0, space);
-    variables["WAYLAND_DISPLAY"] = server.line.substr(space + 1);
-    displaySocket = runtimeFolder() + "/" + variables["WAYLAND_DISPLAY"];
+    const std::string line = announced({"sway", "-c", folder.path("config")});
+    const auto space = line.find(' ');
+    if (space == std::string::npos) throw std::runtime_error("sway told: " + line);
+    variables["SWAYSOCK"] = line.substr(0, space);
+    variables["WAYLAND_DISPLAY"] = line.substr(space + 1);
     run("focus output HEADLESS-1"); // where windows come, on every release
-}
-
-PrivateSway::~PrivateSway() {
-    ProcessSweep rest("XDG_RUNTIME_DIR=" + runtimeFolder(), server.process->pid());
-    bus.reset();
-    rest.end();
-    server.process.reset();
-}
-
-std::unique_ptr<ChildProcess> PrivateSway::spawn(const std::string& command,
-                                                 const std::vector<std::string>& arguments) const {
-    std::vector<std::string> whole{command};
-    whole.insert(whole.end(), arguments.begin(), arguments.end());
-    return std::make_unique<ChildProcess>(ChildProcess::Start{whole, variables, -1, SIGKILL});
 }
 
 void PrivateSway::run(const std::string& command) const {
@@ -118,14 +92,6 @@ std::string PrivateSway::ask(const std::string& question) const {
     const auto client = spawn("swaymsg", {"-r", "-t", question});
     if (client->wait() != 0) throw std::runtime_error(question + ": " + client->errors());
     return client->output();
-}
-
-Picture PrivateSway::picture(int output) const {
-    const std::string file = folder.path("picture.ppm");
-    const auto client =
-        spawn("grim", {"-t", "ppm", "-o", "HEADLESS-" + std::to_string(output), file});
-    if (client->wait() != 0) throw std::runtime_error("no picture: " + client->errors());
-    return readPicture(file);
 }
 
 bool PrivateSway::isOfOneColour(int output) const {

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "testing/SessionBus.h"
-#include "testing/TempFolder.h"
+#include "testing/PrivateSession.h"
 #include "testing/eye/Picture.h"
 #include "testing/sway/WaylandClient.h"
 
@@ -11,10 +10,24 @@ struct zwlr_virtual_pointer_v1;
 
 namespace support {
 
-/// A headless sway of the test's own with two outputs side by side, a home and a session bus. It
-/// uses nothing of the desktop that it runs on, and everything ends with the object. One thread,
-/// which must outlive the object.
-class PrivateSway {
+/// A session of a headless compositor with layers, of wlroots.
+class WlrootsSession : public PrivateSession {
+  public:
+    /// What an output shows, numbered from 1 on, in pixels of the output.
+    Picture picture(int output) const;
+    /// Its mean, from 0 to 255.
+    double brightness(int output) const { return picture(output).brightness(); }
+
+  protected:
+    explicit WlrootsSession(int outputs, const std::string& desktop = {});
+    /// Starts the compositor, which is told to write this line to its descriptor 3, and returns
+    /// the line. Throws std::runtime_error where none comes.
+    std::string announced(const std::vector<std::string>& command);
+};
+
+/// A headless sway of the test's own with two outputs side by side. It uses nothing of the desktop
+/// that it runs on.
+class PrivateSway : public WlrootsSession {
   public:
     struct Options {
         std::string layout = "1920x1080+0+0,1280x1024+1920+0"; ///< as parseLayout reads it
@@ -27,37 +40,13 @@ class PrivateSway {
     PrivateSway() : PrivateSway(Options{}) {}
     /// Throws std::runtime_error where it does not start.
     explicit PrivateSway(const Options& options);
-    ~PrivateSway();
-    PrivateSway(const PrivateSway&) = delete;
-    PrivateSway& operator=(const PrivateSway&) = delete;
-
-    /// For clients: the path of the compositor's socket.
-    const std::string& socket() const { return displaySocket; }
-    const Environment& environment() const { return variables; }
-    std::string configFolder() const { return folder.path("home/.config"); }
-    std::string runtimeFolder() const { return folder.path("run"); }
-    pid_t process() const { return server.process->pid(); }
 
     /// A command of the compositor's, carried out; throws std::runtime_error where it is refused.
     void run(const std::string& command) const;
     /// What swaymsg prints of a question: "get_outputs".
     std::string ask(const std::string& question) const;
-    /// What an output shows, numbered from 1 on, in pixels of the output.
-    Picture picture(int output) const;
-    /// Its mean, from 0 to 255.
-    double brightness(int output) const { return picture(output).brightness(); }
-    /// Whether the upper two thirds of such a picture are, which no drawn cursor leaves so.
+    /// Whether the upper two thirds of a picture are, which no drawn cursor leaves so.
     bool isOfOneColour(int output) const;
-
-    std::unique_ptr<ChildProcess> spawn(const std::string& command,
-                                        const std::vector<std::string>& arguments = {}) const;
-
-  private:
-    testing_support::TempFolder folder;
-    Environment variables;
-    std::unique_ptr<SessionBus> bus;
-    Announced server;
-    std::string displaySocket;
 };
 
 /// As grim writes it in its format "ppm". Throws std::runtime_error where it is none.

@@ -176,6 +176,17 @@ TEST_F(Commands, OnAndToggleStartTheProgramAsOneOfTheSession) {
     }
 }
 
+TEST_F(Commands, OnStartsTheProgramRightAfterQuitHasEndedIt) {
+    startBusWithServices();
+    std::ofstream(settingsFile()) << propertyList(pastTheFirstStart());
+    for (int i = 0; i < 5; ++i) {
+        expectSilent(command({"on"}));
+        EXPECT_TRUE(isActive());
+        expectSilent(command({"quit"}));
+        EXPECT_FALSE(desktop.isOnTheBus(identifier()));
+    }
+}
+
 TEST_F(Commands, OfASiblingStartAndAskTheSibling) {
     startBusWithServices();
     const Entries quiet = pastTheFirstStart();

@@ -21,8 +21,12 @@ class Gnome : public testing::Test {
   protected:
     void SetUp() override {
         if (const auto reason = PrivateShell::missing()) GTEST_SKIP() << *reason;
-        shell.emplace(
-            PrivateShell::Options{.before = {{programs() + "/palisor", "setup", "gnome"}}});
+        begin();
+    }
+    /// Starts the shell with the extension in it.
+    void begin(PrivateShell::Options options = {}) {
+        options.before.push_back({programs() + "/palisor", "setup", "gnome"});
+        shell.emplace(options);
         hand.emplace(*shell);
         ASSERT_TRUE(waitUntil([&] { return extensionIs(1); })) << shell->log();
         // From 50 on there is no cursor before the first motion.
@@ -44,7 +48,7 @@ class Gnome : public testing::Test {
                           "')?.state ?? 0") == std::to_string(state);
     }
 
-    /// Returns when everything is in place: a barrier that is on has darkened the other monitor.
+    /// Returns when everything is in place: a barrier that is on has darkened the other monitors.
     void start(const Setting& setting = {}) {
         Entries entries = setting.more;
         entries.insert({{"ATTIVO", flag(setting.active)},
@@ -54,11 +58,19 @@ class Gnome : public testing::Test {
         entries.merge(pastTheFirstStart());
         std::ofstream(shell->configFolder() + "/com.tamberlo." + setting.product + ".plist")
             << propertyList(entries);
-        program = shell->spawn({programs() + "/" + setting.product, "--verbose"});
+        std::vector<std::string> line{programs() + "/" + setting.product, "--verbose"};
+        if (!setting.hold) line.insert(line.end(), {"--hold", "off"});
+        program = shell->spawn(line);
         ASSERT_TRUE(program->waitForText("macOS 10.14")) << program->errors();
         if (setting.active && setting.product == "palisor") {
-            ASSERT_TRUE(waitUntil([&] { return veils() == otherIsDark; })) << program->errors();
+            ASSERT_TRUE(waitUntil([&] { return othersAreDark(); })) << program->errors();
         }
+    }
+
+    /// All monitors but one are covered.
+    bool othersAreDark() const {
+        return shell->isTrue(std::string(covers) +
+                             ".length === Main.layoutManager.monitors.length - 1");
     }
 
     std::string command(const std::vector<std::string>& words) const {
@@ -71,10 +83,12 @@ class Gnome : public testing::Test {
 
     /// The areas that are covered above everything, and how opaque each is, of 255.
     std::string veils() const {
-        return shell->run("Main.layoutManager.uiGroup.get_children()"
-                          ".filter(a => a.style?.startsWith('background-color: #'))"
+        return shell->run(std::string(covers) +
                           ".map(a => [a.x, a.y, a.width, a.height, a.opacity])");
     }
+    static constexpr const char* covers =
+        "Main.layoutManager.uiGroup.get_children()"
+        ".filter(a => a.style?.startsWith('background-color: #'))";
     static constexpr const char* otherIsDark = "[[1280,0,1280,720,191]]";
     static constexpr const char* firstIsDark = "[[0,0,1280,720,191]]";
     static constexpr const char* noneIsDark = "[]";

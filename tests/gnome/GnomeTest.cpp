@@ -24,12 +24,12 @@ TEST_F(Gnome, HoldsItWhileAButtonIsHeldToo) {
 }
 
 TEST_F(Gnome, APushAcrossTheEdgeTakesTheHoldAlong) {
-    start({.pushOption = true, .velocity = 20});
+    start({.pushOption = true, .velocity = 50});
     constexpr int slowRate = 125;
     shell->moveTo(1270, 300);
     hand->push(1, 0, 200, slowRate);
     EXPECT_EQ(shell->cursor().x, 1279) << "a slow one";
-    hand->push(60, 0, 40, mouseRate);
+    hand->push(300, 0, 40, mouseRate);
     ASSERT_TRUE(waitUntil([&] { return veils() == firstIsDark; })) << program->errors();
     EXPECT_GE(shell->cursor().x, 1280);
     shell->moveTo(1290, 300);

@@ -24,7 +24,7 @@ constexpr std::uint32_t clear = 0, white = 0xffffffff;
 
 class KWin : public testing::Test {
   protected:
-    static void SetUpTestSuite() { PrivateKWin::becomeOrdinaryUser(); }
+    static void SetUpTestSuite() { support::becomeAUser(); }
 
     void SetUp() override {
         if (const auto reason = PrivateKWin::missing()) GTEST_SKIP() << *reason;

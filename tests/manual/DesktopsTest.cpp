@@ -1,3 +1,7 @@
+#include "manual/Pages.h"
+#include "program/Limits.h"
+#include "program/Products.h"
+
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -89,6 +93,52 @@ TEST(Desktops, AreDescribedInTheWordsOfTheirSessions) {
             ++sentences;
         }
         EXPECT_GE(sentences, 1) << source;
+    }
+}
+
+/// What the tables of a section say that can be done and cannot.
+platform::Capabilities capabilitiesIn(const std::string& heading) {
+    platform::Capabilities found;
+    const std::string section = sectionOf(heading);
+    const std::regex row("\\n\\| ([a-z]+) \\| (yes|no) \\| ([^|]*)\\|");
+    for (std::sregex_iterator at(section.begin(), section.end(), row), end; at != end; ++at)
+        found.push_back({(*at)[1], (*at)[2] == "yes", (*at)[3]});
+    return found;
+}
+
+/// As the program sees it, which tells a user where a product is nothing without something.
+std::string answerFor(int variant, const platform::Capabilities& capabilities) {
+    if (!limitsOf(variant, capabilities).empty()) return "no";
+    return std::ranges::any_of(capabilities,
+                               [&](const platform::Capability& each) {
+                                   return !each.available && concerns(variant, each);
+                               })
+               ? "partly"
+               : "yes";
+}
+
+/// "Stay Awake" of "stay-awake".
+std::string titleOf(std::string_view command) {
+    std::string title;
+    for (const char letter : command) {
+        const bool begins = title.empty() || title.back() == ' ';
+        title += letter == '-' ? ' ' : begins ? static_cast<char>(std::toupper(letter)) : letter;
+    }
+    return title;
+}
+
+TEST(Desktops, HaveThePlaceInTheTableThatFollowsFromTheirSections) {
+    const std::string page = textOf(fs::path(DOCUMENTS) / "desktops.md");
+    for (const auto product : products::names) {
+        const int variant = variantOf(product);
+        std::string row = "\n| " + titleOf(product) + " |";
+        for (const char* heading :
+             {"X11", "sway", "Other compositors with layers", "KWin", "GNOME Shell"}) {
+            const auto capabilities = capabilitiesIn(heading);
+            EXPECT_GE(capabilities.size(), 2u) << heading;
+            row += " " + answerFor(variant, capabilities) + " |";
+        }
+        EXPECT_NE(page.find(row), std::string::npos) << row;
     }
 }
 

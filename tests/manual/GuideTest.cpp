@@ -1,14 +1,11 @@
 #include "app/SettingsTable.h"
-#include "program/Options.h"
-#include "program/Products.h"
-#include "program/client/Words.h"
 
 #include <filesystem>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <iterator>
 #include <regex>
-#include <sstream>
+#include <set>
 
 // The pages for users lead somewhere, and tell of what there is.
 
@@ -39,15 +36,52 @@ std::vector<std::string> allOf(const std::string& text, const char* pattern) {
     return found;
 }
 
+/// What links to a heading of the page are called, as repositories and tools/guide make them.
+std::set<std::string> anchorsOf(const std::string& page) {
+    std::set<std::string> found;
+    for (const std::string& heading : allOf(page, "\n#+ ([^\n]*)")) {
+        std::string anchor;
+        for (const char letter : heading) {
+            const auto one = static_cast<unsigned char>(letter);
+            if (letter == ' ' || letter == '-')
+                anchor += '-';
+            else if (std::isalnum(one) != 0 || letter == '_')
+                anchor += static_cast<char>(std::tolower(one));
+        }
+        found.insert(anchor);
+    }
+    return found;
+}
+
+void expectLeadsSomewhere(const fs::path& page, const std::string& link) {
+    const std::size_t mark = link.find('#');
+    const std::string file = link.substr(0, mark);
+    const fs::path target = file.empty() ? page : page.parent_path() / file;
+    EXPECT_TRUE(fs::exists(target)) << page << ": " << link;
+    const bool isThere =
+        mark == std::string::npos || anchorsOf(textOf(target)).contains(link.substr(mark + 1));
+    EXPECT_TRUE(isThere) << page << ": " << link;
+}
+
 TEST(Guide, HasNoLinkThatLeadsNowhere) {
     int links = 0;
     for (const fs::path& page : pages())
-        for (const std::string& link : allOf(textOf(page), "\\]\\(([^)#\\s]+)")) {
-            if (link.starts_with("https://")) continue;
-            EXPECT_TRUE(fs::exists(page.parent_path() / link)) << page << ": " << link;
-            ++links;
-        }
-    EXPECT_GT(links, 15);
+        for (const char* pattern : {"\\]\\(([^)\\s]+)", "(?:src|srcset|href)=\"([^\"]+)\""})
+            for (const std::string& link : allOf(textOf(page), pattern)) {
+                if (link.starts_with("https://")) continue;
+                expectLeadsSomewhere(page, link);
+                ++links;
+            }
+    EXPECT_GT(links, 60);
+}
+
+TEST(Guide, LeadsToEachOfItsPages) {
+    const std::string index = textOf(fs::path(DOCUMENTS) / "guide/README.md");
+    for (const fs::path& page : pages()) {
+        if (page.filename() == "README.md") continue;
+        const bool isInGuide = page.parent_path().filename() == "guide";
+        EXPECT_THAT(index, HasSubstr((isInGuide ? "(" : "(../") + page.filename().string() + ")"));
+    }
 }
 
 TEST(Guide, ListsEverySettingWithWhatItMeans) {
@@ -65,50 +99,44 @@ TEST(Guide, ListsEverySettingWithWhatItMeans) {
     EXPECT_EQ(allOf(page, "\n(\\| [a-z-]+ \\|.*`)").size(), rows) << "a row of no setting";
 }
 
-/// The words of a command of one of the products; empty where the text is none, or a pattern.
-std::vector<std::string> commandIn(const std::string& code) {
-    std::istringstream in(code);
-    std::vector<std::string> words{std::istream_iterator<std::string>(in), {}};
-    const bool isOurs =
-        !words.empty() && std::ranges::find(products::names, words[0]) != products::names.end();
-    const bool isPattern = code.find_first_of("*\"$…|;") != std::string::npos;
-    return isOurs && !isPattern ? words : std::vector<std::string>();
+// The slider's number, squared and times 0.03, is the way that a push has to go within a sixtieth
+// of a second.
+TEST(Guide, TellsHowFastAPushHasToBe) {
+    const std::string page = textOf(fs::path(DOCUMENTS) / "guide/push.md");
+    const std::regex row("\n\\| (\\d+)[^|]*\\| ([\\d,]+) pixels a second");
+    int rows = 0;
+    for (std::sregex_iterator at(page.begin(), page.end(), row), end; at != end; ++at, ++rows) {
+        const double velocity = std::stod((*at)[1]);
+        std::string speed = (*at)[2];
+        std::erase(speed, ',');
+        EXPECT_NEAR(std::stod(speed), 60 * 0.03 * velocity * velocity, 1) << velocity;
+    }
+    EXPECT_GE(rows, 3);
 }
 
-// What commands do is proved where the document on scripting is typed; here each must be one that
-// is typed there, or an option of the program.
-TEST(Guide, NamesNoCommandThatIsNotTypedByATest) {
-    const std::string typed = textOf(fs::path(DOCUMENTS) / "scripting.md");
-    int commands = 0;
-    for (const fs::path& page : pages()) {
-        if (page.filename() == "scripting.md") continue;
-        std::vector<std::string> codes = allOf(textOf(page), "`([a-z][^`\n]*)`");
-        for (const std::string& line : allOf(textOf(page), "\n\\s*([a-z][^\n]*)"))
-            if (!commandIn(line).empty() && textOf(page).find("```sh") != std::string::npos)
-                codes.push_back(line);
-        for (const std::string& code : codes) {
-            const auto words = commandIn(code);
-            if (words.size() < 2) continue;
-            std::vector<const char*> line;
-            for (const std::string& word : words)
-                line.push_back(word.c_str());
-            ++commands;
-            try {
-                const auto parsed = client::parse(static_cast<int>(line.size()), line.data());
-                if (parsed.command != nullptr)
-                    EXPECT_THAT(typed, HasSubstr(" " + std::string(parsed.command->name)));
-                else
-                    EXPECT_EQ(
-                        parseOptions(static_cast<int>(line.size()), const_cast<char**>(line.data()))
-                            .error.value_or(""),
-                        "")
-                        << code;
-            } catch (const client::Failure& failure) {
-                ADD_FAILURE() << page << ": " << code << ": " << failure.sentence;
-            }
+TEST(Guide, HasNoPictureThatIsNotShown) {
+    std::string all;
+    for (const fs::path& page : pages())
+        all += textOf(page);
+    int pictures = 0;
+    for (const auto& entry : fs::directory_iterator(fs::path(DOCUMENTS) / "pictures"))
+        if (entry.path().extension() == ".png") {
+            EXPECT_THAT(all, HasSubstr("pictures/" + entry.path().filename().string()));
+            ++pictures;
         }
+    EXPECT_GE(pictures, 14);
+}
+
+// Software centres show the pictures of the guide.
+TEST(Guide, HasThePicturesThatSoftwareCentresShow) {
+    const fs::path folder = fs::path(DOCUMENTS).parent_path() / "packaging/metainfo";
+    for (const auto& entry : fs::directory_iterator(folder)) {
+        const auto images =
+            allOf(textOf(entry.path()), "<image[^>]*>[^<]*/pictures/([^<]*)</image>");
+        EXPECT_FALSE(images.empty()) << entry.path();
+        for (const std::string& image : images)
+            EXPECT_TRUE(fs::exists(fs::path(DOCUMENTS) / "pictures" / image)) << image;
     }
-    EXPECT_GT(commands, 15);
 }
 
 } // namespace

@@ -1,10 +1,9 @@
-#include "bus/Stage.h"
+#include "manual/Console.h"
 #include "manual/Shells.h"
 #include "platform/json/Parser.h"
 #include "program/client/Commands.h"
 
 #include <QXmlStreamReader>
-#include <fnmatch.h>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <map>
@@ -16,56 +15,11 @@ namespace {
 
 using testing::HasSubstr;
 
-using Texts = std::vector<std::string>;
-
-std::string replaced(std::string text, const std::string& from, const std::string& to) {
-    for (std::size_t at = 0; (at = text.find(from, at)) != text.npos; at += to.size())
-        text.replace(at, from.size(), to);
-    return text;
-}
-
-/// The blocks of the document in that language, for the monitors that are here.
-Texts blocks(const std::string& language) {
-    std::ifstream file(DOCUMENT);
-    Texts found;
-    bool inside = false;
-    for (std::string line; std::getline(file, line);) {
-        const bool fence = line.starts_with("```");
-        if (fence && line == "```" + language && !inside)
-            found.emplace_back();
-        else if (inside && !fence)
-            found.back() += replaced(replaced(line, "eDP-1", "DUMMY0"), "HDMI-1", "DUMMY1") + "\n";
-        inside = fence ? !inside && line == "```" + language : inside;
-    }
-    if (found.empty()) throw std::runtime_error("no block of " + language);
-    return found;
-}
-
-struct Step {
-    std::string command, shown;
-};
-
-std::vector<Step> stepsOf(const std::string& block) {
-    std::vector<Step> steps;
-    std::istringstream lines(block);
-    for (std::string line; std::getline(lines, line);) {
-        if (line.starts_with("$ "))
-            steps.push_back({line.substr(2), {}});
-        else
-            steps.at(steps.size() - 1).shown += line + "\n";
-    }
-    return steps;
-}
-
-/// "…" stands for anything, also for several lines.
-bool isAsShown(const std::string& text, const std::string& shown) {
-    std::string pattern;
-    for (const char letter : shown) {
-        if (std::string("*?[\\").find(letter) != std::string::npos) pattern += '\\';
-        pattern += letter;
-    }
-    return ::fnmatch(replaced(pattern, "…", "*").c_str(), text.c_str(), 0) == 0;
-}
+using manual::blocks;
+using manual::isAsShown;
+using manual::Step;
+using manual::stepsOf;
+using manual::Texts;
 
 const platform::JsonValue& memberOf(const platform::JsonValue& object, const char* name) {
     const auto* const found = object.member(name);
@@ -73,27 +27,7 @@ const platform::JsonValue& memberOf(const platform::JsonValue& object, const cha
     return *found;
 }
 
-struct Scripting : BusStage, testing::Test {
-    Scripting() {
-        startBusWithServices();
-        for (const char* product : {"palisor", "vellumor"})
-            std::ofstream(desktop.configFolder() /
-                          (std::string("com.tamberlo.") + product + ".plist"))
-                << propertyList(pastTheFirstStart());
-        moveToMiddle(0);
-    }
-
-    std::unique_ptr<support::ChildProcess> shell(const std::string& line) const {
-        return desktop.spawn("sh", {"-c", "PATH=" + programs() + ":$PATH\n" + line});
-    }
-
-    /// What is printed, errors in their place.
-    std::string typed(const std::string& line) const {
-        const auto child = shell("{ " + line + "\n} 2>&1");
-        EXPECT_TRUE(child->wait()) << line;
-        return child->output();
-    }
-
+struct Scripting : manual::Console, testing::Test {
     void expectClickSwitches(const std::string& line) {
         const bool before = isActive();
         EXPECT_EQ(typed(line), "");
@@ -104,7 +38,7 @@ struct Scripting : BusStage, testing::Test {
 TEST_F(Scripting, IsAsTheDocumentShows) {
     std::vector<std::pair<Step, std::unique_ptr<support::ChildProcess>>> watching;
     int count = 0;
-    for (const std::string& block : blocks("console"))
+    for (const std::string& block : blocks(DOCUMENT, "console"))
         for (Step& step : stepsOf(block)) {
             ++count;
             if (step.command.find(" watch") != step.command.npos) {
@@ -126,7 +60,7 @@ TEST_F(Scripting, IsAsTheDocumentShows) {
 
 TEST(ScriptingDocument, HasEveryCommandAndEveryExitStatus) {
     std::string typed;
-    for (const std::string& block : blocks("console"))
+    for (const std::string& block : blocks(DOCUMENT, "console"))
         for (const Step& step : stepsOf(block))
             typed += step.command + "\n";
     for (const client::Command& command : client::commands)
@@ -149,7 +83,7 @@ TEST(ScriptingDocument, IsNotMatchedBySomethingElse) {
 
 TEST_F(Scripting, WaybarsModuleFollowsInJson) {
     typed("palisor on");
-    const auto config = platform::json::read(blocks("json").at(0), 10);
+    const auto config = platform::json::read(blocks(DOCUMENT, "json").at(0), 10);
     const platform::JsonValue& module = memberOf(config, "custom/palisor");
     const auto text = [](const platform::JsonValue& object, const char* member) {
         return std::get<std::string>(memberOf(object, member).held);
@@ -175,7 +109,7 @@ TEST_F(Scripting, WaybarsModuleFollowsInJson) {
 TEST_F(Scripting, PolybarsModuleFollowsInLines) {
     typed("palisor on");
     std::map<std::string, std::string> module;
-    std::istringstream lines(blocks("ini").at(0));
+    std::istringstream lines(blocks(DOCUMENT, "ini").at(0));
     for (std::string line; std::getline(lines, line);)
         if (const auto at = line.find(" = "); at != line.npos)
             module[line.substr(0, at)] = line.substr(at + 3);
@@ -192,7 +126,7 @@ TEST_F(Scripting, PolybarsModuleFollowsInLines) {
 }
 
 TEST_F(Scripting, TheGenericMonitorOfXfceShowsTags) {
-    const std::string script = blocks("sh").at(0);
+    const std::string script = blocks(DOCUMENT, "sh").at(0);
     const auto tags = [&] {
         QXmlStreamReader reader(QString::fromStdString("<all>" + typed(script) + "</all>"));
         std::map<std::string, std::string> found;

@@ -55,7 +55,7 @@ struct SwayStopped : Sway {
 
 TEST_F(SwayStopped, AnswersAndRestsAndSaysItOnce) {
     start();
-    std::optional<Stopped> stopped(sway->process());
+    std::optional<Stopped> stopped(sway->pid());
     const auto begin = support::Clock::now();
     ask("off");
     EXPECT_NE(ask("status")->output().find("active no"), std::string::npos);
@@ -87,7 +87,7 @@ TEST_F(SwayStopped, AnswersAndRestsAndSaysItOnce) {
 TEST_F(SwayStopped, IsFreeOnceItGoesOnWhereTheProgramWasKilledMeanwhile) {
     start();
     {
-        const Stopped stopped(sway->process());
+        const Stopped stopped(sway->pid());
         program->signal(SIGKILL);
         ASSERT_EQ(program->wait(), -SIGKILL);
     }
@@ -98,7 +98,7 @@ TEST_F(SwayStopped, IsFreeOnceItGoesOnWhereTheProgramWasKilledMeanwhile) {
 TEST_F(SwayStopped, IsFreeOnceItGoesOnWhereTheProgramWasEndedMeanwhile) {
     start();
     {
-        const Stopped stopped(sway->process());
+        const Stopped stopped(sway->pid());
         program->signal(SIGTERM);
         EXPECT_EQ(program->wait(support::milliseconds(10'000)), 0) << program->errors();
     }
@@ -107,7 +107,7 @@ TEST_F(SwayStopped, IsFreeOnceItGoesOnWhereTheProgramWasEndedMeanwhile) {
 }
 
 TEST_F(SwayStopped, IsRefusedWithASentenceAtTheStart) {
-    const Stopped stopped(sway->process());
+    const Stopped stopped(sway->pid());
     const auto refused = run();
     const auto status = refused->wait(support::milliseconds(15'000));
     ASSERT_TRUE(status) << "it hangs";
@@ -124,7 +124,7 @@ TEST_F(SwayStopped, LetsTheDoctorEnd) {
     ::kill(guards[0], SIGKILL);
     program->signal(SIGKILL);
     ASSERT_EQ(program->wait(), -SIGKILL);
-    const Stopped stopped(sway->process());
+    const Stopped stopped(sway->pid());
     for (const std::vector<std::string>& options :
          {std::vector<std::string>{"--product", "palisor"},
           std::vector<std::string>{"--product", "palisor", "--rescue"}}) {

@@ -113,23 +113,6 @@ TEST_F(SwayWrapping, WantsAPushWhereThatIsSet) {
     EXPECT_TRUE(waitUntil([&] { return backgrounds[0]->report().isOver; })) << seen(0);
 }
 
-TEST_F(SwayWrapping, IsDoneInTimeAfterTheEdge) {
-    start(wrapping({3}));
-    std::vector<double> times;
-    for (int time = 0; time < 15; ++time) {
-        hand->moveTo(3190, 500);
-        ASSERT_TRUE(waitUntil([&] { return backgrounds[1]->report().isOver; }));
-        const auto begun = support::Clock::now();
-        hand->relative(30, 0);
-        ASSERT_TRUE(waitUntil([&] { return backgrounds[0]->report().isOver; })) << seen(0);
-        const std::chrono::duration<double> took = backgrounds[0]->report().came - begun;
-        times.push_back(took.count());
-    }
-    std::ranges::sort(times);
-    RecordProperty("median_ms", std::to_string(times[times.size() / 2] * 1000));
-    EXPECT_LT(times[times.size() / 2], 0.025);
-}
-
 TEST_F(SwayWrapping, TakesNoClicksOfItsEdgesWhileItIsSwitchedOff) {
     auto setting = wrapping({3});
     setting.active = false;

@@ -60,6 +60,7 @@ PointerWatch AppDelegate::pointerWatch() const {
         watch.pushes = settings.boolForKey(keys::VELOCITY_OPTION);
         break;
     default:
+        watch.pushes = settings.boolForKey(keys::VELOCITY_OPTION);
         return watch;
     }
     for (const platform::Screen& screen : services.displays.screens())

@@ -33,6 +33,10 @@ void Pace::stop() {
     if (running) set({});
 }
 
+void Pace::setPeriod(std::chrono::nanoseconds wanted) {
+    if (std::exchange(ownPeriod, wanted) != wanted && running) set(ownPeriod);
+}
+
 void Pace::set(std::chrono::nanoseconds interval) {
     running = interval.count() != 0;
     const auto whole = std::chrono::floor<std::chrono::seconds>(interval);

@@ -25,6 +25,8 @@ class Pace {
     /// The first tick comes a period from now.
     void start();
     void stop();
+    /// Also of a clock that runs: the next tick comes a new period from now.
+    void setPeriod(std::chrono::nanoseconds period);
     bool isRunning() const { return running; }
 
   private:

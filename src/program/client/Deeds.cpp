@@ -178,6 +178,7 @@ void carryOut(const Words& words) {
         watch(remote, words.json);
     } else {
         (void)remote.call("Quit");
+        remote.waitUntilGone();
     }
 }
 

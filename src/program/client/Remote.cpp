@@ -82,6 +82,12 @@ bool Remote::isRunning() {
     return is != 0;
 }
 
+void Remote::waitUntilGone() {
+    const auto deadline = Clock::now() + answerTime;
+    while (isRunning() && Clock::now() < deadline)
+        (void)::poll(nullptr, 0, betweenQuestions);
+}
+
 void Remote::start() {
     const auto question = request(bus(), daemon, daemonPath, daemon, "StartServiceByName");
     (void)sd_bus_message_append(question.get(), "su", busName.c_str(), 0);

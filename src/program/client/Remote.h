@@ -17,6 +17,9 @@ class Remote {
 
     /// False where nobody has the product's name.
     bool isRunning();
+    /// Of a program that ends: what asks next is not to meet it on its way out. Two seconds at
+    /// most.
+    void waitUntilGone();
     /// Has the bus start it, as a program of the session. Ten seconds.
     void start();
     /// Throws where the program is of a version that has no such interface; of any other it says so

@@ -75,7 +75,10 @@ void Hold::pushed(const Hand::Push& push) {
 }
 
 std::optional<Hold::Push> Hold::takePush() {
-    const auto sum = meter.take();
+    return pushOf(meter.take());
+}
+
+std::optional<Hold::Push> Hold::pushOf(const std::optional<session::PushMeter::Sum>& sum) const {
     if (!sum || !held) return std::nullopt;
     const Point from = sum->from;
     const Point beyond =

@@ -39,9 +39,12 @@ class Hold {
     /// What was pushed since the last call, top-left coordinates. Nothing when the cursor would
     /// still be inside.
     std::optional<Push> takePush();
+    /// The same in the middle of a frame; it is told again at its end.
+    std::optional<Push> pushSoFar() const { return pushOf(meter.soFar()); }
 
   private:
     bool rebuild(std::optional<Point> place);
+    std::optional<Push> pushOf(const std::optional<session::PushMeter::Sum>& sum) const;
 
     Hand& hand;
     wayland::Outputs& outputs;

@@ -48,6 +48,7 @@ InputEvents::InputEvents(Hand& extension, Descriptors& descriptors, wayland::Out
                                   hold.pushed(push);
                               anyPush = true;
                               if (!pace.isRunning()) pace.start();
+                              if (const auto push = hold.pushSoFar()) tell(*push);
                           },
                       .seen = [this](const Hand::Seen& sight) { seen(sight); }});
     const auto watch = [this] { hand.watch(!hold.wasWanted(), true); };
@@ -94,14 +95,16 @@ void InputEvents::tellModifiers(Hand::State state) {
 
 void InputEvents::tick() {
     emptyFrames = std::exchange(anyPush, false) ? 0 : emptyFrames + 1;
-    if (const auto push = hold.takePush()) {
-        deliver(EventType::mouseMoved, push->held, false);
-        // The cursor is still inside, and the answer to the point outside is carried out.
-        deliver(EventType::mouseMoved, push->beyond, true);
-    }
+    if (const auto push = hold.takePush()) tell(*push);
     if (emptyFrames < framesUntilRest) return;
     emptyFrames = 0;
     pace.stop();
+}
+
+void InputEvents::tell(const Hold::Push& push) {
+    deliver(EventType::mouseMoved, push.held, false);
+    // The cursor is still inside, and the answer to the point outside is carried out.
+    deliver(EventType::mouseMoved, push.beyond, true);
 }
 
 void InputEvents::deliver(EventType type, Point at, bool isHeldBack) {

@@ -40,6 +40,7 @@ class InputEvents final : public platform::InputEvents {
     void seen(const Hand::Seen& sight);
     void tellModifiers(Hand::State state);
     void tick();
+    void tell(const Hold::Push& push);
     void deliver(EventType type, Point place, bool isHeldBack);
 
     Hand& hand;

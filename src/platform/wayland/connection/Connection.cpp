@@ -162,7 +162,7 @@ void Connection::endBatch() {
 
 // What does not go now waits in libwayland's buffer for the next time.
 void Connection::flush() {
-    if (display && !isLost) wl_display_flush(display.get());
+    if (display && !isLost && delays == 0) wl_display_flush(display.get());
 }
 
 void Connection::readAtOnce(bool on) {

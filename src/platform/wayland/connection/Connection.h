@@ -86,7 +86,23 @@ class Connection {
     /// Reads all that has come, and ends the batch.
     void read();
 
+    /// Nothing is sent while a `Later` lives.
     void flush();
+    /// While one lives, what is asked of the compositor waits, but for what somebody waits for
+    /// meanwhile: so that it draws after it has carried out what it is told by another way.
+    class Later {
+      public:
+        explicit Later(Connection& target) : connection(target) { ++connection.delays; }
+        ~Later() {
+            --connection.delays;
+            connection.flush();
+        }
+        Later(const Later&) = delete;
+        Later& operator=(const Later&) = delete;
+
+      private:
+        Connection& connection;
+    };
     /// Reads until `reached` or the deadline, and tells which it was. Batches end later, from the
     /// run loop.
     bool waitFor(const std::function<bool()>& reached, Clock::time_point deadline);
@@ -132,7 +148,8 @@ class Connection {
     std::uint32_t capabilities = 0;
     std::function<void(std::uint32_t)> seatChanged;
     std::vector<std::pair<const void*, std::function<void()>>> batchHandlers;
-    int wake = -1; ///< readable when a batch was read by somebody who waited
+    int wake = -1;  ///< readable when a batch was read by somebody who waited
+    int delays = 0; ///< how many `Later` there are
     bool isWatched = false;
     bool isLost = false;
 };

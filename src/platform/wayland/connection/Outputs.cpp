@@ -99,6 +99,9 @@ void Outputs::update() {
     std::ranges::sort(places, {}, [](const Place& place) {
         return std::tuple(place.area.x, place.area.y, place.name);
     });
+    // What shows the same as another one is no screen of its own.
+    const auto mirrors = std::ranges::unique(places, {}, &Place::area);
+    places.erase(mirrors.begin(), mirrors.end());
     const auto isSame = [](const Place& a, const Place& b) {
         return a.id == b.id && a.output == b.output && a.area == b.area && a.scale == b.scale;
     };

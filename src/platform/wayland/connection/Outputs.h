@@ -8,9 +8,9 @@
 namespace platform::wayland {
 
 /// The compositor's outputs as screens, from left to right and then downwards: no output is the
-/// first one by itself. Their pixels are those of the layout, in which a scaled output is smaller
-/// than its panel. It is also the place where layout coordinates, whose origin is the compositor's,
-/// are turned into the program's.
+/// first one by itself, and those that show the same are one. Their pixels are those of the layout,
+/// in which a scaled output is smaller than its panel. It is also the place where layout
+/// coordinates, whose origin is the compositor's, are turned into the program's.
 class Outputs final : public platform::Displays {
   public:
     explicit Outputs(Connection& connection);

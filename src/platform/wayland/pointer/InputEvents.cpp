@@ -4,8 +4,9 @@
 #include <utility>
 
 // Over a strip of the hold every report of the mouse comes. They wait in the socket, so that a
-// mouse costs two wake-ups a frame whatever it sends, and are summed up and delivered once a frame;
-// in the middle of it what was pushed so far is delivered too, so that a hard push crosses sooner.
+// mouse costs a wake-up a frame whatever it sends, and are summed up and delivered once a frame;
+// where a hard push lets it cross, what was pushed so far is delivered in the middle of it too, so
+// that it crosses sooner.
 // What happens over another layer of the program, such as a dark one, is outside the screen that is
 // held: it is delivered at the end of its batch, so that the answer brings the cursor back before
 // it is seen.
@@ -29,8 +30,7 @@ InputEvents::InputEvents(Connection& x, Descriptors& descriptors, Outputs& scree
       hold(confinement),
       edges(edgeStrips),
       ownWindowActive(std::move(ownActive)),
-      pace(
-          descriptors, [this] { tick(); }, session::Pace::period / 2) {
+      pace(descriptors, [this] { tick(); }) {
     noted.reserve(fewClicks);
     seat.setListener(this);
     connection.onBatchEnd(this, [this] { batchEnded(); });
@@ -39,6 +39,13 @@ InputEvents::InputEvents(Connection& x, Descriptors& descriptors, Outputs& scree
 InputEvents::~InputEvents() {
     connection.onBatchEnd(this, {});
     seat.setListener(nullptr);
+}
+
+void InputEvents::watch(const PointerWatch& wanted) {
+    feelsPushes = wanted.pushes;
+    isFrameHalfOver = false;
+    pace.setPeriod(session::Pace::period / (feelsPushes ? 2 : 1));
+    edges.watch(wanted);
 }
 
 void InputEvents::moved(Point layout) {
@@ -122,7 +129,7 @@ void InputEvents::tellEdges(bool isFrameEnd) {
 
 void InputEvents::tick() {
     connection.read();
-    isFrameHalfOver = !isFrameHalfOver;
+    isFrameHalfOver = feelsPushes && !isFrameHalfOver;
     if (isFrameHalfOver) {
         if (const auto push = hold.pushSoFar(place)) tell(*push);
     } else {
@@ -169,6 +176,7 @@ void InputEvents::tell(const Hold::Push& push) {
 
 void InputEvents::deliver(EventType type, Point at, bool isHeldBack) {
     const InputEvent event{type, at, 0, time};
+    const Connection::Later drawing(connection);
     const Pointer::Handling handling(pointer, at, isHeldBack);
     for (std::size_t i = 0; i < consumers.size(); ++i) {
         const Consumer& consumer = consumers[i];

@@ -26,7 +26,7 @@ class InputEvents final : public platform::InputEvents, private PointerSeat::Lis
 
     void addGlobalMonitor(EventMask mask, Handler handler) override;
     void addTap(const TapParameters& parameters, Handler handler) override;
-    void watch(const PointerWatch& wanted) override { edges.watch(wanted); }
+    void watch(const PointerWatch& wanted) override;
     bool tellsMotion() const override { return false; }
 
     /// To be called when a window of the program has become active or is so no longer.
@@ -76,6 +76,7 @@ class InputEvents final : public platform::InputEvents, private PointerSeat::Lis
     std::uint32_t buttonsDown = 0;
     bool hasMoved = false; ///< since it was delivered
     bool anyArrived = false;
+    bool feelsPushes = false; ///< whether a push may make a difference
     bool isFrameHalfOver = false;
     int emptyFrames = 0;
 };

@@ -1,0 +1,81 @@
+#include "testing/PrivateSession.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <grp.h>
+#include <stdexcept>
+#include <sys/prctl.h>
+#include <unistd.h>
+
+namespace support {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr uid_t nobody = 65534;
+
+void handOver(const std::string& path) {
+    if (chown(path.c_str(), nobody, nobody) != 0)
+        throw std::runtime_error("a folder cannot be handed over");
+}
+
+} // namespace
+
+PrivateSession::PrivateSession(const Environment& more, SystemBus system) : variables(more) {
+    prctl(PR_SET_CHILD_SUBREAPER, 1);
+    for (const std::string& part : {configFolder(), runtimeFolder()})
+        fs::create_directories(part);
+    fs::permissions(runtimeFolder(), fs::perms::owner_all);
+    const char* const path = std::getenv("PATH");
+    variables.insert({{"PATH", path ? path : "/usr/bin:/bin"},
+                      {"HOME", folder.path("home")},
+                      {"XDG_CONFIG_HOME", configFolder()},
+                      {"XDG_RUNTIME_DIR", runtimeFolder()},
+                      {"XDG_SESSION_TYPE", "wayland"},
+                      {"LANG", "C.UTF-8"},
+                      {"NO_AT_BRIDGE", "1"}});
+    if (system == SystemBus::own) {
+        systemBus = std::make_unique<SessionBus>(variables);
+        variables["DBUS_SYSTEM_BUS_ADDRESS"] = systemBus->address();
+    }
+    bus = std::make_unique<SessionBus>(variables);
+    variables["DBUS_SESSION_BUS_ADDRESS"] = bus->address();
+}
+
+PrivateSession::~PrivateSession() {
+    ProcessSweep rest("XDG_RUNTIME_DIR=" + runtimeFolder(), server ? server->pid() : -1);
+    bus.reset();
+    systemBus.reset();
+    rest.end();
+    server.reset();
+}
+
+std::unique_ptr<ChildProcess>
+PrivateSession::spawn(const std::string& command, const std::vector<std::string>& arguments) const {
+    std::vector<std::string> whole{command};
+    whole.insert(whole.end(), arguments.begin(), arguments.end());
+    return std::make_unique<ChildProcess>(ChildProcess::Start{whole, variables, -1, SIGKILL});
+}
+
+std::vector<std::string> asAUser(std::vector<std::string> command, const std::string& folder) {
+    if (getuid() != 0) return command;
+    handOver(folder);
+    for (const auto& part : fs::recursive_directory_iterator(folder))
+        handOver(part.path());
+    const std::string id = std::to_string(nobody);
+    const std::vector<std::string> change{"setpriv",        "--reuid=" + id,    "--regid=" + id,
+                                          "--clear-groups", "--pdeathsig=TERM", "--"};
+    command.insert(command.begin(), change.begin(), change.end());
+    return command;
+}
+
+void becomeAUser() {
+    if (getuid() != 0) return;
+    if (setgroups(0, nullptr) != 0 || setgid(nobody) != 0 || setuid(nobody) != 0)
+        throw std::runtime_error("the test cannot give up its rights");
+    // It looks at processes of its own, and they at it.
+    prctl(PR_SET_DUMPABLE, 1);
+}
+
+} // namespace support
