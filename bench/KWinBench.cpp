@@ -92,7 +92,7 @@ struct Contest final : desktop::KWin {
         }
     }
     void pushAgainstEdge(double during, int hz, double speed) {
-        hand->push(speed / hz, 0, static_cast<int>(during * hz), hz);
+        hand->pushAt(speed, during, hz);
     }
 
     static constexpr auto npos = std::string::npos;
