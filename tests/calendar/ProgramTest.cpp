@@ -81,6 +81,17 @@ TEST_F(CalendarProduct, WithoutItsCalendarSaysSoAndStays) {
     EXPECT_TRUE(program().waitForText(folder.path("missing")));
 }
 
+// Else the calendars' library would end it.
+TEST_F(CalendarProduct, WithoutTheDescriptionOfTheCalendarsSettingsSaysSoAndStays) {
+    const auto service = notices();
+    product.desktop.setVariable("XDG_DATA_DIRS", folder.path());
+    start({});
+    EXPECT_TRUE(program().waitForText("description of their settings is missing"))
+        << program().errors();
+    EXPECT_TRUE(service->waitForText("The calendars cannot be reached")) << service->output();
+    EXPECT_TRUE(program().running());
+}
+
 TEST_F(CalendarProduct, DoesNothingWhileItIsSwitchedOff) {
     putEvent("soon", 1800);
     active = false;

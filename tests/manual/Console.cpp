@@ -58,8 +58,6 @@ bool isAsShown(const std::string& text, const std::string& shown) {
 
 Console::Console() {
     using namespace desktop;
-    // The library of calendars ends a program that does not find what its settings are.
-    desktop.setVariable("GSETTINGS_SCHEMA_DIR", "/usr/share/glib-2.0/schemas");
     startBusWithServices();
     for (const auto product : products::names)
         std::ofstream(desktop.configFolder() / ("com.tamberlo." + std::string(product) + ".plist"))

@@ -27,6 +27,19 @@ std::string utcText(std::time_t time) {
     return {text, length};
 }
 
+// The library ends the program that does not find them.
+bool hasItsSettings() {
+    GSettingsSchemaSource* const all = g_settings_schema_source_get_default();
+    if (all == nullptr) return false;
+    for (const char* name :
+         {"org.gnome.evolution-data-server", "org.gnome.evolution-data-server.calendar"}) {
+        GSettingsSchema* const schema = g_settings_schema_source_lookup(all, name, TRUE);
+        if (schema == nullptr) return false;
+        g_settings_schema_unref(schema);
+    }
+    return true;
+}
+
 class ObjectList {
   public:
     ~ObjectList() { e_client_util_free_object_slist(list); }
@@ -95,6 +108,9 @@ Opened Evolution::open() {
     g_cancellable_reset(stop.get());
     turn();
     Failure failure;
+    if (!hasItsSettings())
+        return {Refusal::noServer,
+                std::string(noServer) + "the description of their settings is missing"};
     if (!openRegistry(failure)) return {Refusal::noServer, noServer + failure.text()};
     if (!hasServer(registry.get())) {
         registry.reset();
