@@ -1,9 +1,8 @@
-#include "Meters.h"
+#include "Table.h"
 #include "sway/SwaySession.h"
 
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
 
 // sway_bench [SECONDS [GROUP...]]: how holding the cursor feels in a sway session and what it
 // costs, side by side with the program that does not hold it (--hold off), on a private sway.
@@ -14,18 +13,17 @@
 namespace {
 
 using bench::Load;
+using bench::longest;
+using bench::number;
+using bench::rest;
+using bench::row;
+using bench::seconds;
 using bench::Usage;
 using desktop::Setting;
 using support::Clock;
 using support::Witness;
 
 constexpr int edge = 1920; ///< the first column of the right monitor
-
-double seconds = 2;
-
-void rest(int milliseconds) {
-    poll(nullptr, 0, milliseconds);
-}
 
 /// A product on a private sway, with the cursor in the middle of the left monitor.
 struct Contest final : desktop::Sway {
@@ -77,19 +75,6 @@ struct Contest final : desktop::Sway {
     }
 };
 
-std::string number(double value, const char* unit, int digits = 2) {
-    char text[64];
-    std::snprintf(text, sizeof text, "%.*f%s", digits, value, unit);
-    return text;
-}
-
-void row(const std::string& what, const std::string& required, const std::string& held,
-         const std::string& warped = "") {
-    std::printf("%-66s %-14s %-34s %s\n", what.c_str(), required.c_str(), held.c_str(),
-                warped.c_str());
-    std::fflush(stdout);
-}
-
 // What the program has over the other monitor must see the cursor there to bring it back, so there
 // it is the left monitor that tells that it is gone, and not how far.
 std::string outside(Contest& contest, bool holds, int hz, double speed, bool isDragging) {
@@ -122,8 +107,9 @@ void outsideRows() {
                     row("outside: share of time, depth, " + std::to_string(hz) + " Hz, " +
                             number(speed, " px/s", 0) + (isDragging ? ", button down" : "") +
                             (isLoaded ? ", cores busy" : ""),
-                        "0 %, 0 px", outside(held, true, hz, speed, isDragging),
-                        outside(warped, false, hz, speed, isDragging));
+                        "0 %, 0 px",
+                        {outside(held, true, hz, speed, isDragging),
+                         outside(warped, false, hz, speed, isDragging)});
     }
 }
 
@@ -146,16 +132,16 @@ std::string cost(bool holds, Motion motion, int hz) {
 void costRows() {
     for (const int hz : {1000, 8000})
         row("CPU, wake-ups: free motion, " + std::to_string(hz) + " Hz", "0.3 %",
-            cost(true, Motion::free, hz), cost(false, Motion::free, hz));
+            {cost(true, Motion::free, hz), cost(false, Motion::free, hz)});
     for (const int hz : {1000, 8000})
         row("CPU, wake-ups: pushing, " + std::to_string(hz) + " Hz", "1.5 %",
-            cost(true, Motion::pushing, hz), cost(false, Motion::pushing, hz));
+            {cost(true, Motion::pushing, hz), cost(false, Motion::pushing, hz)});
 }
 
 // Three refreshes of the screens in nine seconds.
 void idleRow() {
-    row("CPU, wake-ups: at rest", "0.33/s", cost(true, Motion::none, 0),
-        cost(false, Motion::none, 0));
+    row("CPU, wake-ups: at rest", "0.33/s",
+        {cost(true, Motion::none, 0), cost(false, Motion::none, 0)});
 }
 
 /// Pushes from the inner edge of the monitor that the cursor is on, and tells whether it crossed.
@@ -169,34 +155,17 @@ bool crosses(Contest& contest, bool& isOnLeft, double speed, int hz) {
     return crossed;
 }
 
-/// The speed at which most of a few pushes cross.
 std::string thresholds(int velocity) {
     Contest contest({.pushOption = true, .velocity = velocity});
     bool isOnLeft = true;
-    const auto mostCross = [&](double speed, int hz) {
-        int crossed = 0;
-        for (int i = 0; i < 5 && crossed < 3 && i - crossed < 3; ++i)
-            crossed += crosses(contest, isOnLeft, speed, hz) ? 1 : 0;
-        return crossed == 3;
-    };
-    const double expected = 60 * 0.03 * velocity * velocity;
-    std::string text;
-    for (const int hz : {125, 500, 1000, 8000}) {
-        double below = 0.3 * expected, above = 2 * expected;
-        for (int i = 0; i < 7; ++i) {
-            const double middle = (below + above) / 2;
-            (mostCross(middle, hz) ? above : below) = middle;
-        }
-        const double speed = (below + above) / 2;
-        text += number(speed, " (", 0) + number(speed / expected, ") ");
-    }
-    return text;
+    return bench::thresholds(
+        velocity, [&](double speed, int hz) { return crosses(contest, isOnLeft, speed, hz); });
 }
 
 void thresholdRows() {
     for (const int velocity : {10, 50, 100})
         row("px/s that cross at 125 500 1000 8000 Hz, VELOCITY " + std::to_string(velocity),
-            "0.93 to 1.06", thresholds(velocity));
+            "0.93 to 1.06", {thresholds(velocity)});
 }
 
 /// How long it took from the last motion, which `act` makes, to the cursor's being where the
@@ -207,27 +176,6 @@ std::optional<double> milliseconds(const Witness& there, Act&& act) {
     constexpr support::milliseconds limit{2000};
     if (!support::waitUntil([&] { return there.report().entered > 0; }, limit)) return std::nullopt;
     return std::chrono::duration<double, std::milli>(there.report().firstEntered - begun).count();
-}
-
-/// The longest of several times. A try in which the machine stood still is made again.
-template <class Try>
-std::string longest(int tries, Try&& tryOnce) {
-    std::vector<double> times;
-    int repeated = 0;
-    bench::Standstills standstills;
-    while (static_cast<int>(times.size()) < tries) {
-        standstills.takeAny();
-        const auto time = tryOnce(static_cast<int>(times.size()));
-        if (standstills.takeAny() && repeated < tries) {
-            ++repeated;
-            continue;
-        }
-        if (!time) return "never";
-        times.push_back(*time);
-    }
-    std::sort(times.begin(), times.end());
-    return number(times.back(), " ms", 1) + " (median " + number(times[times.size() / 2], ")", 1) +
-           (repeated > 0 ? " " + std::to_string(repeated) + " again" : "");
 }
 
 constexpr int tries = 40;
@@ -271,9 +219,9 @@ std::string wrapLatency() {
 }
 
 void latencyRows() {
-    row("from a granted push to the other side", "17 ms", pushLatency(false));
-    row("the same, both cores busy", "", pushLatency(true));
-    row("from an edge to the wrap, orbisant", "25 ms", wrapLatency());
+    row("from a granted push to the other side", "17 ms", {pushLatency(false)});
+    row("the same, both cores busy", "", {pushLatency(true)});
+    row("from an edge to the wrap, orbisant", "25 ms", {wrapLatency()});
 }
 
 } // namespace
@@ -283,15 +231,12 @@ int main(int count, char** arguments) {
         std::printf("%s\n", reason->c_str());
         return 0;
     }
-    constexpr std::pair<std::string_view, void (*)()> groups[] = {{"outside", outsideRows},
-                                                                  {"cost", costRows},
-                                                                  {"idle", idleRow},
-                                                                  {"thresholds", thresholdRows},
-                                                                  {"latency", latencyRows}};
-    if (count > 1) seconds = std::atof(arguments[1]);
-    const std::vector<std::string_view> wanted(arguments + std::min(count, 2), arguments + count);
-    row("", "required", "palisor", "palisor --hold off");
-    for (const auto& [name, print] : groups)
-        if (wanted.empty() || std::ranges::find(wanted, name) != wanted.end()) print();
+    row("", "required", {"palisor", "palisor --hold off"});
+    bench::printGroups(count, arguments,
+                       {{"outside", outsideRows},
+                        {"cost", costRows},
+                        {"idle", idleRow},
+                        {"thresholds", thresholdRows},
+                        {"latency", latencyRows}});
     return 0;
 }

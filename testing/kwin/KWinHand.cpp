@@ -1,6 +1,7 @@
 #include "testing/desktop/Hand.h"
 #include "testing/kwin/PrivateKWin.h"
 
+#include <cmath>
 #include <libei.h>
 #include <linux/input-event-codes.h>
 #include <stdexcept>
@@ -9,7 +10,7 @@
 
 namespace support {
 
-KWinHand::KWinHand(PrivateKWin& desktop) : kwin(desktop) {
+KWinHand::KWinHand(const PrivateKWin& kwin) {
     constexpr int keyboardAndPointer = 3;
     const std::string& address = kwin.environment().at("DBUS_SESSION_BUS_ADDRESS");
     sd_bus_message* reply = nullptr;
@@ -66,11 +67,14 @@ void KWinHand::read() {
     }
 }
 
-// A call of the bus that only the compositor's own loop answers, behind what it has read before.
+// Calls of the bus that only the compositor's own loop answers, behind what it has read before: it
+// may be asked once before it looks at its sockets.
 void KWinHand::synchronize() {
     read();
-    for (int i = 0; i < 2; ++i)
-        kwin.evaluate("0");
+    for (int i = 0; i < 3; ++i)
+        if (sd_bus_call_method(bus, "org.kde.KWin", "/Scripting", "org.kde.kwin.Scripting",
+                               "isScriptLoaded", nullptr, nullptr, "s", "") < 0)
+            throw std::runtime_error("the compositor does not answer");
 }
 
 void KWinHand::send(double dx, double dy) {
@@ -94,6 +98,15 @@ double KWinHand::push(double dx, double dy, int steps, int hz) {
     const Pace pace = repeat(steps, hz, [&](int) { send(dx, dy); });
     synchronize();
     return pace.took;
+}
+
+void KWinHand::pushAt(double speed, double seconds, int hz) {
+    repeat(static_cast<int>(seconds * hz), hz, [&](int step) {
+        const auto pixels = [&](int steps) { return std::trunc(speed * steps / hz); };
+        const double dx = pixels(step + 1) - pixels(step);
+        if (dx != 0) send(dx, 0);
+    });
+    synchronize();
 }
 
 void KWinHand::button(bool down) {

@@ -67,6 +67,14 @@ void PrivateKWin::call(const std::vector<std::string>& words) const {
     if (asked->wait() != 0) throw std::runtime_error(words[0] + ": " + asked->errors());
 }
 
+void PrivateKWin::load(const std::string& text) {
+    const std::string name = "loaded-" + std::to_string(++evaluated);
+    const std::string file = folder.path(name + ".js");
+    std::ofstream(file) << text;
+    call({"/Scripting", "org.kde.kwin.Scripting", "loadScript", "ss", file, name});
+    call({"/Scripting", "org.kde.kwin.Scripting", "start"});
+}
+
 std::string PrivateKWin::evaluate(const std::string& expression) {
     const std::string name = "asked-" + std::to_string(++evaluated);
     const std::string file = folder.path(name + ".js"), mark = name + " [";

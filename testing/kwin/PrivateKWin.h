@@ -29,6 +29,8 @@ class PrivateKWin : public PrivateSession {
 
     /// What an expression is inside the compositor's scripts, as text: "workspace.cursorPos.x".
     std::string evaluate(const std::string& expression);
+    /// Has a script run inside the compositor, as long as that lives. What it prints is in the log.
+    void load(const std::string& text);
     /// A method of the compositor's, carried out: busctl's words behind "call org.kde.KWin".
     void call(const std::vector<std::string>& words) const;
 
@@ -40,7 +42,7 @@ class PrivateKWin : public PrivateSession {
 /// call returns when the compositor has taken it in (push: all of it).
 class KWinHand {
   public:
-    explicit KWinHand(PrivateKWin& kwin);
+    explicit KWinHand(const PrivateKWin& kwin);
     ~KWinHand();
     KWinHand(const KWinHand&) = delete;
     KWinHand& operator=(const KWinHand&) = delete;
@@ -50,6 +52,9 @@ class KWinHand {
     void relative(double dx, double dy);
     /// `steps` events of (dx, dy) at `hz` a second. Returns the seconds that it took.
     double push(double dx, double dy, int steps, int hz);
+    /// The same at `speed` pixels a second to the right, or to the left where it is negative: like
+    /// a mouse it sends whole pixels, and nothing where there is none yet.
+    void pushAt(double speed, double seconds, int hz);
     void pressButton() { button(true); }
     void releaseButton() { button(false); }
     /// The kernel's codes.
@@ -64,7 +69,6 @@ class KWinHand {
     void read();
     bool isReady() const { return mouse && absolute && keyboard; }
 
-    PrivateKWin& kwin;
     sd_bus* bus = nullptr;
     ei* context = nullptr;
     ei_device *mouse = nullptr, *absolute = nullptr, *keyboard = nullptr;

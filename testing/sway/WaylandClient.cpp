@@ -5,6 +5,7 @@
 #include "wlr-virtual-pointer-unstable-v1-client-protocol.h"
 
 #include <algorithm>
+#include <array>
 #include <stdexcept>
 #include <string_view>
 #include <sys/eventfd.h>
@@ -111,11 +112,19 @@ struct Witness::State {
     void show(std::uint32_t serial, std::uint32_t width, std::uint32_t height) {
         zwlr_layer_surface_v1_ack_configure(layer, serial);
         wp_viewport_set_destination(viewport, static_cast<int>(width), static_cast<int>(height));
+        // The middle one of nine is stretched, as the edges of a buffer fade at a broken scale.
+        const std::array<std::uint32_t, 9> pixels = [this] {
+            std::array<std::uint32_t, 9> all{};
+            all.fill(pixel);
+            return all;
+        }();
+        wp_viewport_set_source(viewport, wl_fixed_from_int(1), wl_fixed_from_int(1),
+                               wl_fixed_from_int(1), wl_fixed_from_int(1));
         const int file = memfd_create("pixel", MFD_CLOEXEC);
-        (void)!write(file, &pixel, sizeof pixel);
-        wl_shm_pool* const pool = wl_shm_create_pool(client->memory, file, sizeof pixel);
+        (void)!write(file, pixels.data(), sizeof pixels);
+        wl_shm_pool* const pool = wl_shm_create_pool(client->memory, file, sizeof pixels);
         wl_buffer* const buffer =
-            wl_shm_pool_create_buffer(pool, 0, 1, 1, sizeof pixel, WL_SHM_FORMAT_ARGB8888);
+            wl_shm_pool_create_buffer(pool, 0, 3, 3, 3 * sizeof pixel, WL_SHM_FORMAT_ARGB8888);
         wl_shm_pool_destroy(pool);
         close(file);
         wl_surface_attach(surface, buffer, 0, 0);

@@ -1,10 +1,14 @@
 #include "images/Drawn.h"
 
+#include <QImage>
+#include <QPainter>
 #include <QSize>
+#include <QSvgRenderer>
 #include <algorithm>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <iterator>
+#include <regex>
 #include <set>
 
 // The pictures that are shown in their own colours, on light windows and on dark ones.
@@ -101,4 +105,36 @@ TEST(Images, AreSvgForEveryReader) {
         ++count;
     }
     EXPECT_GT(count, 30);
+}
+
+// Plasma exchanges this style for one of its own.
+TEST(Images, OfTheStatusItemTakeTheColourThatThePanelPutsIn) {
+    const std::regex style("(<style id=\"current-color-scheme\"[^>]*>)[^<]*");
+    int count = 0;
+    KeptLog log;
+    const platform::qt::Pictures pictures({IMAGES}, log);
+    for (const auto& [name, path] : pictures.files()) {
+        if (path.find("/status") == std::string::npos) continue;
+        SCOPED_TRACE(path);
+        std::ifstream file(path);
+        const std::string text{std::istreambuf_iterator<char>(file), {}};
+        const std::string red =
+            std::regex_replace(text, style, "$1.ColorScheme-Text { color: #ff0000 }");
+        QSvgRenderer svg(QByteArray::fromStdString(red));
+        QImage image(48, 48, QImage::Format_ARGB32_Premultiplied);
+        image.fill(0);
+        QPainter painter(&image);
+        svg.render(&painter);
+        int drawn = 0;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x) {
+                const QRgb pixel = image.pixel(x, y);
+                if (qAlpha(pixel) < 255) continue;
+                ++drawn;
+                ASSERT_EQ(pixel, qRgb(255, 0, 0));
+            }
+        EXPECT_GT(drawn, 0);
+        ++count;
+    }
+    EXPECT_GT(count, 20);
 }

@@ -4,6 +4,7 @@
 #include "testing/layershell/PrivateCompositor.h"
 #include "testing/sway/SwayKeys.h"
 
+#include <algorithm>
 #include <csignal>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -48,14 +49,15 @@ class LayerShell : public testing::TestWithParam<const char*> {
         for (const std::size_t output : {0, 1})
             backgrounds.push_back(std::make_unique<Witness>(
                 compositor->socket(), output, Witness::Where::belowEverything, white));
+        product = setting.product;
         program = run({"--verbose"});
         ASSERT_TRUE(program->waitForText("macOS 10.14")) << program->errors();
-        const bool darkens = setting.active && setting.othersDark > 0;
+        const bool darkens = setting.active && product == "palisor" && setting.othersDark > 0;
         ASSERT_TRUE(darkens ? darkSoon(2) : brightSoon()) << program->errors();
     }
 
     std::unique_ptr<support::ChildProcess> run(const std::vector<std::string>& arguments) const {
-        return compositor->spawn(programs() + "/palisor", arguments);
+        return compositor->spawn(programs() + "/" + product, arguments);
     }
     /// What a command prints that must succeed.
     std::string told(const std::vector<std::string>& arguments) const {
@@ -85,6 +87,7 @@ class LayerShell : public testing::TestWithParam<const char*> {
     std::optional<PrivateCompositor> compositor;
     std::optional<SwayHand> hand;
     std::vector<std::unique_ptr<Witness>> backgrounds;
+    std::string product = "palisor"; ///< that was started last
     std::unique_ptr<support::ChildProcess> program;
 };
 

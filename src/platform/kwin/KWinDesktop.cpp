@@ -50,8 +50,8 @@ class KWinDesktop final : public wayland::Desktop {
         holds = given.holds;
         parts.emplace(*this, given);
         auto& shared = parts->shared;
-        return {shared.pointer, parts->cursor,  shared.input, parts->keys,
-                parts->hotKeys, shared.windows, parts->focus, shared.idle};
+        return {shared.pointer, parts->cursor, shared.input, parts->keys,   parts->hotKeys,
+                shared.windows, parts->focus,  shared.idle,  &shared.popups};
     }
 
     platform::Capabilities capabilities() const override {

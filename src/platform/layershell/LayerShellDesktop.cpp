@@ -4,6 +4,7 @@
 #include "platform/layershell/keys/Keyboard.h"
 #include "platform/layershell/pointer/Cursor.h"
 #include "platform/layershell/pointer/CursorControl.h"
+#include "platform/layershell/portal/Shortcuts.h"
 #include "platform/layershell/wayfire/Bindings.h"
 #include "platform/wayland/LayerServices.h"
 #include "platform/wayland/keys/Focus.h"
@@ -12,6 +13,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <optional>
+#include <utility>
 
 namespace platform::layershell {
 
@@ -21,8 +23,7 @@ namespace {
 constexpr std::string_view layerShell[] = {"zwlr_layer_shell_v1"};
 
 /// Where people write key bindings down, as far as it is known of the compositor.
-std::string adviceFor(const std::string& compositor, const std::string& identifier) {
-    const std::string command = identifier.substr(identifier.rfind('.') + 1) + " toggle";
+std::string adviceFor(const std::string& compositor, const std::string& command) {
     if (compositor == "labwc")
         return "add <keybind key=\"W-F9\"><action name=\"Execute\" command=\"" + command +
                "\"/></keybind> to rc.xml, with a key of your choice";
@@ -47,12 +48,15 @@ class LayerShellDesktop final : public wayland::Desktop {
           outputs(*connection),
           compositor(connection->compositorName()) {}
 
+    std::string compositorName() const override { return compositor; }
     const platform::Displays& displays() const override { return outputs; }
     platform::Displays& displays() override { return outputs; }
 
     Services start(const Surroundings& given) override {
         holds = given.holds;
-        advice = adviceFor(compositor, given.identifier);
+        const std::string product = given.identifier.substr(given.identifier.rfind('.') + 1);
+        command = product + " toggle";
+        advice = adviceFor(compositor, command);
         bindings = bindingsOf(given);
         parts.emplace(*this, given);
         auto& shared = parts->shared;
@@ -67,25 +71,33 @@ class LayerShellDesktop final : public wayland::Desktop {
                                      "the other monitor for a moment, and is not held while a "
                                      "button is down."
                             : "Switched off by --hold off.";
+        platform::Capability binding{
+            .id = "binding", .available = binds != Binds::nobody, .reason = {}};
+        if (binds == Binds::portal)
+            binding.reason = "The desktop's portal binds the shortcut, and may take another key "
+                             "than the one that was asked for.";
+        if (binds == Binds::nobody)
+            binding.reason = name + " binds no shortcut for a program: " + advice + ".";
         return {std::move(hold),
                 {"darkness", true, {}},
                 {"edges", true,
-                 "Along the sides that are armed two pixels take no clicks; what happens there was "
-                 "tried on sway alone."},
+                 "Along the sides that are armed two pixels take no clicks, and while a button is "
+                 "held nothing is felt there."},
                 {"hide", false, name + " lets no program hide the cursor over others' windows."},
-                {"workspaces", false, name + " is not asked for the next workspace."},
+                connection->has(wayland::Workspaces::protocol)
+                    ? platform::Capability{"workspaces", true, {}}
+                    : platform::Capability{"workspaces", false,
+                                           name + " tells no program of its workspaces."},
                 {"place", false,
                  name + " tells no program where the cursor is, so nothing can follow it."},
                 {"awake", connection->idle() != nullptr,
                  connection->idle() ? "" : name + " cannot be kept from going idle."},
-                binds ? platform::Capability{"binding", true, {}}
-                      : platform::Capability{"binding", false,
-                                             name + " binds no shortcut for a program: " + advice +
-                                                 "."},
-                binds ? platform::Capability{"modifiers", true, {}}
-                      : platform::Capability{
-                            "modifiers", false,
-                            name + " tells no program of held keys: they do not lift the hold."}};
+                std::move(binding),
+                binds == Binds::compositor
+                    ? platform::Capability{"modifiers", true, {}}
+                    : platform::Capability{"modifiers", false,
+                                           name + " tells no program of held keys: they do not "
+                                                  "lift the hold."}};
     }
 
     void ownWindowChanged() override {
@@ -105,8 +117,8 @@ class LayerShellDesktop final : public wayland::Desktop {
         Parts(LayerShellDesktop& own, const Surroundings& given)
             : control(*own.connection, own.outputs),
               shared(*own.connection, own.outputs, control, own.descriptors, own.log, given),
-              keys(own.log),
-              hotKeys({own.bindings.get(), own.advice}, own.log, shared, given),
+              keys(*own.connection, own.outputs, shared.pointer, own.log),
+              hotKeys(own.bindings.get(), shared, given),
               grab(*own.connection, own.outputs, shared.keyboard, own.descriptors,
                    [this](bool held) { shared.tellModifiers(held); }) {
             if (own.bindings) own.bindings->hearHeldModifiers([this] { grab.begin(); });
@@ -123,27 +135,51 @@ class LayerShellDesktop final : public wayland::Desktop {
 
     std::unique_ptr<Bindings> bindingsOf(const Surroundings& given) {
         const char* const socket = std::getenv("WAYFIRE_SOCKET");
-        if (compositor != "wayfire" || !socket) return nullptr;
-        auto made = wayfire::Bindings::open(
-            socket, descriptors, [this, told = given.capabilitiesChanged](const std::string& why) {
-                log.write("Wayfire binds no keys for a program (" + why + "): " + advice);
-                binds = false;
+        if (compositor == "wayfire" && socket) {
+            auto made = wayfire::Bindings::open(
+                socket, descriptors,
+                [this, told = given.capabilitiesChanged](const std::string& why) {
+                    log.write("Wayfire binds no keys for a program (" + why + "): " + advice);
+                    binds = Binds::nobody;
+                    told();
+                });
+            if (made) {
+                binds = Binds::compositor;
+                return made;
+            }
+        }
+        // The portal of this one has no keys: its user writes a line either way.
+        if (compositor == "Hyprland") {
+            tellAdvice();
+            return nullptr;
+        }
+        return std::make_unique<portal::Shortcuts>(
+            descriptors, log, portal::Shortcuts::Program{given.identifier, command},
+            [this, told = given.capabilitiesChanged](bool now) {
+                binds = now ? Binds::portal : Binds::nobody;
+                if (!now) tellAdvice();
                 told();
             });
-        binds = made != nullptr;
-        return made;
+    }
+
+    void tellAdvice() {
+        if (!std::exchange(adviceTold, true))
+            log.write("no program can have a shortcut in this session: " + advice);
     }
 
     Descriptors& descriptors;
     Log& log;
     std::unique_ptr<wayland::Connection> connection;
     wayland::Outputs outputs;
-    std::string compositor;             ///< what it is called; may be empty
-    std::string advice;                 ///< about shortcuts
+    std::string compositor; ///< what it is called; may be empty
+    std::string command;    ///< what a shortcut does, as the user would type it
+    std::string advice;     ///< about shortcuts
+    bool adviceTold = false;
     std::unique_ptr<Bindings> bindings; ///< null where nobody binds keys
     std::optional<Parts> parts;
     bool holds = true;
-    bool binds = false; ///< whether the compositor binds keys, as far as it is known
+    enum class Binds { nobody, compositor, portal };
+    Binds binds = Binds::nobody; ///< as far as it is known
 };
 
 } // namespace

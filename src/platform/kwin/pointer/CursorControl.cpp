@@ -38,4 +38,10 @@ void CursorControl::warp(Point layout) {
     });
 }
 
+// Layers come and go with a crossing, and KWin draws when they do: it is to hear of this before.
+void CursorControl::cross(const wayland::Outputs::Place& place, Point layout) {
+    wayland::CursorControl::cross(place, layout);
+    script.hurry();
+}
+
 } // namespace platform::kwin

@@ -17,6 +17,7 @@ class CursorControl final : public wayland::CursorControl {
 
     void confine(const wayland::Outputs::Place* place) override;
     void warp(Point layout) override;
+    void cross(const wayland::Outputs::Place& place, Point layout) override;
 
     /// A script was loaded.
     void again();

@@ -34,6 +34,8 @@ class Script final : public bus::Link::User {
     /// Has it carried out in the order of the calls, `done` is called from the run loop when it
     /// was. Without a script it is forgotten.
     void run(std::string name, std::vector<Word> words = {}, std::function<void()> done = {});
+    /// Sends what was run at once, and not at the next turn of the run loop.
+    void hurry() { turn(); }
 
     /// Called when a script has been loaded, which has nothing of what was run before. One handler.
     void onLoad(std::function<void()> loaded) { loadHandler = std::move(loaded); }

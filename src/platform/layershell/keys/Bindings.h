@@ -15,6 +15,7 @@ class Bindings {
     struct Binding {
         Shortcut shortcut;
         std::function<void()> pressed; ///< called from the run loop
+        bool isChosen = false;         ///< by the user, and not one that is always the same
     };
 
     virtual ~Bindings() = default;
@@ -23,7 +24,8 @@ class Bindings {
     virtual void hear(const std::vector<Binding>& wanted) = 0;
 
     /// `held` is called from the run loop when Control, Alt and Super have come to be held
-    /// together, the last of them being the left one. For the object's life.
+    /// together, the last of them being the left one. For the object's life. Who cannot tell never
+    /// calls it.
     virtual void hearHeldModifiers(std::function<void()> held) = 0;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <ext-workspace-v1-client-protocol.h>
 #include <idle-inhibit-unstable-v1-client-protocol.h>
 #include <relative-pointer-unstable-v1-client-protocol.h>
 #include <viewporter-client-protocol.h>
@@ -84,6 +85,15 @@ inline void destroy(zwp_idle_inhibit_manager_v1* one) {
 }
 inline void destroy(zwp_idle_inhibitor_v1* one) {
     zwp_idle_inhibitor_v1_destroy(one);
+}
+inline void destroy(ext_workspace_manager_v1* one) {
+    ext_workspace_manager_v1_destroy(one);
+}
+inline void destroy(ext_workspace_group_handle_v1* one) {
+    ext_workspace_group_handle_v1_destroy(one);
+}
+inline void destroy(ext_workspace_handle_v1* one) {
+    ext_workspace_handle_v1_destroy(one);
 }
 
 struct Destroy {

@@ -1,6 +1,7 @@
 #include "platform/wayland/connection/Layer.h"
 
 #include <algorithm>
+#include <array>
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -15,14 +16,22 @@ void destroyReleased(void*, wl_buffer* buffer) {
     wl_buffer_destroy(buffer);
 }
 
-/// A buffer of one pixel, which destroys itself when the compositor has done with it.
+// Only the middle pixel is stretched. On a scaled output a compositor that draws by software takes
+// what lies around it in, and beyond the edge of a buffer nothing does: one pixel alone would fade
+// from the middle of the monitor to its sides.
+constexpr int bufferSide = 3;
+
+/// A buffer of one colour, which destroys itself when the compositor has done with it.
 wl_buffer* bufferOf(wl_shm* memory, Pixel pixel) {
     const int file = memfd_create("pixel", MFD_CLOEXEC);
     if (file < 0) return nullptr;
     wl_buffer* buffer = nullptr;
-    if (write(file, &pixel, sizeof pixel) == sizeof pixel) {
-        wl_shm_pool* const pool = wl_shm_create_pool(memory, file, sizeof pixel);
-        buffer = wl_shm_pool_create_buffer(pool, 0, 1, 1, sizeof pixel, WL_SHM_FORMAT_ARGB8888);
+    std::array<Pixel, bufferSide * bufferSide> pixels{};
+    pixels.fill(pixel);
+    if (write(file, pixels.data(), sizeof pixels) == sizeof pixels) {
+        wl_shm_pool* const pool = wl_shm_create_pool(memory, file, sizeof pixels);
+        buffer = wl_shm_pool_create_buffer(pool, 0, bufferSide, bufferSide,
+                                           bufferSide * sizeof pixel, WL_SHM_FORMAT_ARGB8888);
         wl_shm_pool_destroy(pool);
         static constexpr wl_buffer_listener listener{destroyReleased};
         wl_buffer_add_listener(buffer, &listener, nullptr);
@@ -92,6 +101,8 @@ void Layer::configured(std::uint32_t serial, std::uint32_t width, std::uint32_t 
     }
     if (width > 0) area.width = width;
     if (height > 0) area.height = height;
+    constexpr wl_fixed_t one = 0x100; // of 24.8 bits
+    wp_viewport_set_source(viewport.get(), one, one, one, one);
     wp_viewport_set_destination(viewport.get(), std::max(1, static_cast<int>(area.width)),
                                 std::max(1, static_cast<int>(area.height)));
     isConfigured = true;
@@ -105,7 +116,7 @@ void Layer::setPixel(Pixel wanted) {
 
 void Layer::draw() {
     wl_surface_attach(drawn.get(), bufferOf(connection.memory(), pixel), 0, 0);
-    wl_surface_damage_buffer(drawn.get(), 0, 0, 1, 1);
+    wl_surface_damage_buffer(drawn.get(), 0, 0, bufferSide, bufferSide);
     wl_surface_commit(drawn.get());
     connection.flush();
 }

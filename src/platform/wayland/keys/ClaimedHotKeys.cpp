@@ -58,7 +58,7 @@ void ClaimedHotKeys::update() {
         for (const auto& [key, action] : bindings)
             if (const auto shortcut = Shortcut::fromValue(settings.object(key))) {
                 if (isElsewhere(*shortcut)) refused(*shortcut);
-                want({*shortcut, action});
+                want({*shortcut, action, true});
             }
     }
     claim(wanted);

@@ -45,6 +45,7 @@ class ClaimedHotKeys : public RecordableHotKeys {
     struct Claim {
         Shortcut shortcut;
         std::function<void()> action; ///< to be called by `later`
+        bool isChosen = false;        ///< by the user, and not one that is always the same
     };
 
     ClaimedHotKeys(KeyboardSeat& keyboard, KeyTaking& recording, Settings& settings, Later later);
