@@ -1,5 +1,7 @@
 import Clutter from 'gi://Clutter';
 
+import {cursorTracker, seat} from './release.js';
+
 /** Where the cursor is, and which modifiers and buttons are down. */
 export function where() {
     const [x, y, state] = global.get_pointer();
@@ -11,18 +13,17 @@ export function where() {
  * the panel's are in the way.
  */
 export function warp(x, y) {
-    const seat = global.stage.context.get_backend().get_default_seat();
     const [atX] = where();
-    seat.warp_pointer(Math.floor(atX), Math.floor(y));
-    seat.warp_pointer(Math.floor(x), Math.floor(y));
+    seat().warp_pointer(Math.floor(atX), Math.floor(y));
+    seat().warp_pointer(Math.floor(x), Math.floor(y));
 }
 
 /** Keeps the cursor from being drawn, and lets nothing else notice. */
 export class HiddenCursor {
     constructor() {
         this._isOn = false;
-        this._tracker = global.backend.get_cursor_tracker();
-        this._seat = global.stage.context.get_backend().get_default_seat();
+        this._tracker = cursorTracker();
+        this._seat = seat();
     }
 
     destroy() {

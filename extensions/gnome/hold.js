@@ -1,8 +1,8 @@
 import Meta from 'gi://Meta';
 
-import * as Main from 'resource:///org/gnome/shell/ui/main.js';
-
 import {warp, where} from './cursor.js';
+import {barrier} from './release.js';
+import {Main} from './shell.js';
 
 // A line may not begin below nought, and numbers of the protocol of barriers end here.
 const LAST = 32767;
@@ -106,8 +106,12 @@ export class Hold {
     }
 
     _clear() {
-        for (const barrier of this._barriers)
-            barrier.destroy();
+        for (const [made, hit] of this._barriers) {
+            // The shell may keep a barrier that has been destroyed.
+            if (hit)
+                made.disconnect(hit);
+            made.destroy();
+        }
         this._barriers = [];
     }
 
@@ -139,11 +143,8 @@ export class Hold {
     _line(side, blocked, at, from, to) {
         const lies = side ? isVertical(side) : blocked === NEGATIVE_X;
         const [x1, x2, y1, y2] = lies ? [at, at, from, to] : [from, to, at, at];
-        const barrier = new Meta.Barrier({
-            backend: global.backend, x1, x2, y1, y2, directions: ALL & ~blocked,
-        });
-        if (side)
-            barrier.connect('hit', (_barrier, event) => this._pushed(side, event));
-        this._barriers.push(barrier);
+        const made = barrier({x1, x2, y1, y2, directions: ALL & ~blocked});
+        const hit = side ? made.connect('hit', (_barrier, event) => this._pushed(side, event)) : 0;
+        this._barriers.push([made, hit]);
     }
 }

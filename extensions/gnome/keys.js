@@ -3,9 +3,8 @@ import Meta from 'gi://Meta';
 import Shell from 'gi://Shell';
 import St from 'gi://St';
 
-import * as Main from 'resource:///org/gnome/shell/ui/main.js';
-
 import {STATE} from './cursor.js';
+import {Main} from './shell.js';
 
 /** Combinations that the shell hears wherever the keyboard is. */
 export class Accelerators {

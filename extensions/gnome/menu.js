@@ -1,10 +1,10 @@
-import Clutter from 'gi://Clutter';
 import Gio from 'gi://Gio';
 import GLib from 'gi://GLib';
+import Pango from 'gi://Pango';
 import St from 'gi://St';
 
-import * as PopupMenu from 'resource:///org/gnome/shell/ui/popupMenu.js';
-import {Slider} from 'resource:///org/gnome/shell/ui/slider.js';
+import {scrollView, verticalBox} from './release.js';
+import {Main, PopupMenu, Slider} from './shell.js';
 
 const INTERFACE = 'com.canonical.dbusmenu';
 
@@ -44,7 +44,7 @@ class Ticks {
         this._choose = choose;
         this._label = new St.Label();
         this._slider = new Slider(0);
-        const box = new St.BoxLayout({orientation: Clutter.Orientation.VERTICAL, x_expand: true});
+        const box = verticalBox({x_expand: true});
         box.add_child(this._label);
         box.add_child(this._slider);
         this.item.add_child(box);
@@ -82,11 +82,15 @@ class Ticks {
 
 /** The menu that a program exports, inside a menu of the shell. It is asked for when it opens. */
 export class ExportedMenu {
-    constructor(bus, service, path, section) {
+    constructor(bus, service, path, menu) {
         this._bus = bus;
         this._service = service;
         this._path = path;
-        this._section = section;
+        this._section = new PopupMenu.PopupMenuSection();
+        menu.addMenuItem(this._section);
+        menu.box.remove_child(this._section.actor);
+        this._scroll = scrollView(this._section.actor);
+        menu.box.add_child(this._scroll);
         this._shape = null;
         this._parts = new Map(); // by the entries' numbers
         this._cancelled = new Gio.Cancellable();
@@ -101,11 +105,30 @@ export class ExportedMenu {
             this._bus.signal_unsubscribe(subscription);
     }
 
+    /** The shell lets a menu grow beyond the monitor. The pixels are the theme's. */
+    limit(height) {
+        this._scroll.style = `max-height: ${Math.floor(height)}px;`;
+    }
+
+    // The one that the keys have come to.
+    _reveal(item) {
+        const [, top] = this._scroll.get_transformed_position();
+        const [, at] = item.get_transformed_position();
+        const {vadjustment: shown} = this._scroll;
+        const below = at + item.height - (top + this._scroll.height);
+        if (at < top)
+            shown.value -= top - at;
+        else if (below > 0)
+            shown.value += below;
+    }
+
     async refresh() {
         try {
             const reply = await this._bus.call(this._service, this._path, INTERFACE, 'GetLayout',
                 new GLib.Variant('(iias)', [0, -1, []]), new GLib.VariantType('(u(ia{sv}av))'),
                 Gio.DBusCallFlags.NO_AUTO_START, -1, this._cancelled);
+            if (this._cancelled.is_cancelled())
+                return;
             const [, root] = reply.deepUnpack();
             this._show(nodeOf(root).children);
         } catch (error) {
@@ -139,8 +162,17 @@ export class ExportedMenu {
                 this._fill(part.item.menu, node.children);
             } else {
                 part = {item: new PopupMenu.PopupMenuItem(node.label)};
-                part.item.connect('activate', () => this._chosen(node.id));
+                part.item.connect('activate', () => {
+                    // What opens a window would have it behind the quick settings, which keep the keys.
+                    if (node.kind === 'entry')
+                        Main.panel.closeQuickSettings();
+                    this._chosen(node.id);
+                });
             }
+            // Words begin below each other also where only some have a tick before them.
+            part.item.setOrnament(PopupMenu.Ornament.NONE);
+            part.item.label?.clutter_text.set({line_wrap: true, ellipsize: Pango.EllipsizeMode.NONE});
+            part.item.connect('key-focus-in', () => this._reveal(part.item));
             menu.addMenuItem(part.item);
             this._parts.set(node.id, part);
         }

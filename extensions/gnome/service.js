@@ -1,10 +1,9 @@
 import Gio from 'gi://Gio';
 import GLib from 'gi://GLib';
 
-import * as Main from 'resource:///org/gnome/shell/ui/main.js';
-
 import {Client} from './client.js';
 import {Accelerators} from './keys.js';
+import {Main} from './shell.js';
 import {Tray} from './tray.js';
 
 const NAME = 'com.tamberlo.Shell';

@@ -1,16 +1,19 @@
 import Gio from 'gi://Gio';
 import GLib from 'gi://GLib';
 import GObject from 'gi://GObject';
-
-import * as Main from 'resource:///org/gnome/shell/ui/main.js';
-import * as PopupMenu from 'resource:///org/gnome/shell/ui/popupMenu.js';
-import {QuickMenuToggle, SystemIndicator} from 'resource:///org/gnome/shell/ui/quickSettings.js';
+import St from 'gi://St';
 
 import {ExportedMenu} from './menu.js';
+import {addIndicator, labels} from './release.js';
+import {Main, QuickMenuToggle, SystemIndicator} from './shell.js';
 
 const ITEM = 'org.kde.StatusNotifierItem';
 const ITEM_PATH = '/StatusNotifierItem';
 const PRODUCT = 'com.tamberlo.Product1';
+
+// Of the menu, in pixels: what is around its entries, and the least that makes sense of those.
+const HEAD = 150;
+const LEAST = 160;
 
 const pathOf = program => `/${program.replaceAll('.', '/').replaceAll('-', '_')}`;
 
@@ -18,25 +21,55 @@ const pathOf = program => `/${program.replaceAll('.', '/').replaceAll('-', '_')}
 const ProductToggle = GObject.registerClass(
 class ProductToggle extends QuickMenuToggle {
     _init(bus, program, service, properties) {
-        super._init({title: properties.title, subtitle: properties.subtitle, toggleMode: false});
+        super._init({...labels(properties.title, properties.subtitle), toggleMode: false});
         this._bus = bus;
         this._program = program;
-        this._section = new PopupMenu.PopupMenuSection();
         this.menu.setHeader(properties.icon, properties.title);
-        this.menu.addMenuItem(this._section);
-        this._menu = new ExportedMenu(bus, service, properties.menu, this._section);
+        this._menu = new ExportedMenu(bus, service, properties.menu, this.menu);
         this.menu.connect('open-state-changed', (_menu, isOpen) => {
-            if (isOpen)
-                this._menu.refresh();
+            if (!isOpen)
+                return;
+            this._limitSoon();
+            this._menu.refresh();
         });
+        this._soon = 0;
+        this.connect('notify::allocation', () => this._limitSoon());
         this.connect('clicked', () => this._call('Toggle'));
-        this.connect('destroy', () => this._menu.destroy());
+        this.connect('destroy', () => {
+            if (this._soon)
+                GLib.source_remove(this._soon);
+            this._menu.destroy();
+            // The shell would keep it.
+            this.menu.destroy();
+        });
     }
 
     showFace({title, subtitle, icon}) {
-        this.set({title, subtitle, gicon: icon});
+        this.set({...labels(title, subtitle), gicon: icon});
         this.menu.setHeader(icon, title, subtitle);
         this._menu.refresh();
+    }
+
+    // Once it has its place, which a menu that was open before may still change.
+    _limitSoon() {
+        if (!this.menu?.isOpen)
+            return;
+        this._soon ||= GLib.idle_add(GLib.PRIORITY_DEFAULT, () => {
+            this._soon = 0;
+            this._limit();
+            return GLib.SOURCE_REMOVE;
+        });
+    }
+
+    // Down to the end of the monitor, without the header and the margins. The quick settings may still be on
+    // their way to where they open.
+    _limit() {
+        const {scale_factor: scale} = St.ThemeContext.get_for_stage(global.stage);
+        const {height} = Main.layoutManager.primaryMonitor;
+        const [, above] = Main.panel.statusArea.quickSettings.menu.actor.get_transformed_position();
+        const [, top] = this.get_transformed_position();
+        const used = Main.panel.height + top - above + this.height;
+        this._menu.limit(Math.max((height - used) / scale - HEAD, LEAST));
     }
 
     _call(method) {
@@ -102,8 +135,11 @@ export class ProductIndicator {
     async _showFace() {
         try {
             const all = await this._get(this.service, ITEM_PATH, ITEM);
-            // "Palisor: on", as a tool tip has it.
-            const [title, subtitle = ''] = all.Title.split(': ');
+            if (this._cancelled.is_cancelled())
+                return;
+            // "Palisor: on", as a tool tip has it; a subtitle begins with a capital here.
+            const [title, state = ''] = all.Title.split(': ');
+            const subtitle = state.charAt(0).toLocaleUpperCase() + state.slice(1);
             const face = {title, subtitle, menu: all.Menu, icon: iconOf(all)};
             if (!this._indicator)
                 this._make(face);
@@ -120,7 +156,7 @@ export class ProductIndicator {
         this._icon = this._indicator._addIndicator();
         this._toggle = new ProductToggle(this._bus, this.program, this.service, face);
         this._indicator.quickSettingsItems.push(this._toggle);
-        Main.panel.statusArea.quickSettings.addExternalIndicator(this._indicator);
+        addIndicator(this._indicator);
     }
 
     async _showState() {

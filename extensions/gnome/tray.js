@@ -49,9 +49,10 @@ export class Tray {
 
     /** Opens the menu of the program whose icon the caller has registered. */
     ShowMenuAsync(_parameters, invocation) {
-        for (const indicator of this._indicators.values())
+        for (const indicator of this._indicators.values()) {
             if (indicator.service === invocation.get_sender())
                 indicator.open();
+        }
         invocation.return_value(null);
     }
 

@@ -1,6 +1,7 @@
 import St from 'gi://St';
 
-import * as Main from 'resource:///org/gnome/shell/ui/main.js';
+import {allowUnredirect} from './release.js';
+import {Main} from './shell.js';
 
 /** Windows of one colour above everything else, full-screen windows and the overview included. */
 export class Veils {
@@ -28,7 +29,7 @@ export class Veils {
             actor = new St.Widget({reactive: catches});
             // A full-screen window that is shown without being composed would cover it.
             if (this._actors.size === 0)
-                global.compositor.disable_unredirect();
+                allowUnredirect(false);
             this._actors.set(number, actor);
             Main.layoutManager.addTopChrome(actor, {affectsStruts: false, trackFullscreen: false});
         }
@@ -46,6 +47,6 @@ export class Veils {
         Main.layoutManager.removeChrome(actor);
         actor.destroy();
         if (this._actors.size === 0)
-            global.compositor.enable_unredirect();
+            allowUnredirect(true);
     }
 }

@@ -1,6 +1,7 @@
 import GLib from 'gi://GLib';
 
 import {STATE, where} from './cursor.js';
+import {cursorTracker} from './release.js';
 
 const FRAME = 16; // milliseconds
 const LOOK = 30;
@@ -9,7 +10,7 @@ const LOOK = 30;
 export class Watch {
     constructor(tell) {
         this._tellAll = tell;
-        this._tracker = global.backend.get_cursor_tracker();
+        this._tracker = cursorTracker();
         this._moved = 0;
         this._frame = 0;
         this._look = 0;

@@ -1,8 +1,8 @@
 #include "doctor/BusFacts.h"
 
 #include "bus/Names.h"
-#include "program/ShellExtension.h"
 #include "program/client/Seen.h"
+#include "program/session/ShellExtension.h"
 
 #include <cstdint>
 #include <deque>
@@ -152,7 +152,8 @@ void askShell(Questions& questions, BusFacts& facts) {
     if (info) sd_bus_message_append(info.get(), "s", shellExtension);
     questions.ask(info, [&facts](sd_bus_message* reply) {
         if (isFailure(reply) || sd_bus_message_enter_container(reply, 'a', "{sv}") < 0) return;
-        facts.shellExtension = ShellExtension::notInstalled;
+        facts.shellExtension =
+            isExtensionInstalled() ? ShellExtension::notSeenYet : ShellExtension::notInstalled;
         while (sd_bus_message_enter_container(reply, 'e', "sv") > 0) {
             const char* key = nullptr;
             double number = 0;

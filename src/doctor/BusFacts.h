@@ -22,7 +22,7 @@ struct ProgramTells {
 };
 
 /// What GNOME Shell says of the extension that the program needs there.
-enum class ShellExtension { noShell, notInstalled, off, failed, otherRelease, on };
+enum class ShellExtension { noShell, notInstalled, notSeenYet, off, failed, otherRelease, on };
 
 /// What the session bus tells.
 struct BusFacts {

@@ -12,7 +12,7 @@ constexpr const char* shellName = "org.gnome.Shell";
 constexpr const char* remoteName = "org.gnome.Mutter.RemoteDesktop";
 constexpr const char* remotePath = "/org/gnome/Mutter/RemoteDesktop";
 constexpr const char* remoteSession = "org.gnome.Mutter.RemoteDesktop.Session";
-constexpr int oldestRelease = 48;
+constexpr int oldestRelease = 43;
 constexpr std::uint64_t patience = 30'000'000; // microseconds
 
 int release() {
@@ -109,6 +109,19 @@ std::string PrivateShell::run(const std::string& script) const {
     return value;
 }
 
+void PrivateShell::picture(const std::string& file) const {
+    bus::Error error;
+    sd_bus_message* reply = nullptr;
+    if (sd_bus_call_method(bus(), "org.gnome.Shell.Screenshot", "/org/gnome/Shell/Screenshot",
+                           "org.gnome.Shell.Screenshot", "Screenshot", error.get(), &reply, "bbs",
+                           1, 0, file.c_str()) < 0)
+        throw std::runtime_error(std::string("no picture: ") + error.text());
+    const bus::Message owned(reply);
+    int isMade = 0;
+    if (sd_bus_message_read(reply, "b", &isMade) <= 0 || !isMade)
+        throw std::runtime_error("no picture in " + file);
+}
+
 PrivateShell::Place PrivateShell::cursor() const {
     Place place;
     const std::string told = run("global.get_pointer()");
@@ -121,10 +134,11 @@ void PrivateShell::moveTo(int x, int y) const {
     // In two legs, as barriers of the shell's own stop a warp from the corner; and again, as the
     // shell puts a cursor of its own while it lays out its monitors.
     const std::string to = std::to_string(y) + ")";
-    const std::string script =
-        "(() => { const seat = global.stage.context.get_backend().get_default_seat();"
-        "seat.warp_pointer(global.get_pointer()[0], " +
-        to + ";" + "seat.warp_pointer(" + std::to_string(x) + ", " + to + "; })()";
+    const std::string script = "(() => { const seat = (global.stage.context?.get_backend() ??"
+                               " imports.gi.Clutter.get_default_backend()).get_default_seat();"
+                               "seat.warp_pointer(global.get_pointer()[0], " +
+                               to + ";" + "seat.warp_pointer(" + std::to_string(x) + ", " + to +
+                               "; })()";
     const auto isThere = [&] {
         if (cursor() == Place{x, y}) return true;
         run(script);

@@ -32,6 +32,8 @@ class PrivateShell : public PrivateSession {
     /// std::runtime_error where it fails.
     std::string run(const std::string& script) const;
     bool isTrue(const std::string& script) const { return run(script) == "true"; }
+    /// Of all monitors, as a PNG file; throws std::runtime_error where there is none.
+    void picture(const std::string& file) const;
     struct Place {
         int x = 0, y = 0;
         bool operator==(const Place&) const = default;

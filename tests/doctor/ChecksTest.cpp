@@ -120,9 +120,10 @@ TEST(Doctor, TellsWhatMendsTheExtensionOfGnomeShell) {
     EXPECT_EQ(find(examine(facts), "session")->level, Level::ok);
     const std::tuple<ShellExtension, const char*, const char*> rows[] = {
         {ShellExtension::notInstalled, "does not have the extension", "palisor setup gnome"},
-        {ShellExtension::off, "switched off", "gnome-extensions enable palisor@tamberlo.com"},
+        {ShellExtension::notSeenYet, "only at login", "log out and in again"},
+        {ShellExtension::off, "switched off", "palisor setup gnome"},
         {ShellExtension::failed, "has failed", "palisor setup gnome"},
-        {ShellExtension::otherRelease, "48 to 50 only", "on Xorg"}};
+        {ShellExtension::otherRelease, "another release", "palisor setup gnome, then log out"}};
     for (const auto& [state, says, mend] : rows) {
         facts.bus.shellExtension = state;
         expectTrouble(facts, "session", says, mend);

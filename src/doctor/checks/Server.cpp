@@ -1,6 +1,6 @@
 #include "app/Variants.h"
 #include "doctor/checks/Checks.h"
-#include "program/ShellExtension.h"
+#include "program/session/ShellExtension.h"
 
 #include <algorithm>
 #include <string_view>
@@ -111,14 +111,19 @@ Finding gnomeSession(const Facts& facts) {
     switch (facts.bus.shellExtension) {
     case ShellExtension::notInstalled:
         return trouble("GNOME Shell does not have the extension that holds the cursor", installs);
+    case ShellExtension::notSeenYet:
+        return trouble("the extension that holds the cursor is installed, and GNOME Shell looks "
+                       "for new ones only at login",
+                       "log out and in again");
     case ShellExtension::off:
         return trouble("the extension of GNOME Shell that holds the cursor is switched off",
-                       std::string("gnome-extensions enable ") + shellExtension);
+                       shellSetup);
     case ShellExtension::failed:
         return trouble("the extension of GNOME Shell that holds the cursor has failed", installs);
     case ShellExtension::otherRelease:
-        return trouble("the extension that holds the cursor is for GNOME Shell 48 to 50 only",
-                       logIn);
+        return trouble("the extension that holds the cursor is installed for another release of "
+                       "GNOME Shell",
+                       installs);
     case ShellExtension::noShell:
     case ShellExtension::on:
         break;

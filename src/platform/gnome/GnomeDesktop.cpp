@@ -43,7 +43,7 @@ class GnomeDesktop final : public wayland::Desktop {
     Services start(const Surroundings& given) override {
         holds = given.holds;
         setup = given.setup;
-        extension = given.extension;
+        isInstalled = given.isExtensionInstalled;
         parts.emplace(*this, given);
         return {parts->pointer, parts->cursor,  parts->input, parts->keys,
                 parts->hotKeys, parts->windows, parts->focus, parts->wakeLock};
@@ -69,19 +69,21 @@ class GnomeDesktop final : public wayland::Desktop {
         case Hand::Presence::here:
             return {};
         case Hand::Presence::notInstalled:
+            if (isInstalled())
+                return "The extension that holds the cursor is installed, and GNOME Shell looks "
+                       "for new ones only at login: log out and in again.";
             return "GNOME Shell does not have the extension that holds the cursor: run \"" + setup +
                    "\", then log out and in again.";
         case Hand::Presence::switchedOff:
-            return "The extension of GNOME Shell that holds the cursor is switched off: run "
-                   "\"gnome-extensions enable " +
-                   extension + "\".";
+            return "The extension of GNOME Shell that holds the cursor is switched off: run \"" +
+                   setup + "\".";
         case Hand::Presence::broken:
             return "The extension of GNOME Shell that holds the cursor has failed: run \"" + setup +
                    "\", then log out and in again.";
         case Hand::Presence::otherRelease:
-            return "The extension that holds the cursor is for GNOME Shell 48 to 50 only: log in "
-                   "to "
-                   "an X11 session.";
+            return "The extension that holds the cursor is installed for another release of GNOME "
+                   "Shell: run \"" +
+                   setup + "\", then log out and in again.";
         }
         return {};
     }
@@ -142,7 +144,8 @@ class GnomeDesktop final : public wayland::Desktop {
     std::unique_ptr<wayland::Connection> connection;
     wayland::Outputs outputs;
     std::optional<Parts> parts;
-    std::string setup, extension;
+    std::string setup;
+    std::function<bool()> isInstalled;
     bool holds = true;
 };
 

@@ -37,8 +37,10 @@ class Desktop {
         /// The path of an executable that belongs to the program: "sway-guard".
         std::function<std::string(const std::string& name)> helper;
         /// What the shell calls the extension that came with the program, and the command that
-        /// installs it for the user.
+        /// installs it for the user and switches it on.
         std::string extension{}, setup{};
+        /// Whether its files are where the shell looks for them at login.
+        std::function<bool()> isExtensionInstalled{};
         /// Whether a window of the program is active; no round trip.
         std::function<bool()> ownWindowActive;
         /// Calls an operation from the run loop, also while a modal alert runs.

@@ -1,6 +1,6 @@
 #include "program/session/WaylandSession.h"
 
-#include "program/ShellExtension.h"
+#include "program/session/ShellExtension.h"
 #include "program/session/WaylandModule.h"
 
 #include <cstdlib>
@@ -31,6 +31,7 @@ Session::Services WaylandSession::start(const Surroundings& surroundings) {
                                           .helper = surroundings.helper,
                                           .extension = shellExtension,
                                           .setup = shellSetup,
+                                          .isExtensionInstalled = isExtensionInstalled,
                                           .ownWindowActive = surroundings.ownWindowActive,
                                           .later = surroundings.later,
                                           .capabilitiesChanged = surroundings.capabilitiesChanged});

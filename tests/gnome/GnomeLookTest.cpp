@@ -1,0 +1,134 @@
+#include "gnome/GnomeSession.h"
+#include "testing/gnome/ShellMonitors.h"
+
+// What the program shows in the shell, without a cut word and inside the monitor. With
+// PICTURES=FOLDER pictures of it are left there, which are to be looked at:
+//   PICTURES=/tmp build/bin/gnome_tests --gtest_filter='*GnomeLook*'
+
+namespace desktop {
+namespace {
+
+struct Look {
+    const char* name;
+    const char* scheme;
+    const char* accent; ///< before 47 nobody looks at it
+    int scale;
+};
+
+void PrintTo(const Look& look, std::ostream* out) {
+    *out << look.name;
+}
+
+class GnomeLook : public Gnome, public testing::WithParamInterface<Look> {
+  protected:
+    void SetUp() override {
+        if (const auto reason = PrivateShell::missing()) GTEST_SKIP() << *reason;
+        const auto set = [](const std::string& setting) {
+            return std::vector<std::string>{"sh", "-c",
+                                            "gsettings set org.gnome." + setting + " || :"};
+        };
+        const auto& [name, scheme, accent, scale] = GetParam();
+        const std::string size = scale == 2 ? "2560x1440" : "1280x720";
+        begin({.monitors = {size, size},
+               .before = {set(std::string("desktop.interface color-scheme ") + scheme),
+                          set(std::string("desktop.interface accent-color ") + accent),
+                          set("mutter experimental-features \"['scale-monitor-framebuffer']\"")}});
+        if (scale == 2)
+            support::arrange(*shell, {{.outputs = {0}, .scale = 2.0},
+                                      {.outputs = {1}, .x = 1280, .scale = 2.0}});
+    }
+
+    /// Leaves a picture of what is to be seen now.
+    void keep(const std::string& what) const {
+        const char* const folder = std::getenv("PICTURES");
+        if (!folder) return;
+        shell->picture(std::string(folder) + "/gnome-" + GetParam().name + "-" + what + ".png");
+    }
+
+    /// `script` with the quick settings as `q`, the menu of the switch as `menu` and all that is
+    /// in it as `all`.
+    std::string inMenu(const std::string& title, const std::string& script) const {
+        return shell->run(
+            "(() => { const q = Main.panel.statusArea.quickSettings.menu;"
+            "const menu = q._grid.get_children().find(c => (c.title ?? c.label) === '" +
+            title +
+            "')?.menu; const under = a => [a, ...a.get_children().flatMap(under)];"
+            "const all = menu ? under(menu.actor) : []; " +
+            script + "})()");
+    }
+    bool holdsInMenu(const std::string& title, const std::string& script) const {
+        return waitUntil([&] { return inMenu(title, "return " + script + ";") == "true"; });
+    }
+    void openMenu(const std::string& title) const {
+        ASSERT_TRUE(holdsInMenu(title, "menu !== undefined")) << program->errors();
+        inMenu(title, "q.open(false); menu.open(false);");
+        ASSERT_TRUE(holdsInMenu(title, quit)) << "the entries have come";
+    }
+    /// Unfolds what is below an entry.
+    void unfold(const std::string& title, const std::string& entry) const {
+        inMenu(title,
+               "all.find(a => a.menu && a.label?.text === '" + entry + "').menu.open(false);");
+        ASSERT_TRUE(holdsInMenu(title, "all.some(a => a.constructor.name.endsWith('Slider') && "
+                                       "a.mapped && a.width > 100)"));
+    }
+    void expectItFits(const std::string& title) const {
+        EXPECT_TRUE(holdsInMenu(title, inside)) << "the end of the menu is on the monitor";
+        EXPECT_EQ(inMenu(title, "return all.filter(a => a.clutter_text && a.mapped && "
+                                "a.clutter_text.get_layout().is_ellipsized()).map(a => a.text);"),
+                  "[]");
+        // The words of all entries, and the sliders; borders count for a pixel.
+        const std::string spread =
+            inMenu(title, "const left = all.filter(a => a.mapped && ("
+                          "a.constructor.name.endsWith('Slider') || a.get_parent()?.label === a))"
+                          ".map(a => a.get_transformed_position()[0]);"
+                          "return Math.max(...left) - Math.min(...left);");
+        EXPECT_LE(std::stod(spread), 2) << "they begin below each other";
+    }
+    static constexpr const char* quit = "all.some(a => a.label?.text === 'Quit' && a.mapped)";
+    static constexpr const char* inside =
+        "(() => { const scroll = all.find(a => a.vadjustment && a.get_parent() === menu.box); "
+        "return scroll.get_transformed_position()[1] + scroll.height < "
+        "Main.layoutManager.primaryMonitor.height; })()";
+};
+
+TEST_P(GnomeLook, NoMenuOfASwitchHasACutWordOrGoesBeyondTheMonitor) {
+    start({.pushOption = true, .more = {{"CTRLALTCMD", flag(true)}}});
+    keep("veil");
+    openMenu("Palisor");
+    expectItFits("Palisor");
+    keep("menu");
+    for (const char* entry : {"Darken Other Monitors", "Push Hard to Cross"}) {
+        unfold("Palisor", entry);
+        expectItFits("Palisor");
+    }
+    keep("sliders");
+}
+
+TEST_P(GnomeLook, AnEntryThatOpensAWindowClosesTheQuickSettings) {
+    start();
+    openMenu("Palisor");
+    inMenu("Palisor", "all.find(a => a.label?.text?.startsWith('Keyboard')).activate("
+                      "imports.gi.Clutter.get_current_event?.());");
+    EXPECT_TRUE(waitUntil([&] {
+        return shell->isTrue("!Main.panel.statusArea.quickSettings.menu.isOpen && "
+                             "global.get_window_actors().some(a => a.scale_x === 1)");
+    }));
+    keep("recorder");
+}
+
+TEST_P(GnomeLook, TheLinesCrossBothMonitors) {
+    start({.product = "crosshair"});
+    shell->moveTo(300, 200);
+    hand->relative(10, 20);
+    EXPECT_TRUE(waitUntil([&] { return veils() != noneIsDark; }));
+    keep("lines");
+}
+
+INSTANTIATE_TEST_SUITE_P(, GnomeLook,
+                         testing::Values(Look{"light", "prefer-light", "blue", 1},
+                                         Look{"dark", "prefer-dark", "orange", 1},
+                                         Look{"fine", "prefer-light", "green", 2}),
+                         [](const auto& one) { return one.param.name; });
+
+} // namespace
+} // namespace desktop
