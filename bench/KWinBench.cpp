@@ -91,9 +91,7 @@ struct Contest final : desktop::KWin {
             hand->push(-1, 0, each, hz);
         }
     }
-    void pushAgainstEdge(double during, int hz, double speed) {
-        hand->push(speed / hz, 0, static_cast<int>(during * hz), hz);
-    }
+    void pushAgainstEdge(double during, int hz, double speed) { hand->pushAt(speed, during, hz); }
 
     static constexpr auto npos = std::string::npos;
 };

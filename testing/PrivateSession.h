@@ -19,6 +19,7 @@ class PrivateSession {
     /// For clients: the path of the compositor's socket.
     std::string socket() const { return runtimeFolder() + "/" + variables.at("WAYLAND_DISPLAY"); }
     pid_t pid() const { return server->pid(); }
+    pid_t busPid() const { return bus->pid(); } ///< of the session bus
     /// What the compositor has logged.
     std::string log() const { return server->output() + server->errors(); }
 

@@ -10,6 +10,7 @@ import {Watch} from './watch.js';
 
 const INTERFACE = 'com.tamberlo.Shell1';
 const PATIENCE = 1000; // milliseconds: who does not answer for so long hangs, and nothing of his stays
+const LATE = 100_000; // microseconds: a bus that takes longer for its own answer
 
 /** What one program has asked for, and what it is told. */
 export class Client {
@@ -43,6 +44,7 @@ export class Client {
         if (this._heart)
             GLib.source_remove(this._heart);
         this._heart = 0;
+        this._dropLate();
         if (this._watchedName)
             Gio.bus_unwatch_name(this._watchedName);
         this._watchedName = 0;
@@ -90,14 +92,49 @@ export class Client {
         if (!this.isBusy() || this._isAsking)
             return;
         this._isAsking = true;
+        this._wait();
         try {
-            await this._bus.call(this._sender, '/', 'org.freedesktop.DBus.Peer', 'Ping', null, null,
-                Gio.DBusCallFlags.NO_AUTO_START, PATIENCE, this._silence);
-        } catch (error) {
-            if (error.matches(Gio.IOErrorEnum, Gio.IOErrorEnum.TIMED_OUT))
-                this.free('silent');
+            await this._ping(this._sender);
+        } catch {
+            // It has gone, or this has.
         }
+        this._dropLate();
         this._isAsking = false;
+    }
+
+    _wait() {
+        this._late = GLib.timeout_add(GLib.PRIORITY_DEFAULT, PATIENCE, () => {
+            this._late = 0;
+            this._askBus();
+            return GLib.SOURCE_REMOVE;
+        });
+    }
+
+    // On a machine with much to do the bus itself is late, and nobody's answer could have come.
+    async _askBus() {
+        const asked = GLib.get_monotonic_time();
+        try {
+            await this._ping('org.freedesktop.DBus');
+        } catch {
+            return;
+        }
+        if (!this._isAsking)
+            return;
+        if (GLib.get_monotonic_time() - asked > LATE)
+            this._wait();
+        else
+            this.free('silent');
+    }
+
+    _ping(name) {
+        return this._bus.call(name, '/', 'org.freedesktop.DBus.Peer', 'Ping', null, null,
+            Gio.DBusCallFlags.NO_AUTO_START, GLib.MAXINT32, this._silence);
+    }
+
+    _dropLate() {
+        if (this._late)
+            GLib.source_remove(this._late);
+        this._late = 0;
     }
 
     _tell(signal, type, values) {

@@ -57,6 +57,19 @@ TEST_F(Gnome, FreesEverythingWhileTheProgramHangsAndHoldsAgainAfterwards) {
     EXPECT_TRUE(waitUntil([&] { return shell->cursor().x < 1280; }));
 }
 
+TEST_F(Gnome, HoldsOnWhileItIsTheBusThatIsLate) {
+    start();
+    shell->run(std::string(covers) + "[0].isStillTheFirst = true");
+    {
+        const support::Stopped late(shell->busPid());
+        // Nothing can be told meanwhile: longer than a program may be silent.
+        (void)waitUntil([] { return false; }, std::chrono::milliseconds(2500));
+    }
+    hand->push(20, 0, 100, mouseRate);
+    EXPECT_EQ(shell->cursor().x, 1279);
+    EXPECT_TRUE(shell->isTrue(std::string(covers) + "[0].isStillTheFirst")) << "nothing was freed";
+}
+
 TEST_F(Gnome, TheShellsOwnShortcutFreesEverything) {
     start();
     hand->chord({KEY_LEFTCTRL, KEY_LEFTALT, KEY_LEFTMETA, KEY_ESC});

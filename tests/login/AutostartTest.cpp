@@ -35,6 +35,7 @@ TEST_F(Autostart, IsRunByTheDesktopWithItsArgumentsWhereverItLies) {
         std::filesystem::create_directories(bin);
         folder.write(name + "/example-helper", "#!/bin/sh\nprintf '[%s]' \"$0\" \"$@\"\n");
         std::filesystem::permissions(bin + "/example-helper", std::filesystem::perms::owner_all);
+        std::filesystem::create_symlink("example-helper", bin + "/app");
         itemsOf(bin).setEnabled("org.example.appHelper", true);
         support::ChildProcess desktop(
             {{"gio", "launch", folder.path(helperFile)},
@@ -43,6 +44,23 @@ TEST_F(Autostart, IsRunByTheDesktopWithItsArgumentsWhereverItLies) {
             << desktop.output() << desktop.errors() << helperEntry();
         EXPECT_EQ(desktop.wait(), 0);
     }
+}
+
+TEST_F(Autostart, IsNoEntryAnyMoreWhereTheProductIsRemovedAndTheHelperIsThere) {
+    const std::string bin = folder.path("bin");
+    std::filesystem::create_directories(bin);
+    std::filesystem::create_symlink("/bin/true", bin + "/example-helper");
+    std::filesystem::create_symlink("/bin/true", bin + "/app");
+    itemsOf(bin).setEnabled("org.example.appHelper", true);
+    const auto launched = [&] {
+        support::ChildProcess desktop(
+            {{"gio", "launch", folder.path(helperFile)},
+             {{"PATH", std::getenv("PATH")}, {"HOME", folder.path()}, {"LANG", "C.UTF-8"}}});
+        return desktop.wait() == 0;
+    };
+    EXPECT_TRUE(launched());
+    std::filesystem::remove(bin + "/app");
+    EXPECT_FALSE(launched());
 }
 
 TEST_F(Autostart, SwitchedOffInTheDesktopsSettingsComesBackAsItWas) {

@@ -84,7 +84,9 @@ Stage::Stage(const Scene& scene, bool dark)
         showMenu(scene);
 }
 
+// Where there is none, the menu opens at the cursor.
 void Stage::startTray(bool dark) {
+    if (desktop.spawn("sh", {"-c", "command -v trayer"})->wait() != 0) return;
     constexpr int rim = 3;
     tray =
         desktop.spawn("trayer", {"--edge",         "top",
@@ -134,7 +136,7 @@ void Stage::showMenu(const Scene& scene) {
         });
         return different > 20 && different < static_cast<long>(seen.pixels.size()) / 2;
     };
-    if (!desktop.isOnTheBusSoon(identifier()) || !eye.waitUntilSeen(isThere))
+    if (!desktop.isOnTheBusSoon(identifier()) || (tray && !eye.waitUntilSeen(isThere)))
         throw std::runtime_error("there is no icon: " + program->errors());
     openToldMenu();
     for (int step = 0; step < std::max(scene.submenu, 1); ++step)
@@ -169,11 +171,13 @@ Picture Stage::picture() const {
     return eye.picture(shown ? around(*shown, monitor(0)) : support::boundsOf(layout));
 }
 
-// Which window is active the window manager decides in its own time.
+// Which window is active the window manager decides in its own time, and what describes an entry
+// some toolkits make of its tool tip.
 void Stage::hear(const std::vector<support::Heard>& lines) {
     for (support::Heard each : lines) {
         each.states.erase("active");
         each.states.erase("focused");
+        if (each.role == "menu item") each.description.clear();
         told += each.line() + "\n";
     }
 }
@@ -182,7 +186,8 @@ std::string Stage::toolkit() const {
     const auto match = desktop.spawn("fc-match", {"sans"});
     match->wait();
     const std::string font = match->output();
-    return "Qt " + std::string(qVersion()) + ", " + font.substr(0, font.find(':'));
+    return "Qt " + std::string(qVersion()) + ", " + font.substr(0, font.find(':')) +
+           (tray ? "" : ", without a tray");
 }
 
 bool Stage::comesToLookLike(const Picture& other) const {

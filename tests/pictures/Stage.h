@@ -31,7 +31,8 @@ class Stage : desktop::Product {
 
     /// What a screen reader is told of what is in the picture, a line each.
     std::string words() const { return told; }
-    /// The toolkit and the font, with which it is drawn: others draw it otherwise.
+    /// The toolkit and the font, with which it is drawn, and whether the icon has a tray: where one
+    /// of them is another, the picture is.
     std::string toolkit() const;
     /// Of now.
     support::Picture picture() const;

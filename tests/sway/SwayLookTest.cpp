@@ -1,6 +1,7 @@
 #include "sway/SwaySession.h"
 
 #include <filesystem>
+#include <tuple>
 
 // What the program looks like beside a bar, light and dark, on a monitor of whole and of broken
 // scale. Where the environment names a folder in PALISOR_PICTURES, each is kept there.
@@ -156,45 +157,53 @@ class SwayLook : public Sway {
     std::unique_ptr<support::ChildProcess> bar, portal;
 };
 
-struct SwayLookOf : SwayLook, testing::WithParamInterface<Look> {};
+/// Which product, at which scale, and whether the desktop is dark.
+using Shown = std::tuple<Look, double, bool>;
 
-TEST_P(SwayLookOf, IsLightOrDarkAsTheDesktopIsAndItsMenuWholeBelowTheIcon) {
-    const Look& look = GetParam();
-    for (const double by : {1.0, 1.5})
-        for (const bool dark : {false, true}) {
-            const std::string name =
-                std::string(look.product) + (dark ? "-dark" : "-light") + (by > 1 ? "-scaled" : "");
-            SCOPED_TRACE(name);
-            beginScaled(by);
-            if (dark) startPortal({});
-            startBar(dark);
-            startProduct(look);
-            openMenu();
-            EXPECT_TRUE(waitUntil([&] { return isPainted(dark); })) << program->errors();
-            const Area seen = menu().value();
-            EXPECT_LE(seen.x + seen.width, pixels(width));
-            EXPECT_LE(seen.y + seen.height, pixels(height));
-            EXPECT_GE(seen.x + seen.width, icon().value().x) << "in line with the icon";
-            keep(name);
-            if (look.keys.empty()) continue;
-            for (const std::uint32_t key : look.keys)
-                press(key);
-            keep(name + "-more");
-        }
+std::string nameOf(const Shown& shown) {
+    const auto& [look, by, dark] = shown;
+    return std::string(look.product) + (dark ? "-dark" : "-light") + (by > 1 ? "-scaled" : "");
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Products, SwayLookOf,
-    testing::Values(
-        Look{"palisor", {}, {KEY_DOWN, KEY_DOWN, KEY_DOWN, KEY_RIGHT}},
-        Look{"vellumor", {}, {KEY_DOWN, KEY_DOWN, KEY_DOWN, KEY_DOWN, KEY_DOWN, KEY_RIGHT}},
-        Look{"quenlow"}, Look{"orbisant", {}, {KEY_DOWN, KEY_DOWN, KEY_DOWN, KEY_RIGHT}},
-        Look{"stay-awake"}, Look{"crosshair"}, Look{"calendar-alerts"}),
-    [](const auto& look) {
-        std::string name = look.param.product;
-        std::erase(name, '-');
-        return name;
-    });
+struct SwayLookOf : SwayLook, testing::WithParamInterface<Shown> {};
+
+TEST_P(SwayLookOf, IsLightOrDarkAsTheDesktopIsAndItsMenuIsWholeAtTheIcon) {
+    const auto& [look, by, dark] = GetParam();
+    beginScaled(by);
+    if (dark) startPortal({});
+    startBar(dark);
+    startProduct(look);
+    openMenu();
+    EXPECT_TRUE(waitUntil([this, wanted = dark] { return isPainted(wanted); }))
+        << program->errors();
+    const Area seen = menu().value();
+    EXPECT_LE(seen.x + seen.width, pixels(width));
+    EXPECT_LE(seen.y + seen.height, pixels(height));
+    EXPECT_GE(seen.x + seen.width, icon().value().x) << "in line with the icon";
+    keep(nameOf(GetParam()));
+    if (look.keys.empty()) return;
+    for (const std::uint32_t key : look.keys)
+        press(key);
+    keep(nameOf(GetParam()) + "-more");
+}
+
+const Look products[] = {
+    {"palisor", {}, {KEY_DOWN, KEY_DOWN, KEY_DOWN, KEY_RIGHT}},
+    {"vellumor", {}, {KEY_DOWN, KEY_DOWN, KEY_DOWN, KEY_DOWN, KEY_DOWN, KEY_RIGHT}},
+    {"quenlow"},
+    {"orbisant", {}, {KEY_DOWN, KEY_DOWN, KEY_DOWN, KEY_RIGHT}},
+    {"stay-awake"},
+    {"crosshair"},
+    {"calendar-alerts"}};
+
+INSTANTIATE_TEST_SUITE_P(Products, SwayLookOf,
+                         testing::Combine(testing::ValuesIn(products), testing::Values(1.0, 1.5),
+                                          testing::Bool()),
+                         [](const auto& row) {
+                             std::string name = nameOf(row.param);
+                             std::erase(name, '-');
+                             return name;
+                         });
 
 TEST_F(SwayLook, OfADarkMonitorIsEvenAtABrokenScale) {
     begin(

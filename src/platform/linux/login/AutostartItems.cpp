@@ -237,6 +237,9 @@ DesktopEntry AutostartItems::itemEntry(const std::string& path) const {
 DesktopEntry AutostartItems::helperEntry() const {
     DesktopEntry entry = entryFor(product.helper);
     entry.setRaw(helperKey, "true");
+    // The helper may outlive the product, which is a package of its own.
+    if (!product.program.empty() && isPlain(product.program))
+        entry.setRaw("TryExec", product.program);
     if (hasOwnItem()) {
         entry.setString("Name", product.helperName);
         entry.setRaw(noDisplayKey, "true");
