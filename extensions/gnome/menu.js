@@ -3,7 +3,7 @@ import GLib from 'gi://GLib';
 import Pango from 'gi://Pango';
 import St from 'gi://St';
 
-import {scrollView, verticalBox} from './release.js';
+import {scrolled, scrollView, verticalBox} from './release.js';
 import {Main, PopupMenu, Slider} from './shell.js';
 
 const INTERFACE = 'com.canonical.dbusmenu';
@@ -114,7 +114,7 @@ export class ExportedMenu {
     _reveal(item) {
         const [, top] = this._scroll.get_transformed_position();
         const [, at] = item.get_transformed_position();
-        const {vadjustment: shown} = this._scroll;
+        const shown = scrolled(this._scroll);
         const below = at + item.height - (top + this._scroll.height);
         if (at < top)
             shown.value -= top - at;

@@ -45,6 +45,11 @@ export function scrollView(child) {
     return view;
 }
 
+/** How far a view of `scrollView` is scrolled down. */
+export function scrolled(view) {
+    return view.vadjustment ?? view.vscroll.adjustment;
+}
+
 /** Shows an indicator in the panel, and its switches in the quick settings. */
 export function addIndicator(indicator) {
     const {quickSettings} = Main.panel.statusArea;

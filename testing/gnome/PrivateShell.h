@@ -8,6 +8,11 @@
 
 namespace support {
 
+/// What the shell asks about the cursor, in its JavaScript; older ones have it elsewhere.
+constexpr const char* cursorTracker =
+    "(global.backend.get_cursor_tracker?.()"
+    " ?? imports.gi.Meta.CursorTracker.get_for_display(global.display))";
+
 /// A headless GNOME Shell of the test's own with monitors side by side and what stands for the
 /// system's bus. It uses nothing of the desktop that it runs on. The process must not be root,
 /// which the shell's bus would refuse.

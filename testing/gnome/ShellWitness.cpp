@@ -9,7 +9,9 @@ ShellWitness::ShellWitness(const PrivateShell& watched, const Area& inside) : sh
     const auto text = [](int value) { return std::to_string(value); };
     shell.run("(() => { const w = globalThis.witness = {motions: 0, outside: 0, depth: 0, spent: 0,"
               "  since: 0, left: 0};"
-              "const tracker = global.backend.get_cursor_tracker();"
+              "const tracker = " +
+              std::string(cursorTracker) +
+              ";"
               "w.look = () => { const now = GLib.get_monotonic_time();"
               "  const [x, y] = global.get_pointer();"
               "  const depth = Math.max(0, " +

@@ -81,7 +81,7 @@ TEST_F(GnomeGames, ASiblingBesideItKeepsWhatItAskedForWhenTheOtherEnds) {
     start();
     const auto other = std::move(program);
     start({.product = "vellumor", .more = {{"TIME_MODE", flag(true)}, {"SCHEDULE", number(1)}}});
-    const std::string isSeen = "global.backend.get_cursor_tracker().get_pointer_visible()";
+    const std::string isSeen = std::string(support::cursorTracker) + ".get_pointer_visible()";
     hand->push(1, 0, 5, mouseRate);
     EXPECT_TRUE(waitUntil([&] { return !shell->isTrue(isSeen); })) << program->errors();
     hand->push(20, 0, 100, mouseRate);

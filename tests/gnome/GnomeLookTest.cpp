@@ -86,7 +86,8 @@ class GnomeLook : public Gnome, public testing::WithParamInterface<Look> {
     }
     static constexpr const char* quit = "all.some(a => a.label?.text === 'Quit' && a.mapped)";
     static constexpr const char* inside =
-        "(() => { const scroll = all.find(a => a.vadjustment && a.get_parent() === menu.box); "
+        "(() => { const scroll = all.find(a => a instanceof imports.gi.St.ScrollView && "
+        "a.get_parent() === menu.box); "
         "return scroll.get_transformed_position()[1] + scroll.height < "
         "Main.layoutManager.primaryMonitor.height; })()";
 };

@@ -172,9 +172,7 @@ TEST_F(Gnome, AnotherProcessIsRefused) {
 
 TEST_F(Gnome, TheCursorHiderHidesTheCursorAndShowsItOnMotion) {
     start({.product = "vellumor", .more = {{"TIME_MODE", flag(true)}, {"SCHEDULE", number(1)}}});
-    const std::string isSeen = "(global.backend.get_cursor_tracker?.() ??"
-                               " imports.gi.Meta.CursorTracker.get_for_display(global.display))"
-                               ".get_pointer_visible()";
+    const std::string isSeen = std::string(support::cursorTracker) + ".get_pointer_visible()";
     hand->push(1, 0, 5, mouseRate);
     EXPECT_TRUE(waitUntil([&] { return !shell->isTrue(isSeen); })) << program->errors();
     hand->push(1, 0, 5, mouseRate);

@@ -63,10 +63,6 @@ class SwayLook : public Sway {
             << "#tray { padding: 0 10px; }";
         bar = sway->spawn("waybar", {"-c", folder + "/bar.json", "-s", folder + "/bar.css"});
     }
-    void startProduct(const Look& look) {
-        spawn({.product = look.product, .more = look.more});
-        ASSERT_TRUE(program->waitForText("macOS 10.14")) << program->errors();
-    }
     int pixels(int ofLayout) const { return static_cast<int>(ofLayout * scale); }
 
     /// Where the icon is in the bar: what differs from the bar's ground at its right end.
@@ -172,7 +168,7 @@ TEST_P(SwayLookOf, IsLightOrDarkAsTheDesktopIsAndItsMenuIsWholeAtTheIcon) {
     beginScaled(by);
     if (dark) startPortal({});
     startBar(dark);
-    startProduct(look);
+    spawn({.product = look.product, .more = look.more});
     openMenu();
     EXPECT_TRUE(waitUntil([this, wanted = dark] { return isPainted(wanted); }))
         << program->errors();
@@ -217,7 +213,7 @@ TEST_F(SwayLook, FollowsTheDesktopWhileTheProgramRuns) {
     beginScaled(1);
     startPortal({"later"});
     startBar(true);
-    startProduct({"palisor"});
+    spawn({});
     openMenu();
     EXPECT_TRUE(waitUntil([&] { return isPainted(false); }));
     const auto call =

@@ -42,6 +42,8 @@ const Keys otherWords = {"BUTANGOLO",
                          "SWAYSOCK",
                          "TERMINATEHELPER",
                          "WAYLAND_DISPLAY",
+                         "XDG_DATA_DIRS",
+                         "XDG_DATA_HOME",
                          "XDG_RUNTIME_DIR",
                          "YES"};
 
