@@ -118,8 +118,10 @@ export class ProductIndicator {
         this._indicator = null;
     }
 
+    /** Opens the menu; where the program has not told all of it yet, as soon as it has. */
     open() {
-        if (!this._indicator)
+        this._opensLater = !this._indicator;
+        if (this._opensLater)
             return;
         Main.panel.statusArea.quickSettings.menu.open();
         this._toggle.menu.open();
@@ -145,6 +147,8 @@ export class ProductIndicator {
                 this._make(face);
             this._icon.gicon = face.icon;
             this._toggle.showFace(face);
+            if (this._opensLater)
+                this.open();
             await this._showState();
         } catch (error) {
             this._report(error);

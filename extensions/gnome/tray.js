@@ -49,10 +49,10 @@ export class Tray {
 
     /** Opens the menu of the program whose icon the caller has registered. */
     ShowMenuAsync(_parameters, invocation) {
-        for (const indicator of this._indicators.values()) {
-            if (indicator.service === invocation.get_sender())
-                indicator.open();
-        }
+        const sender = invocation.get_sender();
+        const indicator = [...this._indicators.values()].find(({service}) => service === sender);
+        this._askedBy = indicator ? null : sender; // of an icon that is still being registered
+        indicator?.open();
         invocation.return_value(null);
     }
 
@@ -68,6 +68,8 @@ export class Tray {
             const indicator = new ProductIndicator(this._bus, program, sender);
             indicator.onGone(() => this._indicators.delete(program));
             this._indicators.set(program, indicator);
+            if (this._askedBy === sender)
+                indicator.open();
         } catch (error) {
             console.warn(`an icon is not shown: ${error.message}`);
         }
