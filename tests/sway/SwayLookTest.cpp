@@ -60,7 +60,10 @@ class SwayLook : public Sway {
             << "* { min-height: 0; border: none; border-radius: 0; font-family: sans-serif; }"
             << (dark ? "window#waybar { background: #2b303b; color: #ffffff; }"
                      : "window#waybar { background: #e4e4e4; color: #202020; }")
-            << "#tray { padding: 0 10px; }";
+            << "#tray { padding: 0 10px; }"
+            // The icon's, which would be taken for a part of the menu.
+            << "tooltip, tooltip * { background: none; color: transparent; border: none;"
+               " box-shadow: none; }";
         bar = sway->spawn("waybar", {"-c", folder + "/bar.json", "-s", folder + "/bar.css"});
     }
     int pixels(int ofLayout) const { return static_cast<int>(ofLayout * scale); }
