@@ -65,7 +65,7 @@ TEST_F(KWinSiblings, TheDesktopSwitcherGoesToTheDesktopAtTheLeft) {
 struct KWinSecondApproach : KWinSiblings {
     void switchOnce() {
         begin({.configuration = "[Desktops]\nNumber=9\nRows=1\n"});
-        start(atEdges("quenlow", {1, 3}));
+        start({.product = "quenlow", .more = armedSides({1, 3})});
         goTo(2 * width - 20, 300);
         hand->push(7, 0, 4, 125);
         ASSERT_TRUE(showsSoon("1")) << program->errors();
@@ -113,7 +113,7 @@ TEST_F(KWinSecondApproach, IsFeltByAProgramThatReadsBothTooLate) {
 }
 
 TEST_F(KWinSiblings, TheWrapAroundFeelsASecondApproachRightAfterTheFirst) {
-    start(atEdges("orbisant", {1, 3}));
+    start({.product = "orbisant", .more = armedSides({1, 3})});
     goTo(2 * width - 50, 300);
     for (int turn = 0; turn < 6; ++turn) {
         hand->push(7, 0, 32, 125);
