@@ -3,7 +3,6 @@
 
 #include <cmath>
 #include <libei.h>
-#include <linux/input-event-codes.h>
 #include <stdexcept>
 #include <systemd/sd-bus.h>
 #include <unistd.h>
@@ -110,8 +109,8 @@ double KWinHand::pushAt(double speed, double seconds, int hz) {
     return pace.latest;
 }
 
-void KWinHand::button(bool down) {
-    ei_device_button_button(mouse, BTN_LEFT, down);
+void KWinHand::button(std::uint32_t code, bool down) {
+    ei_device_button_button(mouse, code, down);
     ei_device_frame(mouse, ei_now(context));
     synchronize();
 }

@@ -33,7 +33,10 @@ std::optional<std::string> PrivateKWin::missing() {
     return std::nullopt;
 }
 
-PrivateKWin::PrivateKWin(const Options& options) : PrivateSession({{"KWIN_COMPOSE", "Q"}}) {
+PrivateKWin::PrivateKWin(const Options& options)
+    : PrivateSession({{"KWIN_COMPOSE", "Q"},
+                      {"QT_QUICK_BACKEND", "software"},
+                      {"LIBGL_ALWAYS_SOFTWARE", "1"}}) {
     for (const char* part : {"home/.config/menus", "home/.local/share/applications"})
         fs::create_directories(folder.path(part));
     std::ofstream(configFolder() + "/kwinrc") << options.configuration;
@@ -42,15 +45,23 @@ PrivateKWin::PrivateKWin(const Options& options) : PrivateSession({{"KWIN_COMPOS
         << "<!DOCTYPE Menu PUBLIC \"-//freedesktop//DTD Menu 1.0//EN\" "
            "\"http://www.freedesktop.org/standards/menu-spec/1.0/menu.dtd\">"
            "<Menu><Name>Applications</Name><DefaultAppDirs/><Include><All/></Include></Menu>";
-    std::ofstream(folder.path("home/.local/share/applications/program.desktop"))
-        << options.desktopFile;
+    if (!options.desktopFile.empty())
+        std::ofstream(folder.path("home/.local/share/applications/program.desktop"))
+            << options.desktopFile;
+    std::vector<std::string> command{
+        "kwin_wayland", "--output-count", std::to_string(options.outputs),
+        "--width",      "1280",           "--height",
+        "720",          "--socket",       "wayland-kwin"};
+    if (!options.locks) command.emplace_back("--no-lockscreen");
+    if (options.shownIn.empty())
+        command.emplace_back("--virtual");
+    else
+        command.insert(command.end(), {"--wayland-display", options.shownIn});
     server = std::make_unique<ChildProcess>(ChildProcess::Start{
-        .command = {"kwin_wayland", "--virtual", "--output-count", std::to_string(options.outputs),
-                    "--width", "1280", "--height", "720", "--no-lockscreen", "--socket",
-                    "wayland-kwin"},
-        .environment = variables,
-        .deathSignal = SIGTERM});
+        .command = std::move(command), .environment = variables, .deathSignal = SIGTERM});
     variables["WAYLAND_DISPLAY"] = "wayland-kwin";
+    for (const auto& [name, value] : options.more)
+        variables[name] = value;
     const auto isUp = [&] {
         if (!fs::exists(socket())) return false;
         const auto asked = spawn("busctl", {"--user", "call", "org.kde.KWin", "/Scripting",

@@ -18,6 +18,10 @@ class PrivateKWin : public PrivateSession {
         int outputs = 2;             ///< of 1280x720 each
         std::string configuration{}; ///< the user's kwinrc
         std::string desktopFile{};   ///< of a program that is installed
+        /// The socket of a compositor that shows each output as a window; nobody sees them without.
+        std::string shownIn{};
+        bool locks = false; ///< whether the screen can be locked
+        Environment more{}; ///< for what is started in it
     };
 
     /// Why there can be none on this machine; nothing where there can.
@@ -56,14 +60,16 @@ class KWinHand {
     /// a mouse it sends whole pixels, and nothing where there is none yet. Returns by how many
     /// seconds the latest of them came too late.
     double pushAt(double speed, double seconds, int hz);
-    void pressButton() { button(true); }
-    void releaseButton() { button(false); }
+    /// The kernel's code; the left one otherwise.
+    void pressButton(std::uint32_t code = leftButton) { button(code, true); }
+    void releaseButton(std::uint32_t code = leftButton) { button(code, false); }
     /// The kernel's codes.
     void press(std::uint32_t key) { this->key(key, true); }
     void release(std::uint32_t key) { this->key(key, false); }
 
   private:
-    void button(bool down);
+    static constexpr std::uint32_t leftButton = 0x110;
+    void button(std::uint32_t code, bool down);
     void key(std::uint32_t code, bool down);
     void send(double dx, double dy);
     void synchronize();

@@ -126,12 +126,21 @@ class SwayDesktop final : public wayland::Desktop {
     bool holds = true;
 };
 
+// Another compositor that runs in a window of sway's leaves its programs the name of sway's socket.
+bool isOtherCompositors(const Ipc& ipc, Descriptors& descriptors, Log& log) {
+    const auto asked = wayland::Connection::open(descriptors, log, [] {}, {});
+    return asked.connection &&
+           asked.connection->compositorProcess() != wayland::processBehind(ipc.descriptor());
+}
+
 } // namespace
 
 wayland::OpenedDesktop openDesktop(Descriptors& descriptors, Log& log, std::function<void()> lost) {
     const char* const socket = std::getenv("SWAYSOCK");
+    if (!socket) return {};
+    const auto ipc = Ipc::open(socket);
     // A name that was left behind by a compositor that has gone is none.
-    if (!socket || !Ipc::open(socket)) return {};
+    if (!ipc || isOtherCompositors(*ipc, descriptors, log)) return {};
     auto desktop = std::make_unique<SwayDesktop>(descriptors, log);
     std::string error = desktop->join(socket, std::move(lost));
     if (!error.empty()) return {nullptr, std::move(error)};

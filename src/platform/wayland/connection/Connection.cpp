@@ -81,12 +81,19 @@ Connection::~Connection() {
     flush();
 }
 
-std::string Connection::compositorName() const {
+pid_t processBehind(int socket) {
     ucred peer{};
     socklen_t size = sizeof peer;
-    if (::getsockopt(wl_display_get_fd(display.get()), SOL_SOCKET, SO_PEERCRED, &peer, &size) != 0)
-        return {};
-    std::ifstream file("/proc/" + std::to_string(peer.pid) + "/comm");
+    const bool told = ::getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0;
+    return told ? peer.pid : 0;
+}
+
+pid_t Connection::compositorProcess() const {
+    return processBehind(wl_display_get_fd(display.get()));
+}
+
+std::string Connection::compositorName() const {
+    std::ifstream file("/proc/" + std::to_string(compositorProcess()) + "/comm");
     std::string name;
     std::getline(file, name);
     return name;

@@ -10,10 +10,14 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <sys/types.h>
 #include <utility>
 #include <vector>
 
 namespace platform::wayland {
+
+/// Who listens at the other end of a connected socket; 0 where that is not told.
+pid_t processBehind(int socket);
 
 /// A connection of the program's own, beside the toolkit's. What comes on it is read from the run
 /// loop: the protocol's events only note what they tell, and whoever wants to act on it does so
@@ -48,6 +52,8 @@ class Connection {
 
     /// What the compositor's executable is called: "labwc"; empty where that is not told.
     std::string compositorName() const;
+    /// The compositor's process; 0 where that is not told.
+    pid_t compositorProcess() const;
     /// Whether the compositor has a global of that interface.
     bool has(std::string_view interface) const { return offered.contains(interface); }
 
