@@ -7,12 +7,12 @@
 #include <cmath>
 #include <sys/resource.h>
 
-// gnome_bench [SECONDS [GROUP...]]: how holding the cursor feels in a GNOME session and what it
-// costs, on a private shell whose remote desktop is the mouse, with the shell's own word for where
-// the cursor is. Each is measured for SECONDS (2) at a time on two monitors; a walk takes SECONDS
-// in each layout. The shell draws in software here, and it takes the mouse's motions from a bus:
-// what that costs is in both numbers that are compared. "again" counts the tries that were made
-// again because the machine itself stood still in them.
+// gnome_bench [SECONDS [GROUP...] [LAYOUT...]]: how holding the cursor feels in a GNOME session and
+// what it costs, on a private shell whose remote desktop is the mouse, with the shell's own word
+// for where the cursor is. Each is measured for SECONDS (2) at a time on two monitors; a walk takes
+// SECONDS in each layout, or in those that are named. The shell draws in software here, and it
+// takes the mouse's motions from a bus: what that costs is in both numbers that are compared.
+// "again" counts the tries that were made again because the machine itself stood still in them.
 
 namespace {
 
@@ -85,9 +85,20 @@ void outsideRows() {
     }
 }
 
+std::vector<std::string_view> named; ///< on the command line
+
+std::vector<desktop::ShellLayout> wantedLayouts() {
+    auto all = desktop::shellLayouts();
+    const auto isNamed = [](const auto& layout) {
+        return std::ranges::find(named, layout.name) != named.end();
+    };
+    if (std::ranges::any_of(all, isNamed)) std::erase_if(all, std::not_fn(isNamed));
+    return all;
+}
+
 void walkRows() {
     row("", "required", {"outside", "steps, at an edge, presses"});
-    for (const auto& layout : desktop::shellLayouts()) {
+    for (const auto& layout : wantedLayouts()) {
         Contest contest(layout);
         arrange(*contest.shell, layout.monitors);
         const auto& wanted = layout.monitors[layout.held];
@@ -276,6 +287,7 @@ int main(int count, char** arguments) {
     const rlimit first{1, 1};
     setrlimit(RLIMIT_RTPRIO, &first);
     support::becomeAUser();
+    named.assign(arguments + std::min(count, 2), arguments + count);
     bench::printGroups(count, arguments,
                        {{"outside", outsideRows},
                         {"walk", walkRows},
