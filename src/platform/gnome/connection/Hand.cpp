@@ -38,8 +38,12 @@ Hand::Hand(Descriptors& descriptors, Log& log, std::string name, std::string uui
         // The first answer is waited for, so that the program starts with the cursor in its hand.
         bus::Message join = begin("Join");
         (void)sd_bus_message_append(join.get(), "s", program.c_str());
-        isHere = call(std::move(join), second) != nullptr;
-        if (!isHere) askWhy();
+        const bus::Message reply = call(std::move(join), second);
+        isHere = reply != nullptr;
+        if (isHere)
+            readLacks(*reply);
+        else
+            askWhy();
     }
     link.start();
 }
@@ -91,7 +95,7 @@ void Hand::leave() {
 void Hand::join() {
     sd_bus_slot* slot = nullptr;
     const auto answered = [](sd_bus_message* reply, void* self, sd_bus_error*) {
-        static_cast<Hand*>(self)->joined(!sd_bus_message_is_method_error(reply, nullptr));
+        static_cast<Hand*>(self)->joined(reply);
         return 0;
     };
     const bus::Message message = begin("Join");
@@ -101,12 +105,24 @@ void Hand::join() {
     link.settle();
 }
 
-void Hand::joined(bool isNow) {
-    isHere = isNow;
-    if (!isNow) return askWhy();
+void Hand::joined(sd_bus_message* reply) {
+    isHere = !sd_bus_message_is_method_error(reply, nullptr);
+    if (!isHere) return askWhy();
+    readLacks(*reply);
     isFresh = true;
     link.callSoon();
     changed();
+}
+
+void Hand::readLacks(sd_bus_message& reply) {
+    lacks.clear();
+    std::uint32_t version = 0;
+    if (sd_bus_message_read(&reply, "u", &version) <= 0 ||
+        sd_bus_message_enter_container(&reply, 'a', "s") <= 0)
+        return;
+    const char* part = nullptr;
+    while (sd_bus_message_read(&reply, "s", &part) > 0)
+        lacks.insert(part);
 }
 
 // The shell knows about its extensions, also where the user has switched all of them off.
@@ -187,6 +203,12 @@ void Hand::hold(const Rect& monitor, std::optional<Point> place) {
 
 void Hand::release() {
     send(begin("Release"));
+}
+
+void Hand::setCrossing(double pixels) {
+    bus::Message message = begin("Crossing");
+    if (message) (void)sd_bus_message_append(message.get(), "d", pixels);
+    send(std::move(message));
 }
 
 void Hand::warp(Point place) {
