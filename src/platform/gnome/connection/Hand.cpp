@@ -12,6 +12,7 @@ constexpr const char* handPath = "/com/tamberlo/Shell";
 constexpr const char* handInterface = "com.tamberlo.Shell1";
 
 constexpr std::uint64_t second = 1'000'000, tenth = 100'000; // microseconds
+constexpr std::uint64_t patience = 20 * second;
 constexpr std::size_t fewReports = 512;
 
 int whole(double value) {
@@ -43,7 +44,7 @@ Hand::Hand(Descriptors& descriptors, Log& log, std::string name, std::string uui
         if (isHere)
             readLacks(*reply);
         else
-            askWhy();
+            join();
     }
     link.start();
 }
@@ -100,12 +101,14 @@ void Hand::join() {
     };
     const bus::Message message = begin("Join");
     if (!message || sd_bus_message_append(message.get(), "s", program.c_str()) < 0) return;
-    if (sd_bus_call_async(link.bus(), &slot, message.get(), answered, this, second) >= 0)
+    if (sd_bus_call_async(link.bus(), &slot, message.get(), answered, this, patience) >= 0)
         joining.reset(slot);
     link.settle();
 }
 
 void Hand::joined(sd_bus_message* reply) {
+    // A shell that has much to do, as at login, answers later.
+    if (sd_bus_message_is_method_error(reply, SD_BUS_ERROR_NO_REPLY)) return join();
     isHere = !sd_bus_message_is_method_error(reply, nullptr);
     if (!isHere) return askWhy();
     readLacks(*reply);
