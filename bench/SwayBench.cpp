@@ -115,8 +115,9 @@ void outsideRows() {
 
 enum class Motion { free, pushing, none };
 
-std::string cost(bool holds, Motion motion, int hz) {
-    Contest contest({.hold = holds});
+// With `letsPushesThrough` harder ones than this would cross.
+std::string cost(bool holds, Motion motion, int hz, bool letsPushesThrough = false) {
+    Contest contest({.pushOption = letsPushesThrough, .velocity = 100, .hold = holds});
     const double speed = 8000;
     if (motion == Motion::pushing) {
         contest.put(edge - 20, 500);
@@ -136,6 +137,9 @@ void costRows() {
     for (const int hz : {1000, 8000})
         row("CPU, wake-ups: pushing, " + std::to_string(hz) + " Hz", "1.5 %",
             {cost(true, Motion::pushing, hz), cost(false, Motion::pushing, hz)});
+    for (const int hz : {1000, 8000})
+        row("the same where a hard push crosses, " + std::to_string(hz) + " Hz", "1.5 %",
+            {cost(true, Motion::pushing, hz, true), cost(false, Motion::pushing, hz, true)});
 }
 
 // Three refreshes of the screens in nine seconds.

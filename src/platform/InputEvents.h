@@ -74,7 +74,8 @@ struct PointerWatch {
     /// Top-left coordinates; each along a side of one screen.
     std::vector<Rect> strips{};
     /// Whether it makes a difference how hard the hand pushes: against the screen that is held, or
-    /// onto a strip. The step that ends there is then the hand's of one frame, and not shorter.
+    /// onto a strip. The step that ends there is then the hand's of one frame, and not shorter;
+    /// otherwise a push need not be told.
     bool pushes = false;
     /// Whether every motion counts, wherever it is.
     bool motion = false;

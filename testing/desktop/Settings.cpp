@@ -1,5 +1,7 @@
 #include "testing/desktop/Settings.h"
 
+#include <algorithm>
+
 namespace desktop {
 
 std::string flag(bool on) {
@@ -26,6 +28,16 @@ Entries pastTheFirstStart() {
             {"CHECK_1", text("0")},
             {"RECOMMENDAUTOLOGIN", text("1")},
             {"customShortcut", shortcut(40, 0x140000)}};
+}
+
+Entries armedSides(std::initializer_list<int> sides) {
+    Entries entries;
+    for (int side = 1; side <= 4; ++side) {
+        const std::string number = std::to_string(side);
+        entries["BUTLATO" + number] = flag(std::ranges::find(sides, side) != sides.end());
+        entries["BUTANGOLO" + number] = flag(true);
+    }
+    return entries;
 }
 
 std::string entry(const std::string& key, const std::string& value) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <initializer_list>
 #include <map>
 #include <string>
 
@@ -17,6 +18,10 @@ std::string shortcut(int keyCode, int modifierFlags);
 
 /// As the user has it after the first start: no window, menu or question comes up by itself.
 Entries pastTheFirstStart();
+
+/// Exactly these sides of the desktop are armed, with their corners: 1 left, 2 top, 3 right, 4
+/// bottom.
+Entries armedSides(std::initializer_list<int> sides);
 
 /// "<key>...</key>" and the value, as a settings file has them when its white space is taken out.
 std::string entry(const std::string& key, const std::string& value);

@@ -147,7 +147,7 @@ void SwayHand::send(double dx, double dy, Clock::time_point when) {
     zwlr_virtual_pointer_v1_motion(pointer, milliseconds32(when), wl_fixed_from_double(dx),
                                    wl_fixed_from_double(dy));
     zwlr_virtual_pointer_v1_frame(pointer);
-    wl_display_flush(client.display);
+    client.flush();
 }
 
 void SwayHand::relative(double dx, double dy) {

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
+#include <poll.h>
 #include <stdexcept>
 #include <string_view>
 #include <sys/eventfd.h>
@@ -59,6 +61,15 @@ WaylandClient::WaylandClient(const std::string& socketPath)
 WaylandClient::~WaylandClient() {
     wl_registry_destroy(registry);
     wl_display_disconnect(display);
+}
+
+void WaylandClient::flush() const {
+    constexpr int patience = 10'000; // milliseconds
+    while (wl_display_flush(display) < 0) {
+        pollfd polled{wl_display_get_fd(display), POLLOUT, 0};
+        if (errno != EAGAIN || poll(&polled, 1, patience) <= 0)
+            throw std::runtime_error("the compositor takes nothing");
+    }
 }
 
 void WaylandClient::synchronize() const {

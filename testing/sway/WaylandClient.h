@@ -29,6 +29,9 @@ class WaylandClient {
     WaylandClient(const WaylandClient&) = delete;
     WaylandClient& operator=(const WaylandClient&) = delete;
 
+    /// Sends what was asked, also to a compositor that is behind. Throws std::runtime_error where
+    /// it takes nothing for seconds.
+    void flush() const;
     /// Until the compositor has taken in all that was sent.
     void synchronize() const;
     /// The output that has that place in the order of their names, from 0 on: compositors announce

@@ -6,16 +6,6 @@
 namespace desktop {
 namespace {
 
-Setting atEdges(const std::string& product, std::initializer_list<int> armed) {
-    Setting setting{.product = product};
-    for (int side = 1; side <= 4; ++side) {
-        setting.more["BUTLATO" + std::to_string(side)] =
-            flag(std::ranges::find(armed, side) != armed.end());
-        setting.more["BUTANGOLO" + std::to_string(side)] = flag(true);
-    }
-    return setting;
-}
-
 struct KWinSiblings : KWin {
     std::string shownDesktop() {
         return kwin->evaluate("workspace.desktops.indexOf(workspace.currentDesktop) + \"\"");
@@ -31,7 +21,7 @@ struct KWinSiblings : KWin {
 };
 
 TEST_F(KWinSiblings, TheWrapAroundComesOutAtTheLeftWhereItHasGoneAtTheRight) {
-    start(atEdges("orbisant", {1, 3}));
+    start({.product = "orbisant", .more = armedSides({1, 3})});
     goTo(2 * width - 50, 300);
     hand->push(7, 0, 8, 125);
     EXPECT_TRUE(waitUntil([this] { return cursor().x < width; })) << program->errors();
@@ -39,14 +29,14 @@ TEST_F(KWinSiblings, TheWrapAroundComesOutAtTheLeftWhereItHasGoneAtTheRight) {
 }
 
 TEST_F(KWinSiblings, TheWrapAroundComesOutAtTheRightWhereItHasGoneAtTheLeft) {
-    start(atEdges("orbisant", {1, 3}));
+    start({.product = "orbisant", .more = armedSides({1, 3})});
     goTo(50, 300);
     hand->push(-7, 0, 8, 125);
     EXPECT_TRUE(waitUntil([this] { return cursor().x >= width; })) << program->errors();
 }
 
 TEST_F(KWinSiblings, TheWrapAroundComesOutBelowWhereItHasGoneAbove) {
-    start(atEdges("orbisant", {2}));
+    start({.product = "orbisant", .more = armedSides({2})});
     hand->moveTo(640, 50);
     hand->push(0, -7, 8, 125);
     EXPECT_TRUE(waitUntil([this] { return cursor().y > 360; })) << program->errors();
@@ -54,7 +44,7 @@ TEST_F(KWinSiblings, TheWrapAroundComesOutBelowWhereItHasGoneAbove) {
 
 TEST_F(KWinSiblings, TheDesktopSwitcherGoesToTheDesktopAtTheRight) {
     begin({.configuration = "[Desktops]\nNumber=2\nRows=1\n"});
-    start(atEdges("quenlow", {1, 3}));
+    start({.product = "quenlow", .more = armedSides({1, 3})});
     ASSERT_EQ(shownDesktop(), "0");
     goTo(2 * width - 50, 300);
     hand->push(7, 0, 8, 125);
@@ -64,7 +54,7 @@ TEST_F(KWinSiblings, TheDesktopSwitcherGoesToTheDesktopAtTheRight) {
 TEST_F(KWinSiblings, TheDesktopSwitcherGoesToTheDesktopAtTheLeft) {
     begin({.configuration = "[Desktops]\nNumber=2\nRows=1\n"});
     kwin->evaluate("(workspace.slotSwitchDesktopRight(), 0)");
-    start(atEdges("quenlow", {1, 3}));
+    start({.product = "quenlow", .more = armedSides({1, 3})});
     ASSERT_TRUE(showsSoon("1"));
     goTo(50, 300);
     hand->push(-7, 0, 8, 125);

@@ -11,14 +11,8 @@ namespace {
 constexpr int displayRate = 125;
 constexpr int farRight = PrivateCompositor::leftWidth + PrivateCompositor::rightWidth - 1;
 
-Setting wrapping(std::initializer_list<int> armed, bool pushOption = false) {
-    Setting setting{.product = "orbisant", .pushOption = pushOption};
-    for (int side = 1; side <= 4; ++side) {
-        setting.more["BUTLATO" + std::to_string(side)] =
-            flag(std::ranges::find(armed, side) != armed.end());
-        setting.more["BUTANGOLO" + std::to_string(side)] = flag(true);
-    }
-    return setting;
+Setting wrapping(std::initializer_list<int> armed) {
+    return {.product = "orbisant", .more = armedSides(armed)};
 }
 
 struct LayerShellEdges : LayerShell {
@@ -78,7 +72,7 @@ TEST_P(LayerShellEdges, AreEndsOfTheDesktopWhereTheyAreNotArmed) {
 }
 
 TEST_P(LayerShellEdges, WantAPushWhereThatIsSet) {
-    start(wrapping({3}, true));
+    start({.product = "orbisant", .pushOption = true, .more = armedSides({3})});
     moveTo(farRight - 49, 500);
     hand->push(1, 0, 120, displayRate);
     hand->push(-30, 0, 5, displayRate);

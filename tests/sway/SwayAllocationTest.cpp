@@ -45,6 +45,7 @@ TEST(SwayInputEvents, AllocateNothingForAPushOnceRunning) {
                                         ++outside;
                                         session->pointer.warp({1918, event.location.y});
                                     });
+    session->input.watch({.pushes = true});
     session->pointer.holdInside(platform::Rect{0, 0, 1920, 1080});
     session.hand.moveTo(1900, 500);
     const auto pushOnce = [&] {

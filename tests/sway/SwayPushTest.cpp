@@ -1,7 +1,7 @@
 #include "sway/SwaySession.h"
 
-// At which speed a push crosses. The hand says itself when it moved, so that a machine which is
-// busy otherwise changes nothing.
+// At which speed a push crosses, and what one costs that cannot. The hand says itself when it
+// moved, so that a machine which is busy otherwise changes nothing.
 
 namespace desktop {
 namespace {
@@ -45,6 +45,16 @@ TEST_F(SwayPush, CrossesFromTheSameSpeedOnWithEveryMouse) {
         ++crossed;
         ASSERT_TRUE(waitUntil([&] { return crossings() >= crossed; })) << "on the way back";
     }
+}
+
+TEST_F(SwayPush, WakesNobodyWhereNoneCrosses) {
+    start({.pushOption = false});
+    push(3000, 1000); // the strip is reached
+    const long before = wakeups();
+    constexpr int motions = 2000;
+    hand->push(3, 0, motions, 1000);
+    EXPECT_LT(wakeups() - before, motions / 100);
+    EXPECT_EQ(crossings(), 0);
 }
 
 } // namespace

@@ -7,14 +7,8 @@ namespace {
 
 constexpr int displayRate = 125;
 
-Setting wrapping(std::initializer_list<int> armed, bool pushOption = false) {
-    Setting setting{.product = "orbisant", .pushOption = pushOption};
-    for (int side = 1; side <= 4; ++side) {
-        setting.more["BUTLATO" + std::to_string(side)] =
-            flag(std::ranges::find(armed, side) != armed.end());
-        setting.more["BUTANGOLO" + std::to_string(side)] = flag(true);
-    }
-    return setting;
+Setting wrapping(std::initializer_list<int> armed) {
+    return {.product = "orbisant", .more = armedSides(armed)};
 }
 
 /// An edge of a monitor and where the cursor comes out.
@@ -102,7 +96,7 @@ TEST_F(SwayWrapping, StaysAtTheEdgeWhereItHasComeOutUntilItHasBeenInside) {
 }
 
 TEST_F(SwayWrapping, WantsAPushWhereThatIsSet) {
-    start(wrapping({3}, true));
+    start({.product = "orbisant", .pushOption = true, .more = armedSides({3})});
     hand->moveTo(3150, 500);
     hand->push(1, 0, 120, displayRate);
     hand->push(-30, 0, 5, displayRate);

@@ -6,6 +6,7 @@
 #include "platform/gnome/overlay/Windows.h"
 #include "platform/gnome/pointer/Cursor.h"
 #include "platform/gnome/pointer/InputEvents.h"
+#include "platform/wayland/keys/Focus.h"
 #include "platform/wayland/pointer/PointerSeat.h"
 
 #include <cstdlib>
@@ -14,13 +15,6 @@
 namespace platform::gnome {
 
 namespace {
-
-/// The shell gives the keyboard back by itself, and its veils take none.
-class NoFocus final : public Focus {
-  public:
-    void activateFrontmostApplication() override {}
-    void openNothingWith(const std::string&) override {}
-};
 
 /// The shell heeds what is asked of the session over the bus.
 class NoWakeLock final : public WakeLock {
@@ -160,7 +154,7 @@ class GnomeDesktop final : public wayland::Desktop {
         Keyboard keys;
         HotKeys hotKeys;
         Windows windows;
-        NoFocus focus;
+        wayland::Focus focus;
         NoWakeLock wakeLock;
         wayland::Connection& connection;
     };

@@ -8,6 +8,7 @@
 #include "platform/kwin/pointer/CursorControl.h"
 #include "platform/kwin/pointer/DragPush.h"
 #include "platform/wayland/LayerServices.h"
+#include "platform/wayland/keys/Focus.h"
 
 namespace platform::kwin {
 
@@ -127,7 +128,7 @@ class KWinDesktop final : public wayland::Desktop {
         Cursor cursor;
         Keyboard keys;
         HotKeys hotKeys;
-        Focus focus;
+        wayland::Focus focus;
         DragPush drag;
         bool areTold = false; ///< the cursor's places
     };

@@ -155,6 +155,7 @@ struct Push {
 
 TEST_P(OnARealDesktop, TellsOfAPushAsAStepOutOfTheScreenThatIsHeldAndKeepsThePointerThere) {
     Push push;
+    desktop->input().watch({.pushes = true});
     desktop->input().addGlobalMonitor(maskOf(EventType::mouseMoved), [&](const auto& event) {
         push.add(event.location);
         if (!left.contains(event.location)) desktop->pointer().warp({1918, event.location.y});
@@ -172,6 +173,7 @@ TEST_P(OnARealDesktop, TellsOfAPushAsAStepOutOfTheScreenThatIsHeldAndKeepsThePoi
 
 TEST_P(OnARealDesktop, LetsThePointerGoWhereAPushLedThatNobodyAnswers) {
     Push push;
+    desktop->input().watch({.pushes = true});
     desktop->input().addGlobalMonitor(maskOf(EventType::mouseMoved),
                                       [&](const auto& event) { push.add(event.location); });
     desktop->moveTo(1900, 500);
@@ -182,6 +184,7 @@ TEST_P(OnARealDesktop, LetsThePointerGoWhereAPushLedThatNobodyAnswers) {
 
 TEST_P(OnARealDesktop, LetsThePointerOverToTheScreenThatIsHeldInsteadAndKeepsItThere) {
     Push push;
+    desktop->input().watch({.pushes = true});
     desktop->input().addGlobalMonitor(maskOf(EventType::mouseMoved), [&](const auto& event) {
         if (!push.beyond && !left.contains(event.location)) {
             desktop->pointer().holdInside(std::nullopt);

@@ -1,30 +1,21 @@
 #pragma once
 
-#include "platform/Focus.h"
-#include "platform/Keyboard.h"
 #include "platform/kwin/script/Script.h"
+#include "platform/wayland/keys/Keyboard.h"
 
 namespace platform::kwin {
 
-/// Control with an arrow goes to the next virtual desktop; nothing else can be typed.
-class Keyboard final : public platform::Keyboard {
+/// The desktops are the compositor's virtual ones.
+class Keyboard final : public wayland::Keyboard {
   public:
-    Keyboard(Script& inside, Log& writer) : script(inside), log(writer) {}
-
-    void postKey(std::uint16_t key, bool down, std::uint32_t flags) override;
+    Keyboard(Script& inside, Log& writer) : wayland::Keyboard(writer), script(inside) {}
 
   private:
-    Script& script;
-    Log& log;
-    bool told = false;
-};
+    void go(int direction) override {
+        script.run("desktop", {std::string(direction < 0 ? "left" : "right")});
+    }
 
-/// The compositor gives the keyboard back by itself when a window of the program closes, and its
-/// layers take none.
-class Focus final : public platform::Focus {
-  public:
-    void activateFrontmostApplication() override {}
-    void openNothingWith(const std::string&) override {}
+    Script& script;
 };
 
 } // namespace platform::kwin

@@ -1,7 +1,6 @@
 #include "platform/sway/keys/Keyboard.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace platform::sway {
 
@@ -38,16 +37,9 @@ std::string commandTo(int direction, const std::string& output, const JsonValue&
     return focusing + (direction > 0 ? "workspace next_on_output" : "workspace prev_on_output");
 }
 
-void Keyboard::postKey(std::uint16_t key, bool down, std::uint32_t flags) {
-    if (!down) return;
-    const bool isArrow = key == keyCodes::leftArrow || key == keyCodes::rightArrow;
-    if (!isArrow || (flags & Shortcut::modifiers) != Shortcut::control) {
-        if (!std::exchange(told, true)) log.write("a key cannot be typed in a Wayland session");
-        return;
-    }
+void Keyboard::go(int direction) {
     const auto* const place = outputs.at(outputs.toLayout(pointer.lastPlace()));
     if (!place) return;
-    const int direction = key == keyCodes::leftArrow ? -1 : 1;
     compositor.askWorkspaces([this, direction, output = place->name](const JsonValue& answer) {
         const std::string command = commandTo(direction, output, answer);
         if (!command.empty()) compositor.run(command);

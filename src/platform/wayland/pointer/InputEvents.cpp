@@ -42,10 +42,16 @@ InputEvents::~InputEvents() {
 }
 
 void InputEvents::watch(const PointerWatch& wanted) {
-    if (wanted == watched) return;
-    watched = wanted;
+    asked = wanted;
+    if (!isDelivering) startWatching();
+}
+
+void InputEvents::startWatching() {
+    if (asked == watched) return;
+    watched = asked;
     isFrameHalfOver = false;
     pace.setPeriod(session::Pace::period / (watched.pushes ? 2 : 1));
+    seat.tellSteps(watched.pushes || !watched.strips.empty());
     edges.watch(watched);
     if (teller) teller(watched);
 }
@@ -187,11 +193,14 @@ void InputEvents::deliver(EventType type, Point at, bool isHeldBack) {
     const InputEvent event{type, at, 0, time};
     const Connection::Later drawing(connection);
     const Pointer::Handling handling(pointer, at, isHeldBack);
+    isDelivering = true; // a crossing switches the product off and on
     for (std::size_t i = 0; i < consumers.size(); ++i) {
         const Consumer& consumer = consumers[i];
         if (!(consumer.mask & maskOf(type))) continue;
         if (consumer.isTap || !ownWindowActive()) consumer.handler(event);
     }
+    isDelivering = false;
+    startWatching();
 }
 
 // Without a Handling: what follows may ask where the cursor is now.

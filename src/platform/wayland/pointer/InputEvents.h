@@ -59,6 +59,7 @@ class InputEvents final : public platform::InputEvents, private PointerSeat::Lis
     void button(std::uint32_t code, bool down) override;
     void scrolled() override { note(EventType::scrollWheel); }
 
+    void startWatching();
     void note(EventType type);
     void batchEnded();
     bool putBack();
@@ -77,7 +78,9 @@ class InputEvents final : public platform::InputEvents, private PointerSeat::Lis
     EdgeStrips& edges;
     std::function<bool()> ownWindowActive;
     std::function<void(const PointerWatch&)> teller;
-    PointerWatch watched;
+    PointerWatch asked;
+    PointerWatch watched; ///< the same, but while an event is delivered
+    bool isDelivering = false;
     std::deque<Consumer> consumers; ///< stays in place when a handler adds one
     session::Pace pace;
     std::vector<EventType> noted; ///< clicks of this batch

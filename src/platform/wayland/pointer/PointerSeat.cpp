@@ -1,5 +1,7 @@
 #include "platform/wayland/pointer/PointerSeat.h"
 
+#include <utility>
+
 namespace platform::wayland {
 
 PointerSeat::PointerSeat(Connection& x, KeyboardSeat& keys) : connection(x), keyboard(keys) {
@@ -53,6 +55,20 @@ void PointerSeat::find(bool there) {
         return all;
     }();
     wl_pointer_add_listener(pointer.get(), &pointing, this);
+    if (tellsSteps) listenToSteps();
+    connection.flush();
+}
+
+void PointerSeat::tellSteps(bool on) {
+    if (std::exchange(tellsSteps, on) == on) return;
+    if (!on)
+        relative.reset();
+    else if (pointer)
+        listenToSteps();
+    connection.flush();
+}
+
+void PointerSeat::listenToSteps() {
     relative.reset(
         zwp_relative_pointer_manager_v1_get_relative_pointer(connection.relative(), pointer.get()));
     static constexpr zwp_relative_pointer_v1_listener meaning{
@@ -65,7 +81,6 @@ void PointerSeat::find(bool there) {
                                  static_cast<double>(microseconds) * 1e-6);
         }};
     zwp_relative_pointer_v1_add_listener(relative.get(), &meaning, this);
-    connection.flush();
 }
 
 void PointerSeat::at(wl_fixed_t x, wl_fixed_t y) {

@@ -44,12 +44,16 @@ class PointerSeat {
     std::optional<Point> place() const { return focus() ? last : std::nullopt; }
     /// A layer that is about to go is nobody's focus.
     void forget(const Layer& layer);
+    /// Whether the listener is told what the hand means; at first it is not. A compositor that need
+    /// not tell of a motion at a screen's edge, where the cursor stays, wakes nobody.
+    void tellSteps(bool on);
     /// From now on the cursor is not drawn over the program's layers, or is drawn from the next one
     /// on that it comes to.
     void hideCursor(bool on);
 
   private:
     void find(bool there);
+    void listenToSteps();
     void at(wl_fixed_t x, wl_fixed_t y);
 
     Connection& connection;
@@ -59,6 +63,7 @@ class PointerSeat {
     Handle<zwp_relative_pointer_v1> relative;
     wl_surface* entered = nullptr;
     std::uint32_t enterSerial = 0;
+    bool tellsSteps = false;
     bool hides = false; ///< the cursor
     std::optional<Point> last;
 };
