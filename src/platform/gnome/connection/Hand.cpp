@@ -37,9 +37,9 @@ Hand::Hand(Descriptors& descriptors, Log& log, std::string name, std::string uui
     link.wait();
     if (link.bus()) {
         // The first answer is waited for, so that the program starts with the cursor in its hand.
-        bus::Message join = begin("Join");
-        (void)sd_bus_message_append(join.get(), "s", program.c_str());
-        const bus::Message reply = call(std::move(join), second);
+        bus::Message asked = begin("Join");
+        (void)sd_bus_message_append(asked.get(), "s", program.c_str());
+        const bus::Message reply = call(std::move(asked), second);
         isHere = reply != nullptr;
         if (isHere)
             readLacks(*reply);
