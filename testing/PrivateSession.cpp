@@ -3,8 +3,10 @@
 #include <cstdlib>
 #include <filesystem>
 #include <grp.h>
+#include <linux/capability.h>
 #include <stdexcept>
 #include <sys/prctl.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 namespace support {
@@ -18,6 +20,14 @@ constexpr uid_t nobody = 65534;
 void handOver(const std::string& path) {
     if (chown(path.c_str(), nobody, nobody) != 0)
         throw std::runtime_error("a folder cannot be handed over");
+}
+
+/// Of root's rights, kept over the change of the user, only these go on; to what is started, too.
+void keepRights(unsigned rights) {
+    __user_cap_header_struct own{_LINUX_CAPABILITY_VERSION_3, 0};
+    __user_cap_data_struct kept[_LINUX_CAPABILITY_U32S_3] = {{rights, rights, rights}, {}};
+    if (syscall(SYS_capset, &own, kept) != 0)
+        throw std::runtime_error("the test cannot give up its rights");
 }
 
 } // namespace
@@ -72,8 +82,18 @@ std::vector<std::string> asAUser(std::vector<std::string> command, const std::st
 
 void becomeAUser() {
     if (getuid() != 0) return;
+    const fs::path test = fs::read_symlink("/proc/self/exe");
+    prctl(PR_SET_KEEPCAPS, 1);
     if (setgroups(0, nullptr) != 0 || setgid(nobody) != 0 || setuid(nobody) != 0)
         throw std::runtime_error("the test cannot give up its rights");
+    // A tree in root's own folder is closed to everyone else.
+    if (access(test.c_str(), X_OK) == 0) {
+        keepRights(0);
+    } else {
+        keepRights(1U << CAP_DAC_READ_SEARCH);
+        if (prctl(PR_CAP_AMBIENT, PR_CAP_AMBIENT_RAISE, CAP_DAC_READ_SEARCH, 0, 0) != 0)
+            throw std::runtime_error("the user of the tests cannot look into " + test.string());
+    }
     // It looks at processes of its own, and they at it.
     prctl(PR_SET_DUMPABLE, 1);
 }

@@ -49,9 +49,9 @@ class PrivateSession {
 /// std::runtime_error where that does not work.
 std::vector<std::string> asAUser(std::vector<std::string> command, const std::string& folder);
 
-/// Goes on as a user without rights where the process is root's; there is no way back. For
-/// compositors that serve nobody but their own user. Throws std::runtime_error where that does not
-/// work.
+/// Goes on as a user without rights where the process is root's, but for reading where the test
+/// itself lies in a folder that is closed to others; there is no way back. For compositors that
+/// serve nobody but their own user. Throws std::runtime_error where that does not work.
 void becomeAUser();
 
 } // namespace support
