@@ -13,31 +13,16 @@ constexpr std::chrono::milliseconds patience{100};
 } // namespace
 
 Pointer::Pointer(Connection& x, Outputs& screens, PointerSeat& pointerSeat, CursorControl& cursor,
-                 Hold& confinement)
-    : connection(x), outputs(screens), seat(pointerSeat), control(cursor), hold(confinement) {}
+                 Hold& screenHold)
+    : EventPointer(screens),
+      connection(x),
+      seat(pointerSeat),
+      control(cursor),
+      confinement(screenHold) {}
 
-Pointer::Handling::Handling(Pointer& pointer, Point place, bool isHeldBack)
-    : owner(pointer),
-      knownBefore(std::exchange(pointer.known, place)),
-      goalBefore(std::exchange(pointer.goal, isHeldBack ? std::optional(place) : std::nullopt)),
-      warpsBefore(pointer.warpCount) {
-    if (!isHeldBack) pointer.last = place;
-}
-
-Pointer::Handling::~Handling() {
-    if (std::exchange(owner.releaseAtEnd, false)) owner.hold.inside(std::nullopt);
-    if (owner.warpCount == warpsBefore) owner.letThrough();
-    owner.goal = goalBefore;
-    owner.known = knownBefore;
-}
-
-Point Pointer::location() {
-    if (known) return *known;
-    if (const auto place = seat.place())
-        last = outputs.toTopLeft(*place);
-    else if (const auto found = probe())
-        last = outputs.toTopLeft(*found);
-    return last;
+std::optional<Point> Pointer::find() {
+    const auto place = seat.place();
+    return place ? place : probe();
 }
 
 // What catches the pointer is told where it is as soon as it is drawn, or when the cursor stirs.
@@ -61,20 +46,13 @@ std::optional<Point> Pointer::probe() {
     return found;
 }
 
-void Pointer::warp(Point to) {
-    to = outputs.toTopLeft(outputs.nearest(outputs.toLayout(to)));
-    const bool isThere = goal && hold.isHolding() && !hold.isBeyond(to) &&
-                         std::abs(to.x - last.x) < 2 && std::abs(to.y - last.y) < 2;
-    if (isThere)
-        noteWarp(to);
-    else
-        put(to);
+bool Pointer::isHeldAt(Point place) const {
+    return confinement.isHolding() && !confinement.isBeyond(place);
 }
 
 void Pointer::put(Point to) {
     control.warp(outputs.toLayout(to));
     awaited = to;
-    noteWarp(to);
 }
 
 // The compositor puts it onto whole pixels.
@@ -83,33 +61,19 @@ bool Pointer::takeArrival(Point at) {
     return to && std::abs(at.x - to->x) < 1 && std::abs(at.y - to->y) < 1;
 }
 
-void Pointer::noteWarp(Point to) {
-    ++warpCount;
-    last = to;
-    if (known) known = to;
-}
-
 void Pointer::putBack(Point home) {
     control.warp(outputs.toLayout(home));
     last = home;
 }
 
-void Pointer::holdInside(std::optional<Rect> screen) {
-    // Who switches off and on again in one event gets the new hold in the place of the old one.
-    releaseAtEnd = known && !screen;
-    if (releaseAtEnd) return;
-    if (!goal || !screen || !screen->contains(*goal))
-        hold.inside(screen);
-    else if (hold.insideAt(*screen, *goal)) {
-        awaited = goal;
-        noteWarp(*std::exchange(goal, std::nullopt));
-    } else
-        letThrough();
-}
-
-void Pointer::letThrough() {
-    if (!goal) return;
-    put(*std::exchange(goal, std::nullopt));
+bool Pointer::hold(std::optional<Rect> screen, std::optional<Point> goal) {
+    if (!screen || !goal) {
+        confinement.inside(screen);
+        return false;
+    }
+    const bool isPut = confinement.insideAt(*screen, *goal);
+    if (isPut) awaited = goal;
+    return isPut;
 }
 
 } // namespace platform::wayland
