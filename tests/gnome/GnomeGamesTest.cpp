@@ -58,16 +58,6 @@ TEST_F(GnomeGames, AGameThatConfinesThePointerIsHeldToo) {
     EXPECT_EQ(shell->cursor().x, 1279);
 }
 
-TEST_F(GnomeGames, AGameThatConfinesThePointerKeepsItHoweverHardThePush) {
-    start({.pushOption = true, .velocity = 20});
-    const ShellWitness witness(*shell, left);
-    ShellGame game(*shell, ShellGame::Takes::confines);
-    hand->push(60, 0, 100, mouseRate);
-    EXPECT_TRUE(game.hasPointer());
-    EXPECT_EQ(shell->cursor().x, 1279);
-    EXPECT_EQ(witness.report().depth, 0);
-}
-
 TEST_F(GnomeGames, HoldsInTheOverviewAndAfterIt) {
     start();
     const ShellWitness witness(*shell, left);
