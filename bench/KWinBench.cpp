@@ -1,6 +1,6 @@
-#include "Table.h"
-#include "kwin/KWinSession.h"
+#include "KWinContest.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 
@@ -12,110 +12,19 @@
 
 namespace {
 
+using bench::Contest;
+using bench::edge;
 using bench::Load;
 using bench::longest;
+using bench::now;
 using bench::number;
+using bench::Outside;
+using bench::outsideSince;
 using bench::rest;
 using bench::row;
 using bench::seconds;
 using bench::Usage;
 using desktop::Setting;
-using std::chrono::system_clock;
-
-constexpr int edge = desktop::width; ///< the first column of the right monitor
-
-/// Milliseconds of the clock that scripts have.
-double now() {
-    return std::chrono::duration<double, std::milli>(system_clock::now().time_since_epoch())
-        .count();
-}
-
-/// A product on a private KWin, or nothing, with the cursor in the middle of the left monitor.
-struct Contest final : desktop::KWin {
-    explicit Contest(const std::optional<Setting>& setting, bool isWatched = true) {
-        begin();
-        if (isWatched) watch();
-        if (setting) start(*setting);
-        rest(500);
-    }
-    void TestBody() override {}
-
-    support::KWinHand& mouse() { return *hand; }
-    pid_t process() const { return program->pid(); }
-    pid_t compositor() const { return kwin->pid(); }
-    support::PrivateKWin& desktop() { return *kwin; }
-    support::ChildProcess& product() { return *program; }
-
-    /// From now on KWin tells what `linesFrom` returns.
-    void watch() {
-        std::ifstream file(METER_FILE);
-        const std::string text{std::istreambuf_iterator<char>(file), {}};
-        kwin->load("const edge = " + std::to_string(edge) + ";\n" + text);
-        if (!support::waitUntil([&] { return kwin->log().find("meter state") != npos; }))
-            throw std::runtime_error("the meter does not run: " + kwin->log());
-    }
-
-    std::size_t mark() const { return kwin->log().size(); }
-    /// What was told behind a mark, from the mark's first line of that kind on.
-    std::vector<std::istringstream> linesFrom(std::size_t from, const std::string& kind) const {
-        std::vector<std::istringstream> found;
-        const std::string all = kwin->log(), begin = "meter " + kind + " ";
-        for (auto at = all.find(begin, from); at != npos; at = all.find(begin, at + 1))
-            found.emplace_back(all.substr(at + begin.size(), all.find('\n', at) - at));
-        return found;
-    }
-
-    int side() const {
-        int last = 0;
-        const std::string all = kwin->log(), begin = "meter side ";
-        if (const auto at = all.rfind(begin); at != npos) last = all[at + begin.size()] - '0';
-        return last;
-    }
-    bool reaches(int monitor) {
-        return support::waitUntil([&] { return side() == monitor; }, support::milliseconds(2000));
-    }
-
-    /// To the pixel before the strip, from which the strip is still to be reached. Returns when
-    /// nothing of what was before is under way any longer.
-    void goNextToEdge(bool onLeft) {
-        hand->moveTo(onLeft ? edge - 100 : edge + 100, 500);
-        if (!reaches(onLeft ? 0 : 1)) throw std::runtime_error("the cursor is on another monitor");
-        rest(100);
-        hand->moveTo(onLeft ? edge - 2 : edge + 1, 500);
-    }
-    /// To and fro in the middle of the monitor, one pixel an event.
-    void moveFreely(double during, int hz) {
-        const int each = hz / 20;
-        for (int done = 0; done < during * hz; done += 2 * each) {
-            hand->push(1, 0, each, hz);
-            hand->push(-1, 0, each, hz);
-        }
-    }
-    void pushAgainstEdge(double during, int hz, double speed) { hand->pushAt(speed, during, hz); }
-
-    static constexpr auto npos = std::string::npos;
-};
-
-/// Where the cursor was on the other monitor since the mark, up to now, and how far.
-struct Outside {
-    double milliseconds = 0, depth = 0;
-};
-Outside outsideSince(const Contest& contest, std::size_t mark, double end) {
-    Outside sum;
-    std::optional<double> left;
-    for (auto& line : contest.linesFrom(mark, "side")) {
-        int side = 0;
-        double when = 0, depth = 0;
-        line >> side >> when >> depth;
-        if (side == 1)
-            left = when;
-        else if (left)
-            sum.milliseconds += when - *std::exchange(left, std::nullopt);
-        if (side == 0) sum.depth = std::max(sum.depth, depth);
-    }
-    if (left) sum.milliseconds += std::max(0.0, end - *left);
-    return sum;
-}
 
 std::string outside(Contest& contest, int hz, double speed, bool isDragging) {
     contest.mouse().moveTo(edge - 20, 500);
@@ -151,38 +60,67 @@ void outsideRows() {
 
 enum class Motion { free, pushing, none };
 
-/// Of the program, and of KWin, which alone draws and reads the mouse.
-std::string cost(const std::optional<Setting>& setting, Motion motion, int hz) {
-    Contest contest(setting, false);
-    const double speed = 8000;
-    if (motion == Motion::pushing) {
-        contest.mouse().moveTo(edge - 20, 500);
-        contest.pushAgainstEdge(0.2, hz, speed);
-    }
+/// What a contestant costs, a figure a slice: percent of a core, and wake-ups a second.
+struct Costs {
+    std::vector<double> own, wakeUps, compositor;
+};
+
+double median(std::vector<double> values) {
+    std::ranges::sort(values);
+    return values[values.size() / 2];
+}
+
+void measure(Contest& contest, bool hasProgram, Motion motion, int hz, Costs& costs) {
+    constexpr double speed = 8000;
+    contest.mouse().moveTo(motion == Motion::pushing ? edge - 20 : 640, 500);
+    if (motion == Motion::pushing) contest.pushAgainstEdge(0.2, hz, speed);
+    rest(200);
     std::optional<Usage> own;
-    if (setting) own.emplace(contest.process());
+    if (hasProgram) own.emplace(contest.process());
     const Usage compositor(contest.compositor());
     if (motion == Motion::free) contest.moveFreely(seconds, hz);
     if (motion == Motion::pushing) contest.pushAgainstEdge(seconds, hz, speed);
     if (motion == Motion::none) rest(static_cast<int>(std::max(seconds, 9.0) * 1000));
-    const std::string ownText =
-        own ? number(own->cpuPercent(), " %, ") + number(own->wakeUpsPerSecond(), "/s, ", 1) : "";
-    return ownText + "KWin " + number(compositor.cpuPercent(), " %");
+    costs.compositor.push_back(compositor.cpuPercent());
+    if (!own) return;
+    costs.own.push_back(own->cpuPercent());
+    costs.wakeUps.push_back(own->wakeUpsPerSecond());
 }
 
-void costRow(const std::string& what, const std::string& required, Setting setting, Motion motion,
-             int hz) {
+/// Of the program, and of KWin, which alone draws and reads the mouse: medians of slices that the
+/// contestants take in turn, each on a KWin of its own, and how much more than the KWin without a
+/// program it is.
+void costRow(const std::string& what, const std::string& required, const Setting& setting,
+             Motion motion, int hz) {
     Setting off = setting;
     off.hold = false;
-    row("CPU, wake-ups: " + what, required,
-        {cost(setting, motion, hz), cost(off, motion, hz), cost(std::nullopt, motion, hz)});
+    const std::optional<Setting> settings[] = {setting, off, std::nullopt};
+    std::vector<std::unique_ptr<Contest>> contests;
+    for (const auto& one : settings)
+        contests.push_back(std::make_unique<Contest>(one, false));
+    Costs costs[std::size(settings)];
+    const int slices = motion == Motion::none ? 3 : 5;
+    for (int slice = 0; slice < slices; ++slice)
+        for (std::size_t i = 0; i < contests.size(); ++i)
+            measure(*contests[i], settings[i].has_value(), motion, hz, costs[i]);
+    const auto cell = [&](const Costs& of) {
+        const double alone = median(std::end(costs)[-1].compositor), all = median(of.compositor);
+        const std::string compositor = "KWin " + number(all, " %");
+        if (of.own.empty()) return compositor;
+        return number(median(of.own), " %, ") + number(median(of.wakeUps), "/s, ", 1) + compositor +
+               (all < alone ? " (" : " (+") + number(all - alone, ")");
+    };
+    row("CPU, wake-ups: " + what, required, {cell(costs[0]), cell(costs[1]), cell(costs[2])});
 }
 
 void costRows() {
-    for (const auto& [product, required] :
-         {std::pair{"palisor", "0 % more"}, {"vellumor", "3 % more"}, {"crosshair", "3 % more"}})
-        costRow("free motion, 1000 Hz, " + std::string(product), required, {.product = product},
-                Motion::free, 1000);
+    costRow("free motion, 1000 Hz, palisor", "KWin 0 more", {}, Motion::free, 1000);
+    costRow("free motion, 1000 Hz, palisor, pushes cross", "KWin 0 more", {.pushOption = true},
+            Motion::free, 1000);
+    for (const char* product : {"vellumor", "crosshair"})
+        costRow("free motion, 1000 Hz, " + std::string(product), "KWin 3 % more",
+                {.product = product}, Motion::free, 1000);
+    costRow("free motion, 8000 Hz, palisor", "0.3 %", {}, Motion::free, 8000);
     for (const int hz : {1000, 8000})
         costRow("pushing, " + std::to_string(hz) + " Hz", "1.5 %", {}, Motion::pushing, hz);
 }
@@ -192,13 +130,18 @@ void idleRow() {
     costRow("at rest", "0.33/s", {}, Motion::none, 0);
 }
 
-/// Pushes from the inner edge of the monitor that the cursor is on, and tells whether it crossed.
+/// Pushes from the inner edge of the monitor that the cursor is on, and tells whether it crossed. A
+/// push that came late is made again: its hand moves in leaps.
 bool crosses(Contest& contest, double speed, int hz) {
-    const bool onLeft = contest.side() == 0;
-    contest.goNextToEdge(onLeft);
-    contest.mouse().pushAt(onLeft ? speed : -speed, 0.25, hz);
-    rest(50);
-    return contest.side() == (onLeft ? 1 : 0);
+    const double tooLate = hz <= 125 ? 0.0005 : 0.002;
+    constexpr int most = 10;
+    for (int i = 0;; ++i) {
+        const bool onLeft = contest.side() == 0;
+        contest.goNextToEdge(onLeft);
+        const double late = contest.mouse().pushAt(onLeft ? speed : -speed, 0.25, hz);
+        rest(50);
+        if (late < tooLate || i == most) return contest.side() == (onLeft ? 1 : 0);
+    }
 }
 
 void thresholdRows() {
@@ -246,8 +189,8 @@ std::string pushLatency(bool isLoaded) {
 std::string wrapLatency() {
     Contest contest(Setting{.product = "orbisant"});
     return longest(tries, [&](int i) {
-        contest.mouse().moveTo(edge + edge - 10, 500);
-        contest.reaches(1);
+        contest.goTo(edge + edge - 10, 500);
+        if (!contest.reaches(1)) throw std::runtime_error("the cursor is on another monitor");
         rest(100);
         const auto mark = contest.mark();
         contest.mouse().push(0, 0.1, 30 + i, 1000);

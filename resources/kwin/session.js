@@ -16,7 +16,8 @@ const closed = 1e8, largestOfUsers = 1000, usual = 100;
 let held = null; // the frame of the output that the cursor is kept on
 let goal = null; // where the program is about to put the cursor
 let done = 0; // the number of the last command that was carried out
-let answered = Date.now(); // when the program was heard last
+let asked = 0; // questions for commands so far
+let waited = 0; // ticks that the last one has waited
 let pause = 0; // milliseconds between two places that are told; 0 for none
 let crossing = 0; // pixels that a push in a drag must have in a frame to cross; 0 for no such push
 let drag = null; // the cursor's places of late, [time, x, y], while such a push may cross
@@ -309,9 +310,11 @@ const commands = {
     },
 };
 
+// A question that was asked anew is answered too, without commands.
 function poll() {
+    const question = ++asked;
+    waited = 0;
     callDBus(program, path, face, "Poll", script, String(done), text => {
-        answered = Date.now();
         const list = JSON.parse(text);
         let isLast = false;
         for (const [number, name, ...rest] of list) {
@@ -319,21 +322,18 @@ function poll() {
             done = number;
             isLast = isLast || name === "end";
         }
-        if (!isLast) poll();
+        if (!isLast && (list.length > 0 || question === asked)) poll();
     });
 }
 
-// A call that fails has no answer here, so the bus is asked who is there; and an answer that was lost,
-// as after the computer has slept, is asked for again.
-const longestAnswer = 20000;
-const tick = timer(250, true, () => {
+// A call that fails has no answer here, so the bus is asked who is there. It gives a question 25 seconds
+// for an answer, and so each is asked anew before; the program is woken by nothing else while it rests.
+const rate = 250, longestWait = 20000;
+const tick = timer(rate, true, () => {
     callDBus(bus, "/", bus, "NameHasOwner", program, isThere => {
         if (!isThere) commands.end();
     });
-    if (Date.now() - answered > longestAnswer) {
-        answered = Date.now();
-        poll();
-    }
+    if (++waited * rate >= longestWait) poll();
     returns = 0;
     if (held && !goal && !drag && (ours.edge === closed) === isOutside()) moved();
     overwritten();

@@ -100,13 +100,14 @@ double KWinHand::push(double dx, double dy, int steps, int hz) {
     return pace.took;
 }
 
-void KWinHand::pushAt(double speed, double seconds, int hz) {
-    repeat(static_cast<int>(seconds * hz), hz, [&](int step) {
+double KWinHand::pushAt(double speed, double seconds, int hz) {
+    const Pace pace = repeat(static_cast<int>(seconds * hz), hz, [&](int step) {
         const auto pixels = [&](int steps) { return std::trunc(speed * steps / hz); };
         const double dx = pixels(step + 1) - pixels(step);
         if (dx != 0) send(dx, 0);
     });
     synchronize();
+    return pace.latest;
 }
 
 void KWinHand::button(bool down) {

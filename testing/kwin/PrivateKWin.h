@@ -53,8 +53,9 @@ class KWinHand {
     /// `steps` events of (dx, dy) at `hz` a second. Returns the seconds that it took.
     double push(double dx, double dy, int steps, int hz);
     /// The same at `speed` pixels a second to the right, or to the left where it is negative: like
-    /// a mouse it sends whole pixels, and nothing where there is none yet.
-    void pushAt(double speed, double seconds, int hz);
+    /// a mouse it sends whole pixels, and nothing where there is none yet. Returns by how many
+    /// seconds the latest of them came too late.
+    double pushAt(double speed, double seconds, int hz);
     void pressButton() { button(true); }
     void releaseButton() { button(false); }
     /// The kernel's codes.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "testing/Wakeups.h"
 #include "testing/desktop/Product.h"
 #include "testing/kwin/PrivateKWin.h"
 #include "testing/sway/WaylandClient.h"
@@ -102,6 +103,9 @@ class KWin : public testing::Test {
     bool cursorEndsOn(int monitor) {
         return waitUntil([&] { return monitorOfCursor() == monitor; });
     }
+
+    /// How often the program was woken, up to now.
+    long wakeups() const { return support::wakeups(program->pid()); }
 
     /// From now on it is noticed when the cursor is on the monitor, numbered from 0 on.
     Witness& witness(std::size_t monitor) {

@@ -61,6 +61,68 @@ TEST_F(KWinSiblings, TheDesktopSwitcherGoesToTheDesktopAtTheLeft) {
     EXPECT_TRUE(showsSoon("0")) << program->errors();
 }
 
+/// The switcher has just gone to the second desktop of nine.
+struct KWinSecondApproach : KWinSiblings {
+    void switchOnce() {
+        begin({.configuration = "[Desktops]\nNumber=9\nRows=1\n"});
+        start({.product = "quenlow", .more = armedSides({1, 3})});
+        goTo(2 * width - 20, 300);
+        hand->push(7, 0, 4, 125);
+        ASSERT_TRUE(showsSoon("1")) << program->errors();
+    }
+    void goInAndOut() {
+        hand->push(-7, 0, 3, 125);
+        hand->push(7, 0, 4, 125);
+    }
+    /// Nothing wakes it any longer but its own timer.
+    bool restsSoon() {
+        constexpr int enough = 20;
+        long last = 0;
+        int same = 0;
+        return waitUntil([&] {
+            const long now = wakeups();
+            same = std::exchange(last, now) == now ? same + 1 : 0;
+            (void)shownDesktop(); // takes a frame or more
+            return same == enough;
+        });
+    }
+};
+
+TEST_F(KWinSecondApproach, IsFeltAgainAndAgain) {
+    switchOnce();
+    for (int approach = 2; approach < 9; ++approach)
+        goInAndOut();
+    EXPECT_TRUE(showsSoon("8")) << shownDesktop() << program->errors();
+}
+
+TEST_F(KWinSecondApproach, IsFeltOfACursorThatHadRestedAtTheEdge) {
+    switchOnce();
+    for (const char* shown : {"2", "3"}) {
+        ASSERT_TRUE(restsSoon());
+        goInAndOut();
+        ASSERT_TRUE(showsSoon(shown)) << program->errors();
+    }
+}
+
+TEST_F(KWinSecondApproach, IsFeltByAProgramThatReadsBothTooLate) {
+    switchOnce();
+    program->signal(SIGSTOP);
+    goInAndOut();
+    program->signal(SIGCONT);
+    EXPECT_TRUE(showsSoon("2")) << program->errors();
+}
+
+TEST_F(KWinSiblings, TheWrapAroundFeelsASecondApproachRightAfterTheFirst) {
+    start({.product = "orbisant", .more = armedSides({1, 3})});
+    goTo(2 * width - 50, 300);
+    for (int turn = 0; turn < 6; ++turn) {
+        hand->push(7, 0, 32, 125);
+        ASSERT_TRUE(waitUntil([this] { return cursor().x < width; })) << turn << program->errors();
+        hand->push(-7, 0, 32, 125);
+        ASSERT_TRUE(waitUntil([this] { return cursor().x >= width; })) << turn << program->errors();
+    }
+}
+
 TEST_F(KWinSiblings, TheCrossHairFollowsTheCursor) {
     start({.product = "crosshair"});
     // Its lines are layers, two pixels high, or wide.
@@ -75,12 +137,19 @@ TEST_F(KWinSiblings, TheCrossHairFollowsTheCursor) {
                                   std::to_string(x) + ") < 2)).length > 1") == "true";
         });
     };
+    const auto windows = [this] {
+        return kwin->evaluate("workspace.windowList().map(one => String(one.internalId)).join()");
+    };
+    hand->moveTo(500, 500);
+    ASSERT_TRUE(isAt(500, 500));
+    const std::string before = windows();
     for (const auto& [x, y] : {std::pair(300, 200), std::pair(900, 600)}) {
         hand->moveTo(x, y);
         EXPECT_TRUE(isAt(x, y)) << x << ": "
                                 << kwin->evaluate("workspace.windowList().map(one => "
                                                   "String(one.frameGeometry)).join()");
     }
+    EXPECT_EQ(windows(), before) << "they are moved, and not made anew";
 }
 
 TEST_F(KWinSiblings, KWinDoesNotGoIdleWhileTheDisplaysAreToStayOn) {

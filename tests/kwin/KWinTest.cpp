@@ -210,6 +210,33 @@ TEST_F(KWin, HoldsBesideAScaledMonitor) {
     EXPECT_TRUE(cursorEndsOn(1));
 }
 
+TEST_F(KWin, IsWokenByItsOwnTimerAloneWhileTheCursorIsAwayFromTheEdges) {
+    start();
+    ASSERT_TRUE(program->waitForText("notices cannot be shown")); // the last thing of the start
+    constexpr int seconds = 12;
+    hand->push(1, 0, 125, 125);
+    const long before = wakeups();
+    for (int turn = 0; turn < seconds; ++turn)
+        hand->push(turn % 2 == 0 ? 1 : -1, 0, 125, 125);
+    // A refresh every three seconds, and a question of each script for commands.
+    EXPECT_LE(wakeups() - before, seconds / 3 + 2);
+}
+
+TEST_F(KWin, HasAScriptForShortcutsOnlyWhereThereAreAny) {
+    const auto hasScript = [&] {
+        const auto asked = kwin->spawn("busctl", {"--user", "call", "org.kde.KWin", "/Scripting",
+                                                  "org.kde.kwin.Scripting", "isScriptLoaded", "s",
+                                                  "keys-" + std::to_string(program->pid()) + "-1"});
+        asked->wait();
+        return asked->output().find("true") != std::string::npos;
+    };
+    start({.more = {{"customShortcut", text("")}}});
+    EXPECT_FALSE(hasScript());
+    program.reset();
+    start();
+    EXPECT_TRUE(waitUntil(hasScript));
+}
+
 TEST_F(KWin, AnswersTheCommandLine) {
     start();
     const auto status = kwin->spawn(programs() + "/palisor", {"status"});

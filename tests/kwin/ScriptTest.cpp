@@ -46,6 +46,23 @@ TEST_F(KWinScript, AsksForCommandsAndTellsTheLastOneThatIsDone) {
               R"(["Poll",["hold-1-1","1"]])");
 }
 
+TEST_F(KWinScript, AsksAnewBeforeTheBusGivesTheQuestionUp) {
+    run("pass(19500)");
+    EXPECT_EQ(run("count('Poll')"), "1");
+    run("pass(5000)");
+    EXPECT_EQ(run("count('Poll')"), "2");
+    run("calls.find(call => call[0] === 'Poll')[2]('[]')");
+    EXPECT_EQ(run("count('Poll')"), "2") << "the old question is answered, the new one waits";
+    hold();
+    EXPECT_EQ(run("count('Poll')"), "3");
+}
+
+TEST_F(KWinScript, CarriesOutWhatTheOldQuestionIsAnsweredWithAndTellsSo) {
+    run("pass(20000); calls.find(call => call[0] === 'Poll')[2]('[[7,\"places\",16]]')");
+    EXPECT_EQ(run("JSON.stringify(calls.filter(call => call[0] === 'Poll').pop()[1])"),
+              R"(["hold-1-1","7"])");
+}
+
 TEST_F(KWinScript, ClosesTheBarrierOnlyWhileTheCursorIsOnTheHeldMonitor) {
     hold();
     EXPECT_EQ(barrier(), closed);

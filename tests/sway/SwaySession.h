@@ -1,5 +1,6 @@
 #pragma once
 
+#include "testing/Wakeups.h"
 #include "testing/desktop/Product.h"
 #include "testing/sway/PrivateSway.h"
 #include "testing/sway/SwayKeys.h"
@@ -122,17 +123,7 @@ class Sway : public testing::Test {
     }
 
     /// How often the program was woken, up to now.
-    long wakeups() const {
-        long sum = 0;
-        const std::string tasks = "/proc/" + std::to_string(program->pid()) + "/task";
-        for (const auto& task : std::filesystem::directory_iterator(tasks)) {
-            std::ifstream status(task.path() / "status");
-            constexpr std::string_view name = "voluntary_ctxt_switches:";
-            for (std::string line; std::getline(status, line);)
-                if (line.starts_with(name)) sum += std::stol(line.substr(name.size()));
-        }
-        return sum;
-    }
+    long wakeups() const { return support::wakeups(program->pid()); }
 
     std::optional<PrivateSway> sway;
     long outputs = 2;

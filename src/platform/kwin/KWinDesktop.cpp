@@ -57,9 +57,8 @@ class KWinDesktop final : public wayland::Desktop {
             {"modifiers", tellsKeys,
              tellsKeys ? "" : "This KWin tells of held keys only where the program is installed."},
             {"edges", true,
-             "Along the sides that are armed two pixels take no clicks, while a button is held "
-             "nothing "
-             "is felt there, and a second approach right after one may go unfelt."},
+             "Along the sides that are armed two pixels take no clicks, and while a button is "
+             "held nothing is felt there."},
             {"hide", true,
              "KWin hides the cursor some whole seconds after it has come to rest, and over a hot "
              "border at once; it shows it when it is moved, also where it is to stay hidden."},
@@ -87,7 +86,7 @@ class KWinDesktop final : public wayland::Desktop {
             : script(*own.link, own.descriptors, own.log,
                      {given.data + "/kwin/session.js", given.folder, "hold"}),
               keyScript(*own.link, own.descriptors, own.log,
-                        {given.data + "/kwin/session.js", given.folder, "keys"}),
+                        {given.data + "/kwin/session.js", given.folder, "keys", false}),
               emulated(*own.link, own.descriptors, own.log),
               control(script, emulated),
               shared(*own.connection, *own.outputs, control, own.descriptors, own.log, given),
@@ -150,7 +149,7 @@ wayland::OpenedDesktop openDesktop(Descriptors& descriptors, Log& log, std::func
     if (link->wait() != bus::Link::State::up) return {};
     const Release release = releaseOnBus(*link);
     if (release == Release::none) return {};
-    if (release == Release::older) return {nullptr, refusal};
+    if (release == Release::older) return {nullptr, tooOld};
     auto desktop = std::make_unique<KWinDesktop>(std::move(link), descriptors, log);
     std::string error = desktop->join(std::move(lost));
     if (!error.empty()) return {nullptr, std::move(error)};

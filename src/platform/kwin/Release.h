@@ -22,9 +22,12 @@ Release releaseOnBus(bus::Link& link);
 /// "6.3.6"; empty where it does not tell. Waits like the one before.
 std::string versionOnBus(bus::Link& link);
 
-/// For a release that is not known, and for a program that was built without what it takes.
-inline constexpr const char* refusal =
-    "the cursor is held in Plasma from 6.1 on, by a program that was built with libei; log in to "
+/// Why the program does not join, and what to do: for a release that is not known, and for a
+/// program that was built without what a known one takes.
+inline constexpr const char* tooOld =
+    "the cursor is held in Plasma from 6.1 on; log in to Plasma's X11 session";
+inline constexpr const char* withoutEmulation =
+    "this program was built without libei, by which it moves the cursor in Plasma; log in to "
     "Plasma's X11 session";
 
 } // namespace platform::kwin

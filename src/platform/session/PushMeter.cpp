@@ -19,6 +19,9 @@ constexpr int enoughReports = 8;
 // the third report of a mouse at 125 Hz for an eighth, and push where two make just the distance.
 constexpr double frameOfWholeMilliseconds = 0.016;
 
+// No two reports come quite as evenly as their device sends them, where the clock tells that.
+constexpr double leastShare = 1.0 / 16;
+
 // Far less than a millisecond, and more than what differences of large numbers are wrong by.
 constexpr double roundingError = 1e-6;
 
@@ -69,7 +72,7 @@ std::optional<PushMeter::Sum> PushMeter::ofLastFrame() const {
     Point lead;
     for (const Piece& piece : pieces) {
         const double inside = piece.time - begin;
-        if (inside < roundingError) continue;
+        if (inside < std::max(roundingError, leastShare * piece.span)) continue;
         const double share = piece.span < inside + roundingError ? 1 : inside / piece.span;
         lead = {lead.x + share * piece.lead.x, lead.y + share * piece.lead.y};
         if (piece.cutOff == Point{}) continue;

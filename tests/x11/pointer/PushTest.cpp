@@ -51,6 +51,17 @@ TEST(Push, CountsAReportByTheShareOfItsSpanThatLiesInTheFrame) {
     EXPECT_NEAR(sum->cutOff.x, 25 + 10, 0.01) << "4 of 16 ms, and 12 of 12";
 }
 
+// Three pixels in a frame are VELOCITY 10, which two reports of a mouse at 125 Hz make just.
+TEST(Push, CountsNoThirdReportWhereTwoCameALittleEarly) {
+    PushMeter meter;
+    meter.add({1.0000, 0.0080, {}, {1, 0}});
+    meter.add({1.0079, 0.0079, {}, {2, 0}});
+    meter.add({1.0158, 0.0079, {}, {1, 0}});
+    const auto sum = meter.take();
+    ASSERT_TRUE(sum);
+    EXPECT_EQ(sum->cutOff.x, 3);
+}
+
 // The server's clock is a large number of which a frame is a small difference.
 TEST(Push, HasNoRoundingAtTheFramesEdge) {
     for (int milliseconds = 4'000'000; milliseconds < 4'000'100; ++milliseconds) {

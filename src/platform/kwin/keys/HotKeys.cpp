@@ -71,6 +71,7 @@ void HotKeys::claim(const std::vector<Claim>& wanted) {
             added.push_back(sequence);
         }
     }
+    script.setNeeded(!claims.empty());
     if (!before.empty()) return script.reload();
     for (const std::string& sequence : added)
         claimOne(sequence);

@@ -5,9 +5,9 @@
 
 namespace platform::kwin {
 
-/// Hot keys as the global shortcuts of a script, which has no other task: it cannot give one back,
-/// and is loaded anew instead. KWin's settings keep a line of each. Of each it is asked who
-/// else has the combination.
+/// Hot keys as the global shortcuts of a script, which has no other task and is there while there
+/// are any: it cannot give one back, and is loaded anew instead. KWin's settings keep a line of
+/// each. Of each it is asked who else has the combination.
 class HotKeys final : public wayland::ClaimedHotKeys {
   public:
     HotKeys(Script& script, bus::Link& link, Log& log, wayland::KeyboardSeat& keyboard,

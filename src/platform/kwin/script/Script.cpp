@@ -11,7 +11,8 @@
 #include <utility>
 
 // A script can call the bus and cannot be called. So it asks for commands, and is answered when
-// there are some. Its next question has the number of the last command that it has carried out.
+// there are some. Its next question has the number of the last command that it has carried out. A
+// question that waits for long is asked anew.
 
 namespace platform::kwin {
 
@@ -21,9 +22,8 @@ constexpr const char* service = "org.kde.KWin";
 constexpr const char* scripting = "org.kde.kwin.Scripting";
 constexpr const char* ownInterface = "com.tamberlo.Script1";
 
-// A question fails without an answer after 25 seconds.
-constexpr std::chrono::seconds answerTime{10};
-constexpr unsigned longestSilence = 2; // ticks
+// A script that runs asks every 20 seconds at least.
+constexpr std::chrono::seconds longestSilence{30};
 
 bus::Slot slotOf(sd_bus_slot* slot) {
     return bus::Slot(slot);
@@ -50,15 +50,19 @@ Script::Script(bus::Link& x, Descriptors& descriptors, Log& writer, Source given
       source(std::move(given)),
       path("/session/" + source.name),
       copy(source.folder + "/kwin-" + source.name + "-" + std::to_string(getpid()) + ".js"),
-      tick(
-          descriptors, [this] { ticked(); }, answerTime) {
+      silence(
+          descriptors,
+          [this] {
+              forget();
+              if (!compositor.empty()) load();
+          },
+          longestSilence) {
     link.add(*this);
     if (link.bus()) up();
 }
 
 Script::~Script() {
-    run("end");
-    answer(unsent());
+    end();
     link.remove(*this);
     ::unlink(copy.c_str());
 }
@@ -108,11 +112,27 @@ void Script::follow(const std::string& owner) {
     if (!compositor.empty()) load();
 }
 
+// One that has not asked yet is told when it does.
+void Script::end() {
+    run("end");
+    answer(unsent());
+    forget();
+    loadedAs.clear();
+}
+
+void Script::setNeeded(bool on) {
+    if (std::exchange(source.isNeeded, on) == on) return;
+    if (!on)
+        end();
+    else if (!compositor.empty())
+        load();
+}
+
 void Script::forget() {
     isRunning = false;
     asked.reset();
     commands.clear();
-    tick.stop();
+    silence.stop();
 }
 
 bool Script::writeCopy() {
@@ -130,7 +150,7 @@ bool Script::writeCopy() {
 
 // A name that the compositor has seen in this run is refused.
 void Script::load() {
-    if (!link.bus()) return;
+    if (!link.bus() || !source.isNeeded) return;
     loadedAs = source.name + "-" + std::to_string(getpid()) + "-" + std::to_string(++loads);
     if (!writeCopy()) return fail("the script for the compositor cannot be written to " + copy);
     sd_bus_slot* made = nullptr;
@@ -138,8 +158,7 @@ void Script::load() {
                                    "loadScript", loaded, this, "ss", copy.c_str(),
                                    loadedAs.c_str());
     loading = slotOf(made);
-    silent = 0;
-    tick.start();
+    silence.start();
     link.settle();
 }
 
@@ -171,9 +190,7 @@ void Script::fail(const std::string& what) {
 
 void Script::reload() {
     if (compositor.empty()) return;
-    run("end");
-    answer(unsent());
-    forget();
+    end();
     load();
 }
 
@@ -203,8 +220,10 @@ void Script::polled(sd_bus_message& message) {
         return;
     }
     const unsigned long number = std::strtoul(text, nullptr, 10);
+    answer({});
     asked = bus::keep(&message);
-    silent = 0;
+    silence.stop();
+    silence.start();
     if (!std::exchange(isRunning, true) && loadHandler) loadHandler();
     std::vector<Command> finished;
     const auto rest = std::ranges::find_if(
@@ -255,15 +274,6 @@ void Script::answer(const std::string& text) {
     (void)sd_bus_reply_method_return(asked.get(), "s", text.empty() ? "[]" : text.c_str());
     asked.reset();
     link.settle();
-}
-
-void Script::ticked() {
-    if (asked)
-        answer(unsent());
-    else if (++silent >= longestSilence && !compositor.empty()) {
-        forget();
-        load();
-    }
 }
 
 void Script::told(const char* text) {

@@ -15,15 +15,16 @@ namespace platform::kwin {
 /// What a script tells, where it is numbers alone; else nothing.
 std::vector<double> numbersOf(const JsonValue::List& words);
 
-/// A script of the program's inside the compositor, loaded whenever there is a compositor on the
-/// bus, and the commands that it carries out. It takes back what it did when the program is no
-/// more. Nothing here waits. Main thread.
+/// A script of the program's inside the compositor, loaded whenever it is needed and there is a
+/// compositor on the bus, and the commands that it carries out. It takes back what it did when the
+/// program is no more. Nothing here waits. Main thread.
 class Script final : public bus::Link::User {
   public:
     struct Source {
-        std::string file;   ///< the script's text
-        std::string folder; ///< for the copy that the compositor reads
-        std::string name;   ///< what it is for, in small letters; unlike the program's others
+        std::string file;     ///< the script's text
+        std::string folder;   ///< for the copy that the compositor reads
+        std::string name;     ///< what it is for, in small letters; unlike the program's others
+        bool isNeeded = true; ///< as of `setNeeded`
     };
 
     /// What is lent must outlive the object.
@@ -48,6 +49,8 @@ class Script final : public bus::Link::User {
     }
     /// Ends the script that runs and loads it anew.
     void reload();
+    /// Whether there is to be one from now on.
+    void setNeeded(bool on);
 
     /// Whether there is one that has asked for commands.
     bool isLoaded() const { return isRunning; }
@@ -79,7 +82,7 @@ class Script final : public bus::Link::User {
     void answer(const std::string& text);
     std::string unsent();
     void told(const char* text);
-    void ticked();
+    void end();
     void fail(const std::string& what);
 
     bus::Link& link;
@@ -93,9 +96,8 @@ class Script final : public bus::Link::User {
     bool isRunning = false, hasFailed = false;
     std::vector<Command> commands; ///< that are not done
     unsigned long lastNumber = 0;
-    bus::Message asked;  ///< a call that waits for commands
-    unsigned silent = 0; ///< ticks without one
-    session::Pace tick;
+    bus::Message asked; ///< a call that waits for commands
+    session::Pace silence;
     bus::Slot object, watch, question, loading;
     std::function<void()> loadHandler;
     std::map<std::string, std::function<void(const JsonValue::List&)>> tellers;

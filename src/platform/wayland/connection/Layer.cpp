@@ -63,11 +63,9 @@ Layer::Layer(Connection& x, const Look& look)
         .closed = [](void* self,
                      zwlr_layer_surface_v1*) { static_cast<Layer*>(self)->closed = true; }};
     zwlr_layer_surface_v1_add_listener(layer.get(), &listener, this);
-    const Rect& whole = look.place.area;
     zwlr_layer_surface_v1_set_anchor(layer.get(), ZWLR_LAYER_SURFACE_V1_ANCHOR_TOP |
                                                       ZWLR_LAYER_SURFACE_V1_ANCHOR_LEFT);
-    zwlr_layer_surface_v1_set_margin(layer.get(), static_cast<int>(area.y - whole.y), 0, 0,
-                                     static_cast<int>(area.x - whole.x));
+    setMargin(look.place.area);
     zwlr_layer_surface_v1_set_size(layer.get(), static_cast<std::uint32_t>(area.width),
                                    static_cast<std::uint32_t>(area.height));
     zwlr_layer_surface_v1_set_exclusive_zone(layer.get(), -1); // over panels
@@ -83,6 +81,19 @@ Layer::~Layer() {
     layer.reset();
     viewport.reset();
     drawn.reset();
+    connection.flush();
+}
+
+void Layer::setMargin(const Rect& screen) {
+    zwlr_layer_surface_v1_set_margin(layer.get(), static_cast<int>(area.y - screen.y), 0, 0,
+                                     static_cast<int>(area.x - screen.x));
+}
+
+void Layer::moveTo(Point corner, const Rect& screen) {
+    area.x = corner.x;
+    area.y = corner.y;
+    setMargin(screen);
+    wl_surface_commit(drawn.get());
     connection.flush();
 }
 

@@ -26,6 +26,8 @@ class Layer {
     Layer& operator=(const Layer&) = delete;
 
     void setPixel(Pixel pixel);
+    /// To another place of the same output, `screen`, layout coordinates both; it keeps its size.
+    void moveTo(Point corner, const Rect& screen);
     /// Whether it catches the pointer, as it does at first.
     void setCatches(bool catches);
 
@@ -43,6 +45,7 @@ class Layer {
   private:
     void configured(std::uint32_t serial, std::uint32_t width, std::uint32_t height);
     void draw();
+    void setMargin(const Rect& screen);
 
     Connection& connection;
     Rect area;

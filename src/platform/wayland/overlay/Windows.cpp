@@ -5,7 +5,8 @@
 
 namespace platform::wayland {
 
-/// The layer is made when the window comes on screen, and anew when its output has gone and come.
+/// The layer is made when the window comes on screen, and anew when its output has gone and come,
+/// or when it is to be on another one or of another size.
 class Overlay final : public Window {
   public:
     Overlay(Windows& windows, const WindowStyle& wanted)
@@ -24,8 +25,16 @@ class Overlay final : public Window {
     Rect frame() const override { return place; }
 
     void setFrame(Rect frame) override {
-        place = frame;
-        update();
+        const Rect before = std::exchange(place, frame);
+        const bool isSameSize = before.width == frame.width && before.height == frame.height;
+        const Rect area = owner.outputs.toLayout(frame);
+        const auto* output = owner.outputs.at({area.x, area.y});
+        const bool moves = layer && !layer->isClosed() && isSameSize && output &&
+                           output->output == shownOn && isInside(area, output->area);
+        if (!moves)
+            update();
+        else if (before != frame)
+            layer->moveTo({area.x, area.y}, output->area);
     }
     void setAlpha(float wanted) override {
         alpha = wanted;
@@ -51,6 +60,7 @@ class Overlay final : public Window {
         const Rect area = owner.outputs.toLayout(place);
         const auto* output = owner.outputs.at({area.x, area.y});
         if (!output || !isInside(area, output->area)) return;
+        shownOn = output->output;
         layer =
             std::make_unique<Layer>(owner.connection, Layer::Look{*output, area, pixel(), false});
         if (!catches()) layer->setCatches(false);
@@ -86,6 +96,7 @@ class Overlay final : public Window {
     Rect place;
     float alpha;
     std::unique_ptr<Layer> layer;
+    const wl_output* shownOn = nullptr; ///< the layer
     WindowId number = 0;
     bool visible = false;
     bool ignoresMouse = false;

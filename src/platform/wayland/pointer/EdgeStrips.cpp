@@ -70,6 +70,7 @@ void EdgeStrips::rebuild() {
         pointer.forget(*strip.layer);
     strips.clear();
     isOn = false;
+    leftIn.reset();
     arrival.reset();
     departure.reset();
     for (const Rect& wanted : watched.strips) {
@@ -87,9 +88,10 @@ void EdgeStrips::rebuild() {
     }
 }
 
-bool EdgeStrips::isOnStrip(Point layout) const {
-    return std::ranges::any_of(strips,
-                               [&](const Strip& strip) { return strip.area.contains(layout); });
+const EdgeStrips::Strip* EdgeStrips::stripAt(Point layout) const {
+    const auto found = std::ranges::find_if(
+        strips, [&](const Strip& strip) { return strip.area.contains(layout); });
+    return found != strips.end() ? &*found : nullptr;
 }
 
 Point EdgeStrips::inside(Point layout) const {
@@ -108,10 +110,12 @@ void EdgeStrips::moved(Point at, Point last) {
     if (!isOn) return;
     // From strip to strip it has not been inside, nor where the program has put it, nor where it
     // has only not been told for a time: a cursor that is hidden is over nothing until it moves.
+    // Who reads late finds that it has gone in and come out again.
+    const bool isAnother = leftIn && (!departure || stripAt(at) != stripAt(*leftIn));
     const bool wasPut = areSame(at, last) && !areSame(last, place);
     const bool hasRested = std::exchange(rests, false) && areSame(at, place);
     departure.reset();
-    if (!wasOn && !hasLeft && !wasPut && !hasRested) arrival = Arrival{};
+    if (!wasOn && !isAnother && !wasPut && !hasRested) arrival = Arrival{};
     place = reached = at;
 }
 
@@ -124,7 +128,7 @@ void EdgeStrips::meant(Point step) {
 // The step that leads off a strip is still told, before the pointer has left.
 void EdgeStrips::left(Point last) {
     if (!std::exchange(isOn, false)) return;
-    hasLeft = true;
+    leftIn = place;
     const bool isPutElsewhere = !isOnStrip(last);
     rests = false;
     if (isPutElsewhere) return;
@@ -140,7 +144,7 @@ std::optional<Point> EdgeStrips::takeArrival(bool isFrameEnd) {
 }
 
 std::optional<Point> EdgeStrips::takeDeparture() {
-    hasLeft = false;
+    leftIn.reset();
     return std::exchange(departure, std::nullopt);
 }
 

@@ -40,7 +40,9 @@ class EdgeStrips {
     /// Where the pointer has come from: once a batch has ended or, where the hand's speed counts,
     /// its first whole frame. Nothing while there is none, or it is too early.
     std::optional<Point> takeArrival(bool isFrameEnd);
-    /// Where it has gone to from the strips, at the end of a batch.
+    /// Whether the pointer has left a strip in this batch.
+    bool hasLeft() const { return leftIn.has_value(); }
+    /// Where it has gone to from the strips, at the end of a batch in which it has left one.
     std::optional<Point> takeDeparture();
 
   private:
@@ -53,7 +55,8 @@ class EdgeStrips {
     };
 
     void rebuild();
-    bool isOnStrip(Point layout) const;
+    const Strip* stripAt(Point layout) const;
+    bool isOnStrip(Point layout) const { return stripAt(layout) != nullptr; }
     Point inside(Point layout) const;
 
     Connection& connection;
@@ -63,10 +66,10 @@ class EdgeStrips {
     std::vector<Strip> strips;
     bool leavesByMotion = false;
     bool isOn = false;
-    bool hasLeft = false; ///< in this batch
-    bool rests = false;   ///< there, but is not told of
-    Point place;          ///< the last one on a strip
-    Point reached;        ///< by the hand since then
+    bool rests = false;          ///< there, but is not told of
+    Point place;                 ///< the last one on a strip
+    Point reached;               ///< by the hand since then
+    std::optional<Point> leftIn; ///< this batch: the place of before
     std::optional<Arrival> arrival;
     std::optional<Point> departure;
 };

@@ -103,7 +103,7 @@ void InputEvents::note(EventType type) {
 }
 
 void InputEvents::batchEnded() {
-    if (!anyArrived && !hasMoved && noted.empty()) return;
+    if (!anyArrived && !hasMoved && noted.empty() && !edges.hasLeft()) return;
     if (hasMoved && hold.isBeyond(place) && !putBack()) readMotion();
     tellEdges(false);
     if (!noted.empty()) {
