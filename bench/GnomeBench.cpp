@@ -7,12 +7,12 @@
 #include <cmath>
 #include <sys/resource.h>
 
-// gnome_bench [SECONDS [GROUP...]]: how holding the cursor feels in a GNOME session and what it
-// costs, on a private shell whose remote desktop is the mouse, with the shell's own word for where
-// the cursor is. Each is measured for SECONDS (2) at a time on two monitors; a walk takes SECONDS
-// in each layout. The shell draws in software here, and it takes the mouse's motions from a bus:
-// what that costs is in both numbers that are compared. "again" counts the tries that were made
-// again because the machine itself stood still in them.
+// gnome_bench [SECONDS [GROUP...] [LAYOUT...]]: how holding the cursor feels in a GNOME session and
+// what it costs, on a private shell whose remote desktop is the mouse, with the shell's own word
+// for where the cursor is. Each is measured for SECONDS (2) at a time on two monitors; a walk takes
+// SECONDS in each layout, or in those that are named. The shell draws in software here, and it
+// takes the mouse's motions from a bus: what that costs is in both numbers that are compared.
+// "again" counts the tries that were made again because the machine itself stood still in them.
 
 namespace {
 
@@ -85,9 +85,20 @@ void outsideRows() {
     }
 }
 
+std::vector<std::string_view> named; ///< on the command line
+
+std::vector<desktop::ShellLayout> wantedLayouts() {
+    auto all = desktop::shellLayouts();
+    const auto isNamed = [](const auto& layout) {
+        return std::ranges::find(named, layout.name) != named.end();
+    };
+    if (std::ranges::any_of(all, isNamed)) std::erase_if(all, std::not_fn(isNamed));
+    return all;
+}
+
 void walkRows() {
     row("", "required", {"outside", "steps, at an edge, presses"});
-    for (const auto& layout : desktop::shellLayouts()) {
+    for (const auto& layout : wantedLayouts()) {
         Contest contest(layout);
         arrange(*contest.shell, layout.monitors);
         const auto& wanted = layout.monitors[layout.held];
@@ -136,24 +147,30 @@ double median(std::vector<double> values) {
 void costRow(const std::string& what, const std::string& required, const Setting& setting,
              Motion motion, int hz) {
     Contest with(setting), without;
-    std::vector<double> ours, bare, own;
+    std::vector<double> ours, bare, own, woken, shellWoken;
     constexpr int rounds = 5;
     for (int round = 0; round < rounds; ++round) {
         const Usage shell(with.shell->pid()), program(with.program->pid());
         move(with, motion, hz);
         ours.push_back(shell.cpuPercent());
         own.push_back(program.cpuPercent());
+        woken.push_back(program.wakeUpsPerSecond());
+        shellWoken.push_back(shell.wakeUpsPerSecond());
         const Usage alone(without.shell->pid());
         move(without, motion, hz);
         bare.push_back(alone.cpuPercent());
+        shellWoken.back() -= alone.wakeUpsPerSecond();
     }
     row("the shell's CPU: " + what, required,
         {number(median(ours) - median(bare), " %"),
-         number(median(ours), " % and ") + number(median(bare), " %"), number(median(own), " %")});
+         number(median(ours), " % and ") + number(median(bare), " %"), number(median(own), " %"),
+         number(median(woken), ", ", 1) + number(median(shellWoken), "", 1)});
 }
 
 void costRows() {
-    row("", "required", {"more with palisor", "with and without", "the program itself"});
+    row("", "required",
+        {"more with palisor", "with and without", "the program itself",
+         "wake-ups/s: its, more of the shell's"});
     const Setting held, pushed{.pushOption = true, .velocity = 100};
     costRow("held, at rest", "3 %", held, Motion::none, 0);
     for (const int hz : {125, 1000})
@@ -235,21 +252,39 @@ std::string wrapLatency() {
     });
 }
 
+/// What the shell itself takes for each.
+std::string freeLatency() {
+    Contest contest;
+    return longest(tries, [&](int i) {
+        contest.put(edge - 20);
+        rest(100);
+        return milliseconds(contest, left, [&] {
+            contest.hand->push(0, 0.1, 30 + i, 1000);
+            const auto now = Clock::now();
+            contest.hand->relative(50, 0);
+            return now;
+        });
+    });
+}
+
 void latencyRows() {
     row("", "required", {"longest"});
+    row("a motion that nothing stops, without palisor", "", {freeLatency()});
     row("from a granted push to the other side", "17 ms", {pushLatency(false)});
     row("the same, both cores busy", "", {pushLatency(true)});
     row("from an edge to the wrap, orbisant", "25 ms", {wrapLatency()});
 }
 
-/// Until the cursor leaves again and nothing is dark.
-std::string undone(int signal) {
+/// Until the cursor leaves again and nothing is dark. `redo` lets the next one begin.
+template <class Act, class Redo>
+std::string undone(Act&& act, Redo&& redo) {
     Contest contest;
     return longest(10, [&](int) -> std::optional<double> {
+        redo(contest);
         contest.enter({});
         contest.put(edge - 20);
         const auto begun = Clock::now();
-        contest.program->signal(signal);
+        act(contest);
         const bool isFree = support::waitUntil([&] {
             contest.hand->relative(1, 0);
             return contest.shell->cursor().x >= edge && contest.veils() == Contest::noneIsDark;
@@ -261,8 +296,25 @@ std::string undone(int signal) {
 
 void undoneRows() {
     row("", "required", {"longest"});
-    row("from a kill -9 until all is undone", "500 ms", {undone(SIGKILL)});
-    row("from a SIGSTOP until all is undone", "2000 ms", {undone(SIGSTOP)});
+    const auto signal = [](int number) {
+        return undone([number](Contest& contest) { contest.program->signal(number); },
+                      [](Contest&) {});
+    };
+    const auto script = [](const std::string& act, const std::string& redo) {
+        return undone([act](Contest& contest) { contest.shell->run(act); },
+                      [redo](Contest& contest) { contest.shell->run(redo); });
+    };
+    const auto extension = [](const char* does) {
+        return std::string("Main.extensionManager.") + does + "Extension('" + desktop::uuid + "')";
+    };
+    row("from a kill -9 until all is undone", "500 ms", {signal(SIGKILL)});
+    row("from a SIGSTOP until all is undone", "2000 ms", {signal(SIGSTOP)});
+    row("from disabling the extension until all is undone", "500 ms",
+        {script(extension("disable"), extension("enable"))});
+    row("from locking until all is undone", "500 ms",
+        {script("Main.sessionMode.pushMode('unlock-dialog')",
+                "if (Main.sessionMode.currentMode === 'unlock-dialog')"
+                "  Main.sessionMode.popMode('unlock-dialog')")});
 }
 
 } // namespace
@@ -276,6 +328,7 @@ int main(int count, char** arguments) {
     const rlimit first{1, 1};
     setrlimit(RLIMIT_RTPRIO, &first);
     support::becomeAUser();
+    named.assign(arguments + std::min(count, 2), arguments + count);
     bench::printGroups(count, arguments,
                        {{"outside", outsideRows},
                         {"walk", walkRows},

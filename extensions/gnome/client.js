@@ -12,7 +12,17 @@ const INTERFACE = 'com.tamberlo.Shell1';
 const PATIENCE = 1000; // milliseconds: who does not answer for so long hangs, and nothing of his stays
 const LATE = 100_000; // microseconds: a bus that takes longer for its own answer
 
-/** What one program has asked for, and what it is told. */
+/** What `make` returns; null where the shell has no longer what it is made of. */
+export function part(make) {
+    try {
+        return make();
+    } catch (error) {
+        console.warn(`Palisor does without: ${error.message}`);
+        return null;
+    }
+}
+
+/** What one program has asked for, and what it is told. A part that is not there does nothing. */
 export class Client {
     constructor(bus, sender, path, service) {
         this._bus = bus;
@@ -51,17 +61,31 @@ export class Client {
     }
 
     _begin() {
-        this._push = new PushReport(pieces => this._tell('Pushed', '(a(ddddu))', [pieces]));
-        this._hold = new Hold((side, event) => this._push.add(side, event));
-        this._veils = new Veils();
-        this._cursor = new HiddenCursor();
-        this._watch = new Watch((x, y, state) => this._tell('Seen', '((dd)u)', [[x, y], state]));
+        this._push = part(() => new PushReport(pieces => this._tell('Pushed', '(a(ddddu))', [pieces])));
+        const pushed = this._push && ((side, event) => this._push.add(side, event));
+        this._hold = part(() => new Hold(pushed));
+        this._veils = part(() => new Veils());
+        this._cursor = part(() => new HiddenCursor());
+        this._watch = part(() => new Watch((x, y, state) => this._tell('Seen', '((dd)u)', [[x, y], state])));
         this._recording = new Recording((keycode, state) => this._tell('Typed', '(uu)', [keycode, state]));
     }
 
+    /** By the names of the interface. */
+    lacks() {
+        const parts = {
+            hold: this._hold,
+            push: this._push,
+            watch: this._watch,
+            veil: this._veils,
+            cursor: this._cursor,
+            keys: this._service.accelerators,
+        };
+        return Object.keys(parts).filter(name => parts[name] === null);
+    }
+
     _end() {
-        for (const part of [this._hold, this._push, this._veils, this._cursor, this._watch, this._recording])
-            part.destroy();
+        for (const each of [this._hold, this._push, this._veils, this._cursor, this._watch, this._recording])
+            each?.destroy();
         for (const grab of this._grabs.values())
             this._service.accelerators.ungrab(grab);
         this._grabs.clear();
@@ -79,11 +103,11 @@ export class Client {
 
     /** Whether anything that a user would be stuck with is in force. */
     isBusy() {
-        return this._hold.isOn() || this._veils.isAny() || this._cursor.isOn() || this._recording.isOn();
+        return [this._hold, this._veils, this._cursor, this._recording].some(each => each?.isOn());
     }
 
     monitorsChanged() {
-        this._hold.monitorsChanged();
+        this._hold?.monitorsChanged();
         this._service.clientChanged();
     }
 
@@ -142,12 +166,16 @@ export class Client {
     }
 
     Hold(area, moves, place) {
-        this._hold.begin(area, moves ? place : null);
+        this._hold?.begin(area, moves ? place : null);
     }
 
     Release() {
-        this._hold.end();
-        this._push.clear();
+        this._hold?.end();
+        this._push?.clear();
+    }
+
+    Crossing(pixels) {
+        this._push?.setCrossing(pixels);
     }
 
     Warp([x, y]) {
@@ -160,24 +188,25 @@ export class Client {
     }
 
     Watch(motion, state) {
-        this._watch.set(motion, state);
+        this._watch?.set(motion, state);
     }
 
     Cover(number, area, colour, opacity, catches) {
-        this._veils.show(number, {area, colour, opacity, catches});
+        this._veils?.show(number, {area, colour, opacity, catches});
     }
 
     Uncover(number) {
-        this._veils.remove(number);
+        this._veils?.remove(number);
     }
 
     HideCursor(hidden) {
-        this._cursor.set(hidden);
+        this._cursor?.set(hidden);
     }
 
     Grab(number, accelerator) {
         this.Ungrab(number);
-        const grab = this._service.accelerators.grab(accelerator, () => this._tell('Pressed', '(u)', [number]));
+        const pressed = () => this._tell('Pressed', '(u)', [number]);
+        const grab = this._service.accelerators?.grab(accelerator, pressed) ?? null;
         if (grab !== null)
             this._grabs.set(number, grab);
         return new GLib.Variant('(b)', [grab !== null]);

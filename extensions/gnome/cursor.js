@@ -1,6 +1,6 @@
 import Clutter from 'gi://Clutter';
 
-import {cursorTracker, seat} from './release.js';
+import {cursorTracker, demand, seat} from './release.js';
 
 /** Where the cursor is, and which modifiers and buttons are down. */
 export function where() {
@@ -24,6 +24,9 @@ export class HiddenCursor {
         this._isOn = false;
         this._tracker = cursorTracker();
         this._seat = seat();
+        demand(this._seat, 'inhibit_unfocus', 'uninhibit_unfocus');
+        if (!this._tracker.inhibit_cursor_visibility)
+            demand(this._tracker, 'set_pointer_visible', 'get_pointer_visible');
     }
 
     destroy() {

@@ -1,7 +1,7 @@
 import Meta from 'gi://Meta';
 
 import {warp, where} from './cursor.js';
-import {barrier} from './release.js';
+import {barrier, demand, seat} from './release.js';
 import {Main} from './shell.js';
 
 // A line may not begin below nought, and numbers of the protocol of barriers end here.
@@ -10,7 +10,8 @@ const BEYOND = 20000;
 // The hot corner keeps its hits.
 const CORNER = 64;
 
-const {POSITIVE_X, NEGATIVE_X, POSITIVE_Y, NEGATIVE_Y} = Meta.BarrierDirection;
+// A shell without these holds nothing, and is to have the rest.
+const {POSITIVE_X, NEGATIVE_X, POSITIVE_Y, NEGATIVE_Y} = Meta.BarrierDirection ?? {};
 const ALL = POSITIVE_X | NEGATIVE_X | POSITIVE_Y | NEGATIVE_Y;
 
 /** The way out through each side. Barriers let through all directions that are named, and so all but that. */
@@ -59,8 +60,10 @@ function spanOf(side, box, inner) {
 
 /** Keeps the cursor on one monitor by the shell's own barriers, on those sides that lead to another one. */
 export class Hold {
-    /** `pushed` is told the side and the barrier's event of each motion that is stopped. */
+    /** `pushed` is told the side and the barrier's event of each motion that is stopped, where there is one. */
     constructor(pushed) {
+        demand(Meta, 'Barrier', 'BarrierDirection');
+        demand(seat(), 'warp_pointer');
         this._pushed = pushed;
         this._barriers = [];
         this._box = null;
@@ -144,7 +147,7 @@ export class Hold {
         const lies = side ? isVertical(side) : blocked === NEGATIVE_X;
         const [x1, x2, y1, y2] = lies ? [at, at, from, to] : [from, to, at, at];
         const made = barrier({x1, x2, y1, y2, directions: ALL & ~blocked});
-        const hit = side ? made.connect('hit', (_barrier, event) => this._pushed(side, event)) : 0;
+        const hit = side && this._pushed ? made.connect('hit', (_barrier, event) => this._pushed(side, event)) : 0;
         this._barriers.push([made, hit]);
     }
 }

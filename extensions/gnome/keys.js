@@ -4,11 +4,14 @@ import Shell from 'gi://Shell';
 import St from 'gi://St';
 
 import {STATE} from './cursor.js';
+import {demand} from './release.js';
 import {Main} from './shell.js';
 
 /** Combinations that the shell hears wherever the keyboard is. */
 export class Accelerators {
     constructor() {
+        demand(global.display, 'grab_accelerator', 'ungrab_accelerator');
+        demand(Main.wm, 'allowKeybinding');
         this._actions = new Map(); // what to call, by the shell's numbers
         this._activated = global.display.connect('accelerator-activated',
             (_display, action) => this._actions.get(action)?.());

@@ -1,8 +1,12 @@
 import GLib from 'gi://GLib';
+import GObject from 'gi://GObject';
+import Meta from 'gi://Meta';
 
 import {where} from './cursor.js';
+import {demand} from './release.js';
 
 const PERIOD = 8; // milliseconds: a signal for each motion costs the shell a third more
+const FRAME = 16;
 
 // The coordinate that a side's line stops.
 const ACROSS = {left: 0, right: 0, top: 1, bottom: 1};
@@ -14,12 +18,23 @@ const WAY_OUT = {
     bottom: ({dy}) => [0, Math.max(dy, 0)],
 };
 
-/** What the hand pushes against the held sides: the first is told at once, and what follows in batches. */
+/**
+ * What the hand pushes against the held sides: the first is told at once, and what follows in batches. One
+ * batch ends as soon as enough for a crossing was pushed.
+ */
 export class PushReport {
     constructor(tell) {
+        demand(Meta, 'Barrier');
+        if (GObject.signal_lookup('hit', Meta.Barrier.$gtype) === 0)
+            throw new Error('the shell does not tell of what barriers stop');
         this._tellBatch = tell;
+        this._crossing = 0;
         this._pieces = [];
+        this._frame = []; // the last pieces: when, and how far
+        this._way = 0; // of all of them
         this._timer = 0;
+        this._soon = 0;
+        this._hasHurried = false; // in this batch
     }
 
     destroy() {
@@ -28,9 +43,20 @@ export class PushReport {
 
     clear() {
         this._pieces = [];
-        if (this._timer)
-            GLib.source_remove(this._timer);
+        this._frame = [];
+        this._way = 0;
+        for (const source of [this._timer, this._soon]) {
+            if (source)
+                GLib.source_remove(source);
+        }
         this._timer = 0;
+        this._soon = 0;
+        this._hasHurried = false;
+    }
+
+    /** So many pixels within a frame are told at once; with 0 none are. */
+    setCrossing(pixels) {
+        this._crossing = pixels;
     }
 
     /** In a corner two sides are told of one motion, each of what it stopped. */
@@ -39,15 +65,32 @@ export class PushReport {
         if (dx === 0 && dy === 0)
             return;
         this._pieces.push({across: ACROSS[side], told: [event.x, event.y, dx, dy, event.time]});
-        // Once the other side of a corner has been told of the same motion.
-        this._timer ||= GLib.idle_add(GLib.PRIORITY_DEFAULT_IDLE, () => {
+        const isEnough = this._crossing > 0 && this._pushedInFrame(event.time, Math.abs(dx + dy)) >= this._crossing;
+        if (!this._timer || (isEnough && !this._hasHurried))
+            this._tellSoon();
+        this._hasHurried ||= isEnough;
+    }
+
+    _pushedInFrame(time, way) {
+        this._frame.push([time, way]);
+        this._way += way;
+        while (this._frame[0][0] <= time - FRAME)
+            this._way -= this._frame.shift()[1];
+        return this._way;
+    }
+
+    // Once the other side of a corner has been told of the same motion, and before the shell draws.
+    _tellSoon() {
+        this._soon ||= GLib.idle_add(GLib.PRIORITY_HIGH, () => {
+            this._soon = 0;
             this._tell();
-            this._timer = GLib.timeout_add(GLib.PRIORITY_DEFAULT, PERIOD, () => this._tellMore());
+            this._timer ||= GLib.timeout_add(GLib.PRIORITY_DEFAULT, PERIOD, () => this._tellMore());
             return GLib.SOURCE_REMOVE;
         });
     }
 
     _tellMore() {
+        this._hasHurried = false;
         if (this._pieces.length === 0) {
             this._timer = 0;
             return GLib.SOURCE_REMOVE;

@@ -2,9 +2,16 @@ import Clutter from 'gi://Clutter';
 import Meta from 'gi://Meta';
 import St from 'gi://St';
 
-import {Main, QuickMenuToggle} from './shell.js';
+import {Main, QuickSettings} from './shell.js';
 
 // What the releases of the shell call differently, the newest first.
+
+/** Throws where the shell has not all of these any more: whoever is made of them is not made. */
+export function demand(owner, ...names) {
+    const gone = names.filter(name => owner?.[name] === undefined);
+    if (gone.length > 0)
+        throw new Error(`the shell has no ${gone.join(', ')}`);
+}
 
 export function seat() {
     const backend = global.stage.context?.get_backend?.() ?? Clutter.get_default_backend();
@@ -50,6 +57,13 @@ export function scrolled(view) {
     return view.vadjustment ?? view.vscroll.adjustment;
 }
 
+/** Whether there is a place for switches. */
+export function hasQuickSettings() {
+    const {quickSettings} = Main.panel.statusArea;
+    return [quickSettings?.addExternalIndicator, quickSettings?._addItems].some(Boolean) &&
+        ['QuickMenuToggle', 'SystemIndicator'].every(name => QuickSettings[name]);
+}
+
 /** Shows an indicator in the panel, and its switches in the quick settings. */
 export function addIndicator(indicator) {
     const {quickSettings} = Main.panel.statusArea;
@@ -63,5 +77,5 @@ export function addIndicator(indicator) {
 
 /** What a switch has to say: one line of it before 44. */
 export function labels(title, subtitle) {
-    return 'title' in QuickMenuToggle.prototype ? {title, subtitle} : {label: title};
+    return 'title' in QuickSettings.QuickMenuToggle.prototype ? {title, subtitle} : {label: title};
 }

@@ -1,7 +1,7 @@
 import Gio from 'gi://Gio';
 import GLib from 'gi://GLib';
 
-import {Client} from './client.js';
+import {Client, part} from './client.js';
 import {Accelerators} from './keys.js';
 import {Main} from './shell.js';
 import {Tray} from './tray.js';
@@ -20,7 +20,7 @@ const FREE_ALL = '<Control><Alt><Super>Escape';
  */
 export class Service {
     constructor(extension) {
-        this.accelerators = new Accelerators();
+        this.accelerators = part(() => new Accelerators());
         this._clients = new Map(); // by the unique name of the connection
         this._bus = Gio.DBus.session;
         const file = extension.dir.get_child('com.tamberlo.Shell1.xml');
@@ -43,7 +43,7 @@ export class Service {
             client.destroy();
         this._clients.clear();
         this._dropEscape();
-        this.accelerators.destroy();
+        this.accelerators?.destroy();
         this._tray.destroy();
         Gio.bus_unown_name(this._name);
         this._object.unexport();
@@ -53,7 +53,7 @@ export class Service {
     clientChanged() {
         const isNeeded = [...this._clients.values()].some(client => client.isBusy());
         if (isNeeded && this._escape === null)
-            this._escape = this.accelerators.grab(FREE_ALL, () => this._freeAll());
+            this._escape = this.accelerators?.grab(FREE_ALL, () => this._freeAll()) ?? null;
         else if (!isNeeded)
             this._dropEscape();
     }
@@ -84,7 +84,7 @@ export class Service {
                 this._clients.delete(sender);
                 this.clientChanged();
             });
-            invocation.return_value(new GLib.Variant('(u)', [VERSION]));
+            invocation.return_value(new GLib.Variant('(uas)', [VERSION, client.lacks()]));
         } catch (error) {
             invocation.return_dbus_error('com.tamberlo.Shell1.Error.NotAProgram', error.message);
         }
@@ -99,7 +99,7 @@ export class Service {
 }
 
 // The others are the client's own, who answers with the values of the reply or with nothing.
-for (const method of ['Hold', 'Release', 'Warp', 'Where', 'Watch', 'Cover', 'Uncover', 'HideCursor', 'Grab',
+for (const method of ['Hold', 'Release', 'Crossing', 'Warp', 'Where', 'Watch', 'Cover', 'Uncover', 'HideCursor', 'Grab',
     'Ungrab', 'Record', 'SwitchWorkspace']) {
     Service.prototype[`${method}Async`] = function (parameters, invocation) {
         const client = this._clients.get(invocation.get_sender());

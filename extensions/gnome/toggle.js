@@ -5,7 +5,7 @@ import St from 'gi://St';
 
 import {ExportedMenu} from './menu.js';
 import {addIndicator, labels} from './release.js';
-import {Main, QuickMenuToggle, SystemIndicator} from './shell.js';
+import {Main, QuickSettings} from './shell.js';
 
 const ITEM = 'org.kde.StatusNotifierItem';
 const ITEM_PATH = '/StatusNotifierItem';
@@ -17,9 +17,10 @@ const LEAST = 160;
 
 const pathOf = program => `/${program.replaceAll('.', '/').replaceAll('-', '_')}`;
 
-/** A program's switch in the quick settings, with its menu. */
-const ProductToggle = GObject.registerClass(
-class ProductToggle extends QuickMenuToggle {
+/** A program's switch in the quick settings, with its menu. Made of them when there is the first one. */
+let Toggle = null;
+const makeToggle = () => GObject.registerClass(
+class ProductToggle extends QuickSettings.QuickMenuToggle {
     _init(bus, program, service, properties) {
         super._init({...labels(properties.title, properties.subtitle), toggleMode: false});
         this._bus = bus;
@@ -156,9 +157,10 @@ export class ProductIndicator {
     }
 
     _make(face) {
-        this._indicator = new SystemIndicator();
+        this._indicator = new QuickSettings.SystemIndicator();
         this._icon = this._indicator._addIndicator();
-        this._toggle = new ProductToggle(this._bus, this.program, this.service, face);
+        Toggle ??= makeToggle();
+        this._toggle = new Toggle(this._bus, this.program, this.service, face);
         this._indicator.quickSettingsItems.push(this._toggle);
         addIndicator(this._indicator);
     }

@@ -1,6 +1,7 @@
 import Gio from 'gi://Gio';
 import GLib from 'gi://GLib';
 
+import {hasQuickSettings} from './release.js';
 import {ProductIndicator} from './toggle.js';
 
 const PATH = '/StatusNotifierWatcher';
@@ -44,7 +45,7 @@ export class Tray {
     }
 
     get IsStatusNotifierHostRegistered() {
-        return true;
+        return hasQuickSettings();
     }
 
     /** Opens the menu of the program whose icon the caller has registered. */

@@ -1,11 +1,12 @@
 import St from 'gi://St';
 
-import {allowUnredirect} from './release.js';
+import {allowUnredirect, demand} from './release.js';
 import {Main} from './shell.js';
 
 /** Windows of one colour above everything else, full-screen windows and the overview included. */
 export class Veils {
     constructor() {
+        demand(Main.layoutManager, 'addTopChrome', 'removeChrome');
         this._actors = new Map(); // by the program's numbers
     }
 
@@ -14,12 +15,11 @@ export class Veils {
             this.remove(number);
     }
 
-    isAny() {
+    isOn() {
         return this._actors.size > 0;
     }
 
     show(number, {area: [x, y, width, height], colour, opacity, catches}) {
-        const style = `background-color: #${colour.toString(16).padStart(6, '0')};`;
         let actor = this._actors.get(number);
         if (actor && actor.reactive !== catches) {
             this.remove(number);
@@ -33,7 +33,10 @@ export class Veils {
             this._actors.set(number, actor);
             Main.layoutManager.addTopChrome(actor, {affectsStruts: false, trackFullscreen: false});
         }
-        actor.set_style(style);
+        // One that only moves need not be styled anew.
+        const style = `background-color: #${colour.toString(16).padStart(6, '0')};`;
+        if (actor.style !== style)
+            actor.style = style;
         actor.set_position(x, y);
         actor.set_size(width, height);
         actor.opacity = Math.round(255 * Math.min(Math.max(opacity, 0), 1));

@@ -44,7 +44,7 @@ constexpr Text texts[] = {
     {"NON_MI_PIACE", "Not Really"},
     {"NON_MOSTRARE_FINESTRA", "Do not show this window at start"},
     {"NOTICE_LIMITED", "This desktop does not allow it all"},
-    {"NOTICE_LIMITED_TEXT", "%@ In a session of X11 it works."},
+    {"NOTICE_LIMITED_TEXT", "%@ It works in a session of X11, where the desktop has one."},
     {"NOTICE_NOT_AWAKE", "The displays may go to sleep"},
     {"NOTICE_NOT_AWAKE_TEXT",
      "Nothing in this session can keep them on. Start the desktop's power manager, for instance "

@@ -44,7 +44,7 @@ constexpr Text texts[] = {
     {"NON_MI_PIACE", "Non molto"},
     {"NON_MOSTRARE_FINESTRA", "Non mostrare questa finestra all’avvio"},
     {"NOTICE_LIMITED", "Questo desktop non lo permette del tutto"},
-    {"NOTICE_LIMITED_TEXT", "%@ In una sessione X11 funziona."},
+    {"NOTICE_LIMITED_TEXT", "%@ Funziona in una sessione X11, dove il desktop ne ha una."},
     {"NOTICE_NOT_AWAKE", "Gli schermi potrebbero spegnersi"},
     {"NOTICE_NOT_AWAKE_TEXT",
      "Niente in questa sessione può tenerli accesi. Avvia il gestore energetico del desktop, per "

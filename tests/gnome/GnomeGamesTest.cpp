@@ -97,5 +97,46 @@ TEST_F(GnomeGames, ASiblingBesideItKeepsWhatItAskedForWhenTheOtherEnds) {
     EXPECT_GE(shell->cursor().x, 1280);
 }
 
+TEST_F(GnomeGames, ThreeProductsAtOnceKeepOffEachOthersWork) {
+    const std::string dark = "[1280,0,1280,720,191]", upright = ",0,2,720,128]",
+                      isSeen = std::string(support::cursorTracker) + ".get_pointer_visible()";
+    const auto shows = [&](const std::string& veil) {
+        return veils().find(veil) != std::string::npos;
+    };
+    const auto isHeld = [&] {
+        hand->push(-20, 0, 5, mouseRate);
+        hand->push(20, 0, 100, mouseRate);
+        return shell->cursor().x == 1279;
+    };
+    start();
+    const auto palisor = std::move(program);
+    start({.product = "crosshair"});
+    auto crosshair = std::move(program);
+    start({.product = "vellumor", .more = {{"TIME_MODE", flag(true)}, {"SCHEDULE", number(1)}}});
+    for (const char* title : {"Palisor", "Crosshair", "Vellumor"})
+        EXPECT_TRUE(waitUntil([&] { return hasSwitch(title); })) << title;
+    EXPECT_TRUE(isHeld());
+    EXPECT_TRUE(waitUntil([&] { return shows(dark) && shows(upright); })) << veils();
+
+    EXPECT_EQ(command({"off"}), "");
+    EXPECT_TRUE(waitUntil([&] { return !shows(dark); }));
+    EXPECT_FALSE(isHeld()) << "nobody else holds it";
+    EXPECT_TRUE(shows(upright));
+    shell->moveTo(640, 300);
+    EXPECT_EQ(command({"on"}), "");
+    EXPECT_TRUE(waitUntil([&] { return shows(dark); }));
+    EXPECT_TRUE(isHeld());
+
+    crosshair->signal(SIGKILL);
+    EXPECT_TRUE(waitUntil([&] { return !shows(upright) && !hasSwitch("Crosshair"); }));
+    EXPECT_TRUE(waitUntil([&] { return !shell->isTrue(isSeen); })) << "Vellumor hides it";
+    EXPECT_TRUE(hasSwitch("Palisor") && hasSwitch("Vellumor"));
+    EXPECT_TRUE(isHeld());
+    program->signal(SIGKILL);
+    EXPECT_TRUE(waitUntil([&] { return shell->isTrue(isSeen) && !hasSwitch("Vellumor"); }));
+    EXPECT_TRUE(isHeld());
+    EXPECT_TRUE(stillHeld()) << palisor->errors();
+}
+
 } // namespace
 } // namespace desktop

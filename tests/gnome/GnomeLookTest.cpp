@@ -36,6 +36,24 @@ class GnomeLook : public Gnome, public testing::WithParamInterface<Look> {
         if (scale == 2)
             support::arrange(*shell, {{.outputs = {0}, .scale = 2.0},
                                       {.outputs = {1}, .x = 1280, .scale = 2.0}});
+        // What the shell has to say of the session itself.
+        shell->run("Main.messageTray.getSources().forEach(source => source.destroy())");
+    }
+
+    /// Whether one window is to be seen, and no longer on its way.
+    bool showsWindow() const {
+        return waitUntil([&] {
+            return shell->isTrue("(() => { const all = global.get_window_actors().filter("
+                                 "a => a.visible && a.width > 100);"
+                                 "return all.length === 1 && all[0].scale_x === 1 && "
+                                 "all[0].opacity === 255; })()");
+        });
+    }
+    void expectItIsOnTheMonitor() const {
+        EXPECT_TRUE(shell->isTrue(
+            "(() => { const [{meta_window: w}] = global.get_window_actors().filter("
+            "a => a.visible && a.width > 100);"
+            "return w.get_work_area_current_monitor().contains_rect(w.get_frame_rect()); })()"));
     }
 
     /// Leaves a picture of what is to be seen now.
@@ -110,18 +128,49 @@ TEST_P(GnomeLook, AnEntryThatOpensAWindowClosesTheQuickSettings) {
     openMenu("Palisor");
     inMenu("Palisor", "all.find(a => a.label?.text?.startsWith('Keyboard')).activate("
                       "imports.gi.Clutter.get_current_event?.());");
-    EXPECT_TRUE(waitUntil([&] {
-        return shell->isTrue("!Main.panel.statusArea.quickSettings.menu.isOpen && "
-                             "global.get_window_actors().some(a => a.scale_x === 1)");
-    }));
+    EXPECT_TRUE(waitUntil(
+        [&] { return shell->isTrue("!Main.panel.statusArea.quickSettings.menu.isOpen"); }));
+    EXPECT_TRUE(showsWindow());
+    expectItIsOnTheMonitor();
     keep("recorder");
+}
+
+TEST_P(GnomeLook, TheInformationWindowAndTheQuestionAfterItAreOnTheMonitor) {
+    launch({.more = {{"CHECK_0", text("0")}, {"CHECK_1", text("0")}, {"RECOMMENDAUTOLOGIN", ""}}});
+    EXPECT_TRUE(showsWindow()) << program->errors();
+    expectItIsOnTheMonitor();
+    keep("info");
+    shell->run("globalThis.first = global.get_window_actors().find(a => a.visible).meta_window;"
+               "first.delete(global.get_current_time())");
+    EXPECT_TRUE(waitUntil([&] {
+        return shell->isTrue("global.get_window_actors().every(a => a.meta_window !== first)");
+    }));
+    EXPECT_TRUE(showsWindow()) << program->errors();
+    expectItIsOnTheMonitor();
+    keep("alert");
+}
+
+TEST_P(GnomeLook, WhatIsMissingIsSaidInANotification) {
+    shell->run(std::string("Main.extensionManager.disableExtension('") + uuid + "')");
+    ASSERT_TRUE(waitUntil([&] { return extensionIs(2); }));
+    launch({});
+    EXPECT_TRUE(waitUntil([&] {
+        return shell->isTrue("(() => { const {_notification: said, _notificationState: state} = "
+                             "Main.messageTray; return state === 2 && (said?.body ?? "
+                             "said?.bannerBodyText)?.includes('palisor setup gnome'); })()");
+    })) << program->errors();
+    keep("notification");
 }
 
 TEST_P(GnomeLook, TheLinesCrossBothMonitors) {
     start({.product = "crosshair"});
     shell->moveTo(300, 200);
     hand->relative(10, 20);
-    EXPECT_TRUE(waitUntil([&] { return veils() != noneIsDark; }));
+    EXPECT_TRUE(waitUntil([&] {
+        const std::string lines = veils();
+        return lines.find("[0,219,") != std::string::npos &&
+               lines.find("[1280,219,") != std::string::npos && hasSwitch("Crosshair");
+    })) << veils();
     keep("lines");
 }
 

@@ -3,6 +3,7 @@
 #include "testing/desktop/Product.h"
 #include "testing/gnome/PrivateShell.h"
 
+#include <algorithm>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <linux/input-event-codes.h>
@@ -50,6 +51,13 @@ class Gnome : public testing::Test {
 
     /// Returns when everything is in place: a barrier that is on has darkened the other monitors.
     void start(const Setting& setting = {}) {
+        launch(setting);
+        if (setting.active && setting.product == "palisor") {
+            ASSERT_TRUE(waitUntil([&] { return othersAreDark(); })) << program->errors();
+        }
+    }
+    /// Returns when the program has started, and may still be at work.
+    void launch(const Setting& setting) {
         Entries entries = setting.more;
         entries.insert({{"ATTIVO", flag(setting.active)},
                         {"VELOCITY_OPTION", flag(setting.pushOption)},
@@ -62,9 +70,6 @@ class Gnome : public testing::Test {
         if (!setting.hold) line.insert(line.end(), {"--hold", "off"});
         program = shell->spawn(line);
         ASSERT_TRUE(program->waitForText("macOS 10.14")) << program->errors();
-        if (setting.active && setting.product == "palisor") {
-            ASSERT_TRUE(waitUntil([&] { return othersAreDark(); })) << program->errors();
-        }
     }
 
     /// All monitors but one are covered.
@@ -79,6 +84,12 @@ class Gnome : public testing::Test {
         const auto process = shell->spawn(line);
         process->wait();
         return process->output() + process->errors();
+    }
+
+    bool hasSwitch(const std::string& title) const {
+        return shell->isTrue("Main.panel.statusArea.quickSettings.menu._grid.get_children()"
+                             ".some(c => (c.title ?? c.label) === '" +
+                             title + "')");
     }
 
     /// The areas that are covered above everything, and how opaque each is, of 255.

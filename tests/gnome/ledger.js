@@ -55,6 +55,7 @@
             return real.call(this, id, ...rest);
         };
     }
+    pair(Meta.IdleMonitor.prototype, 'add_idle_watch', 'remove_watch', 'watch of idleness');
     pair(Gio.DBusConnection.prototype, 'signal_subscribe', 'signal_unsubscribe', 'subscription');
     pair(Gio, 'bus_watch_name_on_connection', 'bus_unwatch_name', 'watched name');
     pair(Gio, 'bus_own_name_on_connection', 'bus_unown_name', 'own name');

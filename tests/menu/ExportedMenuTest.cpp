@@ -150,6 +150,21 @@ TEST_F(MenuThatIsExported, HasASliderAsAMenuOfItsTicks) {
     EXPECT_EQ(heard, (std::vector<std::string>{"slide 12", "chosen push"}));
 }
 
+TEST_F(MenuThatIsExported, SaysWhereAKnobBetweenTwoTicksStands) {
+    menu.items[3]->submenu = sliderMenu({.minimum = 1, .maximum = 100, .value = 50, .ticks = 12});
+    std::get<platform::SliderView>(menu.items[3]->submenu->items[0]->view).text = [](double value) {
+        return std::to_string(static_cast<int>(value)) + "%";
+    };
+    exported.changed();
+    const Seen push = layout().children[3];
+    const Seen& chosen = push.children[2 + 5];
+    EXPECT_TRUE(chosen.marked());
+    EXPECT_EQ(chosen.label(), "50%") << "and not 46%, where the tick is";
+    clickOn(chosen);
+    EXPECT_EQ(heard, std::vector<std::string>{"slide 50"}) << "and it stays there";
+    EXPECT_EQ(push.children[2 + 6].label(), "55%");
+}
+
 TEST_F(MenuThatIsExported, HasTheBordersAsBoxesToTick) {
     const Seen borders = layout().children[4];
     ASSERT_EQ(borders.children.size(), 8U);

@@ -1,5 +1,4 @@
 const {ui} = imports;
 
-export const {main: Main, popupMenu: PopupMenu} = ui;
-export const {QuickMenuToggle, SystemIndicator} = ui.quickSettings;
+export const {main: Main, popupMenu: PopupMenu, quickSettings: QuickSettings} = ui;
 export const {Slider} = ui.slider;

@@ -63,16 +63,25 @@ class GnomeDesktop final : public wayland::Desktop {
     platform::Capabilities capabilities() const override {
         const std::string reason = missing();
         const bool isThere = reason.empty();
-        platform::Capability hold{.id = "hold", .available = holds && isThere, .reason = reason};
-        if (!holds) hold.reason = "Switched off by --hold off.";
-        return {std::move(hold),
-                {"darkness", isThere, reason},
-                {"motion", isThere, reason},
-                {"modifiers", isThere,
-                 isThere
-                     ? "GNOME Shell does not tell the left Control, Alt and Super keys from the "
-                       "right ones: either side counts."
-                     : reason}};
+        platform::Capabilities all;
+        // Newer shells may have changed what a part of the extension is made of.
+        struct Part {
+            const char *id, *name;
+        };
+        for (const auto& [id, name] :
+             {Part{"hold", "hold"}, Part{"darkness", "veil"}, Part{"motion", "watch"},
+              Part{"push", "push"}, Part{"hide", "cursor"}, Part{"modifiers", "watch"}}) {
+            const bool can = parts->hand.can(name);
+            all.push_back({id, can,
+                           can || !isThere ? reason
+                                           : "This release of GNOME Shell lacks what the "
+                                             "extension does that with."});
+        }
+        if (!holds) all.front() = {"hold", false, "Switched off by --hold off."};
+        if (all.back().available)
+            all.back().reason = "GNOME Shell does not tell the left Control, Alt and Super keys "
+                                "from the right ones: either side counts.";
+        return all;
     }
 
     std::string missing() const override {

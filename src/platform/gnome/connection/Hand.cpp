@@ -12,6 +12,7 @@ constexpr const char* handPath = "/com/tamberlo/Shell";
 constexpr const char* handInterface = "com.tamberlo.Shell1";
 
 constexpr std::uint64_t second = 1'000'000, tenth = 100'000; // microseconds
+constexpr std::uint64_t patience = 20 * second;
 constexpr std::size_t fewReports = 512;
 
 int whole(double value) {
@@ -36,10 +37,14 @@ Hand::Hand(Descriptors& descriptors, Log& log, std::string name, std::string uui
     link.wait();
     if (link.bus()) {
         // The first answer is waited for, so that the program starts with the cursor in its hand.
-        bus::Message join = begin("Join");
-        (void)sd_bus_message_append(join.get(), "s", program.c_str());
-        isHere = call(std::move(join), second) != nullptr;
-        if (!isHere) askWhy();
+        bus::Message asked = begin("Join");
+        (void)sd_bus_message_append(asked.get(), "s", program.c_str());
+        const bus::Message reply = call(std::move(asked), second);
+        isHere = reply != nullptr;
+        if (isHere)
+            readLacks(*reply);
+        else
+            join();
     }
     link.start();
 }
@@ -91,22 +96,36 @@ void Hand::leave() {
 void Hand::join() {
     sd_bus_slot* slot = nullptr;
     const auto answered = [](sd_bus_message* reply, void* self, sd_bus_error*) {
-        static_cast<Hand*>(self)->joined(!sd_bus_message_is_method_error(reply, nullptr));
+        static_cast<Hand*>(self)->joined(reply);
         return 0;
     };
     const bus::Message message = begin("Join");
     if (!message || sd_bus_message_append(message.get(), "s", program.c_str()) < 0) return;
-    if (sd_bus_call_async(link.bus(), &slot, message.get(), answered, this, second) >= 0)
+    if (sd_bus_call_async(link.bus(), &slot, message.get(), answered, this, patience) >= 0)
         joining.reset(slot);
     link.settle();
 }
 
-void Hand::joined(bool isNow) {
-    isHere = isNow;
-    if (!isNow) return askWhy();
+void Hand::joined(sd_bus_message* reply) {
+    // A shell that has much to do, as at login, answers later.
+    if (sd_bus_message_is_method_error(reply, SD_BUS_ERROR_NO_REPLY)) return join();
+    isHere = !sd_bus_message_is_method_error(reply, nullptr);
+    if (!isHere) return askWhy();
+    readLacks(*reply);
     isFresh = true;
     link.callSoon();
     changed();
+}
+
+void Hand::readLacks(sd_bus_message& reply) {
+    lacks.clear();
+    std::uint32_t version = 0;
+    if (sd_bus_message_read(&reply, "u", &version) <= 0 ||
+        sd_bus_message_enter_container(&reply, 'a', "s") <= 0)
+        return;
+    const char* part = nullptr;
+    while (sd_bus_message_read(&reply, "s", &part) > 0)
+        lacks.insert(part);
 }
 
 // The shell knows about its extensions, also where the user has switched all of them off.
@@ -187,6 +206,12 @@ void Hand::hold(const Rect& monitor, std::optional<Point> place) {
 
 void Hand::release() {
     send(begin("Release"));
+}
+
+void Hand::setCrossing(double pixels) {
+    bus::Message message = begin("Crossing");
+    if (message) (void)sd_bus_message_append(message.get(), "d", pixels);
+    send(std::move(message));
 }
 
 void Hand::warp(Point place) {

@@ -8,8 +8,10 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -66,6 +68,9 @@ class Hand final : private bus::Link::User {
     Hand& operator=(const Hand&) = delete;
 
     Presence presence() const { return isHere ? Presence::here : why; }
+    /// Whether the shell still has what a part of the extension is made of: "hold", "push",
+    /// "watch", "veil", "cursor" or "keys".
+    bool can(std::string_view part) const { return isHere && !lacks.contains(part); }
     void setHandlers(Handlers wanted) { handlers = std::move(wanted); }
 
     /// Calls `ask` when the extension has come, or has come back, and does not know of anything;
@@ -77,6 +82,8 @@ class Hand final : private bus::Link::User {
     // tenth of a second, and for `record`.
     void hold(const Rect& monitor, std::optional<Point> place);
     void release();
+    /// From how many pixels within a frame on a push is told at once; 0 where it never is.
+    void setCrossing(double pixels);
     void warp(Point place);
     std::optional<Seen> where();
     void watch(bool motion, bool state);
@@ -113,7 +120,8 @@ class Hand final : private bus::Link::User {
     void send(bus::Message message);
     bus::Message call(bus::Message message, std::uint64_t microseconds);
     void join();
-    void joined(bool isNow);
+    void joined(sd_bus_message* reply);
+    void readLacks(sd_bus_message& reply);
     void ask(bool again);
     void askWhy();
     void leave();
@@ -132,6 +140,7 @@ class Hand final : private bus::Link::User {
     std::map<std::uint32_t, Claim> claims;
     bus::Slot ownerMatch, signalMatch, joining, question;
     bool isHere = false;
+    std::set<std::string, std::less<>> lacks; ///< parts of the extension
     Presence why = Presence::notInstalled;
     std::optional<bool> isFresh; ///< to be told at the next turn, and whether to ask again
 };

@@ -77,8 +77,8 @@ void HotKeys::answered(std::uint32_t number, bool granted) {
     if (granted) return;
     const Shortcut shortcut = found->claim.shortcut;
     later([this, shortcut] {
-        log.write("the shell has the shortcut " + modifierFlagsString(shortcut) +
-                  keyCodeString(shortcut) + " itself, which does nothing here");
+        log.write("the shortcut " + modifierFlagsString(shortcut) + keyCodeString(shortcut) +
+                  " is the shell's own or another program's, and does nothing here");
         if (tellTaken) tellTaken(shortcut);
     });
 }

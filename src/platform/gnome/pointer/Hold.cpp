@@ -56,7 +56,7 @@ bool Hold::rebuild(std::optional<Point> place) {
     if (isSame && !place) return false;
     monitors = std::move(present);
     meter.clear();
-    const bool wasHeld = std::exchange(held, target && hand.presence() == Hand::Presence::here);
+    const bool wasHeld = std::exchange(held, target && hand.can("hold"));
     if (held) {
         box = boxOf(target->area);
         hand.hold(target->area, place);

@@ -51,15 +51,24 @@ InputEvents::InputEvents(Hand& extension, Descriptors& descriptors, wayland::Out
                               if (const auto push = hold.pushSoFar()) tell(*push);
                           },
                       .seen = [this](const Hand::Seen& sight) { seen(sight); }});
-    const auto watch = [this] { hand.watch(!hold.wasWanted(), true); };
-    watch();
-    hand.onFresh(this, [watch](bool) { watch(); });
+    const auto begin = [this] {
+        hand.watch(!hold.wasWanted(), true);
+        hand.setCrossing(crossing);
+    };
+    begin();
+    hand.onFresh(this, [begin](bool) { begin(); });
 }
 
 InputEvents::~InputEvents() {
     hand.onFresh(this, {});
     hand.setHandlers({});
     hand.watch(false, false);
+}
+
+void InputEvents::watch(const PointerWatch& wanted) {
+    if (wanted.crossing == crossing) return;
+    crossing = wanted.crossing;
+    hand.setCrossing(crossing);
 }
 
 void InputEvents::seen(const Hand::Seen& sight) {

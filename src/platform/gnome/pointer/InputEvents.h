@@ -23,6 +23,7 @@ class InputEvents final : public platform::InputEvents {
 
     void addGlobalMonitor(EventMask mask, Handler handler) override;
     void addTap(const TapParameters& parameters, Handler handler) override;
+    void watch(const PointerWatch& wanted) override;
 
     /// To be called when a window of the program has become active or is so no longer.
     void ownWindowChanged() { hold.suspend(ownWindowActive()); }
@@ -54,6 +55,7 @@ class InputEvents final : public platform::InputEvents {
     Hand::State toldModifiers = 0; ///< whose presses were told, and whose releases will be
     bool withheld = false;
     bool anyPush = false;
+    double crossing = 0; ///< as in PointerWatch
     int emptyFrames = 0;
 };
 

@@ -143,7 +143,9 @@ class ExportedMenu::Builder {
         const double step = (slider.maximum - slider.minimum) / (ticks - 1);
         const auto current = std::lround((slider.value - slider.minimum) / step);
         for (int tick = 0; tick < ticks; ++tick) {
-            const double value = std::round(slider.minimum + tick * step);
+            // The knob may stand between two ticks; the nearest one stands for its place.
+            const double value =
+                tick == current ? slider.value : std::round(slider.minimum + tick * step);
             const QString text = view.text ? QString::fromStdString(view.text(value))
                                            : QString::number(static_cast<int>(value));
             Node& node = add(parent, key + "/tick" + QString::number(tick), text);
