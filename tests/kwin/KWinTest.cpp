@@ -223,18 +223,19 @@ TEST_F(KWin, IsWokenByItsOwnTimerAloneWhileTheCursorIsAwayFromTheEdges) {
 }
 
 TEST_F(KWin, HasAScriptForShortcutsOnlyWhereThereAreAny) {
-    const auto hasScript = [&] {
-        const auto asked = kwin->spawn("busctl", {"--user", "call", "org.kde.KWin", "/Scripting",
-                                                  "org.kde.kwin.Scripting", "isScriptLoaded", "s",
-                                                  "keys-" + std::to_string(program->pid()) + "-1"});
+    const auto hasScript = [&](const std::string& name) {
+        const auto asked = kwin->spawn(
+            "busctl", {"--user", "call", "org.kde.KWin", "/Scripting", "org.kde.kwin.Scripting",
+                       "isScriptLoaded", "s", name + "-" + std::to_string(program->pid()) + "-1"});
         asked->wait();
         return asked->output().find("true") != std::string::npos;
     };
-    start({.more = {{"customShortcut", text("")}}});
-    EXPECT_FALSE(hasScript());
+    spawn({.more = {{"customShortcut", ""}, {"hardcodedShortcutEnabled", flag(false)}}});
+    EXPECT_TRUE(waitUntil([&] { return hasScript("hold"); })) << program->errors();
+    EXPECT_FALSE(hasScript("keys"));
     program.reset();
     start();
-    EXPECT_TRUE(waitUntil(hasScript));
+    EXPECT_TRUE(waitUntil([&] { return hasScript("keys"); })) << program->errors();
 }
 
 TEST_F(KWin, AnswersTheCommandLine) {

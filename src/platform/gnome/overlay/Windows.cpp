@@ -66,16 +66,8 @@ class Overlay final : public Window {
 
   private:
     Rect area() const {
-        Rect all = owner.outputs.toLayout(style.seenAt.value_or(place));
-        if (!style.fullHeight) return all;
-        const auto places = owner.outputs.places();
-        double top = all.y, bottom = all.y + 1;
-        for (const auto& one : places) {
-            const bool isFirst = &one == &places.front();
-            top = isFirst ? one.area.y : std::min(top, one.area.y);
-            bottom = std::max(isFirst ? top + 1 : bottom, one.area.y + one.area.height);
-        }
-        return {all.x, top, all.width, bottom - top};
+        const Rect all = owner.outputs.toLayout(style.seenAt.value_or(place));
+        return style.fullHeight ? owner.outputs.fullHeight(all) : all;
     }
 
     Windows& owner;

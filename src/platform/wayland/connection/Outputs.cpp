@@ -132,6 +132,16 @@ Rect Outputs::toLayout(Rect r) const {
     return {r.x + origin.x, height - r.height - r.y + origin.y, r.width, r.height};
 }
 
+Rect Outputs::fullHeight(Rect area) const {
+    if (ordered.empty()) return area;
+    double top = ordered[0].area.y, bottom = top;
+    for (const Place& place : ordered) {
+        top = std::min(top, place.area.y);
+        bottom = std::max(bottom, place.area.y + place.area.height);
+    }
+    return {area.x, top, area.width, bottom - top};
+}
+
 const Outputs::Place* Outputs::at(Point layout) const {
     const auto away = [layout](const Place& place) {
         const Rect& r = place.area;

@@ -40,6 +40,8 @@ class Outputs final : public platform::Displays {
     Point toTopLeft(Point layout) const { return {layout.x - origin.x, layout.y - origin.y}; }
     /// A rectangle in bottom-left coordinates.
     Rect toLayout(Rect bottomLeft) const;
+    /// Its columns from the upper to the lower edge of the desktop, layout coordinates both.
+    Rect fullHeight(Rect area) const;
     /// The nearest point on a screen, layout coordinates.
     Point nearest(Point layout) const;
 

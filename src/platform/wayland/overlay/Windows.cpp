@@ -5,8 +5,22 @@
 
 namespace platform::wayland {
 
-/// The layer is made when the window comes on screen, and anew when its output has gone and come,
-/// or when it is to be on another one or of another size.
+namespace {
+
+Rect common(const Rect& a, const Rect& b) {
+    const double left = std::max(a.x, b.x), top = std::max(a.y, b.y);
+    return {left, top, std::min(a.x + a.width, b.x + b.width) - left,
+            std::min(a.y + a.height, b.y + b.height) - top};
+}
+
+bool areSameSize(const Rect& a, const Rect& b) {
+    return a.width == b.width && a.height == b.height;
+}
+
+} // namespace
+
+/// A layer on each output that it reaches over. One that stays on its output and keeps its size is
+/// moved, which costs the compositor less than another one.
 class Overlay final : public Window {
   public:
     Overlay(Windows& windows, const WindowStyle& wanted)
@@ -14,7 +28,7 @@ class Overlay final : public Window {
         owner.all.insert(this);
     }
     ~Overlay() override {
-        takeOff();
+        keep(0);
         owner.all.erase(this);
     }
     Overlay(const Overlay&) = delete;
@@ -25,24 +39,18 @@ class Overlay final : public Window {
     Rect frame() const override { return place; }
 
     void setFrame(Rect frame) override {
-        const Rect before = std::exchange(place, frame);
-        const bool isSameSize = before.width == frame.width && before.height == frame.height;
-        const Rect area = owner.outputs.toLayout(frame);
-        const auto* output = owner.outputs.at({area.x, area.y});
-        const bool moves = layer && !layer->isClosed() && isSameSize && output &&
-                           output->output == shownOn && isInside(area, output->area);
-        if (!moves)
-            update();
-        else if (before != frame)
-            layer->moveTo({area.x, area.y}, output->area);
+        place = frame;
+        style.seenAt.reset();
+        update();
     }
     void setAlpha(float wanted) override {
         alpha = wanted;
-        if (layer) layer->setPixel(pixel());
+        for (const Part& part : parts)
+            part.layer->setPixel(pixel());
     }
     void setIgnoresMouseEvents(bool ignores) override {
         ignoresMouse = ignores;
-        if (layer) layer->setCatches(catches());
+        updateCatching();
     }
     void makeKeyAndOrderFront() override {
         if (!std::exchange(visible, true) && number == 0) number = ++owner.lastId;
@@ -50,31 +58,63 @@ class Overlay final : public Window {
     }
     void orderOut() override {
         visible = false;
-        takeOff();
+        update();
     }
 
     void update() {
-        takeOff();
-        const bool isSeen = visible && (style.kind != WindowKind::marker || owner.markersSeen);
-        if (!isSeen || style.background == WindowColour::clear) return;
-        const Rect area = owner.outputs.toLayout(place);
-        const auto* output = owner.outputs.at({area.x, area.y});
-        if (!output || !isInside(area, output->area)) return;
-        shownOn = output->output;
-        layer =
-            std::make_unique<Layer>(owner.connection, Layer::Look{*output, area, pixel(), false});
-        if (!catches()) layer->setCatches(false);
+        const bool isSeen = visible && (style.kind != WindowKind::marker || owner.markersSeen) &&
+                            style.background != WindowColour::clear;
+        std::size_t count = 0;
+        if (isSeen)
+            for (const Outputs::Place& output : owner.outputs.places()) {
+                const Rect area = common(wholeArea(), output.area);
+                if (area.width > 0 && area.height > 0) show(count++, output, area);
+            }
+        keep(count);
+    }
+    /// Where outputs have come, gone or changed nothing stays as it is.
+    void renew() {
+        keep(0);
+        update();
     }
 
     void updateCatching() {
-        if (layer) layer->setCatches(catches());
+        for (const Part& part : parts)
+            part.layer->setCatches(catches());
     }
 
   private:
-    static bool isInside(const Rect& inner, const Rect& outer) {
-        return inner.x >= outer.x && inner.y >= outer.y &&
-               inner.x + inner.width <= outer.x + outer.width &&
-               inner.y + inner.height <= outer.y + outer.height;
+    struct Part {
+        const wl_output* output;
+        Rect area; ///< layout coordinates
+        std::unique_ptr<Layer> layer;
+    };
+
+    Rect wholeArea() const {
+        const Rect all = owner.outputs.toLayout(style.seenAt.value_or(place));
+        return style.fullHeight ? owner.outputs.fullHeight(all) : all;
+    }
+
+    void show(std::size_t index, const Outputs::Place& output, const Rect& area) {
+        if (index < parts.size()) {
+            Part& part = parts[index];
+            if (part.output == output.output && areSameSize(part.area, area) &&
+                !part.layer->isClosed()) {
+                if (part.area != area) part.layer->moveTo({area.x, area.y}, output.area);
+                part.area = area;
+                return;
+            }
+            keep(index);
+        }
+        parts.push_back(
+            {output.output, area,
+             std::make_unique<Layer>(owner.connection, Layer::Look{output, area, pixel(), false})});
+        if (!catches()) parts.back().layer->setCatches(false);
+    }
+
+    void keep(std::size_t count) {
+        for (; parts.size() > count; parts.pop_back())
+            owner.seat.forget(*parts.back().layer);
     }
 
     Pixel pixel() const {
@@ -85,18 +125,11 @@ class Overlay final : public Window {
 
     bool catches() const { return !ignoresMouse && !owner.lettingThrough; }
 
-    void takeOff() {
-        if (!layer) return;
-        owner.seat.forget(*layer);
-        layer.reset();
-    }
-
     Windows& owner;
     WindowStyle style;
     Rect place;
     float alpha;
-    std::unique_ptr<Layer> layer;
-    const wl_output* shownOn = nullptr; ///< the layer
+    std::vector<Part> parts;
     WindowId number = 0;
     bool visible = false;
     bool ignoresMouse = false;
@@ -106,7 +139,7 @@ Windows::Windows(Connection& x, Outputs& screens, PointerSeat& pointer, Log& wri
     : connection(x), outputs(screens), seat(pointer), log(writer) {
     outputs.onLayout(this, [this] {
         for (Overlay* const window : all)
-            window->update();
+            window->renew();
     });
 }
 

@@ -10,8 +10,7 @@ namespace platform::wayland {
 
 class Overlay;
 
-/// Overlays as layers of one colour. What has a picture, or spans several outputs, is not seen,
-/// which is logged once.
+/// Overlays as layers of one colour. What has a picture is not seen, which is logged once.
 class Windows final : public platform::Windows {
   public:
     Windows(Connection& connection, Outputs& outputs, PointerSeat& seat, Log& log);
