@@ -3,13 +3,13 @@
 #include <linux/input-event-codes.h>
 #include <utility>
 
-// Over a strip of the hold every report of the mouse comes. They wait in the socket, so that a
-// mouse costs a wake-up a frame whatever it sends, and are summed up and delivered once a frame;
-// where a hard push lets it cross, what was pushed so far is delivered in the middle of it too, so
-// that it crosses sooner.
-// What happens over another layer of the program, such as a dark one, is outside the screen that is
-// held: it is delivered at the end of its batch, so that the answer brings the cursor back before
-// it is seen.
+// Over a strip of the hold every report of the mouse comes, where a push can make a difference:
+// against an edge that none opens the compositor tells nothing of a hand that pushes. They wait in
+// the socket, so that a mouse costs a wake-up a frame whatever it sends, and are summed up and
+// delivered once a frame; where a hard push lets it cross, what was pushed so far is delivered in
+// the middle of it too, so that it crosses sooner. What happens over another layer of the program,
+// such as a dark one, is outside the screen that is held: it is delivered at the end of its batch,
+// so that the answer brings the cursor back before it is seen.
 
 namespace platform::wayland {
 
