@@ -1,10 +1,12 @@
 import Gio from 'gi://Gio';
 import GLib from 'gi://GLib';
 
+import {Crossing} from './crossing.js';
 import {HiddenCursor, warp, where} from './cursor.js';
 import {Hold} from './hold.js';
 import {Recording, switchWorkspace} from './keys.js';
 import {PushReport} from './push.js';
+import {Scheme} from './scheme.js';
 import {Veils} from './veil.js';
 import {Watch} from './watch.js';
 
@@ -32,6 +34,7 @@ export class Client {
         this._grabs = new Map(); // by the program's numbers
         this._silence = new Gio.Cancellable();
         this._begin();
+        this._scheme = part(() => new Scheme(dark => this._tell('Dark', '(b)', [dark])));
         this._watchedName = Gio.bus_watch_name_on_connection(bus, sender, Gio.BusNameWatcherFlags.NONE, null,
             () => {
                 this.destroy();
@@ -50,6 +53,8 @@ export class Client {
 
     destroy() {
         this._end();
+        this._scheme?.destroy();
+        this._scheme = null;
         this._silence.cancel();
         if (this._heart)
             GLib.source_remove(this._heart);
@@ -62,6 +67,10 @@ export class Client {
 
     _begin() {
         this._push = part(() => new PushReport(pieces => this._tell('Pushed', '(a(ddddu))', [pieces])));
+        this._crossing = part(() => new Crossing(() => {
+            this._push?.pause();
+            this._tell('Kept', '()', []);
+        }));
         const pushed = this._push && ((side, event) => this._push.add(side, event));
         this._hold = part(() => new Hold(pushed));
         this._veils = part(() => new Veils());
@@ -84,7 +93,8 @@ export class Client {
     }
 
     _end() {
-        for (const each of [this._hold, this._push, this._veils, this._cursor, this._watch, this._recording])
+        const parts = [this._crossing, this._hold, this._push, this._veils, this._cursor, this._watch, this._recording];
+        for (const each of parts)
             each?.destroy();
         for (const grab of this._grabs.values())
             this._service.accelerators.ungrab(grab);
@@ -112,18 +122,15 @@ export class Client {
     }
 
     // A stopped program keeps its connection; the bus's library answers in any other.
-    async _ask() {
+    _ask() {
         if (!this.isBusy() || this._isAsking)
             return;
         this._isAsking = true;
         this._wait();
-        try {
-            await this._ping(this._sender);
-        } catch {
-            // It has gone, or this has.
-        }
-        this._dropLate();
-        this._isAsking = false;
+        this._ping(this._sender, () => {
+            this._dropLate();
+            this._isAsking = false;
+        });
     }
 
     _wait() {
@@ -135,24 +142,26 @@ export class Client {
     }
 
     // On a machine with much to do the bus itself is late, and nobody's answer could have come.
-    async _askBus() {
+    _askBus() {
         const asked = GLib.get_monotonic_time();
-        try {
-            await this._ping('org.freedesktop.DBus');
-        } catch {
-            return;
-        }
-        if (!this._isAsking)
-            return;
-        if (GLib.get_monotonic_time() - asked > LATE)
-            this._wait();
-        else
-            this.free('silent');
+        this._ping('org.freedesktop.DBus', () => {
+            if (!this._isAsking)
+                return;
+            if (GLib.get_monotonic_time() - asked > LATE)
+                this._wait();
+            else
+                this.free('silent');
+        });
     }
 
-    _ping(name) {
-        return this._bus.call(name, '/', 'org.freedesktop.DBus.Peer', 'Ping', null, null,
-            Gio.DBusCallFlags.NO_AUTO_START, GLib.MAXINT32, this._silence);
+    // Whatever comes is an answer. One that is awaited has the shell collect all its garbage every
+    // ten seconds, also at rest, for which everything stands still for a frame.
+    _ping(name, answered) {
+        this._bus.call(name, '/', 'org.freedesktop.DBus.Peer', 'Ping', null, null,
+            Gio.DBusCallFlags.NO_AUTO_START, GLib.MAXINT32, this._silence, () => {
+                if (!this._silence.is_cancelled())
+                    answered();
+            });
     }
 
     _dropLate() {
@@ -167,10 +176,15 @@ export class Client {
 
     Hold(area, moves, place) {
         this._hold?.begin(area, moves ? place : null);
+        if (moves)
+            this._crossing?.begin(area);
+        else
+            this._crossing?.end();
     }
 
     Release() {
         this._hold?.end();
+        this._crossing?.end();
         this._push?.clear();
     }
 
@@ -192,11 +206,18 @@ export class Client {
     }
 
     Cover(number, area, colour, opacity, catches) {
-        this._veils?.show(number, {area, colour, opacity, catches});
+        this._afterCrossing(number, () => this._veils?.show(number, {area, colour, opacity, catches}));
     }
 
     Uncover(number) {
-        this._veils?.remove(number);
+        this._afterCrossing(number, () => this._veils?.remove(number));
+    }
+
+    _afterCrossing(number, act) {
+        if (this._crossing)
+            this._crossing.then(number, act);
+        else
+            act();
     }
 
     HideCursor(hidden) {

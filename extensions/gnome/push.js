@@ -5,8 +5,8 @@ import Meta from 'gi://Meta';
 import {where} from './cursor.js';
 import {demand} from './release.js';
 
-const PERIOD = 8; // milliseconds: a signal for each motion costs the shell a third more
-const FRAME = 16;
+const FRAME = 16; // milliseconds: a signal for each motion costs the shell a third more
+const PAUSE = 1000;
 
 // The coordinate that a side's line stops.
 const ACROSS = {left: 0, right: 0, top: 1, bottom: 1};
@@ -35,6 +35,7 @@ export class PushReport {
         this._timer = 0;
         this._soon = 0;
         this._hasHurried = false; // in this batch
+        this._pausedUntil = 0; // in microseconds
     }
 
     destroy() {
@@ -54,29 +55,56 @@ export class PushReport {
         this._hasHurried = false;
     }
 
+    /** Tells of nothing for a while: what a game keeps need not be tried at each of its pushes. */
+    pause() {
+        this.clear();
+        this._pausedUntil = GLib.get_monotonic_time() + PAUSE * 1000;
+    }
+
     /** So many pixels within a frame are told at once; with 0 none are. */
     setCrossing(pixels) {
         this._crossing = pixels;
     }
 
-    /** In a corner two sides are told of one motion, each of what it stopped. */
+    /**
+     * In a corner two sides are told of one motion, each of what it stopped. Where it is far from letting the
+     * cursor out the program is told nothing, which would refuse it.
+     */
     add(side, event) {
         const [dx, dy] = WAY_OUT[side](event);
-        if (dx === 0 && dy === 0)
+        if ((dx === 0 && dy === 0) || this._crossing === 0 || this._isPaused())
             return;
         this._pieces.push({across: ACROSS[side], told: [event.x, event.y, dx, dy, event.time]});
-        const isEnough = this._crossing > 0 && this._pushedInFrame(event.time, Math.abs(dx + dy)) >= this._crossing;
+        this._pushInFrame(event.time, Math.abs(dx + dy));
+        if (!this._timer && this._isWeak()) {
+            while (this._pieces[0].told[4] < event.time - 2 * FRAME)
+                this._pieces.shift();
+            return;
+        }
+        const isEnough = this._way >= this._crossing;
         if (!this._timer || (isEnough && !this._hasHurried))
             this._tellSoon();
         this._hasHurried ||= isEnough;
     }
 
-    _pushedInFrame(time, way) {
+    _isPaused() {
+        if (this._pausedUntil === 0)
+            return false;
+        if (GLib.get_monotonic_time() < this._pausedUntil)
+            return true;
+        this._pausedUntil = 0;
+        return false;
+    }
+
+    _isWeak() {
+        return this._way < this._crossing / 2;
+    }
+
+    _pushInFrame(time, way) {
         this._frame.push([time, way]);
         this._way += way;
         while (this._frame[0][0] <= time - FRAME)
             this._way -= this._frame.shift()[1];
-        return this._way;
     }
 
     // Once the other side of a corner has been told of the same motion, and before the shell draws.
@@ -84,14 +112,14 @@ export class PushReport {
         this._soon ||= GLib.idle_add(GLib.PRIORITY_HIGH, () => {
             this._soon = 0;
             this._tell();
-            this._timer ||= GLib.timeout_add(GLib.PRIORITY_DEFAULT, PERIOD, () => this._tellMore());
+            this._timer ||= GLib.timeout_add(GLib.PRIORITY_DEFAULT, FRAME, () => this._tellMore());
             return GLib.SOURCE_REMOVE;
         });
     }
 
     _tellMore() {
         this._hasHurried = false;
-        if (this._pieces.length === 0) {
+        if (this._pieces.length === 0 || this._isWeak()) {
             this._timer = 0;
             return GLib.SOURCE_REMOVE;
         }

@@ -147,7 +147,7 @@ void PrivateShell::moveTo(int x, int y) const {
     if (!waitUntil(isThere)) throw std::runtime_error("the cursor cannot be put there");
 }
 
-ShellHand::ShellHand(const PrivateShell& shell) : bus(shell.bus()) {
+ShellHand::ShellHand(const PrivateShell& owner) : shell(owner), bus(owner.bus()) {
     bus::Error error;
     sd_bus_message* reply = nullptr;
     if (sd_bus_call_method(bus, remoteName, remotePath, remoteName, "CreateSession", error.get(),
@@ -189,11 +189,29 @@ double ShellHand::push(double dx, double dy, int steps, int hz) {
 }
 
 void ShellHand::pushAt(double speed, double seconds, int hz) {
-    repeat(static_cast<int>(seconds * hz), hz, [&](int step) {
-        const auto pixels = [&](int steps) { return std::trunc(speed * steps / hz); };
-        const double dx = pixels(step + 1) - pixels(step);
-        if (dx != 0) tell(false, "NotifyPointerMotionRelative", "dd", dx, 0.0);
-    });
+    const std::string rate = std::to_string(hz);
+    shell.run("(() => { const {Clutter} = imports.gi, steps = " +
+              std::to_string(static_cast<int>(seconds * hz)) +
+              ";"
+              "const seat = (global.stage.context?.get_backend() ??"
+              "  Clutter.get_default_backend()).get_default_seat();"
+              "globalThis.mouse = globalThis.mouse || seat.create_virtual_device("
+              "  Clutter.InputDeviceType.POINTER_DEVICE);"
+              "const pixels = step => Math.trunc(" +
+              std::to_string(speed) + " * step / " + rate +
+              ");"
+              "const begun = GLib.get_monotonic_time(), timeOf = step => begun + step * 1e6 / " +
+              rate +
+              ";"
+              "let step = 0; globalThis.isPushed = false;"
+              "const send = () => { for (; step < steps && timeOf(step) <= "
+              "  GLib.get_monotonic_time(); ++step) {"
+              "    const dx = pixels(step + 1) - pixels(step);"
+              "    if (dx) mouse.notify_relative_motion(Math.round(timeOf(step)), dx, 0); }"
+              "  isPushed = step === steps; return !isPushed; };"
+              "GLib.timeout_add(GLib.PRIORITY_HIGH, 1, send); })()");
+    if (!waitUntil([&] { return shell.isTrue("isPushed"); }))
+        throw std::runtime_error("the push does not end");
     relative(0, 0);
 }
 

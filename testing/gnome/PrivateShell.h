@@ -69,7 +69,9 @@ class ShellHand {
     /// `steps` events of (dx, dy) at `hz` a second. Returns the seconds that it took.
     double push(double dx, double dy, int steps, int hz);
     /// The same at `speed` pixels a second to the right, or to the left where it is negative: like
-    /// a mouse it sends whole pixels, and nothing where there is none yet.
+    /// a mouse it sends whole pixels, and nothing where there is none yet. Each has the time at
+    /// which a mouse would have sent it, also where the shell, which sends them itself, comes late:
+    /// what comes over the bus has the time at which the shell read it.
     void pushAt(double speed, double seconds, int hz);
     /// The kernel's codes.
     void button(int code, bool down);
@@ -81,6 +83,7 @@ class ShellHand {
     template <class... Arguments>
     void tell(bool waits, const char* member, const char* types, Arguments... arguments);
 
+    const PrivateShell& shell;
     sd_bus* bus;
     std::string session;
 };

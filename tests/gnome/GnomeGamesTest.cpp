@@ -11,11 +11,21 @@ using support::ShellWitness;
 using Place = PrivateShell::Place;
 
 constexpr Area left{0, 0, 1280, 720};
-constexpr int mouseRate = 1000;
 
 class GnomeGames : public Gnome {
   protected:
     bool stillHeld() const { return veils() == otherIsDark; }
+    /// Whether the game has the pointer all the while. From one that does not read what it is told
+    /// the shell takes it.
+    bool staysIn(ShellGame& game, double dx, int steps) {
+        constexpr int piece = 50;
+        bool stays = true;
+        for (int done = 0; done < steps; done += piece) {
+            hand->push(dx, 0, piece, mouseRate);
+            stays = game.hasPointer() && stays;
+        }
+        return stays;
+    }
 };
 
 TEST_F(GnomeGames, AFullScreenWindowIsHeldOverAndItsPushCrosses) {
@@ -56,6 +66,35 @@ TEST_F(GnomeGames, AGameThatConfinesThePointerIsHeldToo) {
     EXPECT_TRUE(game.hasPointer());
     EXPECT_EQ(witness.report().depth, 0);
     EXPECT_EQ(shell->cursor().x, 1279);
+}
+
+TEST_F(GnomeGames, WhatIsPushedInAGameThatConfinesThePointerCrossesNowhere) {
+    start({.pushOption = true, .velocity = 20});
+    ShellGame game(*shell, ShellGame::Takes::confines);
+    const ShellWitness witness(*shell, left);
+    for (int i = 0; i < 3; ++i) {
+        // Longer than it takes to try whether the cursor comes, and then until that is tried again.
+        EXPECT_TRUE(staysIn(game, 60, 400));
+        EXPECT_TRUE(waitUntil([&] { return stillHeld(); })) << program->errors();
+        EXPECT_TRUE(staysIn(game, -0.1, 1000));
+    }
+    EXPECT_EQ(witness.report().depth, 0);
+    EXPECT_TRUE(stillHeld());
+    EXPECT_NE(program->errors().find("crossed to"), std::string::npos) << "nothing was tried";
+}
+
+TEST_F(GnomeGames, AfterAGameThatConfinedThePointerPushesCross) {
+    start({.pushOption = true, .velocity = 20});
+    {
+        ShellGame game(*shell, ShellGame::Takes::confines);
+        EXPECT_TRUE(staysIn(game, 60, 400));
+        EXPECT_TRUE(waitUntil([&] { return stillHeld(); })) << program->errors();
+    }
+    EXPECT_TRUE(waitUntil([&] {
+        hand->push(60, 0, 40, mouseRate);
+        return veils() == firstIsDark;
+    })) << program->errors();
+    EXPECT_GE(shell->cursor().x, 1280);
 }
 
 TEST_F(GnomeGames, HoldsInTheOverviewAndAfterIt) {

@@ -3,8 +3,6 @@
 namespace desktop {
 namespace {
 
-constexpr int mouseRate = 1000;
-
 /// What a newer shell may have changed.
 struct Lack {
     const char* name;

@@ -5,8 +5,6 @@
 namespace desktop {
 namespace {
 
-constexpr int mouseRate = 1000;
-
 class GnomeTidy : public Gnome {
   protected:
     void disable() {

@@ -85,27 +85,31 @@ class GnomeDesktop final : public wayland::Desktop {
     }
 
     std::string missing() const override {
+        // What mends it comes first: a banner shows no more than its first words.
+        const std::string run = "Run \"" + setup + "\"";
         switch (parts->hand.presence()) {
         case Hand::Presence::here:
             return {};
         case Hand::Presence::notInstalled:
             if (isInstalled())
-                return "The extension that holds the cursor is installed, and GNOME Shell looks "
-                       "for new ones only at login: log out and in again.";
-            return "GNOME Shell does not have the extension that holds the cursor: run \"" + setup +
-                   "\", then log out and in again.";
+                return "Log out and in again: GNOME Shell looks for new extensions only at login, "
+                       "and the one that holds the cursor is installed.";
+            return run + ", then log out and in again: GNOME Shell does not have the extension "
+                         "that holds the cursor.";
         case Hand::Presence::switchedOff:
-            return "The extension of GNOME Shell that holds the cursor is switched off: run \"" +
-                   setup + "\".";
+            return run + ": the extension of GNOME Shell that holds the cursor is switched off.";
         case Hand::Presence::broken:
-            return "The extension of GNOME Shell that holds the cursor has failed: run \"" + setup +
-                   "\", then log out and in again.";
+            return run + ", then log out and in again: the extension of GNOME Shell that holds the "
+                         "cursor has failed.";
         case Hand::Presence::otherRelease:
-            return "The extension that holds the cursor is installed for another release of GNOME "
-                   "Shell: run \"" +
-                   setup + "\", then log out and in again.";
+            return run + ", then log out and in again: the extension that holds the cursor is "
+                         "installed for another release of GNOME Shell.";
         }
         return {};
+    }
+
+    bool hasSwitch() const override {
+        return parts && parts->hand.presence() == Hand::Presence::here;
     }
 
     void ownWindowChanged() override {
@@ -135,6 +139,8 @@ class GnomeDesktop final : public wayland::Desktop {
               hotKeys(hand, own.log, keyboard, recording, given.settings, given.later),
               windows(hand, own.outputs, own.log),
               connection(*own.connection) {
+            if (given.darkWished)
+                hand.onDark([tell = given.darkWished](bool wished) { tell(wished); });
             connection.onSeat([this](std::uint32_t capabilities) {
                 keyboard.find((capabilities & WL_SEAT_CAPABILITY_KEYBOARD) != 0);
             });

@@ -50,6 +50,7 @@ Hand::Hand(Descriptors& descriptors, Log& log, std::string name, std::string uui
 }
 
 Hand::~Hand() {
+    sendLater();
     link.remove(*this);
 }
 
@@ -89,6 +90,8 @@ void Hand::up() {
 
 void Hand::leave() {
     claims.clear();
+    veils.clear();
+    crossing.reset();
     joining.reset();
     if (std::exchange(isHere, false) && changed) changed();
 }
@@ -209,9 +212,8 @@ void Hand::release() {
 }
 
 void Hand::setCrossing(double pixels) {
-    bus::Message message = begin("Crossing");
-    if (message) (void)sd_bus_message_append(message.get(), "d", pixels);
-    send(std::move(message));
+    crossing = pixels;
+    link.callSoon();
 }
 
 void Hand::warp(Point place) {
@@ -236,18 +238,39 @@ void Hand::watch(bool motion, bool state) {
 }
 
 void Hand::cover(std::uint32_t number, const Veil& veil) {
-    bus::Message message = begin("Cover");
-    if (!message) return;
-    (void)sd_bus_message_append(message.get(), "u", number);
-    appendArea(message.get(), veil.area);
-    (void)sd_bus_message_append(message.get(), "udb", veil.colour, veil.opacity, veil.catches);
-    send(std::move(message));
+    showLater(number, veil);
 }
 
 void Hand::uncover(std::uint32_t number) {
-    bus::Message message = begin("Uncover");
-    if (message) (void)sd_bus_message_append(message.get(), "u", number);
-    send(std::move(message));
+    showLater(number, std::nullopt);
+}
+
+void Hand::showLater(std::uint32_t number, const std::optional<Veil>& veil) {
+    std::erase_if(veils, [number](const auto& one) { return one.first == number; });
+    veils.emplace_back(number, veil);
+    link.callSoon();
+}
+
+// The shell draws as soon as it has taken in a veil, and whatever comes then waits for that: for as
+// long as a frame and more. So the cursor goes first.
+void Hand::sendLater() {
+    if (const auto pixels = std::exchange(crossing, std::nullopt)) {
+        bus::Message message = begin("Crossing");
+        if (message) (void)sd_bus_message_append(message.get(), "d", *pixels);
+        send(std::move(message));
+    }
+    for (const auto& [number, veil] : veils) {
+        bus::Message message = begin(veil ? "Cover" : "Uncover");
+        if (!message) continue;
+        (void)sd_bus_message_append(message.get(), "u", number);
+        if (veil) {
+            appendArea(message.get(), veil->area);
+            (void)sd_bus_message_append(message.get(), "udb", veil->colour, veil->opacity,
+                                        veil->catches);
+        }
+        send(std::move(message));
+    }
+    veils.clear();
 }
 
 void Hand::hideCursor(bool hidden) {
@@ -314,6 +337,9 @@ int Hand::heard(sd_bus_message& message) {
     if (member == "Pushed") {
         readPushes(message);
         link.callSoon();
+    } else if (member == "Kept") {
+        isKept = true;
+        link.callSoon();
     } else if (member == "Seen") {
         Seen seen;
         if (sd_bus_message_read(&message, "(dd)u", &seen.place.x, &seen.place.y, &seen.state) > 0)
@@ -326,6 +352,9 @@ int Hand::heard(sd_bus_message& message) {
         std::uint32_t keycode = 0, state = 0;
         if (sd_bus_message_read(&message, "uu", &keycode, &state) > 0 && typed)
             typed(keycode, state);
+    } else if (member == "Dark") {
+        int wished = 0;
+        if (sd_bus_message_read(&message, "b", &wished) > 0 && dark) dark(wished != 0);
     } else if (member == "Freed") {
         const char* reason = nullptr;
         if (sd_bus_message_read(&message, "s", &reason) <= 0) return 0;
@@ -351,11 +380,13 @@ void Hand::turn() {
     if (const auto again = std::exchange(isFresh, std::nullopt)) ask(*again);
     if (!pushes.empty() && handlers.pushed) handlers.pushed(pushes);
     pushes.clear();
+    if (std::exchange(isKept, false) && handlers.kept) handlers.kept();
     while (!sights.empty()) {
         const Seen one = sights.front();
         sights.pop_front();
         if (handlers.seen) handlers.seen(one);
     }
+    sendLater();
 }
 
 } // namespace platform::gnome

@@ -49,6 +49,8 @@ class Hand final : private bus::Link::User {
     struct Handlers {
         std::function<void(std::span<const Push>)> pushed;
         std::function<void(Seen)> seen; ///< may run a loop of its own
+        /// The cursor has not come to the place of the last `hold`: somebody else confines it.
+        std::function<void()> kept;
     };
 
     enum class Presence {
@@ -79,7 +81,8 @@ class Hand final : private bus::Link::User {
     void onFresh(const void* owner, std::function<void(bool again)> ask);
 
     // Without the extension nothing of this does anything. Nobody waits but for `where`, for a
-    // tenth of a second, and for `record`.
+    // tenth of a second, and for `record`. What is covered, and what counts as a crossing, is told
+    // after everything else that the same turn of the run loop asks for, and once.
     void hold(const Rect& monitor, std::optional<Point> place);
     void release();
     /// From how many pixels within a frame on a push is told at once; 0 where it never is.
@@ -99,6 +102,9 @@ class Hand final : private bus::Link::User {
     void onPressed(std::function<void(std::uint32_t number)> handler) {
         pressed = std::move(handler);
     }
+    /// Told from inside a message's handling, soon after the extension has come, whether the user
+    /// wishes for dark windows, and again when that changes.
+    void onDark(std::function<void(bool wished)> handler) { dark = std::move(handler); }
     /// From now on all keys go to `typed`: XKB's number, or 0 where only the modifiers changed.
     /// Told from inside a message's handling. False where the keyboard is somebody else's.
     bool record(std::function<void(std::uint32_t keycode, State state)> typed);
@@ -119,6 +125,8 @@ class Hand final : private bus::Link::User {
     bus::Message begin(const char* member);
     void send(bus::Message message);
     bus::Message call(bus::Message message, std::uint64_t microseconds);
+    void showLater(std::uint32_t number, const std::optional<Veil>& veil);
+    void sendLater();
     void join();
     void joined(sd_bus_message* reply);
     void readLacks(sd_bus_message& reply);
@@ -134,9 +142,13 @@ class Hand final : private bus::Link::User {
     Handlers handlers;
     std::vector<std::pair<const void*, std::function<void(bool)>>> fresh;
     std::function<void(std::uint32_t)> pressed;
+    std::function<void(bool)> dark;
     std::function<void(std::uint32_t, State)> typed;
     std::vector<Push> pushes;
     std::deque<Seen> sights;
+    bool isKept = false; ///< to be told at the next turn
+    std::vector<std::pair<std::uint32_t, std::optional<Veil>>> veils; ///< nothing to uncover
+    std::optional<double> crossing;
     std::map<std::uint32_t, Claim> claims;
     bus::Slot ownerMatch, signalMatch, joining, question;
     bool isHere = false;

@@ -50,7 +50,8 @@ InputEvents::InputEvents(Hand& extension, Descriptors& descriptors, wayland::Out
                               if (!pace.isRunning()) pace.start();
                               if (const auto push = hold.pushSoFar()) tell(*push);
                           },
-                      .seen = [this](const Hand::Seen& sight) { seen(sight); }});
+                      .seen = [this](const Hand::Seen& sight) { seen(sight); },
+                      .kept = [this] { takeBack(); }});
     const auto begin = [this] {
         hand.watch(!hold.wasWanted(), true);
         hand.setCrossing(crossing);
@@ -111,9 +112,18 @@ void InputEvents::tick() {
 }
 
 void InputEvents::tell(const Hold::Push& push) {
+    lastPush = push;
     deliver(EventType::mouseMoved, push.held, false);
     // The cursor is still inside, and the answer to the point outside is carried out.
     deliver(EventType::mouseMoved, push.beyond, true);
+}
+
+// The push that had the cursor cross, the other way round: what was far enough there is so back.
+void InputEvents::takeBack() {
+    const auto push = std::exchange(lastPush, std::nullopt);
+    if (!push || !hold.isBeyond(push->held)) return;
+    deliver(EventType::mouseMoved, push->beyond, false);
+    deliver(EventType::mouseMoved, push->held, true);
 }
 
 void InputEvents::deliver(EventType type, Point at, bool isHeldBack) {

@@ -42,6 +42,7 @@ class InputEvents final : public platform::InputEvents {
     void tellModifiers(Hand::State state);
     void tick();
     void tell(const Hold::Push& push);
+    void takeBack();
     void deliver(EventType type, Point place, bool isHeldBack);
 
     Hand& hand;
@@ -53,6 +54,7 @@ class InputEvents final : public platform::InputEvents {
     session::Pace pace;
     Hand::Seen last;
     Hand::State toldModifiers = 0; ///< whose presses were told, and whose releases will be
+    std::optional<Hold::Push> lastPush;
     bool withheld = false;
     bool anyPush = false;
     double crossing = 0; ///< as in PointerWatch
