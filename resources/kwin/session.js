@@ -116,11 +116,10 @@ function pacer(act, isDoneAtOnce) {
         else
             workspace.cursorPosChanged.disconnect(stirred);
     };
-    const rest = timer(1, false, () => {
-        if (act())
-            rest.start();
-        else
-            hear(isOn);
+    const rest = timer(1, true, () => {
+        if (act()) return;
+        rest.stop();
+        hear(isOn);
     });
     function stirred() {
         hear(false);
@@ -141,15 +140,17 @@ function pacer(act, isDoneAtOnce) {
     };
 }
 
-let toldPlace = null;
-function tellPlace() {
-    toldPlace = {x: workspace.cursorPos.x, y: workspace.cursorPos.y};
-    tell("place", toldPlace.x, toldPlace.y);
+// Sixty times a second: each look at the cursor asks KWin for it anew, and so there is only one.
+let toldX = null, toldY = null;
+function tellPlace(x, y) {
+    toldX = x;
+    toldY = y;
+    callDBus(program, path, face, "Tell", script, `["place",${x},${y}]`);
 }
 const pacePlaces = pacer(() => {
     const {x, y} = workspace.cursorPos;
-    if (toldPlace && toldPlace.x === x && toldPlace.y === y) return false;
-    tellPlace();
+    if (toldX === x && toldY === y) return false;
+    tellPlace(x, y);
     return true;
 }, true);
 
@@ -201,7 +202,7 @@ function moved() {
     if (goal && Math.abs(workspace.cursorPos.x - goal.x) < 2
         && Math.abs(workspace.cursorPos.y - goal.y) < 2) reached();
     else if (held) apply();
-    if (isOutside() && !goal) tellPlace();
+    if (isOutside() && !goal) tellPlace(workspace.cursorPos.x, workspace.cursorPos.y);
     watch();
 }
 

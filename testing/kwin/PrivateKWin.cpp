@@ -34,9 +34,9 @@ std::optional<std::string> PrivateKWin::missing() {
 }
 
 PrivateKWin::PrivateKWin(const Options& options)
-    : PrivateSession({{"KWIN_COMPOSE", "Q"},
-                      {"QT_QUICK_BACKEND", "software"},
-                      {"LIBGL_ALWAYS_SOFTWARE", "1"}}) {
+    : PrivateSession(
+          {{"KWIN_COMPOSE", "Q"}, {"QT_QUICK_BACKEND", "software"}, {"LIBGL_ALWAYS_SOFTWARE", "1"}},
+          options.locks ? SystemBus::own : SystemBus::none) {
     for (const char* part : {"home/.config/menus", "home/.local/share/applications"})
         fs::create_directories(folder.path(part));
     std::ofstream(configFolder() + "/kwinrc") << options.configuration;
@@ -57,6 +57,7 @@ PrivateKWin::PrivateKWin(const Options& options)
         command.emplace_back("--virtual");
     else
         command.insert(command.end(), {"--wayland-display", options.shownIn});
+    if (options.locks) loginManager.emplace(variables.at("DBUS_SYSTEM_BUS_ADDRESS"));
     server = std::make_unique<ChildProcess>(ChildProcess::Start{
         .command = std::move(command), .environment = variables, .deathSignal = SIGTERM});
     variables["WAYLAND_DISPLAY"] = "wayland-kwin";
@@ -66,7 +67,7 @@ PrivateKWin::PrivateKWin(const Options& options)
         if (!fs::exists(socket())) return false;
         const auto asked = spawn("busctl", {"--user", "call", "org.kde.KWin", "/Scripting",
                                             "org.freedesktop.DBus.Peer", "Ping"});
-        return asked->wait() == 0;
+        return asked->wait() == 0 && (!loginManager || loginManager->isUsed());
     };
     if (!waitUntil(isUp)) throw std::runtime_error("KWin does not start: " + log());
 }
@@ -79,7 +80,10 @@ void PrivateKWin::call(const std::vector<std::string>& words) const {
 }
 
 void PrivateKWin::load(const std::string& text) {
-    const std::string name = "loaded-" + std::to_string(++evaluated);
+    load("loaded-" + std::to_string(++evaluated), text);
+}
+
+void PrivateKWin::load(const std::string& name, const std::string& text) {
     const std::string file = folder.path(name + ".js");
     std::ofstream(file) << text;
     call({"/Scripting", "org.kde.kwin.Scripting", "loadScript", "ss", file, name});
@@ -87,11 +91,8 @@ void PrivateKWin::load(const std::string& text) {
 }
 
 std::string PrivateKWin::evaluate(const std::string& expression) {
-    const std::string name = "asked-" + std::to_string(++evaluated);
-    const std::string file = folder.path(name + ".js"), mark = name + " [";
-    std::ofstream(file) << "print(\"" << mark << "\" + (" << expression << ") + \"]\");";
-    call({"/Scripting", "org.kde.kwin.Scripting", "loadScript", "ss", file, name});
-    call({"/Scripting", "org.kde.kwin.Scripting", "start"});
+    const std::string name = "asked-" + std::to_string(++evaluated), mark = name + " [";
+    load(name, "print(\"" + mark + "\" + (" + expression + ") + \"]\");");
     if (!server->waitForText(mark))
         throw std::runtime_error("no answer: " + expression + "\n" + log());
     call({"/Scripting", "org.kde.kwin.Scripting", "unloadScript", "s", name});

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "testing/PrivateSession.h"
+#include "testing/kwin/LoginManager.h"
 
 #include <optional>
 
 struct ei;
 struct ei_device;
-struct sd_bus;
 
 namespace support {
 
@@ -20,7 +20,7 @@ class PrivateKWin : public PrivateSession {
         std::string desktopFile{};   ///< of a program that is installed
         /// The socket of a compositor that shows each output as a window; nobody sees them without.
         std::string shownIn{};
-        bool locks = false; ///< whether the screen can be locked
+        bool locks = false; ///< whether the screen can be locked, with `login`
         Environment more{}; ///< for what is started in it
     };
 
@@ -35,11 +35,16 @@ class PrivateKWin : public PrivateSession {
     std::string evaluate(const std::string& expression);
     /// Has a script run inside the compositor, as long as that lives. What it prints is in the log.
     void load(const std::string& text);
+    /// Null where the screen cannot be locked.
+    LoginManager* login() { return loginManager ? &*loginManager : nullptr; }
     /// A method of the compositor's, carried out: busctl's words behind "call org.kde.KWin".
     void call(const std::vector<std::string>& words) const;
 
   private:
+    void load(const std::string& name, const std::string& text);
+
     int evaluated = 0;
+    std::optional<LoginManager> loginManager;
 };
 
 /// A mouse and a keyboard of the private compositor's, by its sockets for emulated input. Every

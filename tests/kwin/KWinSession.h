@@ -19,7 +19,6 @@ using support::KWinHand;
 using support::PrivateKWin;
 using support::Witness;
 
-constexpr int mouseRate = 1000;
 constexpr int width = 1280; // of each monitor
 constexpr std::uint32_t clear = 0, white = 0xffffffff;
 

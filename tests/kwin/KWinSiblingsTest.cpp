@@ -123,40 +123,6 @@ TEST_F(KWinSiblings, TheWrapAroundFeelsASecondApproachRightAfterTheFirst) {
     }
 }
 
-TEST_F(KWinSiblings, TheCrossHairFollowsTheCursor) {
-    start({.product = "crosshair"});
-    // Its lines are layers: one across each monitor, and an upright one.
-    const auto areas = [this] {
-        return kwin->evaluate("workspace.windowList().map(one => one.frameGeometry).map(area => "
-                              "`(${area.x} ${area.y} ${area.width} ${area.height})`).join()");
-    };
-    const auto isAt = [&](int x, int y) {
-        const auto line = [](int left, int top, int wide, int high) {
-            std::ostringstream text;
-            text << "(" << left << " " << top << " " << wide << " " << high << ")";
-            return text.str();
-        };
-        return waitUntil([&] {
-            const std::string all = areas();
-            return all.find(line(x - 1, 0, 2, 720)) != std::string::npos &&
-                   all.find(line(0, y - 1, width, 2)) != std::string::npos &&
-                   all.find(line(width, y - 1, width, 2)) != std::string::npos;
-        });
-    };
-    const auto windows = [this] {
-        return kwin->evaluate(
-            "workspace.windowList().map(one => String(one.internalId)).sort().join()");
-    };
-    hand->moveTo(500, 500);
-    ASSERT_TRUE(isAt(500, 500)) << areas();
-    const std::string before = windows();
-    for (const auto& [x, y] : {std::pair(300, 200), std::pair(900, 600)}) {
-        hand->moveTo(x, y);
-        EXPECT_TRUE(isAt(x, y)) << x << ": " << areas();
-    }
-    EXPECT_EQ(windows(), before) << "they are moved, and not made anew";
-}
-
 TEST_F(KWinSiblings, KWinDoesNotGoIdleWhileTheDisplaysAreToStayOn) {
     product = "stay-awake";
     const auto isIdleSoon = [this](std::chrono::milliseconds limit) {

@@ -7,6 +7,7 @@
 #include "platform/kwin/keys/Keyboard.h"
 #include "platform/kwin/pointer/CursorControl.h"
 #include "platform/kwin/pointer/DragPush.h"
+#include "platform/kwin/pointer/ScreenLock.h"
 #include "platform/wayland/LayerServices.h"
 #include "platform/wayland/keys/Focus.h"
 
@@ -89,6 +90,7 @@ class KWinDesktop final : public wayland::Desktop {
                         {given.data + "/kwin/session.js", given.folder, "keys", false}),
               emulated(*own.link, own.descriptors, own.log),
               control(script, emulated),
+              lock(*own.link, [this](bool isLocked) { control.setLocked(isLocked); }),
               shared(*own.connection, *own.outputs, control, own.descriptors, own.log, given),
               modifiers(*own.connection, *own.outputs, shared.keyboard, own.descriptors,
                         [this](bool held) { shared.tellModifiers(held); }),
@@ -121,6 +123,7 @@ class KWinDesktop final : public wayland::Desktop {
         Script script, keyScript;
         EmulatedPointer emulated;
         CursorControl control;
+        ScreenLock lock;
         wayland::LayerServices shared;
         HeldModifiers modifiers;
         HidingEffect effect;

@@ -22,10 +22,17 @@ void CursorControl::confine(const wayland::Outputs::Place* place) {
 }
 
 void CursorControl::again() {
-    if (held)
+    if (held && !isLocked)
         script.run("hold", {std::vector{held->x, held->y, held->width, held->height}});
     else
         script.run("hold");
+}
+
+// The lock screen is on all outputs, and a push would reach no layer of the program's.
+void CursorControl::setLocked(bool now) {
+    isLocked = now;
+    pointer.rest();
+    again();
 }
 
 void CursorControl::warp(Point layout) {

@@ -21,11 +21,14 @@ class CursorControl final : public wayland::CursorControl {
 
     /// A script was loaded.
     void again();
+    /// A locked screen is held on no output, and then on the same one as before.
+    void setLocked(bool isLocked);
 
   private:
     Script& script;
     EmulatedPointer& pointer;
     std::optional<Rect> held; ///< layout coordinates
+    bool isLocked = false;
     unsigned long warps = 0;
 };
 

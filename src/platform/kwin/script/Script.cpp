@@ -112,6 +112,20 @@ void Script::follow(const std::string& owner) {
     if (!compositor.empty()) load();
 }
 
+// Nobody reads the answer to what is told, and each wakes the compositor. It asks for commands more
+// often than the bus gives up a call.
+void Script::acknowledgeLater(sd_bus_message& message) {
+    constexpr std::size_t most = 64;
+    unanswered.push_back(bus::keep(&message));
+    if (unanswered.size() >= most) acknowledge();
+}
+
+void Script::acknowledge() {
+    for (const bus::Message& one : unanswered)
+        (void)sd_bus_reply_method_return(one.get(), "");
+    unanswered.clear();
+}
+
 // One that has not asked yet is told when it does.
 void Script::end() {
     run("end");
@@ -131,6 +145,7 @@ void Script::setNeeded(bool on) {
 void Script::forget() {
     isRunning = false;
     asked.reset();
+    unanswered.clear();
     commands.clear();
     silence.stop();
 }
@@ -208,7 +223,7 @@ int Script::called(sd_bus_message* message, void* own, sd_bus_error*) {
         sd_bus_message_read(message, "ss", &name, &text) < 0)
         return 0;
     if (self.loadedAs == name) self.told(text);
-    (void)sd_bus_reply_method_return(message, "");
+    self.acknowledgeLater(*message);
     return 1;
 }
 
@@ -220,6 +235,7 @@ void Script::polled(sd_bus_message& message) {
         return;
     }
     const unsigned long number = std::strtoul(text, nullptr, 10);
+    acknowledge();
     answer({});
     asked = bus::keep(&message);
     silence.stop();

@@ -80,6 +80,8 @@ class Script final : public bus::Link::User {
     void forget();
     void polled(sd_bus_message& message);
     void answer(const std::string& text);
+    void acknowledgeLater(sd_bus_message& message);
+    void acknowledge();
     std::string unsent();
     void told(const char* text);
     void end();
@@ -96,7 +98,8 @@ class Script final : public bus::Link::User {
     bool isRunning = false, hasFailed = false;
     std::vector<Command> commands; ///< that are not done
     unsigned long lastNumber = 0;
-    bus::Message asked; ///< a call that waits for commands
+    bus::Message asked;                   ///< a call that waits for commands
+    std::vector<bus::Message> unanswered; ///< that told something
     session::Pace silence;
     bus::Slot object, watch, question, loading;
     std::function<void()> loadHandler;
