@@ -1,6 +1,8 @@
 #pragma once
 
+#include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 
 // The texts that a person reads, by key and language. A placeholder is "%@" for a text and "%d" for
@@ -32,5 +34,10 @@ std::span<const Wording> wordings(std::string_view language);
 /// The wording of a key in a product, and its text where there is none.
 std::string_view wordingOf(std::string_view product, std::string_view language,
                            std::string_view key);
+
+/// The text of a key for a shell that shows a switch in the place of the panel's icon: nothing
+/// where the key's text does not tell of the icon.
+std::optional<std::string> wordingWithSwitch(std::string_view product, std::string_view language,
+                                             std::string_view key);
 
 } // namespace strings

@@ -84,6 +84,19 @@ constexpr Wording italian[] = {
       "per attivare e disattivare."}},
 };
 
+/// The texts that tell in their last paragraph of the panel's icon.
+constexpr std::string_view tellOfIcon[] = {"TESTO_PALISOR", "TESTO_AGGIUNTO"};
+constexpr std::string_view paragraph = "\n\n";
+
+constexpr Text tellOfSwitch[] = {
+    {"en",
+     "It is a switch in the quick settings, which open at the end of the top bar: click it to "
+     "switch on and off, and the arrow beside it for the menu."},
+    {"it", "È un interruttore nelle impostazioni rapide, che si aprono in fondo alla barra "
+           "superiore: fai clic per attivare e disattivare, e sulla freccia accanto per aprire il "
+           "menu."},
+};
+
 } // namespace
 
 std::span<const Wording> wordings(std::string_view language) {
@@ -99,6 +112,17 @@ std::string_view wordingOf(std::string_view product, std::string_view language,
         return each.text.key == key && (each.product.empty() || each.product == product);
     });
     return found == all.end() ? lookUp(language, key) : found->text.text;
+}
+
+std::optional<std::string> wordingWithSwitch(std::string_view product, std::string_view language,
+                                             std::string_view key) {
+    const auto* const told = std::ranges::find(tellOfSwitch, language, &Text::key);
+    if (told == std::end(tellOfSwitch) ||
+        std::ranges::find(tellOfIcon, key) == std::end(tellOfIcon))
+        return std::nullopt;
+    const std::string_view text = wordingOf(product, language, key);
+    return std::string(text.substr(0, text.rfind(paragraph) + paragraph.size())) +
+           std::string(told->text);
 }
 
 } // namespace strings

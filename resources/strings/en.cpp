@@ -63,8 +63,9 @@ constexpr Text texts[] = {
      "%@ does nothing here. Record another shortcut in the menu, or free this one in the other "
      "program and start anew."},
     {"NO_TRAY", "No place for the icon"},
-    {"NO_TRAY_TEXT", "%@ runs, but this desktop has no tray. Start it once more to open its menu, "
-                     "or add a notification area to the panel."},
+    {"NO_TRAY_TEXT",
+     "Start %@ once more to open its menu: it runs, but this desktop has no tray. Or "
+     "add a notification area to the panel."},
     {"N_SECONDI", "After %d s without movement"},
     {"N_SENSIBILITY", "Push strength: %d"},
     {"OK", "OK"},

@@ -63,9 +63,9 @@ constexpr Text texts[] = {
      "%@ qui non fa nulla. Registra un’altra scorciatoia nel menu, oppure libera questa nell’altro "
      "programma e riavvia."},
     {"NO_TRAY", "Nessun posto per l’icona"},
-    {"NO_TRAY_TEXT",
-     "%@ è in funzione, ma questo desktop non ha un’area di notifica. Avvialo ancora una volta "
-     "per aprirne il menu, oppure aggiungi l’area di notifica al pannello."},
+    {"NO_TRAY_TEXT", "Avvia %@ ancora una volta per aprirne il menu: è in funzione, ma questo "
+                     "desktop non ha un’area "
+                     "di notifica. Oppure aggiungila al pannello."},
     {"N_SECONDI", "Dopo %d s senza movimento"},
     {"N_SENSIBILITY", "Forza della spinta: %d"},
     {"OK", "OK"},

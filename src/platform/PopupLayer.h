@@ -48,6 +48,10 @@ class PopupLayer {
     /// which it waits a third of a second at most, and nothing where there is none.
     virtual std::optional<Point> open(Listener listener) = 0;
 
+    /// What the panels leave of the monitor that a place is on, as far as they are on the side of
+    /// that place; all of it where that is not told within a third of a second. While it is open.
+    virtual Rect roomAt(Point place) = 0;
+
     /// Shows a popup, above those that came before it, or another picture of it. The number is the
     /// caller's. What lies on several monitors is seen on that of its corner alone.
     virtual void show(int popup, const Picture& picture) = 0;

@@ -219,10 +219,12 @@ void Program::tellFailures() {
     settings.onSetAside([this](const std::string& file) {
         notices.tell("NOTICE_SETTINGS_ASIDE", "NOTICE_SETTINGS_ASIDE_TEXT", file);
     });
+    // The fixed one does nothing, and so nobody misses it: only the chosen one is worth a notice.
     desk.hotKeys.onTaken([this](const platform::Shortcut& shortcut) {
-        notices.tell("NOTICE_SHORTCUT_TAKEN", "NOTICE_SHORTCUT_TAKEN_TEXT",
-                     desk.hotKeys.modifierFlagsString(shortcut) +
-                         desk.hotKeys.keyCodeString(shortcut));
+        if (chosenShortcut() == shortcut)
+            notices.tell("NOTICE_SHORTCUT_TAKEN", "NOTICE_SHORTCUT_TAKEN_TEXT",
+                         desk.hotKeys.modifierFlagsString(shortcut) +
+                             desk.hotKeys.keyCodeString(shortcut));
         productObject.capabilitiesChanged();
     });
     workspace.onNoOpener([this] { notices.tell("NOTICE_NO_OPENER", "NOTICE_NO_OPENER_TEXT"); });
@@ -276,6 +278,10 @@ bus::ProductObject::Program Program::onBus(const Product& product) {
             .report = [this](DoctorReport::Done done) { doctor.ask(std::move(done)); }};
 }
 
+std::optional<platform::Shortcut> Program::chosenShortcut() const {
+    return platform::Shortcut::fromValue(settings.object(palisor::keys::customShortcut));
+}
+
 platform::Capabilities Program::capabilities() const {
     platform::Capabilities all = session.capabilities();
     const int variant = bundle.integer(palisor::dictionary::IDApp);
@@ -284,8 +290,7 @@ platform::Capabilities Program::capabilities() const {
     all.push_back(
         {"tray", isInTray,
          isInTray ? "" : "The desktop has no tray: the command line does what it would."});
-    const auto shortcut =
-        platform::Shortcut::fromValue(settings.object(palisor::keys::customShortcut));
+    const auto shortcut = chosenShortcut();
     const bool isTaken = shortcut && desk.hotKeys.isTaken(*shortcut);
     all.push_back({"shortcut", !isTaken,
                    isTaken ? "Another program holds the shortcut, which does nothing here." : ""});

@@ -77,6 +77,7 @@ class Program {
     platform::qt::Accessory* accessory(const std::string& name, QWidget* parent);
     bus::ProductObject::Program onBus(const Product& product);
     platform::Capabilities capabilities() const;
+    std::optional<platform::Shortcut> chosenShortcut() const;
     void undoAtExit();
     void begin();
     void tellFailures();

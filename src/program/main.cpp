@@ -102,10 +102,18 @@ int main(int argc, char** argv) {
         return 0;
     }
     SystemLog log(options.product);
+    const Session* joined = nullptr;
+    std::string shown;
     ProductBundle bundle(
         platform::linux::dataFolder() + "/products/" + options.product,
         platform::linux::sessionLanguage(hasTexts),
-        [&options = options](std::string_view language, std::string_view key) {
+        [&, &options = options](std::string_view language, std::string_view key) {
+            if (joined && joined->hasSwitch()) {
+                if (auto text = strings::wordingWithSwitch(options.product, language, key)) {
+                    shown = std::move(*text);
+                    return std::string_view(shown);
+                }
+            }
             return strings::wordingOf(options.product, language, key);
         },
         log);
@@ -132,5 +140,6 @@ int main(int argc, char** argv) {
             "no window can be shown in this Wayland session: install the package qt6-wayland");
         return failure;
     }
+    joined = session.get();
     return run(argv[0], *session, bundle, product, descriptors, log, options);
 }

@@ -16,6 +16,9 @@ using support::Colour;
 using support::Spot;
 using support::waitUntil;
 
+/// Reports a second, as of an ordinary gaming mouse.
+inline constexpr int mouseRate = 1000;
+
 /// The folder of the programs that were built.
 std::string programs();
 

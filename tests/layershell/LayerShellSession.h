@@ -19,8 +19,6 @@ using support::PrivateCompositor;
 using support::SwayHand;
 using support::Witness;
 
-constexpr int mouseRate = 1000;
-
 class LayerShell : public testing::TestWithParam<const char*> {
   protected:
     void SetUp() override {

@@ -15,6 +15,7 @@
 
 // What Wayfire is told and tells, without a Wayfire.
 
+namespace wayfiretests {
 namespace {
 
 using platform::JsonValue;
@@ -143,3 +144,4 @@ TEST(WayfireIpc, IsNoneWhereNobodyListens) {
 }
 
 } // namespace
+} // namespace wayfiretests

@@ -5,6 +5,7 @@
 #include "bus/Handles.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <string>
 #include <string_view>

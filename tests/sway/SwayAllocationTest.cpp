@@ -1,34 +1,10 @@
-// A program of its own, because it replaces the allocation functions.
+// A program of its own, because the allocation functions are replaced in it.
 
 #include "sway/SwayServices.h"
 #include "testing/FewDescriptors.h"
+#include "testing/allocations/Allocations.h"
 
-#include <cstdlib>
 #include <gtest/gtest.h>
-#include <new>
-
-namespace {
-
-thread_local long allocations = 0; // witnesses read on other threads
-
-} // namespace
-
-void* operator new(std::size_t size) {
-    ++allocations;
-    if (void* memory = std::malloc(size)) return memory;
-    throw std::bad_alloc();
-}
-// The sanitizer's own would not fit the deletes below.
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    ++allocations;
-    return std::malloc(size);
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
 
 namespace swaytests {
 namespace {
@@ -51,18 +27,18 @@ TEST(SwayInputEvents, AllocateNothingForAPushOnceRunning) {
     const auto pushOnce = [&] {
         const int before = outside;
         session.hand.relative(30, 0);
-        const long handsOwn = allocations;
+        const std::size_t handsOwn = support::allocations();
         while (outside == before)
             loop.turn();
-        return allocations - handsOwn;
+        return support::allocations() - handsOwn;
     };
     // The first ones may come before the strip.
-    for (int i = 0; outside < 20; ++i) {
+    while (outside < 20) {
         session.hand.relative(30, 0);
         loop.turn();
     }
     for (int i = 0; i < 60; ++i)
-        EXPECT_EQ(pushOnce(), 0);
+        EXPECT_EQ(pushOnce(), 0U);
 }
 
 } // namespace

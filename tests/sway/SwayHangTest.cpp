@@ -26,13 +26,9 @@ struct SwayStopped : Sway {
     };
     /// Of the program so far, all of its threads.
     Effort effort() const {
-        Effort sum;
+        Effort sum{.wakeUps = wakeups()};
         for (const auto& thread : std::filesystem::directory_iterator(
                  "/proc/" + std::to_string(program->pid()) + "/task")) {
-            std::ifstream status(thread.path() / "status");
-            for (std::string line; std::getline(status, line);)
-                if (line.starts_with("voluntary_ctxt_switches:"))
-                    sum.wakeUps += std::stol(line.substr(line.find(':') + 1));
             std::ifstream stat(thread.path() / "stat");
             std::string text{std::istreambuf_iterator<char>(stat), {}};
             std::istringstream fields(text.substr(text.rfind(')') + 1));

@@ -50,10 +50,16 @@ class SwayLook : public Sway {
         portal = sway->spawn(PORTAL, arguments);
         ASSERT_TRUE(portal->waitForText("ready")) << portal->errors();
     }
-    void startBar(bool dark) {
+    void wishForDarkInFile() const {
+        const std::string folder = sway->configFolder() + "/gtk-3.0";
+        std::filesystem::create_directories(folder);
+        std::ofstream(folder + "/settings.ini") << "[Settings]\ngtk-theme-name=Adwaita-dark\n";
+    }
+    void startBar(bool dark, const std::string& position = "top") {
         const std::string folder = sway->configFolder();
         std::ofstream(folder + "/bar.json")
-            << R"({"layer": "top", "height": 30, "output": "HEADLESS-1",)"
+            << R"({"layer": "top", "height": 30, "output": "HEADLESS-1", "position": ")" << position
+            << R"(",)"
                R"( "modules-left": ["sway/workspaces"], "modules-right": ["tray"],)"
                R"( "tray": {"icon-size": 22, "spacing": 8}})";
         std::ofstream(folder + "/bar.css")
@@ -123,7 +129,10 @@ class SwayLook : public Sway {
         ASSERT_TRUE(waitUntil([&] { return icon().has_value(); }))
             << program->errors() << bar->errors();
         const Area at = icon().value();
-        hand->moveTo(static_cast<int>((at.x + at.width / 2) / scale), barHeight / 2);
+        // Clicks in turns at its sides: two at one place, soon after each other, are a double
+        // click.
+        const int part = ++clicks % 2 == 0 ? 3 : 1;
+        hand->moveTo(static_cast<int>((at.x + part * at.width / 4) / scale), barHeight / 2);
         hand->relative(1, 0);
         hand->pressButton();
         hand->releaseButton();
@@ -152,6 +161,7 @@ class SwayLook : public Sway {
     }
 
     double scale = 1;
+    int clicks = 0; ///< on the icon
     std::optional<SwayKeys> keys;
     std::unique_ptr<support::ChildProcess> bar, portal;
 };
@@ -179,6 +189,10 @@ TEST_P(SwayLookOf, IsLightOrDarkAsTheDesktopIsAndItsMenuIsWholeAtTheIcon) {
     EXPECT_LE(seen.x + seen.width, pixels(width));
     EXPECT_LE(seen.y + seen.height, pixels(height));
     EXPECT_GE(seen.x + seen.width, icon().value().x) << "in line with the icon";
+    const Picture whole = sway->picture(1);
+    EXPECT_EQ(whole.at(seen.x + 9, pixels(barHeight) - 2),
+              whole.at(seen.x - 9, pixels(barHeight) - 2))
+        << "beside the bar and not over it";
     keep(nameOf(GetParam()));
     if (look.keys.empty()) return;
     for (const std::uint32_t key : look.keys)
@@ -210,6 +224,44 @@ TEST_F(SwayLook, OfADarkMonitorIsEvenAtABrokenScale) {
     start();
     EXPECT_TRUE(sway->isOfOneColour(2));
     EXPECT_NEAR(sway->brightness(2), 64, 4) << "a quarter of the light";
+}
+
+TEST_F(SwayLook, IsDarkByTheSettingsFileWhereNobodyElseTells) {
+    beginScaled(1);
+    wishForDarkInFile();
+    startBar(true);
+    spawn({});
+    openMenu();
+    EXPECT_TRUE(waitUntil([&] { return isPainted(true); })) << program->errors();
+}
+
+TEST_F(SwayLook, OfTheMenuIsAboveABarAtTheLowerSide) {
+    beginScaled(1);
+    wishForDarkInFile(); // so that the menu is seen on white
+    startBar(true, "bottom");
+    spawn({});
+    constexpr int inBar = height - barHeight / 2;
+    const auto ground = [&] { return sway->picture(1).at(width - 2, inBar); };
+    ASSERT_TRUE(waitUntil([&] { return ground() != white; })) << bar->errors();
+    const Colour bare = ground();
+    const auto iconAt = [&] {
+        const Picture seen = sway->picture(1);
+        for (int x = width - 3; x > width - 60; --x)
+            if (seen.at(x, inBar) != bare) return x;
+        return 0;
+    };
+    ASSERT_TRUE(waitUntil([&] { return iconAt() > 0; })) << program->errors() << bar->errors();
+    hand->moveTo(iconAt() - 4, inBar);
+    hand->relative(-1, 0);
+    hand->pressButton();
+    hand->releaseButton();
+    const auto isMenuAt = [&](int y) { return sway->picture(1).at(width - 100, y) != white; };
+    constexpr int abovePanel = height - barHeight - 10;
+    EXPECT_TRUE(waitUntil([&] { return isMenuAt(abovePanel); })) << program->errors();
+    const Picture seen = sway->picture(1);
+    for (int y = height - barHeight + 1; y < height - 1; ++y)
+        ASSERT_EQ(seen.at(width - 100, y), bare) << "the bar is covered at " << y;
+    keep("palisor-bottom");
 }
 
 TEST_F(SwayLook, FollowsTheDesktopWhileTheProgramRuns) {

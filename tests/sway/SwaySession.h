@@ -22,7 +22,6 @@ using support::SwayHand;
 using support::SwayKeys;
 using support::Witness;
 
-constexpr int mouseRate = 1000;
 constexpr std::uint32_t clear = 0, white = 0xffffffff;
 
 class Sway : public testing::Test {

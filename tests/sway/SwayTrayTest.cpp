@@ -9,7 +9,7 @@ namespace {
 
 using support::Colour;
 
-constexpr int width = 1000, barHeight = 40;
+constexpr int trayWidth = 1000, trayHeight = 40;
 constexpr Colour ground{0x20, 0x40, 0x20};
 
 class SwayTray : public Sway {
@@ -35,14 +35,14 @@ class SwayTray : public Sway {
     /// none.
     std::optional<std::pair<int, int>> icon() const {
         const auto seen = sway->picture(1);
-        int left = width, right = -1;
-        for (int column = 0; column < width; ++column)
-            for (int row = 0; row < barHeight; ++row)
+        int left = trayWidth, right = -1;
+        for (int column = 0; column < trayWidth; ++column)
+            for (int row = 0; row < trayHeight; ++row)
                 if (seen.at(column, row) == Colour{0xff, 0xff, 0xff}) {
                     left = std::min(left, column);
                     right = std::max(right, column);
                 }
-        const bool isBar = seen.at(2, barHeight / 2) == ground;
+        const bool isBar = seen.at(2, trayHeight / 2) == ground;
         if (!isBar || right < left) return {};
         return std::pair(left, right);
     }
@@ -54,15 +54,15 @@ class SwayTray : public Sway {
     }
     void pointAtIcon() {
         const auto [left, right] = icon().value();
-        hand->moveTo((left + right) / 2, barHeight / 2);
+        hand->moveTo((left + right) / 2, trayHeight / 2);
         hand->relative(1, 0);
     }
     /// How much of the monitor below the bar is no longer white.
     int menuPixels() const {
         const auto seen = sway->picture(1);
         int count = 0;
-        for (int row = barHeight; row < 600; ++row)
-            for (int column = 0; column < width; ++column)
+        for (int row = trayHeight; row < 600; ++row)
+            for (int column = 0; column < trayWidth; ++column)
                 if (seen.at(column, row) != Colour{0xff, 0xff, 0xff}) ++count;
         return count;
     }

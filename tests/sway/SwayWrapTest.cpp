@@ -1,5 +1,7 @@
 #include "sway/SwaySession.h"
 
+#include <cmath>
+
 // The wrap-around product: strips along the armed sides of the desktop tell it where the cursor is.
 
 namespace desktop {
@@ -34,7 +36,10 @@ struct SwayWrapping : Sway {
     bool comesOut(std::size_t monitor, Spot at) const {
         return waitUntil([&] {
             const auto seen = backgrounds[monitor]->report();
-            return seen.isOver && seen.lastX == at.x && seen.lastY == at.y;
+            // Later releases tell of one that is a 256th of a pixel short.
+            constexpr double part = 0.01;
+            return seen.isOver && std::abs(seen.lastX - at.x) < part &&
+                   std::abs(seen.lastY - at.y) < part;
         });
     }
     std::string seen(std::size_t monitor) const {
@@ -66,7 +71,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Case{"LeftOfTwo", two, 1, {49, 500}, {-7, 0}, 1, {1279, 500}},
                     Case{"LeftBelowTheOther", two, 1, {49, 1060}, {-7, 0}, 1, {1279, 1023}},
                     Case{"TopOfTheFirst", two, 2, {960, 49}, {0, -7}, 0, {960, 1079}},
-                    Case{"BottomOfTheSecond", two, 4, {2500, 974}, {0, 7}, 1, {580, 0}},
+                    Case{"BottomOfTheSecond", two, 4, {2500, 975}, {0, 7}, 1, {580, 0}},
                     Case{"LeftOfThree", three, 1, {49, 500}, {-7, 0}, 2, {1023, 244}},
                     Case{"RightOfThree", three, 3, {3534, 500}, {7, 0}, 1, {0, 400}},
                     Case{"IntoTheLowerCorner", two, 3, {3150, 1023}, {7, 0}, 0, {0, 1023}}),

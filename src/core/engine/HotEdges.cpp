@@ -1,3 +1,4 @@
+#include "engine/HotEdges.h"
 #include "app/AppDelegate.h"
 #include "app/Variants.h"
 
@@ -8,8 +9,6 @@ namespace palisor {
 
 namespace {
 
-// Deliberately the single-precision number, a little less than 4.2.
-constexpr double cornerDivisor = 4.2F;
 constexpr float releaseInset = 2.0F;
 constexpr int noEdge = -1;
 

@@ -1,6 +1,7 @@
 #include "app/AppDelegate.h"
 #include "app/Keys.h"
 #include "app/Variants.h"
+#include "engine/HotEdges.h"
 
 #include <algorithm>
 #include <cmath>
@@ -15,7 +16,6 @@ namespace {
 
 // A cursor that has left a strip of this width is back inside.
 constexpr double stripWidth = 2;
-constexpr double cornerDivisor = 4.2F; // as for the edges themselves
 
 /// The pixels of a side from one corner to the other, without the corners that are not armed.
 struct Stretch {

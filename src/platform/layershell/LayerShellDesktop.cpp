@@ -1,5 +1,6 @@
 #include "platform/layershell/LayerShellDesktop.h"
 
+#include "platform/layershell/hyprland/Bindings.h"
 #include "platform/layershell/keys/HotKeys.h"
 #include "platform/layershell/keys/Keyboard.h"
 #include "platform/layershell/pointer/Cursor.h"
@@ -32,7 +33,8 @@ std::string adviceFor(const std::string& compositor, const std::string& command)
                "binding_1 = <super> KEY_F9 and command_1 = " +
                command;
     if (compositor == "Hyprland")
-        return "add bind = SUPER, F9, exec, " + command + " to hyprland.conf";
+        return "add hl.bind(\"SUPER + F9\", hl.dsp.exec_cmd(\"" + command +
+               "\")) to hyprland.lua, or bind = SUPER, F9, exec, " + command + " to hyprland.conf";
     if (compositor == "niri")
         return "add Mod+F9 { spawn-sh \"" + command + "\"; } to the binds of config.kdl";
     return "have a key of the compositor's configuration run \"" + command + "\"";
@@ -89,11 +91,14 @@ class LayerShellDesktop final : public wayland::Desktop {
                     : platform::Capability{"workspaces", false,
                                            name + " tells no program of its workspaces."},
                 {"place", false,
-                 name + " tells no program where the cursor is, so nothing can follow it."},
+                 compositor == "Hyprland"
+                     ? "Hyprland tells where the cursor is only when it is asked, and not when it "
+                       "moves, so nothing follows it."
+                     : name + " tells no program where the cursor is, so nothing can follow it."},
                 {"awake", connection->idle() != nullptr,
                  connection->idle() ? "" : name + " cannot be kept from going idle."},
                 std::move(binding),
-                binds == Binds::compositor
+                hearsModifiers
                     ? platform::Capability{"modifiers", true, {}}
                     : platform::Capability{"modifiers", false,
                                            name + " tells no program of held keys: they do not "
@@ -134,21 +139,30 @@ class LayerShellDesktop final : public wayland::Desktop {
     };
 
     std::unique_ptr<Bindings> bindingsOf(const Surroundings& given) {
-        const char* const socket = std::getenv("WAYFIRE_SOCKET");
-        if (compositor == "wayfire" && socket) {
-            auto made = wayfire::Bindings::open(
-                socket, descriptors,
-                [this, told = given.capabilitiesChanged](const std::string& why) {
-                    log.write("Wayfire binds no keys for a program (" + why + "): " + advice);
-                    binds = Binds::nobody;
-                    told();
-                });
-            if (made) {
-                binds = Binds::compositor;
-                return made;
-            }
+        const auto refused = [this, told = given.capabilitiesChanged](const std::string& why) {
+            log.write(compositor + " does not bind the shortcut (" + why + "): " + advice);
+            binds = Binds::nobody;
+            // Whoever cannot bind one key for a program there binds none.
+            if (compositor == "wayfire") hearsModifiers = false;
+            told();
+        };
+        const auto variable = [](const char* name) {
+            const char* const value = std::getenv(name);
+            return std::string(value ? value : "");
+        };
+        std::unique_ptr<Bindings> own;
+        if (compositor == "wayfire")
+            own = wayfire::Bindings::open(variable("WAYFIRE_SOCKET"), descriptors, refused);
+        if (compositor == "Hyprland")
+            own = hyprland::Bindings::open(
+                variable("XDG_RUNTIME_DIR") + "/hypr/" + variable("HYPRLAND_INSTANCE_SIGNATURE"),
+                command.substr(0, command.find(' ')), descriptors, refused);
+        if (own) {
+            binds = Binds::compositor;
+            hearsModifiers = true;
+            return own;
         }
-        // The portal of this one has no keys: its user writes a line either way.
+        // The portal of this one has no keys: its user writes a line.
         if (compositor == "Hyprland") {
             tellAdvice();
             return nullptr;
@@ -180,6 +194,7 @@ class LayerShellDesktop final : public wayland::Desktop {
     bool holds = true;
     enum class Binds { nobody, compositor, portal };
     Binds binds = Binds::nobody; ///< as far as it is known
+    bool hearsModifiers = false;
 };
 
 } // namespace

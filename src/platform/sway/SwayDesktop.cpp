@@ -127,10 +127,9 @@ class SwayDesktop final : public wayland::Desktop {
 };
 
 // Another compositor that runs in a window of sway's leaves its programs the name of sway's socket.
-bool isOtherCompositors(const Ipc& ipc, Descriptors& descriptors, Log& log) {
-    const auto asked = wayland::Connection::open(descriptors, log, [] {}, {});
-    return asked.connection &&
-           asked.connection->compositorProcess() != wayland::processBehind(ipc.descriptor());
+bool isOtherCompositors(const Ipc& ipc) {
+    const pid_t reached = wayland::compositorProcess();
+    return reached != 0 && reached != wayland::processBehind(ipc.descriptor());
 }
 
 } // namespace
@@ -140,7 +139,7 @@ wayland::OpenedDesktop openDesktop(Descriptors& descriptors, Log& log, std::func
     if (!socket) return {};
     const auto ipc = Ipc::open(socket);
     // A name that was left behind by a compositor that has gone is none.
-    if (!ipc || isOtherCompositors(*ipc, descriptors, log)) return {};
+    if (!ipc || isOtherCompositors(*ipc)) return {};
     auto desktop = std::make_unique<SwayDesktop>(descriptors, log);
     std::string error = desktop->join(socket, std::move(lost));
     if (!error.empty()) return {nullptr, std::move(error)};

@@ -17,6 +17,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 // The door between the program and the module of the Wayland sessions, a shared library, so that
@@ -45,6 +46,9 @@ class Desktop {
         std::function<bool()> ownWindowActive;
         /// Calls an operation from the run loop, also while a modal alert runs.
         std::function<void(std::function<void()>)> later;
+        /// The user's wish for dark windows, where the compositor tells it, as often as it changes;
+        /// called from the run loop.
+        std::function<void(std::optional<bool>)> darkWished{};
         std::function<void()> capabilitiesChanged; ///< called from the run loop
     };
     struct Services {
@@ -74,6 +78,8 @@ class Desktop {
     /// What keeps it from doing most of that and the user can mend, one sentence; empty for
     /// nothing. After `start`.
     virtual std::string missing() const { return {}; }
+    /// Whether it shows a switch with a menu in the place of an icon; not before `start`.
+    virtual bool hasSwitch() const { return false; }
     /// A window of the program has become active or is so no longer.
     virtual void ownWindowChanged() = 0;
     /// Ends the services, upon which all that they did to the desktop is undone.

@@ -95,6 +95,9 @@ class Session {
     /// for nothing. After `start`.
     virtual std::string missing() const { return {}; }
 
+    /// Whether the desktop shows a switch with a menu in the place of an icon; not before `start`.
+    virtual bool hasSwitch() const { return false; }
+
     /// The program ends: from now on nothing waits for the window system for longer than a second
     /// in all. What it has not done by then is left to whoever undoes it after a kill.
     virtual void aboutToEnd() = 0;

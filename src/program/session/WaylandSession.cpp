@@ -34,6 +34,7 @@ Session::Services WaylandSession::start(const Surroundings& surroundings) {
                                           .isExtensionInstalled = isExtensionInstalled,
                                           .ownWindowActive = surroundings.ownWindowActive,
                                           .later = surroundings.later,
+                                          .darkWished = surroundings.darkWished,
                                           .capabilitiesChanged = surroundings.capabilitiesChanged});
     surroundings.onOwnWindowActive([this] { desktop->ownWindowChanged(); });
     return {desktop->displays(), services.pointer, services.cursor,  services.input,

@@ -18,6 +18,7 @@ class WaylandSession final : public Session {
     Services start(const Surroundings& surroundings) override;
     platform::Capabilities capabilities() const override { return desktop->capabilities(); }
     std::string missing() const override { return desktop->missing(); }
+    bool hasSwitch() const override { return desktop->hasSwitch(); }
     /// Nothing waits for longer than a second.
     void aboutToEnd() override {}
     void end() override { desktop->end(); }

@@ -40,6 +40,10 @@ struct OneAnswer {
                 if (now <= 0) break;
                 sent += static_cast<std::size_t>(now);
             }
+            // Whoever hangs up on a question that was not read takes the answer back as well.
+            ::shutdown(client, SHUT_WR);
+            for (char unread[256]; ::recv(client, unread, sizeof unread, 0) > 0;)
+                ;
             ::close(client);
         });
     }

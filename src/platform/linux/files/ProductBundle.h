@@ -13,7 +13,8 @@ namespace platform::linux {
 /// product's command have the same name.
 class ProductBundle final : public Bundle {
   public:
-    /// The text of a key in a language, or the key itself.
+    /// The text of a key in a language, or the key itself; it stays until the next one is looked
+    /// up.
     using LookUp = std::function<std::string_view(std::string_view language, std::string_view key)>;
 
     /// Reads the information dictionary; one that cannot be read is logged and is empty.

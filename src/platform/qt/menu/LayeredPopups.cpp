@@ -71,7 +71,10 @@ LayeredPopups::LayeredPopups(PopupLayer& below, MenuPopup& shownMenu)
                     .pressed = [this](const PopupLayer::Key& key) { pressed(key); },
                     .released = [this] { released(); },
                     .disturbed = [this] { menu.dismiss(); }});
-    if (place) pointer.emplace(place->x, place->y);
+    if (!place) return;
+    pointer.emplace(place->x, place->y);
+    const Rect left = layer.roomAt(*place);
+    room = QRectF(left.x, left.y, left.width, left.height).toAlignedRect();
 }
 
 LayeredPopups::~LayeredPopups() {
@@ -79,6 +82,13 @@ LayeredPopups::~LayeredPopups() {
 }
 
 QPoint LayeredPopups::place() const {
+    const QPoint at = pointerPlace();
+    if (room.isEmpty()) return at;
+    return {std::clamp(at.x(), room.left(), room.right() + 1),
+            std::clamp(at.y(), room.top(), room.bottom() + 1)};
+}
+
+QPoint LayeredPopups::pointerPlace() const {
     if (pointer) return pointer->toPoint();
     const QScreen* const screen = QGuiApplication::primaryScreen();
     return screen == nullptr ? QPoint() : screen->geometry().center();
@@ -112,7 +122,7 @@ bool LayeredPopups::eventFilter(QObject* watched, QEvent* event) {
 // The toolkit leaves that to the compositor here. A submenu goes to the other
 // side of its menu, and what hangs from the pointer above that.
 void LayeredPopups::keepOnScreen(QWidget& popup) const {
-    const QScreen* const screen = QGuiApplication::screenAt(place());
+    const QScreen* const screen = QGuiApplication::screenAt(pointerPlace());
     if (screen == nullptr) return;
     const QRect all = screen->geometry();
     QRect wanted = popup.geometry();
@@ -121,7 +131,9 @@ void LayeredPopups::keepOnScreen(QWidget& popup) const {
         if (wanted.right() > all.right()) wanted.moveRight(outer->x() - 1);
         if (wanted.left() < all.left()) wanted.moveLeft(outer->geometry().right() + 1);
     } else if (wanted.bottom() > all.bottom()) {
-        wanted.moveBottom(place().y() - 1); // so that the pointer is on no entry
+        // So that the pointer is on no entry.
+        const QPoint from = popup.windowType() == Qt::Popup ? place() : pointerPlace();
+        wanted.moveBottom(from.y() - 1);
     }
     wanted.moveRight(std::min(wanted.right(), all.right()));
     wanted.moveBottom(std::min(wanted.bottom(), all.bottom()));
@@ -163,21 +175,38 @@ void LayeredPopups::draw(Shown& one) {
          .pixels = {pixels, static_cast<std::size_t>(picture.sizeInBytes()) / sizeof *pixels}});
 }
 
-void LayeredPopups::send(QEvent&& event) {
-    if (QWindow* const window = menu.windowHandle()) QCoreApplication::sendEvent(window, &event);
+/// The submenu that opened last, else the menu.
+QWidget& LayeredPopups::innermost() const {
+    const auto found = std::find_if(shown.rbegin(), shown.rend(), [](const Shown& one) {
+        return one.popup && one.popup->isVisible() && one.popup->windowType() == Qt::Popup;
+    });
+    return found == shown.rend() ? menu : *found->popup;
 }
 
-// The toolkit passes on to the innermost menu what any of its windows gets while one is open.
+// A menu passes on what is outside it to those that it was opened from. Some versions of the
+// toolkit find the innermost one by themselves, others know of none that is not on the screen.
+void LayeredPopups::send(QEvent&& event) {
+    if (QWindow* const window = innermost().windowHandle())
+        QCoreApplication::sendEvent(window, &event);
+}
+
 void LayeredPopups::sendMouse(QEvent::Type type, Qt::MouseButton button) {
     const QPointF global = pointer.value_or(QPointF());
-    const QPointF local = global - menu.pos();
+    const QPointF local = global - innermost().pos();
     send(QMouseEvent(type, local, local, global, button, buttons,
                      modifiersOf(held ? held->flags : 0)));
 }
 
+// Until a pointer has gone some way a menu takes its clicks for the one that opened it. Where it
+// was then the toolkit never learns here; so many motions convince it as well.
 void LayeredPopups::moved(Point to) {
+    constexpr int convincing = 7;
     pointer.emplace(to.x, to.y);
-    sendMouse(QEvent::MouseMove, Qt::NoButton);
+    const QWidget& inside = innermost();
+    const bool enters = &inside != entered && inside.geometry().contains(pointer->toPoint());
+    if (enters) entered = &inside;
+    for (int sent = 0; sent < (enters ? convincing : 1); ++sent)
+        sendMouse(QEvent::MouseMove, Qt::NoButton);
 }
 
 void LayeredPopups::clicked(int number, bool isDown) {
@@ -189,8 +218,8 @@ void LayeredPopups::clicked(int number, bool isDown) {
 
 void LayeredPopups::scrolled(double notches) {
     const QPointF global = pointer.value_or(QPointF());
-    send(QWheelEvent(global - menu.pos(), global, {}, {0, qRound(notches * wheelNotch)}, buttons,
-                     Qt::NoModifier, Qt::NoScrollPhase, false));
+    send(QWheelEvent(global - innermost().pos(), global, {}, {0, qRound(notches * wheelNotch)},
+                     buttons, Qt::NoModifier, Qt::NoScrollPhase, false));
 }
 
 void LayeredPopups::pressed(const PopupLayer::Key& key) {

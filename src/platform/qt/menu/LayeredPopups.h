@@ -19,7 +19,8 @@ class LayeredPopups final : public QObject {
     LayeredPopups(PopupLayer& layer, MenuPopup& menu);
     ~LayeredPopups() override;
 
-    /// Where the menu is to open: at the pointer, or in the middle of a screen without one.
+    /// Where the menu is to open: at the pointer, beside the panel that this is on, or in the
+    /// middle of a screen without a pointer.
     QPoint place() const;
 
   private:
@@ -38,6 +39,8 @@ class LayeredPopups final : public QObject {
     void scrolled(double notches);
     void pressed(const PopupLayer::Key& key);
     void released();
+    QPoint pointerPlace() const;
+    QWidget& innermost() const;
     void send(QEvent&& event);
     void sendMouse(QEvent::Type type, Qt::MouseButton button);
     void sendKey(QEvent::Type type, bool repeats);
@@ -45,9 +48,11 @@ class LayeredPopups final : public QObject {
     PopupLayer& layer;
     MenuPopup& menu;
     std::optional<QPointF> pointer;
+    QRect room; ///< what panels leave of the monitor that it opened on; empty where it is unknown
     Qt::MouseButtons buttons;
     std::optional<PopupLayer::Key> held; ///< that was pressed last
     std::vector<Shown> shown;            ///< the lowest first
+    const QWidget* entered = nullptr;    ///< the menu that the pointer came into last
     int lastNumber = 0;
     bool isDrawing = false;
     QTimer nextDrawing, repetition;

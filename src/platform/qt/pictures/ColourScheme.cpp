@@ -6,6 +6,8 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
+#include <QSettings>
+#include <QStandardPaths>
 #include <QStyle>
 #include <string_view>
 
@@ -32,6 +34,24 @@ QVariant unwrapped(QVariant value) {
     return value;
 }
 
+// Where no portal and no window system tells, as in sway, the user says it in the file that GTK
+// reads itself.
+std::optional<bool> wishInFiles() {
+    for (const char* file : {"gtk-4.0/settings.ini", "gtk-3.0/settings.ini"}) {
+        const QString path = QStandardPaths::locate(QStandardPaths::GenericConfigLocation, file);
+        if (path.isEmpty()) continue;
+        QSettings settings(path, QSettings::IniFormat);
+        settings.beginGroup("Settings");
+        const QString prefers =
+            settings.value("gtk-application-prefer-dark-theme").toString().toLower();
+        const QString theme = settings.value("gtk-theme-name").toString().toLower();
+        if (prefers.isEmpty() && theme.isEmpty()) continue;
+        return prefers == "1" || prefers == "true" || theme.endsWith("-dark") ||
+               theme.endsWith(":dark");
+    }
+    return {};
+}
+
 bool isFaint(const QPalette& palette) {
     return QApplication::style()->name() == plainStyle &&
            palette.color(QPalette::Base).lightness() >= middleLightness &&
@@ -40,10 +60,11 @@ bool isFaint(const QPalette& palette) {
 
 } // namespace
 
-ColourScheme::ColourScheme() : given(QApplication::palette()) {
+ColourScheme::ColourScheme() : given(QApplication::palette()), ofFiles(wishInFiles()) {
     QDBusConnection::sessionBus().connect(portalName, portalPath, settingsName, "SettingChanged",
                                           this, SLOT(settingChanged(QDBusMessage)));
     showOutlines();
+    follow();
     refresh();
 }
 
@@ -60,7 +81,7 @@ void ColourScheme::windowSystemWishes(std::optional<bool> dark) {
 }
 
 void ColourScheme::follow() {
-    apply(ofPortal ? *ofPortal : ofWindowSystem.value_or(false));
+    apply(ofPortal ? *ofPortal : ofWindowSystem ? *ofWindowSystem : ofFiles.value_or(false));
 }
 
 void ColourScheme::refresh() {

@@ -1,11 +1,11 @@
 #include "platform/sway/connection/Ipc.h"
 
+#include "platform/session/UnixSocket.h"
+
 #include <array>
 #include <cerrno>
-#include <cstring>
 #include <poll.h>
 #include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 namespace platform::sway {
@@ -25,17 +25,8 @@ bool waitFor(int descriptor, short events, Ipc::Clock::time_point deadline) {
 } // namespace
 
 std::unique_ptr<Ipc> Ipc::open(const std::string& path) {
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    if (path.empty() || path.size() >= sizeof address.sun_path) return nullptr;
-    std::memcpy(address.sun_path, path.data(), path.size());
-    const int made = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-    if (made < 0) return nullptr;
-    if (::connect(made, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
-        ::close(made);
-        return nullptr;
-    }
-    return std::unique_ptr<Ipc>(new Ipc(made));
+    const int made = session::connectTo(path);
+    return made < 0 ? nullptr : std::unique_ptr<Ipc>(new Ipc(made));
 }
 
 Ipc::~Ipc() {

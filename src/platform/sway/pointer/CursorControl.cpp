@@ -76,17 +76,21 @@ void CursorControl::warp(Point layout) {
         corner.x = std::min(corner.x, place.area.x);
         corner.y = std::min(corner.y, place.area.y);
     }
+    // A place was told in 256ths, and later releases are one short of a whole pixel.
+    constexpr double rounding = 1.0 / 128;
+    const auto pixel = [](double at) { return std::lround(std::floor(at + rounding)); };
     char command[64];
-    std::snprintf(command, sizeof command, "seat - cursor set %ld %ld",
-                  std::lround(std::floor(layout.x - corner.x)),
-                  std::lround(std::floor(layout.y - corner.y)));
+    std::snprintf(command, sizeof command, "seat - cursor set %ld %ld", pixel(layout.x - corner.x),
+                  pixel(layout.y - corner.y));
     compositor.run(command);
 }
 
-// The compositor compiles a keymap for each rule about a device, which takes it two milliseconds
-// and more: the cursor is there after the first.
+// The compositor compiles a keymap for each rule about a device, which takes it some milliseconds:
+// the cursor is there before the first one. A hand that moved it in between has taken it back, and
+// so it is put there again.
 void CursorControl::cross(const wayland::Outputs::Place& place, Point layout) {
     static_assert(std::size(kinds) == 2);
+    warp(layout);
     confine(kinds[0], &place);
     warp(layout);
     confine(kinds[1], &place);

@@ -88,12 +88,14 @@ pid_t processBehind(int socket) {
     return told ? peer.pid : 0;
 }
 
-pid_t Connection::compositorProcess() const {
-    return processBehind(wl_display_get_fd(display.get()));
+pid_t compositorProcess() {
+    const Handle<wl_display> display(wl_display_connect(nullptr));
+    return display ? processBehind(wl_display_get_fd(display.get())) : 0;
 }
 
 std::string Connection::compositorName() const {
-    std::ifstream file("/proc/" + std::to_string(compositorProcess()) + "/comm");
+    std::ifstream file("/proc/" + std::to_string(processBehind(wl_display_get_fd(display.get()))) +
+                       "/comm");
     std::string name;
     std::getline(file, name);
     return name;
@@ -184,14 +186,10 @@ void Connection::readAtOnce(bool on) {
 Connection::Round Connection::readOnce() {
     while (wl_display_prepare_read(display.get()) != 0)
         if (wl_display_dispatch_pending(display.get()) < 0) return Round::failed;
-    pollfd polled{wl_display_get_fd(display.get()), POLLIN, 0};
-    if (::poll(&polled, 1, 0) <= 0) {
-        wl_display_cancel_read(display.get());
-        return Round::nothing;
-    }
-    const bool isRead = wl_display_read_events(display.get()) == 0 &&
-                        wl_display_dispatch_pending(display.get()) >= 0;
-    return isRead ? Round::some : Round::failed;
+    // It does not wait for what has not come.
+    if (wl_display_read_events(display.get()) != 0) return Round::failed;
+    const int told = wl_display_dispatch_pending(display.get());
+    return told < 0 ? Round::failed : told == 0 ? Round::nothing : Round::some;
 }
 
 // A round takes four kilobytes at most, which a fast mouse fills three times in a frame.

@@ -18,6 +18,8 @@ namespace platform::wayland {
 
 /// Who listens at the other end of a connected socket; 0 where that is not told.
 pid_t processBehind(int socket);
+/// The compositor that the environment names; 0 where it is not reached. Waits for nothing.
+pid_t compositorProcess();
 
 /// A connection of the program's own, beside the toolkit's. What comes on it is read from the run
 /// loop: the protocol's events only note what they tell, and whoever wants to act on it does so
@@ -52,8 +54,6 @@ class Connection {
 
     /// What the compositor's executable is called: "labwc"; empty where that is not told.
     std::string compositorName() const;
-    /// The compositor's process; 0 where that is not told.
-    pid_t compositorProcess() const;
     /// Whether the compositor has a global of that interface.
     bool has(std::string_view interface) const { return offered.contains(interface); }
 

@@ -1,16 +1,13 @@
 #pragma once
 
 #include "platform/Geometry.h"
-#include "platform/wayland/connection/Connection.h"
 #include "platform/wayland/connection/Outputs.h"
+#include "platform/wayland/connection/Pane.h"
 
 namespace platform::wayland {
 
-/// Premultiplied 0xAARRGGBB.
-using Pixel = std::uint32_t;
-
-/// A surface above all windows, of one pixel that the compositor stretches. The compositor takes it
-/// off the screen when the program dies. Main thread.
+/// A pane above all windows. The compositor takes it off the screen when the program dies. Main
+/// thread.
 class Layer {
   public:
     struct Look {
@@ -26,12 +23,13 @@ class Layer {
     Layer& operator=(const Layer&) = delete;
 
     void setPixel(Pixel pixel);
-    /// To another place of the same output, `screen`, layout coordinates both; it keeps its size.
-    void moveTo(Point corner, const Rect& screen);
     /// Whether it catches the pointer, as it does at first.
     void setCatches(bool catches);
 
-    wl_surface* surface() const { return drawn.get(); }
+    /// Has what is told to its subsurfaces in force.
+    void commit();
+
+    wl_surface* surface() const { return pane.surface(); }
     /// The point of the layout that a point of the surface shows.
     Point toLayout(Point local) const { return {local.x + area.x, local.y + area.y}; }
     /// Whether it was drawn, which the compositor learns with what is sent next.
@@ -45,13 +43,11 @@ class Layer {
   private:
     void configured(std::uint32_t serial, std::uint32_t width, std::uint32_t height);
     void draw();
-    void setMargin(const Rect& screen);
 
     Connection& connection;
     Rect area;
     Pixel pixel;
-    Handle<wl_surface> drawn;
-    Handle<wp_viewport> viewport;
+    Pane pane;
     Handle<zwlr_layer_surface_v1> layer;
     bool isConfigured = false;
     bool closed = false;

@@ -9,6 +9,8 @@ bool IdleInhibitor::keep(AssertionId id, const std::string&) {
     auto layer = std::make_unique<Layer>(
         connection, Layer::Look{places[0], {whole.x, whole.y, 1, 1}, 0, false});
     layer->setCatches(false);
+    // sway 1.12 heeds one only whose surface is on screen when it is made.
+    connection.synchronize();
     Kept one{std::move(layer), {}};
     one.inhibitor.reset(
         zwp_idle_inhibit_manager_v1_create_inhibitor(connection.idle(), one.layer->surface()));

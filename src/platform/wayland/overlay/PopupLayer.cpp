@@ -127,6 +127,36 @@ class PopupLayer::Popup {
     Handle<wl_subsurface> part;
 };
 
+/// As large as the panels leave room for on an output; it is never drawn.
+class PopupLayer::Room {
+  public:
+    Room(const Connection& x, wl_output* output)
+        : drawn(wl_compositor_create_surface(x.compositor())),
+          layer(zwlr_layer_shell_v1_get_layer_surface(x.layers(), drawn.get(), output,
+                                                      ZWLR_LAYER_SHELL_V1_LAYER_OVERLAY, "room")) {
+        static constexpr zwlr_layer_surface_v1_listener listener{
+            .configure =
+                [](void* self, zwlr_layer_surface_v1*, std::uint32_t, std::uint32_t width,
+                   std::uint32_t height) {
+                    static_cast<Room*>(self)->told = Point{double(width), double(height)};
+                },
+            .closed = [](void*, zwlr_layer_surface_v1*) {}};
+        zwlr_layer_surface_v1_add_listener(layer.get(), &listener, this);
+        zwlr_layer_surface_v1_set_anchor(layer.get(), ZWLR_LAYER_SURFACE_V1_ANCHOR_TOP |
+                                                          ZWLR_LAYER_SURFACE_V1_ANCHOR_BOTTOM |
+                                                          ZWLR_LAYER_SURFACE_V1_ANCHOR_LEFT |
+                                                          ZWLR_LAYER_SURFACE_V1_ANCHOR_RIGHT);
+        wl_surface_commit(drawn.get());
+    }
+    /// Width and height.
+    const std::optional<Point>& size() const { return told; }
+
+  private:
+    Handle<wl_surface> drawn;
+    Handle<zwlr_layer_surface_v1> layer;
+    std::optional<Point> told;
+};
+
 PopupLayer::PopupLayer(Connection& x, Outputs& screens, Later afterwards,
                        std::function<void(bool)> tell)
     : connection(x), outputs(screens), later(std::move(afterwards)), lasting(std::move(tell)) {}
@@ -160,6 +190,30 @@ PopupLayer::Net* PopupLayer::netAt(Point place) const {
                place.y < area.y + area.height;
     });
     return found == nets.end() ? nullptr : found->get();
+}
+
+// Where there is a panel at the opposite side too, the two are taken for one.
+Rect PopupLayer::roomAt(Point place) {
+    const auto leave = [](double at, double& begin, double& length, double room) {
+        const double panels = length - room;
+        if (at < begin + panels)
+            begin += panels;
+        else if (at < begin + length - panels)
+            return;
+        length -= panels;
+    };
+    for (const Outputs::Place& output : outputs.places()) {
+        Rect area = output.area;
+        if (!area.contains(place)) continue;
+        const Room room(connection, output.output);
+        if (connection.waitFor([&] { return room.size().has_value(); },
+                               Connection::Clock::now() + patience)) {
+            leave(place.x, area.x, area.width, room.size()->x);
+            leave(place.y, area.y, area.height, room.size()->y);
+        }
+        return area;
+    }
+    return {};
 }
 
 void PopupLayer::show(int number, const Picture& picture) {

@@ -25,6 +25,7 @@ class PopupLayer final : public platform::PopupLayer {
     ~PopupLayer() override;
 
     std::optional<Point> open(Listener listener) override;
+    Rect roomAt(Point place) override;
     void show(int popup, const Picture& picture) override;
     void hide(int popup) override;
     void close() override;
@@ -32,6 +33,7 @@ class PopupLayer final : public platform::PopupLayer {
   private:
     class Net;
     class Popup;
+    class Room;
 
     Net* netAt(Point place) const;
 

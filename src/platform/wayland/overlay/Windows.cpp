@@ -1,5 +1,7 @@
 #include "platform/wayland/overlay/Windows.h"
 
+#include "platform/wayland/overlay/Line.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -19,8 +21,8 @@ bool areSameSize(const Rect& a, const Rect& b) {
 
 } // namespace
 
-/// A layer on each output that it reaches over. One that stays on its output and keeps its size is
-/// moved, which costs the compositor less than another one.
+/// A layer on each output that it reaches over; a line for a marker, which is moved as long as it
+/// stays there and keeps its size.
 class Overlay final : public Window {
   public:
     Overlay(Windows& windows, const WindowStyle& wanted)
@@ -45,8 +47,10 @@ class Overlay final : public Window {
     }
     void setAlpha(float wanted) override {
         alpha = wanted;
-        for (const Part& part : parts)
-            part.layer->setPixel(pixel());
+        for (const Part& part : parts) {
+            if (part.layer) part.layer->setPixel(pixel());
+            if (part.line) part.line->setPixel(pixel());
+        }
     }
     void setIgnoresMouseEvents(bool ignores) override {
         ignoresMouse = ignores;
@@ -64,10 +68,11 @@ class Overlay final : public Window {
     void update() {
         const bool isSeen = visible && (style.kind != WindowKind::marker || owner.markersSeen) &&
                             style.background != WindowColour::clear;
+        const Rect whole = wholeArea();
         std::size_t count = 0;
         if (isSeen)
             for (const Outputs::Place& output : owner.outputs.places()) {
-                const Rect area = common(wholeArea(), output.area);
+                const Rect area = common(whole, output.area);
                 if (area.width > 0 && area.height > 0) show(count++, output, area);
             }
         keep(count);
@@ -80,14 +85,17 @@ class Overlay final : public Window {
 
     void updateCatching() {
         for (const Part& part : parts)
-            part.layer->setCatches(catches());
+            if (part.layer) part.layer->setCatches(catches());
     }
 
   private:
     struct Part {
         const wl_output* output;
-        Rect area; ///< layout coordinates
-        std::unique_ptr<Layer> layer;
+        Rect area;                    ///< layout coordinates
+        std::unique_ptr<Layer> layer; ///< one of the two
+        std::unique_ptr<Line> line;
+
+        bool isClosed() const { return layer ? layer->isClosed() : line->isClosed(); }
     };
 
     Rect wholeArea() const {
@@ -98,23 +106,28 @@ class Overlay final : public Window {
     void show(std::size_t index, const Outputs::Place& output, const Rect& area) {
         if (index < parts.size()) {
             Part& part = parts[index];
-            if (part.output == output.output && areSameSize(part.area, area) &&
-                !part.layer->isClosed()) {
-                if (part.area != area) part.layer->moveTo({area.x, area.y}, output.area);
+            const bool canStay = part.output == output.output && !part.isClosed() &&
+                                 (part.line ? areSameSize(part.area, area) : part.area == area);
+            if (canStay) {
+                if (part.area != area) part.line->moveTo({area.x, area.y});
                 part.area = area;
                 return;
             }
             keep(index);
         }
-        parts.push_back(
-            {output.output, area,
-             std::make_unique<Layer>(owner.connection, Layer::Look{output, area, pixel(), false})});
-        if (!catches()) parts.back().layer->setCatches(false);
+        Part& made = parts.emplace_back(Part{output.output, area, {}, {}});
+        if (style.kind == WindowKind::marker) {
+            made.line = std::make_unique<Line>(owner.connection, output, area, pixel());
+            return;
+        }
+        made.layer =
+            std::make_unique<Layer>(owner.connection, Layer::Look{output, area, pixel(), false});
+        if (!catches()) made.layer->setCatches(false);
     }
 
     void keep(std::size_t count) {
         for (; parts.size() > count; parts.pop_back())
-            owner.seat.forget(*parts.back().layer);
+            if (parts.back().layer) owner.seat.forget(*parts.back().layer);
     }
 
     Pixel pixel() const {

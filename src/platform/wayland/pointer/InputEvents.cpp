@@ -1,5 +1,7 @@
 #include "platform/wayland/pointer/InputEvents.h"
 
+#include <algorithm>
+#include <cmath>
 #include <linux/input-event-codes.h>
 #include <utility>
 
@@ -65,9 +67,13 @@ void InputEvents::moved(Point layout) {
     if (!hadArrived && edges.hasArrived()) pace.stop(); // its first frame begins with it
 }
 
+// Places that are told come at a pace already.
 void InputEvents::tellPlace(Point layout) {
     moved(layout);
-    batchEnded();
+    if (pace.isRunning() || hold.isBeyond(place))
+        batchEnded();
+    else
+        readMotion();
 }
 
 void InputEvents::tellCrossing(Point from, Point step) {
@@ -146,7 +152,7 @@ void InputEvents::tick() {
     connection.read();
     isFrameHalfOver = watched.pushes && !isFrameHalfOver;
     if (isFrameHalfOver) {
-        if (const auto push = hold.pushSoFar(place)) tell(*push);
+        if (const auto push = hold.pushSoFar(place); push && isEnough(*push)) tell(*push);
     } else {
         ownWindowChanged();
         emptyFrames = std::exchange(anyArrived, false) ? 0 : emptyFrames + 1;
@@ -180,6 +186,14 @@ void InputEvents::readMotion() {
                                       : EventType::mouseMoved,
                 place, false);
     }
+}
+
+// What is not enough by the middle of a frame is told at its end.
+bool InputEvents::isEnough(const Hold::Push& push) const {
+    constexpr double roundedDown = 0.9; // the answer is found in single precision
+    const double way =
+        std::max(std::abs(push.beyond.x - push.held.x), std::abs(push.beyond.y - push.held.y));
+    return way >= roundedDown * watched.crossing;
 }
 
 void InputEvents::tell(const Hold::Push& push) {

@@ -65,6 +65,7 @@ class InputEvents final : public platform::InputEvents, private PointerSeat::Lis
     bool putBack();
     void tick();
     void readMotion();
+    bool isEnough(const Hold::Push& push) const;
     void tell(const Hold::Push& push);
     void chooseReading();
     void tellEdges(bool isFrameEnd);
