@@ -7,6 +7,8 @@ SOURCES = git ls-files '*.cpp' '*.h'
 # The web engine is left out unless it is asked for: make run WEB=1, make test WEB=1.
 WEB_LIST = $(if $(WEB),web)
 WEB_SETTING = $(if $(WEB),PALISOR_WEB=ON)
+# Several tests are compiled at a time: less work where all of them are built once.
+UNITY_SETTING = PALISOR_UNITY=ON
 # Where the desktop may be made with GTK. The program runs without it, and looks plainer.
 GTK_LIST = $(shell PATH="$$PATH:/sbin" ldconfig -p 2>/dev/null | grep -q libgtk-3 && echo gtk)
 FUZZ_SECONDS = 30
@@ -56,7 +58,7 @@ demo: product
 # Once the benchmarks have been asked for they are built with the tests, too.
 tests:
 	@tools/setup build run demo test $(WEB_LIST)
-	@tools/configure build '--preset release' PALISOR_TESTS=ON PALISOR_WERROR=ON $(WEB_SETTING)
+	@tools/configure build '--preset release' PALISOR_TESTS=ON PALISOR_WERROR=ON $(WEB_SETTING) $(UNITY_SETTING)
 	@cmake --build build -- $(QUIET)
 
 test: tests
@@ -64,7 +66,8 @@ test: tests
 
 benchmarks:
 	@tools/setup build run demo test $(WEB_LIST)
-	@tools/configure build '--preset release' PALISOR_TESTS=ON PALISOR_BENCH=ON PALISOR_WERROR=ON $(WEB_SETTING)
+	@tools/configure build '--preset release' PALISOR_TESTS=ON PALISOR_BENCH=ON PALISOR_WERROR=ON $(WEB_SETTING) \
+	    $(UNITY_SETTING)
 	@cmake --build build -- $(QUIET)
 
 bench: benchmarks
@@ -107,6 +110,7 @@ release:
 	@tools/release '$(VERSION)'
 
 # What the tree compiles, without what it makes itself.
+tidy: UNITY_SETTING = PALISOR_UNITY=OFF
 tidy: benchmarks
 	@tools/setup develop
 	@sed -n 's/^ *"file": "\(.*\)".*/\1/p' build/compile_commands.json | grep -v "^$$PWD/build/" | sort -u | \

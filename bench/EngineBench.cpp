@@ -1,9 +1,9 @@
-#include "Allocations.h"
 #include "app/AppDelegate.h"
 #include "app/Keys.h"
 #include "app/Variants.h"
 #include "platform/memory/MemoryPlatform.h"
 #include "testing/Layouts.h"
+#include "testing/allocations/Allocations.h"
 
 #include <benchmark/benchmark.h>
 
@@ -37,11 +37,11 @@ void run(benchmark::State& state, Program& program, Point a, Point b) {
     };
     event(a); // what is made once is made here
     event(b);
-    const std::size_t before = bench::allocations();
+    const std::size_t before = support::allocations();
     bool odd = false;
     for (auto _ : state)
         event((odd = !odd) ? a : b);
-    const auto counted = static_cast<double>(bench::allocations() - before);
+    const auto counted = static_cast<double>(support::allocations() - before);
     // The sum beside the average: one allocation in a thousand events shows.
     state.counters["allocations"] = counted;
     state.counters["allocations_per_event"] =

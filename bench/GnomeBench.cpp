@@ -18,6 +18,7 @@ namespace {
 
 using bench::Load;
 using bench::longest;
+using bench::median;
 using bench::number;
 using bench::rest;
 using bench::row;
@@ -138,11 +139,6 @@ void move(Contest& contest, Motion motion, int hz) {
     if (motion == Motion::none) rest(static_cast<int>(seconds * 1000));
 }
 
-double median(std::vector<double> values) {
-    std::ranges::sort(values);
-    return values[values.size() / 2];
-}
-
 // In turns, so that what else the machine does falls on both.
 void costRow(const std::string& what, const std::string& required, const Setting& setting,
              Motion motion, int hz) {
@@ -215,7 +211,7 @@ std::optional<double> milliseconds(const Contest& contest, const Area& area, Act
     return std::chrono::duration<double, std::milli>(witness.report().left - begun).count();
 }
 
-constexpr int tries = 40;
+constexpr int tries = 100;
 
 std::string pushLatency(bool isLoaded) {
     Contest contest({.pushOption = true, .velocity = 10});
@@ -238,12 +234,12 @@ std::string pushLatency(bool isLoaded) {
     });
 }
 
-std::string wrapLatency() {
-    Contest contest({.product = "orbisant"});
+/// From a motion at `from` to the cursor's having left the area, or come there.
+std::string motionLatency(Contest& contest, int from, const Area& area) {
     return longest(tries, [&](int i) {
-        contest.put(2 * edge - 10);
+        contest.put(from);
         rest(100);
-        return milliseconds(contest, right, [&] {
+        return milliseconds(contest, area, [&] {
             contest.hand->push(0, 0.1, 30 + i, 1000);
             const auto now = Clock::now();
             contest.hand->relative(50, 0);
@@ -252,19 +248,15 @@ std::string wrapLatency() {
     });
 }
 
+std::string wrapLatency() {
+    Contest contest({.product = "orbisant"});
+    return motionLatency(contest, 2 * edge - 10, right);
+}
+
 /// What the shell itself takes for each.
 std::string freeLatency() {
     Contest contest;
-    return longest(tries, [&](int i) {
-        contest.put(edge - 20);
-        rest(100);
-        return milliseconds(contest, left, [&] {
-            contest.hand->push(0, 0.1, 30 + i, 1000);
-            const auto now = Clock::now();
-            contest.hand->relative(50, 0);
-            return now;
-        });
-    });
+    return motionLatency(contest, edge - 20, left);
 }
 
 void latencyRows() {

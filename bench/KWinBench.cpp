@@ -16,6 +16,7 @@ using bench::Contest;
 using bench::edge;
 using bench::Load;
 using bench::longest;
+using bench::median;
 using bench::now;
 using bench::number;
 using bench::Outside;
@@ -65,11 +66,6 @@ struct Costs {
     std::vector<double> own, wakeUps, compositor;
 };
 
-double median(std::vector<double> values) {
-    std::ranges::sort(values);
-    return values[values.size() / 2];
-}
-
 void measure(Contest& contest, bool hasProgram, Motion motion, int hz, Costs& costs) {
     constexpr double speed = 8000;
     contest.mouse().moveTo(motion == Motion::pushing ? edge - 20 : 640, 500);
@@ -117,12 +113,15 @@ void costRows() {
     costRow("free motion, 1000 Hz, palisor", "KWin 0 more", {}, Motion::free, 1000);
     costRow("free motion, 1000 Hz, palisor, pushes cross", "KWin 0 more", {.pushOption = true},
             Motion::free, 1000);
-    for (const char* product : {"vellumor", "crosshair"})
-        costRow("free motion, 1000 Hz, " + std::string(product), "KWin 3 % more",
-                {.product = product}, Motion::free, 1000);
     costRow("free motion, 8000 Hz, palisor", "0.3 %", {}, Motion::free, 8000);
     for (const int hz : {1000, 8000})
         costRow("pushing, " + std::to_string(hz) + " Hz", "1.5 %", {}, Motion::pushing, hz);
+}
+
+void followRows() {
+    for (const char* product : {"crosshair", "vellumor"})
+        costRow("free motion, 1000 Hz, " + std::string(product), "KWin 3 % more",
+                {.product = product}, Motion::free, 1000);
 }
 
 // Three refreshes of the screens in nine seconds.
@@ -270,6 +269,32 @@ std::string heldAgain(Contest& contest, bool isPushing, Change&& change) {
            number(outside.milliseconds, " ms, ", 0) + number(outside.depth, " px", 0);
 }
 
+/// From when KWin tells that its screen is unlocked until the cursor is held.
+void unlockedRow() {
+    Contest contest(Setting{}, true, {.locks = true});
+    support::LoginManager& login = *contest.desktop().login();
+    const auto becomes = [&](bool isLocked, std::size_t mark) {
+        return support::waitUntil([&] {
+            const auto states = statesSince(contest, mark);
+            return login.isLocked() == isLocked && !states.empty() &&
+                   states.back().isUsers == isLocked;
+        });
+    };
+    row("held again after the screen was unlocked", "300 ms",
+        {longest(10, [&](int) -> std::optional<double> {
+            auto mark = contest.mark();
+            login.lock();
+            if (!becomes(true, mark)) return std::nullopt;
+            rest(500);
+            mark = contest.mark();
+            login.unlock();
+            if (!support::waitUntil([&] { return !login.isLocked(); })) return std::nullopt;
+            const double begun = now();
+            if (!becomes(false, mark)) return std::nullopt;
+            return std::max(0.0, statesSince(contest, mark).back().when + 1 - begun);
+        })});
+}
+
 void againRows() {
     Contest contest(Setting{});
     using Changed = std::unique_ptr<support::ChildProcess>;
@@ -294,6 +319,7 @@ void againRows() {
     print("the other output has come back", false, [&] { return set("enable"); });
     print("it was moved", true, [&] { return set("position.1280,200"); });
     print("it was scaled", true, [&] { return set("scale.1.5"); });
+    unlockedRow();
 }
 
 } // namespace
@@ -308,6 +334,7 @@ int main(int count, char** arguments) {
     bench::printGroups(count, arguments,
                        {{"outside", outsideRows},
                         {"cost", costRows},
+                        {"follow", followRows},
                         {"idle", idleRow},
                         {"thresholds", thresholdRows},
                         {"latency", latencyRows},

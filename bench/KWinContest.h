@@ -19,8 +19,9 @@ inline double now() {
 
 /// A product on a private KWin, or nothing, with the cursor in the middle of the left monitor.
 struct Contest final : desktop::KWin {
-    explicit Contest(const std::optional<desktop::Setting>& setting, bool isWatched = true) {
-        begin();
+    explicit Contest(const std::optional<desktop::Setting>& setting, bool isWatched = true,
+                     const support::PrivateKWin::Options& options = {}) {
+        begin(options);
         if (isWatched) watch();
         if (setting) start(*setting);
         rest(500);

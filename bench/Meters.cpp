@@ -1,11 +1,10 @@
 #include "Meters.h"
 
 #include "testing/Child.h"
+#include "testing/Wakeups.h"
 
 #include <chrono>
 #include <ctime>
-#include <filesystem>
-#include <fstream>
 #include <pthread.h>
 #include <sched.h>
 #include <stdexcept>
@@ -26,32 +25,20 @@ double cpuSeconds(pid_t process) {
     return secondsOf(clock);
 }
 
-long voluntarySwitches(pid_t process) {
-    long sum = 0;
-    const std::filesystem::path tasks = "/proc/" + std::to_string(process) + "/task";
-    for (const auto& task : std::filesystem::directory_iterator(tasks)) {
-        std::ifstream status(task.path() / "status");
-        constexpr std::string_view name = "voluntary_ctxt_switches:";
-        for (std::string line; std::getline(status, line);)
-            if (line.starts_with(name)) sum += std::stol(line.substr(name.size()));
-    }
-    return sum;
-}
-
 } // namespace
 
 Usage::Usage(pid_t measured)
     : process(measured),
       begun(secondsOf(CLOCK_MONOTONIC)),
       usedBefore(cpuSeconds(measured)),
-      switchesBefore(voluntarySwitches(measured)) {}
+      switchesBefore(support::wakeups(measured)) {}
 
 double Usage::cpuPercent() const {
     return 100 * (cpuSeconds(process) - usedBefore) / (secondsOf(CLOCK_MONOTONIC) - begun);
 }
 
 double Usage::wakeUpsPerSecond() const {
-    return static_cast<double>(voluntarySwitches(process) - switchesBefore) /
+    return static_cast<double>(support::wakeups(process) - switchesBefore) /
            (secondsOf(CLOCK_MONOTONIC) - begun);
 }
 

@@ -123,10 +123,11 @@ std::string cost(bool holds, Motion motion, int hz, bool letsPushesThrough = fal
         contest.put(edge - 20, 500);
         contest.pushAgainstEdge(0.2, hz, speed);
     }
+    if (motion == Motion::none) rest(15000); // what the start has put off
     const Usage usage(contest.process());
     if (motion == Motion::free) contest.moveFreely(seconds, hz);
     if (motion == Motion::pushing) contest.pushAgainstEdge(seconds, hz, speed);
-    if (motion == Motion::none) rest(static_cast<int>(std::max(seconds, 9.0) * 1000));
+    if (motion == Motion::none) rest(static_cast<int>(std::max(seconds, 30.0) * 1000));
     return number(usage.cpuPercent(), " %") + ", " + number(usage.wakeUpsPerSecond(), "/s", 1);
 }
 
@@ -142,7 +143,7 @@ void costRows() {
             {cost(true, Motion::pushing, hz, true), cost(false, Motion::pushing, hz, true)});
 }
 
-// Three refreshes of the screens in nine seconds.
+// Ten refreshes of the screens in half a minute.
 void idleRow() {
     row("CPU, wake-ups: at rest", "0.33/s",
         {cost(true, Motion::none, 0), cost(false, Motion::none, 0)});

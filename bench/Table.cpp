@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <vector>
 
 namespace bench {
 
@@ -33,6 +32,11 @@ void printGroups(int count, char** arguments, std::initializer_list<Group> group
         if (wanted.empty() || std::ranges::find(wanted, group.name) != wanted.end()) group.print();
 }
 
+double median(std::vector<double> values) {
+    std::ranges::sort(values);
+    return values[values.size() / 2];
+}
+
 std::string longest(int tries, const std::function<std::optional<double>(int)>& tryOnce) {
     std::vector<double> times;
     int repeated = 0;
@@ -47,8 +51,8 @@ std::string longest(int tries, const std::function<std::optional<double>(int)>& 
         if (!time) return "never";
         times.push_back(*time);
     }
-    std::ranges::sort(times);
-    return number(times.back(), " ms", 1) + " (median " + number(times[times.size() / 2], ")", 1) +
+    return number(std::ranges::max(times), " ms", 1) + " (median " +
+           number(median(times), " of ", 1) + std::to_string(times.size()) + ")" +
            (repeated > 0 ? " " + std::to_string(repeated) + " again" : "");
 }
 

@@ -10,6 +10,7 @@
 #include <poll.h>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace bench {
 
@@ -33,8 +34,10 @@ struct Group {
 /// all.
 void printGroups(int count, char** arguments, std::initializer_list<Group> groups);
 
-/// The longest of several times, in milliseconds, and their median; "never" where one took too
-/// long. A try in which the machine stood still is made again. `tryOnce` is told how many came
+double median(std::vector<double> values); ///< of one and more
+
+/// The longest of several times, in milliseconds, their median and how many; "never" where one took
+/// too long. A try in which the machine stood still is made again. `tryOnce` is told how many came
 /// before it.
 std::string longest(int tries, const std::function<std::optional<double>(int)>& tryOnce);
 

@@ -6,7 +6,6 @@
 namespace desktop {
 namespace {
 
-constexpr int mouseRate = 1000;
 constexpr int displayRate = 60;
 
 /// Motion from the middle of one monitor towards another.

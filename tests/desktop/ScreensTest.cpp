@@ -8,7 +8,6 @@
 namespace desktop {
 namespace {
 
-constexpr int mouseRate = 1000;
 constexpr const char* sideBySide = "1920x1080+0+0,1280x1024+1920+56";
 constexpr const char* mirrored = "1920x1080+0+0,1920x1080+0+0";
 

@@ -17,10 +17,6 @@ using support::ChildProcess;
 using support::Stopped;
 using Keys = std::vector<std::string>;
 
-bool holds(const std::string& text, const std::string& part) {
-    return text.find(part) != std::string::npos;
-}
-
 /// Nothing but `key` is in trouble; it says that, and the last line that not all is well.
 void expectOnlyTrouble(const Visit& visit, const std::string& key, const std::string& says) {
     EXPECT_EQ(visit.troubles(), Keys{key}) << visit.said;

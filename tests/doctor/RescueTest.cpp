@@ -17,10 +17,6 @@ using support::ChildProcess;
 
 constexpr const char* nothing = "Nothing to rescue: nothing was left behind\n";
 
-bool holds(const std::string& text, const std::string& part) {
-    return text.find(part) != std::string::npos;
-}
-
 struct Rescue : testing::Test {
     Visit rescue() const {
         return visit(product.desktop.environment(), {"--product", "palisor", "--rescue"});

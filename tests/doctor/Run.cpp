@@ -41,6 +41,10 @@ std::vector<std::string> Visit::troubles() const {
     return keys;
 }
 
+bool holds(const std::string& text, const std::string& part) {
+    return text.find(part) != std::string::npos;
+}
+
 Visit visit(const support::Environment& environment, const std::vector<std::string>& options) {
     std::vector<std::string> command{programs() + "/palisor-doctor"};
     command.insert(command.end(), options.begin(), options.end());

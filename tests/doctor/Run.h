@@ -20,6 +20,9 @@ struct Visit {
     std::vector<std::string> troubles() const;
 };
 
+/// Whether the part stands somewhere in the text.
+bool holds(const std::string& text, const std::string& part);
+
 Visit visit(const support::Environment& environment,
             const std::vector<std::string>& options = {"--product", "palisor"});
 

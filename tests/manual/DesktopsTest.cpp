@@ -4,9 +4,7 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <gmock/gmock.h>
-#include <iterator>
 #include <map>
 #include <regex>
 
@@ -17,11 +15,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using testing::HasSubstr;
-
-std::string textOf(const fs::path& file) {
-    std::ifstream in(file);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
 
 /// The sources of the sessions, with the headings of their sections.
 std::map<fs::path, std::string> sessions() {
@@ -57,14 +50,6 @@ std::string sectionOf(const std::string& heading) {
     const std::size_t start = page.find("\n## " + heading + "\n");
     if (start == std::string::npos) return {};
     return page.substr(start, page.find("\n## ", start + 1) - start);
-}
-
-std::vector<std::string> allOf(const std::string& text, const char* pattern) {
-    std::vector<std::string> found;
-    const std::regex expression(pattern);
-    for (std::sregex_iterator at(text.begin(), text.end(), expression), end; at != end; ++at)
-        found.push_back((*at)[1]);
-    return found;
 }
 
 TEST(Desktops, HaveTheirSections) {

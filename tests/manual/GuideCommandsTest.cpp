@@ -1,4 +1,5 @@
 #include "manual/Console.h"
+#include "manual/Pages.h"
 #include "program/Products.h"
 #include "program/client/Words.h"
 
@@ -15,18 +16,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::vector<fs::path> pages() {
+std::vector<fs::path> pagesForUsers() {
     std::vector<fs::path> found;
     for (const auto& entry : fs::directory_iterator(fs::path(DOCUMENTS) / "guide"))
         if (entry.path().extension() == ".md") found.push_back(entry.path());
     for (const char* page : {"desktops.md", "faults.md", "../README.md"})
         found.push_back(fs::path(DOCUMENTS) / page);
     return found;
-}
-
-std::string textOf(const fs::path& file) {
-    std::ifstream in(file);
-    return {std::istreambuf_iterator<char>(in), {}};
 }
 
 std::vector<std::string> wordsOf(const std::string& text) {
@@ -90,7 +86,7 @@ struct GuideCommands : Console, testing::Test {
 // "setup gnome" would ask for a GNOME Shell, which its own tests have.
 TEST_F(GuideCommands, OfTheTextWork) {
     std::set<std::string> all;
-    for (const fs::path& page : pages())
+    for (const fs::path& page : pagesForUsers())
         for (const std::string& command : commandsIn(textOf(page)))
             if (command != "palisor setup gnome") all.insert(command);
     EXPECT_GT(all.size(), 15u);
@@ -102,7 +98,7 @@ TEST_F(GuideCommands, OfTheTextWork) {
 
 TEST_F(GuideCommands, OfTheBlocksPrintWhatIsShown) {
     int count = 0;
-    for (const fs::path& page : pages()) {
+    for (const fs::path& page : pagesForUsers()) {
         if (textOf(page).find("```console") == std::string::npos) continue;
         EXPECT_EQ(typed("palisor on"), "");
         for (const std::string& block : blocks(page, "console"))
@@ -121,7 +117,7 @@ TEST(GuideCommandsOfMake, AreThere) {
     const std::string makefile = textOf(fs::path(DOCUMENTS) / "../Makefile");
     int count = 0;
     const std::regex target("(?:`|\n    )make ([a-z]+)");
-    for (const fs::path& page : pages()) {
+    for (const fs::path& page : pagesForUsers()) {
         const std::string text = textOf(page);
         for (std::sregex_iterator at(text.begin(), text.end(), target), end; at != end; ++at) {
             EXPECT_THAT(makefile, testing::HasSubstr("\n" + std::string((*at)[1]) + ":")) << page;

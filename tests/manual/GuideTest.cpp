@@ -1,9 +1,8 @@
 #include "app/SettingsTable.h"
+#include "manual/Pages.h"
 
 #include <filesystem>
-#include <fstream>
 #include <gmock/gmock.h>
-#include <iterator>
 #include <regex>
 #include <set>
 
@@ -15,24 +14,10 @@ namespace {
 namespace fs = std::filesystem;
 using testing::HasSubstr;
 
-std::string textOf(const fs::path& file) {
-    std::ifstream in(file);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
 std::vector<fs::path> pages() {
     std::vector<fs::path> found{fs::path(DOCUMENTS).parent_path() / "README.md"};
     for (const auto& entry : fs::recursive_directory_iterator(DOCUMENTS))
         if (entry.path().extension() == ".md") found.push_back(entry.path());
-    return found;
-}
-
-/// All that a pattern's first group finds.
-std::vector<std::string> allOf(const std::string& text, const char* pattern) {
-    std::vector<std::string> found;
-    const std::regex expression(pattern);
-    for (std::sregex_iterator at(text.begin(), text.end(), expression), end; at != end; ++at)
-        found.push_back((*at)[1]);
     return found;
 }
 

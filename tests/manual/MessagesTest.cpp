@@ -1,11 +1,10 @@
+#include "manual/Pages.h"
 #include "program/Products.h"
 #include "strings/Strings.h"
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <gmock/gmock.h>
-#include <iterator>
 #include <regex>
 #include <set>
 #include <sstream>
@@ -18,11 +17,6 @@ namespace {
 namespace fs = std::filesystem;
 
 using Texts = std::set<std::string>;
-
-std::string textOf(const fs::path& file) {
-    std::ifstream in(file);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
 
 std::string trimmed(const std::string& text) {
     const std::size_t first = text.find_first_not_of(" \n");

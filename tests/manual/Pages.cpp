@@ -3,6 +3,8 @@
 #include "app/Variants.h"
 
 #include <fstream>
+#include <iterator>
+#include <regex>
 #include <sstream>
 #include <stdexcept>
 
@@ -25,6 +27,19 @@ std::string withoutFonts(const std::string& line) {
 }
 
 } // namespace
+
+std::string textOf(const std::filesystem::path& file) {
+    std::ifstream in(file);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+std::vector<std::string> allOf(const std::string& text, const char* pattern) {
+    std::vector<std::string> found;
+    const std::regex expression(pattern);
+    for (std::sregex_iterator at(text.begin(), text.end(), expression), end; at != end; ++at)
+        found.push_back((*at)[1]);
+    return found;
+}
 
 std::string pageFile(const std::string& name) {
     return std::string(SHARE) + "/man/man1/" + name + ".1";

@@ -2,13 +2,21 @@
 
 #include "program/Products.h"
 
+#include <filesystem>
 #include <map>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace manual {
 
 using Names = std::set<std::string>;
+
+/// Nothing where the file cannot be read.
+std::string textOf(const std::filesystem::path& file);
+
+/// What a pattern's first group finds, in its order.
+std::vector<std::string> allOf(const std::string& text, const char* pattern);
 
 /// The file of a page, by its name without the section.
 std::string pageFile(const std::string& name);

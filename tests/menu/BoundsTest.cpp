@@ -14,8 +14,6 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-constexpr xcb_keysym_t down = 0xff54, space = 0x20;
-
 class MenuBounds : public MenuTest {
   protected:
     MenuBounds() { addEntry(menu, "Borders").submenu = boundsMenu(boxes); }
@@ -173,11 +171,11 @@ TEST_F(MenuBounds, CutNothingInALargeFont) {
 
 TEST_F(MenuBounds, CanBeSetByKeys) {
     whileOpen([&] {
-        hand.type(down);
+        hand.type(key::down);
         hand.type(key::right);
         EXPECT_TRUE(waitUntil([] { return openMenus() == 2; }));
         hand.type(key::right);
-        hand.type(space);
+        hand.type(key::space);
         EXPECT_TRUE(target.waitFor("box 12=1 leftUp/0"));
         hand.type(key::escape);
         EXPECT_TRUE(waitUntil([] { return openMenus() == 1; }));

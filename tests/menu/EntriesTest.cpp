@@ -9,8 +9,6 @@ namespace key = support::key;
 
 namespace {
 
-constexpr xcb_keysym_t up = 0xff52, down = 0xff54;
-
 class MenuEntries : public MenuTest {
   protected:
     MenuEntries() {
@@ -105,8 +103,8 @@ TEST_F(MenuEntries, OpenASubmenuByAClickWhenTheyHaveNoAction) {
 TEST_F(MenuEntries, AreReachedByTheArrowKeys) {
     // The separator and the greyed entry are passed over.
     EXPECT_EQ(heard([&] {
-                  hand.type(down);
-                  hand.type(down);
+                  hand.type(key::down);
+                  hand.type(key::down);
                   hand.type(key::enter);
                   EXPECT_TRUE(target.waitFor("chosen both leftDown/0"));
               }),
@@ -115,8 +113,8 @@ TEST_F(MenuEntries, AreReachedByTheArrowKeys) {
 
 TEST_F(MenuEntries, OpenAndLeaveASubmenuByKeys) {
     EXPECT_EQ(heard([&] {
-                  hand.type(down);
-                  hand.type(down);
+                  hand.type(key::down);
+                  hand.type(key::down);
                   hand.type(key::right);
                   EXPECT_TRUE(waitUntil([] { return openMenus() == 2; }));
                   hand.type(key::escape);

@@ -13,7 +13,7 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-constexpr xcb_keysym_t home = 0xff50, end = 0xff57, down = 0xff54;
+constexpr xcb_keysym_t home = 0xff50, end = 0xff57;
 
 class MenuSlider : public MenuTest {
   protected:
@@ -189,8 +189,8 @@ TEST_F(MenuSlider, ObeysTheKeysThatAreStoredLikeARelease) {
 
 TEST_F(MenuSlider, ObeysTheKeysWhenItWasReachedByThem) {
     whileOpen([&] {
-        hand.type(down);
-        hand.type(down);
+        hand.type(key::down);
+        hand.type(key::down);
         hand.type(key::right);
         EXPECT_TRUE(waitUntil([] { return openMenus() == 2; }));
         hand.type(key::right);
@@ -216,7 +216,7 @@ TEST_F(MenuSlider, LeavesTheKeyboardToTheMenuWhenItIsReleased) {
         EXPECT_TRUE(target.waitFor("moved 4 leftUp/0"));
         hand.type(key::escape);
         EXPECT_TRUE(waitUntil([] { return openMenus() == 1; }));
-        hand.type(0xff52); // up, from the slider's entry to the first
+        hand.type(key::up); // from the slider's entry to the first
         hand.type(key::enter);
         EXPECT_TRUE(target.waitFor("chosen above leftDown/0"));
     });

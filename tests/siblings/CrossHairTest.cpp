@@ -9,7 +9,6 @@ namespace {
 
 constexpr Colour white{255, 255, 255};
 constexpr Colour red{255, 0, 0};
-constexpr int mouseRate = 1000;
 
 bool isHalfRed(const Colour& colour) {
     const auto isHalf = [](int channel) { return channel >= 126 && channel <= 129; };

@@ -6,7 +6,6 @@ namespace desktop {
 namespace {
 
 constexpr int displayRate = 125;
-constexpr int mouseRate = 1000;
 constexpr const char* two = "1920x1080+0+0,1280x1024+1920+56";
 
 Setting wrapping(bool pause) {

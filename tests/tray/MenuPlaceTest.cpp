@@ -13,7 +13,7 @@ const QSize menu(240, 400);
 
 // 28 pixels wide each.
 const QRect top(100, 50, 1280, 28), bottom(100, 822, 1280, 28);
-const QRect left(100, 50, 28, 800), right(1352, 50, 28, 800);
+const QRect leftPanel(100, 50, 28, 800), rightPanel(1352, 50, 28, 800);
 
 struct Row {
     const char* name;
@@ -24,17 +24,17 @@ struct Row {
 const Row rows[] = {
     {"at the top", {{600, 52, 24, 24}, top, false}, {600, 78}, {384, 78}},
     {"at the bottom", {{600, 824, 24, 24}, bottom, false}, {600, 422}, {384, 422}},
-    {"at the left", {{102, 200, 24, 24}, left, true}, {128, 200}, {128, 200}},
-    {"at the right", {{1354, 200, 24, 24}, right, true}, {1112, 200}, {1112, 200}},
+    {"at the left", {{102, 200, 24, 24}, leftPanel, true}, {128, 200}, {128, 200}},
+    {"at the right", {{1354, 200, 24, 24}, rightPanel, true}, {1112, 200}, {1112, 200}},
     {"in the corner of the top", {{1354, 52, 24, 24}, top, false}, {1140, 78}, {1138, 78}},
     {"in the other corner", {{102, 52, 24, 24}, top, false}, {102, 78}, {100, 78}},
-    {"low at the left", {{102, 824, 24, 24}, left, true}, {128, 450}, {128, 450}},
+    {"low at the left", {{102, 824, 24, 24}, leftPanel, true}, {128, 450}, {128, 450}},
     {"in a short panel that is as wide as high",
      {{600, 822, 28, 28}, {600, 822, 28, 28}, false},
      {600, 422},
      {388, 422}},
     {"in an upright one that says nothing",
-     {{102, 200, 24, 24}, left, false},
+     {{102, 200, 24, 24}, leftPanel, false},
      {128, 200},
      {128, 200}},
     {"in a short one that says nothing",
@@ -70,7 +70,7 @@ TEST(MenuPlace, KeepsTheBeginningOfAMenuThatIsLargerThanTheScreenOnIt) {
 TEST(MenuPlace, IsAtTheEndOfAPanelWhereTraysAre) {
     EXPECT_EQ(platform::qt::endOf(bottom, Qt::LeftToRight).item, QRect(1379, 849, 1, 1));
     EXPECT_EQ(platform::qt::endOf(bottom, Qt::RightToLeft).item, QRect(100, 849, 1, 1));
-    const MenuAnchor upright = platform::qt::endOf(left, Qt::RightToLeft);
+    const MenuAnchor upright = platform::qt::endOf(leftPanel, Qt::RightToLeft);
     EXPECT_TRUE(upright.isVertical);
     EXPECT_EQ(menuCorner(menu, upright, screen, Qt::RightToLeft), QPoint(128, 450));
 }

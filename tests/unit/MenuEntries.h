@@ -6,6 +6,8 @@
 
 namespace palisor {
 
+inline const platform::Value on{true}, off{false};
+
 /// The entry with that title, anywhere in the menu.
 inline MenuItem& entry(Program& program, std::string_view title) {
     for (const auto& item : program.app.mainMenu->items)

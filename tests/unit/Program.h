@@ -17,6 +17,8 @@ namespace palisor {
 using Lines = std::vector<std::string>;
 
 inline constexpr const char* sideBySide = "1920x1080+0+0,1280x1024+1920+56";
+/// Its monitors, in top-left coordinates; they are level with each other below.
+inline constexpr platform::Rect left{0, 0, 1920, 1080}, right{1920, 56, 1280, 1024};
 inline constexpr const char* oneMonitor = "1920x1080+0+0";
 
 struct Program {

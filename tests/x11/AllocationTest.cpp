@@ -1,39 +1,15 @@
-// A program of its own, because it replaces the allocation functions.
+// A program of its own, because the allocation functions are replaced in it.
 
 #include "platform/x11/input/InputEvents.h"
 #include "testing/FewDescriptors.h"
 #include "testing/KeptLog.h"
+#include "testing/allocations/Allocations.h"
 #include "testing/desktop/Hand.h"
 #include "testing/desktop/PrivateDesktop.h"
 
 #include "TestLoop.h"
 
-#include <cstdlib>
 #include <gtest/gtest.h>
-#include <new>
-
-namespace {
-
-thread_local long allocations = 0; // the desktop reads its programs on other threads
-
-} // namespace
-
-void* operator new(std::size_t size) {
-    ++allocations;
-    if (void* memory = std::malloc(size)) return memory;
-    throw std::bad_alloc();
-}
-// The sanitizer's own would not fit the deletes below.
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    ++allocations;
-    return std::malloc(size);
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
 
 TEST(X11InputEvents, AllocateNothingForAnEventOnceRunning) {
     support::PrivateDesktop desktop;
@@ -69,10 +45,10 @@ TEST(X11InputEvents, AllocateNothingForAnEventOnceRunning) {
     constexpr int events = 60; // each is told in a frame of its own
     for (int i = 0; i < events; ++i) {
         hand.relative(7, 1);
-        const long handsOwn = allocations;
+        const std::size_t handsOwn = support::allocations();
         while (handled <= i)
             descriptors.turn();
-        EXPECT_EQ(allocations, handsOwn);
+        EXPECT_EQ(support::allocations(), handsOwn);
     }
     EXPECT_EQ(handled, events);
 }

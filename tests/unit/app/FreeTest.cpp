@@ -14,9 +14,6 @@ using platform::Value;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr Rect left{0, 0, 1920, 1080};
-constexpr Rect right{1920, 56, 1280, 1024}; // top-left coordinates
-
 TEST(Free, LiftsBarrierAndDarknessForThatLong) {
     Controlled program;
     program.effects();

@@ -71,6 +71,32 @@ TEST(Wordings, TellInEveryProductWhatItDoesAndWhatTheThreeKeysDoInIt) {
         }
 }
 
+TEST(Wordings, TellOfASwitchInThePlaceOfTheIconWhereTheShellShowsOne) {
+    const std::pair<std::string_view, std::string_view> rows[] = {
+        {"palisor", "TESTO_PALISOR"},         {"vellumor", "TESTO_AGGIUNTO"},
+        {"quenlow", "TESTO_AGGIUNTO"},        {"orbisant", "TESTO_AGGIUNTO"},
+        {"stay-awake", "TESTO_AGGIUNTO"},     {"crosshair", "TESTO_AGGIUNTO"},
+        {"calendar-alerts", "TESTO_AGGIUNTO"}};
+    struct Words {
+        const char *language, *icon, *rightClick, *place;
+    };
+    for (const auto& [language, icon, rightClick, place] :
+         {Words{"en", "icon", "right-click", "in the quick settings"},
+          Words{"it", "icona", "clic destro", "nelle impostazioni rapide"}})
+        for (const auto& [product, key] : rows) {
+            const std::string with(wordingOf(product, language, key));
+            ASSERT_NE(with.find(rightClick), std::string::npos) << product;
+            const std::string text = wordingWithSwitch(product, language, key).value_or("");
+            EXPECT_NE(text.find(place), std::string::npos) << product << ' ' << text;
+            EXPECT_EQ(text.find(icon), std::string::npos) << text;
+            EXPECT_EQ(text.find(rightClick), std::string::npos) << text;
+            const std::string before = with.substr(0, with.rfind("\n\n") + 2);
+            EXPECT_TRUE(text.starts_with(before)) << text;
+        }
+    EXPECT_FALSE(wordingWithSwitch("palisor", "en", "OK"));
+    EXPECT_FALSE(wordingWithSwitch("vellumor", "en", "TESTO_VELLUMOR"));
+}
+
 TEST(Wordings, LeaveAllOtherTextsAndProductsAlone) {
     EXPECT_EQ(wordingOf("palisor", "en", "OK"), "OK");
     EXPECT_EQ(wordingOf("orbisant", "en", "TESTO_AGGIUNTO"), lookUp("en", "TESTO_AGGIUNTO"));

@@ -10,9 +10,6 @@ namespace {
 using platform::Rect;
 using platform::Value;
 
-constexpr Rect left{0, 0, 1920, 1080};
-constexpr Rect right{1920, 56, 1280, 1024}; // top-left coordinates; level with the left one below
-
 TEST(HeldScreen, IsTheOneThatTheBarrierIsAnchoredOn) {
     Program program(variants::barrier);
     program.platform.pointer.place({2000, 500});

@@ -10,8 +10,8 @@ using platform::Value;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr const char* off = R"(write {"key":"ATTIVO","value":false})";
-constexpr const char* on = R"(write {"key":"ATTIVO","value":true})";
+constexpr const char* switchesOff = R"(write {"key":"ATTIVO","value":false})";
+constexpr const char* switchesOn = R"(write {"key":"ATTIVO","value":true})";
 
 struct Keys : Program {
     explicit Keys(int variant = variants::barrier) : Program(variant) {
@@ -35,10 +35,10 @@ TEST(Combination, IsHeldAtTheThirdKeyInAnyOrderAndReleasedAtTheFirst) {
             EXPECT_THAT(keys.effects(), IsEmpty());
             keys.modifier(order[2]);
             EXPECT_TRUE(keys.app.combo);
-            EXPECT_THAT(keys.writesOf(keys::ATTIVO), ElementsAre(off));
+            EXPECT_THAT(keys.writesOf(keys::ATTIVO), ElementsAre(switchesOff));
             keys.modifier(released);
             EXPECT_FALSE(keys.app.combo);
-            EXPECT_THAT(keys.writesOf(keys::ATTIVO), ElementsAre(on));
+            EXPECT_THAT(keys.writesOf(keys::ATTIVO), ElementsAre(switchesOn));
         }
     } while (std::ranges::next_permutation(order).found);
 }
@@ -107,7 +107,7 @@ TEST(Combination, HeldWhileTheBarrierIsOffSwitchesItOnWhenReleased) {
     keys.hold();
     EXPECT_THAT(keys.writesOf(keys::ATTIVO), IsEmpty());
     keys.modifier(codes::command);
-    EXPECT_THAT(keys.writesOf(keys::ATTIVO), ElementsAre(on));
+    EXPECT_THAT(keys.writesOf(keys::ATTIVO), ElementsAre(switchesOn));
 }
 
 TEST(Combination, HeldAndReleasedActsOnWhetherTheProductIsOnAtThatMoment) {
@@ -117,12 +117,18 @@ TEST(Combination, HeldAndReleasedActsOnWhetherTheProductIsOnAtThatMoment) {
         bool held, after;
         Lines releaseWrites;
     } const cases[] = {
-        {{8}, true, false, false, true, {on}},     {{8}, false, false, false, true, {on}},
-        {{8}, true, true, true, true, {}},         {{8}, false, true, true, true, {}},
-        {{2, 5}, true, false, true, false, {off}}, {{2, 5}, false, false, true, false, {off}},
-        {{2, 5}, true, true, false, false, {}},    {{2, 5}, false, true, false, false, {}},
-        {{1}, true, false, true, true, {}},        {{1}, false, false, false, true, {on}},
-        {{1}, true, true, false, true, {on}},      {{1}, false, true, true, true, {}},
+        {{8}, true, false, false, true, {switchesOn}},
+        {{8}, false, false, false, true, {switchesOn}},
+        {{8}, true, true, true, true, {}},
+        {{8}, false, true, true, true, {}},
+        {{2, 5}, true, false, true, false, {switchesOff}},
+        {{2, 5}, false, false, true, false, {switchesOff}},
+        {{2, 5}, true, true, false, false, {}},
+        {{2, 5}, false, true, false, false, {}},
+        {{1}, true, false, true, true, {}},
+        {{1}, false, false, false, true, {switchesOn}},
+        {{1}, true, true, false, true, {switchesOn}},
+        {{1}, false, true, true, true, {}},
         {{0, 3, 7}, true, true, false, false, {}},
     };
     for (const auto& [products, before, byHand, held, after, releaseWrites] : cases) {
@@ -149,9 +155,9 @@ TEST(Combination, SwitchesTheEdgeProductsOnWhileHeld) {
         Keys keys(variant);
         keys.setting(keys::ATTIVO, Value{false});
         keys.hold();
-        EXPECT_THAT(keys.writesOf(keys::ATTIVO), ElementsAre(on));
+        EXPECT_THAT(keys.writesOf(keys::ATTIVO), ElementsAre(switchesOn));
         keys.modifier(codes::command);
-        EXPECT_THAT(keys.writesOf(keys::ATTIVO), ElementsAre(off));
+        EXPECT_THAT(keys.writesOf(keys::ATTIVO), ElementsAre(switchesOff));
     }
 }
 

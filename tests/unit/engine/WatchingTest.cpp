@@ -20,8 +20,8 @@ struct Watched : Program {
     /// With these sides and no other ones armed: 1 left, 2 top, 3 right, 4 bottom.
     const std::vector<Rect>& strips(std::initializer_list<int> sides,
                                     std::initializer_list<int> corners = {1, 2, 3, 4}) {
-        const auto arm = [&](CheckBox& box, bool on) {
-            box.state = on ? 1 : 0;
+        const auto arm = [&](CheckBox& box, bool armed) {
+            box.state = armed ? 1 : 0;
             app.valueChange(box);
         };
         int number = 0;

@@ -9,8 +9,6 @@ using platform::Value;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-const Value on{true}, off{false};
-
 void click(Program& program, int button) {
     program.platform.application.setCurrentEvent(
         {.type = platform::EventType::leftMouseDown, .buttonNumber = button});

@@ -57,10 +57,9 @@ struct Shown {
     Lines menu;
 };
 
-const Value on{true}, off{false};
 const Value one{std::string("1")};
 
-const Shown table[] = {
+const Shown menus[] = {
     {"BarrierOn",
      8,
      {},
@@ -178,7 +177,7 @@ TEST_P(StatusMenu, HasItsEntriesInOrder) {
     EXPECT_EQ(menuOf(program), spelledOut(GetParam().menu));
 }
 
-INSTANTIATE_TEST_SUITE_P(Products, StatusMenu, testing::ValuesIn(table),
+INSTANTIATE_TEST_SUITE_P(Products, StatusMenu, testing::ValuesIn(menus),
                          [](const auto& shown) { return shown.param.name; });
 
 TEST(StatusMenu, OfTheOtherProductsHasTheCommonEntriesOnly) {

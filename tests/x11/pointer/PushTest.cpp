@@ -187,12 +187,12 @@ TEST(HoldGeometry, TellsWhatOfAMonitorLiesBeyondASide) {
 }
 
 TEST(HoldGeometry, ClampsAPointOutsideAsTheServerWould) {
-    const Box left{0, 0, 1920, 1080}, right{1920, 56, 3200, 1080};
-    const std::vector<Box> both{left, right};
-    EXPECT_EQ(onDesktop({2000, 500}, left, both), (Point{2000, 500}));
-    EXPECT_EQ(onDesktop({9000, 500}, left, both), (Point{3199, 500}));
-    EXPECT_EQ(onDesktop({2000, 2000}, left, both), (Point{2000, 1079}));
-    EXPECT_EQ(onDesktop({2000, 30}, left, both), (Point{1919, 30})) << "there is no monitor";
+    const Box held{0, 0, 1920, 1080}, other{1920, 56, 3200, 1080};
+    const std::vector<Box> both{held, other};
+    EXPECT_EQ(onDesktop({2000, 500}, held, both), (Point{2000, 500}));
+    EXPECT_EQ(onDesktop({9000, 500}, held, both), (Point{3199, 500}));
+    EXPECT_EQ(onDesktop({2000, 2000}, held, both), (Point{2000, 1079}));
+    EXPECT_EQ(onDesktop({2000, 30}, held, both), (Point{1919, 30})) << "there is no monitor";
 }
 
 namespace {

@@ -1,4 +1,4 @@
-#include "Allocations.h"
+#include "testing/allocations/Allocations.h"
 
 #include <cstdlib>
 #include <new>
@@ -7,11 +7,11 @@
 
 namespace {
 
-std::size_t count = 0;
+thread_local std::size_t count = 0;
 
 } // namespace
 
-std::size_t bench::allocations() {
+std::size_t support::allocations() {
     return count;
 }
 
@@ -19,6 +19,12 @@ void* operator new(std::size_t size) {
     ++count;
     if (void* memory = std::malloc(size)) return memory;
     throw std::bad_alloc();
+}
+
+// The sanitizer's own would not fit the deletes below.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    ++count;
+    return std::malloc(size);
 }
 
 void operator delete(void* memory) noexcept {
