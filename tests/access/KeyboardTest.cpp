@@ -116,6 +116,21 @@ TEST_F(KeyboardAlone, GoesFromTheFirstStartToTheMenusSliders) {
     EXPECT_TRUE(program->running());
 }
 
+TEST_F(KeyboardAlone, ReadsTheShortcutInTheLayoutThatTheUserGoesTo) {
+    constexpr xcb_keysym_t nextLayout = 0xfe08;
+    spawn({.more = {{"customShortcut", shortcut(40, 0xC0000)}}});
+    ASSERT_TRUE(isUpSoon()) << program->errors();
+    const auto done =
+        desktop.spawn("setxkbmap", {"-layout", "us,ru", "-option", "grp:caps_toggle"});
+    ASSERT_EQ(done->wait(), 0) << done->errors();
+    choose(2);
+    EXPECT_TRUE(shows("push button \"Ctrl+Alt+K\""));
+    hand.type(nextLayout);
+    EXPECT_TRUE(shows("push button \"Ctrl+Alt+Л\""));
+    hand.type(nextLayout);
+    EXPECT_TRUE(shows("push button \"Ctrl+Alt+K\""));
+}
+
 TEST_F(KeyboardAlone, GoesRoundTheBoxesOfTheBordersAsTheyLie) {
     spawn({.product = "orbisant"});
     ASSERT_TRUE(isUpSoon()) << program->errors();

@@ -1,7 +1,6 @@
 #include "hotkeys/Popup.h"
 #include "testing/desktop/TestWindow.h"
 
-#include <algorithm>
 #include <csignal>
 #include <gtest/gtest.h>
 
@@ -73,35 +72,6 @@ TEST(Shortcut, ThatIsClearedDoesNothingAnyMore) {
     ASSERT_TRUE(popup.endsRecording());
     popup.hand.chord({key::leftControl, key::leftAlt, 'j'});
     EXPECT_TRUE(popup.turns(true)) << "the new one works at once, also while the popup is up";
-}
-
-TEST(Shortcut, IsShownInTheLayoutThatTheUserGoesTo) {
-    constexpr xcb_keysym_t nextLayout = 0xfe08;
-    Popup popup({{"customShortcut", ctrlAltK}});
-    ASSERT_TRUE(popup.saysThatItStarts());
-    const auto done =
-        popup.desktop.spawn("setxkbmap", {"-layout", "us,ru", "-option", "grp:caps_toggle"});
-    ASSERT_EQ(done->wait(), 0) << done->errors();
-    popup.openFromMenu();
-    ASSERT_TRUE(popup.isUp());
-    // The frame is the window manager's, the rest is painted at once.
-    const support::Area frame = popup.area();
-    constexpr int border = 30;
-    const auto look = [&] {
-        return popup.eye
-            .picture({frame.x + border, frame.y + border, frame.width - 2 * border,
-                      frame.height - 2 * border})
-            .pixels;
-    };
-    std::vector<support::Colour> latin;
-    ASSERT_TRUE(popup.eye.waitUntilSeen([&] {
-        latin = look();
-        return std::ranges::count(latin, latin.front()) != std::ssize(latin);
-    }));
-    popup.hand.type(nextLayout);
-    EXPECT_TRUE(popup.eye.waitUntilSeen([&] { return look() != latin; }));
-    popup.hand.type(nextLayout);
-    EXPECT_TRUE(popup.eye.waitUntilSeen([&] { return look() == latin; }));
 }
 
 TEST(Shortcut, ThatTheWindowManagerHoldsIsRefusedAndTheOldOneStays) {

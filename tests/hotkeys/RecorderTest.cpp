@@ -275,6 +275,20 @@ TEST_F(Recorder, IsCancelledByEscapeAloneByAClickElsewhereAndByAnotherWindow) {
     EXPECT_EQ(stores, 1);
 }
 
+TEST_F(Recorder, GoesOnWhereTheWindowIsTheActiveOneAgain) {
+    open();
+    window->activateWindow();
+    click(field);
+    keyboard.left();
+    EXPECT_FALSE(isRecording());
+    EXPECT_EQ(shown(), "empty");
+    QEventLoop wait;
+    keyboard.started = [&wait] { wait.quit(); };
+    wait.exec(); // the test's own limit ends it otherwise
+    EXPECT_TRUE(isRecording());
+    EXPECT_EQ(shown(), "press");
+}
+
 TEST_F(Recorder, IsClearedByBackspaceByDeleteAndByItsButton) {
     for (const std::uint16_t code : {backspace, deleteKey}) {
         store(ctrlK);

@@ -250,7 +250,7 @@ TEST(ActionServer, ThatTakesTooLongIsGivenUpAtTheLimitOfTenSeconds) {
         exchange.launch();
         expectPlainStart(exchange);
         EXPECT_EQ(exchange.http.asked.timeout, 10);
-        EXPECT_GE(exchange.took.count(), limit);
+        EXPECT_GE(exchange.took.count(), limit - 0.01) << "curl counts in milliseconds";
     }
 }
 

@@ -127,8 +127,8 @@ void ShortcutRecorder::start() {
     waiting.stop();
     if (recording || !isEnabled()) return;
     field->setFocus();
-    recording = hotKeys.startRecording([this](const auto& stroke) { pressed(stroke); },
-                                       [this] { cancel(); });
+    recording =
+        hotKeys.startRecording([this](const auto& stroke) { pressed(stroke); }, [this] { left(); });
     if (!recording) {
         say(texts.keyboard, true);
         return;
@@ -150,6 +150,15 @@ void ShortcutRecorder::cancel() {
     waiting.stop();
     stop();
     refresh();
+}
+
+/// A window manager that shows a window may move the focus away and back again while it does so.
+void ShortcutRecorder::left() {
+    cancel();
+    tryAgain = [this] {
+        if (window()->isActiveWindow()) start();
+    };
+    waiting.start();
 }
 
 void ShortcutRecorder::pressed(const RecordableHotKeys::Stroke& stroke) {

@@ -65,6 +65,7 @@ class ShortcutRecorder final : public Accessory {
     void start();
     void startWhenFree(int attempts, const std::string& sentence);
     void cancel();
+    void left();
     void stop();
     void pressed(const RecordableHotKeys::Stroke& stroke);
     const std::string* objectionTo(const Shortcut& shortcut);
@@ -81,7 +82,7 @@ class ShortcutRecorder final : public Accessory {
     Needed needed;
     ShortcutField* field;
     QLabel* words;
-    QTimer waiting; ///< for the keyboard to be free
+    QTimer waiting; ///< for the keyboard to be free, or the focus to be back
     std::function<void()> tryAgain;
     bool recording = false;
     bool began = false; ///< by itself
