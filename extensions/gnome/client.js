@@ -2,7 +2,7 @@ import Gio from 'gi://Gio';
 import GLib from 'gi://GLib';
 
 import {Crossing} from './crossing.js';
-import {HiddenCursor, warp, where} from './cursor.js';
+import {HiddenCursor, STATE, warp, where} from './cursor.js';
 import {Hold} from './hold.js';
 import {Recording, switchWorkspace} from './keys.js';
 import {PushReport} from './push.js';
@@ -12,6 +12,7 @@ import {Watch} from './watch.js';
 
 const INTERFACE = 'com.tamberlo.Shell1';
 const PATIENCE = 1000; // milliseconds: who does not answer for so long hangs, and nothing of his stays
+const CALM = 250; // milliseconds, and once more: an answer to keys that went up has come
 const LATE = 100_000; // microseconds: a bus that takes longer for its own answer
 
 /** What `make` returns; null where the shell has no longer what it is made of. */
@@ -33,6 +34,7 @@ export class Client {
         this._service = service;
         this._grabs = new Map(); // by the program's numbers
         this._silence = new Gio.Cancellable();
+        this._wasBusy = false;
         this._begin();
         this._scheme = part(() => new Scheme(dark => this._tell('Dark', '(b)', [dark])));
         this._watchedName = Gio.bus_watch_name_on_connection(bus, sender, Gio.BusNameWatcherFlags.NONE, null,
@@ -59,6 +61,7 @@ export class Client {
         if (this._heart)
             GLib.source_remove(this._heart);
         this._heart = 0;
+        this._hearAgain();
         this._dropLate();
         if (this._watchedName)
             Gio.bus_unwatch_name(this._watchedName);
@@ -103,6 +106,8 @@ export class Client {
 
     /** All that was asked for is undone; the program may ask again. */
     free(reason) {
+        if (reason === 'shortcut')
+            this._deafen();
         if (!this.isBusy())
             return;
         this._end();
@@ -111,9 +116,36 @@ export class Client {
         this._service.clientChanged();
     }
 
+    // The shortcut's own modifiers may be what lets the cursor go, and a program holds it again when
+    // they are up.
+    _deafen() {
+        this._hearAgain();
+        let calm = 0;
+        this._deaf = GLib.timeout_add(GLib.PRIORITY_DEFAULT, CALM, () => {
+            calm = where()[2] & STATE ? 0 : calm + 1;
+            if (calm < 2)
+                return GLib.SOURCE_CONTINUE;
+            this._deaf = 0;
+            return GLib.SOURCE_REMOVE;
+        });
+    }
+
+    _hearAgain() {
+        if (this._deaf)
+            GLib.source_remove(this._deaf);
+        this._deaf = 0;
+    }
+
     /** Whether anything that a user would be stuck with is in force. */
     isBusy() {
-        return [this._hold, this._veils, this._cursor, this._recording].some(each => each?.isOn());
+        const isBusy = [this._hold, this._veils, this._cursor, this._recording].some(each => each?.isOn());
+        this._wasBusy ||= isBusy;
+        return isBusy;
+    }
+
+    /** Whether it has ever been. */
+    wasBusy() {
+        return this._wasBusy || this.isBusy();
     }
 
     monitorsChanged() {
@@ -175,6 +207,8 @@ export class Client {
     }
 
     Hold(area, moves, place) {
+        if (this._deaf)
+            return;
         this._hold?.begin(area, moves ? place : null);
         if (moves)
             this._crossing?.begin(area);
@@ -206,6 +240,8 @@ export class Client {
     }
 
     Cover(number, area, colour, opacity, catches) {
+        if (this._deaf)
+            return;
         this._afterCrossing(number, () => this._veils?.show(number, {area, colour, opacity, catches}));
     }
 
@@ -221,7 +257,7 @@ export class Client {
     }
 
     HideCursor(hidden) {
-        this._cursor?.set(hidden);
+        this._cursor?.set(hidden && !this._deaf);
     }
 
     Grab(number, accelerator) {

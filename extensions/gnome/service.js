@@ -49,9 +49,12 @@ export class Service {
         this._object.unexport();
     }
 
-    /** Whether anything is in force has changed: the shortcut that frees all is there only then. */
+    /**
+     * Whether anything is in force has changed. The shortcut that frees all is there from the first time
+     * on: its own keys may be what lets the cursor go, and holds it again when they are up.
+     */
     clientChanged() {
-        const isNeeded = [...this._clients.values()].some(client => client.isBusy());
+        const isNeeded = [...this._clients.values()].some(client => client.wasBusy());
         if (isNeeded && this._escape === null)
             this._escape = this.accelerators?.grab(FREE_ALL, () => this._freeAll()) ?? null;
         else if (!isNeeded)

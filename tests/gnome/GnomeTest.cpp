@@ -95,6 +95,30 @@ TEST_F(Gnome, TheShellsOwnShortcutFreesEverything) {
     EXPECT_GE(shell->cursor().x, 1280);
 }
 
+TEST_F(Gnome, TheShellsOwnShortcutFreesEverythingWhereItsKeysLetTheCursorGoAlready) {
+    start({.more = {{"CTRLALTCMD", flag(true)}}});
+    const unsigned keys[] = {KEY_LEFTCTRL, KEY_LEFTALT, KEY_LEFTMETA};
+    for (const unsigned key : keys)
+        hand->key(key, true);
+    ASSERT_TRUE(waitUntil([&] { return veils() == noneIsDark; }));
+    hand->key(KEY_ESC, true);
+    hand->key(KEY_ESC, false);
+    for (const unsigned key : keys)
+        hand->key(key, false);
+    EXPECT_TRUE(
+        waitUntil([&] { return command({"status"}).find("active yes") != std::string::npos; }));
+    EXPECT_EQ(veils(), noneIsDark);
+    hand->push(20, 0, 100, mouseRate);
+    EXPECT_GE(shell->cursor().x, 1280);
+    ASSERT_TRUE(waitUntil([&] {
+        return shell->isTrue(std::string("[...Main.extensionManager.lookup('") + uuid +
+                             "').stateObj._service._clients.values()].every(c => !c._deaf)");
+    }));
+    command({"off"});
+    command({"on"});
+    EXPECT_TRUE(waitUntil([&] { return veils() != noneIsDark; })) << "a moment later it is heard";
+}
+
 TEST_F(Gnome, TheShortcutSwitchesTheProduct) {
     start();
     hand->chord({KEY_LEFTCTRL, KEY_LEFTMETA, KEY_K});
