@@ -191,6 +191,26 @@ TEST_F(KWinHiding, EndsHoweverTheProgramDoes) {
     }
 }
 
+/// The strips along a hot border have a cursor without a picture.
+TEST_F(KWinHiding, IsDoneAtAHotBorderAndEndsInside) {
+    Setting setting = hider(false);
+    setting.more["HOT_BOUNDS"] = text("1");
+    std::vector<std::unique_ptr<Witness>> desktops;
+    for (const std::size_t monitor : {0U, 1U})
+        desktops.push_back(std::make_unique<Witness>(kwin->socket(), monitor,
+                                                     Witness::Where::belowEverything, white));
+    start(setting);
+    for (const int direction : {-1, 1}) {
+        const auto isOverTheDesktop = [&] { return desktops[direction > 0]->report().isOver; };
+        goTo(direction < 0 ? 50 : 2 * width - 50, 300);
+        ASSERT_TRUE(waitUntil(isOverTheDesktop)) << direction;
+        hand->push(7 * direction, 0, 8, 125);
+        EXPECT_TRUE(waitUntil([&] { return !isOverTheDesktop(); })) << direction;
+        hand->push(-20 * direction, 0, 3, 125);
+        EXPECT_TRUE(waitUntil(isOverTheDesktop)) << direction << program->errors();
+    }
+}
+
 TEST_F(KWinHiding, LeavesTheUsersOwnEffect) {
     begin({.configuration = "[Plugins]\nhidecursorEnabled=true\n\n"
                             "[Effect-hidecursor]\nInactivityDuration=30\n"});
