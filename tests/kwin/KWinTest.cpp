@@ -87,13 +87,13 @@ TEST_F(KWin, HoldsAgainAfterTheUsersSettingsWereReadAnewAndGivesThemBack) {
 }
 
 TEST_F(KWin, HoldsAgainWhenAnotherScriptHasOpenedTheBarrier) {
-    // From 6.7 on KWin reads its settings once more soon after its start, upon which everything
-    // that scripts have set is gone: here before the program is there.
-    kwin->evaluate("options.edgeBarrier = 7");
-    kwin->call({"/KWin", "org.kde.KWin", "reconfigure"});
-    ASSERT_TRUE(isFreeSoon());
     start();
-    kwin->evaluate("options.edgeBarrier = 5");
+    // From 6.7 on KWin reads its settings once more soon after its start, upon which everything
+    // that scripts have set is gone. So this one sets it again, as the program's does.
+    kwin->load("const open = () => { options.edgeBarrier = 5; print(\"opened\"); };"
+               "options.configChanged.connect(open);"
+               "open();");
+    ASSERT_TRUE(waitUntil([&] { return kwin->log().find("opened") != std::string::npos; }));
     EXPECT_TRUE(isClosed());
     program->signal(SIGKILL);
     program->wait();
