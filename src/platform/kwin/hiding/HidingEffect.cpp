@@ -41,26 +41,45 @@ void HidingEffect::set(std::optional<int> seconds) {
 }
 
 void HidingEffect::again() {
-    isOn = false;
+    stage = Stage::off;
+    isLeaving = false;
     if (wanted) apply();
 }
 
-// Before the effect is changed the script knows how to take that back.
+// Before the effect is changed the script knows how to take that back. A command is on its way only
+// when the program waits for events again, and a kill before would leave the effect: so the change
+// waits until the script has said that it knows.
 void HidingEffect::apply() {
     if (!wanted) {
-        if (std::exchange(isOn, false)) script.run("effect", {std::string()});
+        if (std::exchange(stage, Stage::off) == Stage::off) return;
+        isLeaving = true;
+        script.run("effect", {std::string()}, [this, number = announced] {
+            if (number == announced) isLeaving = false;
+        });
         return;
     }
+    if (stage == Stage::announced) return; // with what is wanted by then
+    if (stage == Stage::on) return change();
     bool isLoaded = false;
-    bool isDone = isOn || call("isEffectLoaded", &isLoaded);
-    if (isDone && !isOn) {
-        isOurs = !isLoaded;
-        script.run("effect", {std::string(isOurs ? "unloadEffect" : "reconfigureEffect")});
-        bool hasLoaded = true;
-        isDone = !isOurs || (call("loadEffect", &hasLoaded) && hasLoaded);
-    }
-    isOn = isDone && reconfigure(isOurs);
-    if (!isOn && !std::exchange(hasFailed, true))
+    if (!isLeaving && !call("isEffectLoaded", &isLoaded)) return fail();
+    if (!isLeaving) isOurs = !isLoaded;
+    stage = Stage::announced;
+    script.run("effect", {std::string(isOurs ? "unloadEffect" : "reconfigureEffect")},
+               [this, number = ++announced] {
+                   if (number == announced && stage == Stage::announced) change();
+               });
+}
+
+void HidingEffect::change() {
+    bool hasLoaded = true;
+    const bool isThere =
+        stage == Stage::on || !isOurs || (call("loadEffect", &hasLoaded) && hasLoaded);
+    stage = isThere && reconfigure(isOurs) ? Stage::on : Stage::off;
+    if (stage == Stage::off) fail();
+}
+
+void HidingEffect::fail() {
+    if (!std::exchange(hasFailed, true))
         log.write("the compositor does not hide the cursor: it has no effect that does");
 }
 

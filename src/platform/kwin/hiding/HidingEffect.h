@@ -21,7 +21,12 @@ class HidingEffect {
     void again();
 
   private:
+    /// Announced is what the script is told of first, which then takes it back.
+    enum class Stage { off, announced, on };
+
     void apply();
+    void change();
+    void fail();
     bool call(const char* method, bool* answer = nullptr);
     bool reconfigure(bool isOurs);
 
@@ -30,8 +35,10 @@ class HidingEffect {
     Log& log;
     std::string record; ///< what the file was, while it is another
     std::optional<int> wanted;
-    bool isOn = false;   ///< with the program's time
-    bool isOurs = false; ///< it was not loaded
+    Stage stage = Stage::off; ///< on is with the program's time
+    int announced = 0;        ///< so many times
+    bool isOurs = false;      ///< it was not loaded
+    bool isLeaving = false;   ///< what the script was told last has not been heard of yet
     bool hasFailed = false;
 };
 
