@@ -176,8 +176,10 @@ TEST_F(KWinHiding, IsTheCompositorsEffectWhileTheProductIsOn) {
     EXPECT_TRUE(hasEffectSoon(false));
     tell("on");
     EXPECT_TRUE(hasEffectSoon(true));
-    EXPECT_EQ(configuration().find("hidecursor"), std::string::npos)
-        << "the user's file is as it was: " << configuration();
+    EXPECT_TRUE(waitUntil([this] {
+        return configuration().find("hidecursor") == std::string::npos;
+    })) << "the user's file is as it was: "
+        << configuration();
 }
 
 TEST_F(KWinHiding, EndsHoweverTheProgramDoes) {
