@@ -1,6 +1,6 @@
 // usage: tray_program FOLDER PICTURE TEMPLATE
 // Shows FOLDER/PICTURE.svg in the tray and prints each click; a middle click changes the icon to
-// the template, and a right one does so and changes it back at once.
+// the template, and its title, and a right one does so and changes both back at once.
 
 #include "platform/qt/loop/QtDescriptors.h"
 #include "platform/qt/tray/ExportedMenu.h"
@@ -39,8 +39,12 @@ int main(int argc, char** argv) {
     int clicks = 0;
     const auto clicked = [&](int button) {
         log.write("click " + std::to_string(++clicks) + " of button " + std::to_string(button));
-        if (button != 0) icon.setImage({argv[3], true});
-        if (button == 1) icon.setImage({argv[2], false});
+        if (button == 0) return;
+        icon.setImage({argv[3], true});
+        icon.setToolTip("Tray test: changed");
+        if (button != 1) return;
+        icon.setImage({argv[2], false});
+        icon.setToolTip(identity.title);
     };
     icon.show(clicked, &exported);
     descriptors.start();

@@ -65,7 +65,11 @@ constexpr const char* watchers[] = {"com.tamberlo.Shell", StatusNotifierItem::wa
 
 TrayIcon::TrayIcon(TrayWindow* ofTheWindowSystem, const Pictures& pictures, Identity whose,
                    Log& logger)
-    : window(ofTheWindowSystem), images(pictures), identity(std::move(whose)), log(logger) {
+    : window(ofTheWindowSystem),
+      images(pictures),
+      identity(std::move(whose)),
+      log(logger),
+      shownTitle(identity.title) {
     toolTipDelay.setSingleShot(true);
     toolTipDelay.setInterval(restBeforeToolTip);
     connect(&toolTipDelay, &QTimer::timeout, this, [this] { showToolTip(); });
@@ -117,10 +121,8 @@ void TrayIcon::showToolTip() {
 }
 
 void TrayIcon::setToolTip(const std::string& text) {
-    if (text == identity.title) return;
     identity.title = text;
-    if (window != nullptr) window->setTitle(text);
-    if (item) item->setTitle(QString::fromStdString(text));
+    showSoon();
 }
 
 void TrayIcon::lookAgain() {
@@ -255,7 +257,7 @@ void TrayIcon::report() {
 
 void TrayIcon::makeItem() {
     measurePanel();
-    told = {image, itemTint()};
+    told = wantedFace();
     if (!symbolicIcons) symbolicIcons.emplace(images, identity.id);
     item = std::make_unique<StatusNotifierItem>(
         StatusNotifierItem::Identity{QString::fromStdString(identity.id),
@@ -295,21 +297,34 @@ std::optional<MenuAnchor> TrayIcon::menuAnchor() const {
     return endOf(usualPanel(known), QGuiApplication::layoutDirection());
 }
 
-// Drawing it for the hosts of items takes milliseconds and files, and there may be a pointer event
-// to answer first. A crossing switches off and on again, after which the same picture is wanted.
 void TrayIcon::setImage(TrayImage wanted) {
     image = std::move(wanted);
-    if (std::exchange(isToBeShown, true)) return;
-    QMetaObject::invokeMethod(this, &TrayIcon::showImage, Qt::QueuedConnection);
+    showSoon();
 }
 
-void TrayIcon::showImage() {
+// Drawing it for the hosts of items takes milliseconds and files, and there may be a pointer event
+// to answer first. A crossing switches off and on again, after which the same picture and title are
+// wanted: a host that was told of either would ask for all there is.
+void TrayIcon::showSoon() {
+    if (std::exchange(isToBeShown, true)) return;
+    QMetaObject::invokeMethod(this, &TrayIcon::showNow, Qt::QueuedConnection);
+}
+
+void TrayIcon::showNow() {
     isToBeShown = false;
+    if (std::exchange(shownTitle, identity.title) != identity.title) {
+        if (window != nullptr) window->setTitle(identity.title);
+        if (item) item->setTitle(QString::fromStdString(identity.title));
+    }
     if (window != nullptr) window->repaint();
-    const ItemFace wanted{image, itemTint()};
+    const ItemFace wanted = wantedFace();
     if (!item || told == wanted) return;
     told = wanted;
     item->setFace(face());
+}
+
+TrayIcon::ItemFace TrayIcon::wantedFace() const {
+    return {image, image.isTemplate ? itemTint() : QColor()};
 }
 
 StatusNotifierItem::Face TrayIcon::face() const {

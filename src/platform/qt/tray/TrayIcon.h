@@ -66,17 +66,24 @@ class TrayIcon final : public QObject {
     /// Whether there is a place for the icon at the moment.
     bool isInTray() const { return hasTray(); }
 
-    /// The icon's name and what the program is doing, shown as a tool tip; UTF-8.
+    /// The icon's name and what the program is doing, shown as a tool tip; UTF-8. Told by the run
+    /// loop, and only where it is another one by then.
     void setToolTip(const std::string& text);
 
-    /// Drawn by the run loop, and for an item only where it is another one by then. A name without
-    /// a picture shows none.
+    /// The same of its picture. A name without a picture shows none.
     void setImage(TrayImage image);
 
   private Q_SLOTS:
     void askForHosts();
 
   private:
+    struct ItemFace {
+        TrayImage image;
+        QColor tint; ///< of a template
+
+        bool operator==(const ItemFace&) const = default;
+    };
+
     std::vector<std::uint32_t> drawn(int size, std::optional<TrayColour> panel) const;
     void watchBus();
     void settle();
@@ -91,7 +98,9 @@ class TrayIcon final : public QObject {
     QList<QRect> panels() const;
     QImage picture(int size, const QColor& tint) const;
     StatusNotifierItem::Face face() const;
-    void showImage();
+    ItemFace wantedFace() const;
+    void showSoon();
+    void showNow();
     void lookAgain();
     void measurePanel();
     QColor itemTint() const;
@@ -101,16 +110,10 @@ class TrayIcon final : public QObject {
     const Pictures& images;
     Identity identity;
     Log& log;
-    struct ItemFace {
-        TrayImage image;
-        QColor tint; ///< of a template
-
-        bool operator==(const ItemFace&) const = default;
-    };
-
     TrayImage image;
     ItemFace told;                   ///< to the hosts of the item
     std::optional<QColor> panelText; ///< what is read on the panels
+    std::string shownTitle;
     bool isToBeShown = false;
     std::function<void(int)> clicked;
     std::function<void()> missing, placeChanged;
