@@ -90,7 +90,12 @@ export class ProductIndicator {
             bus.signal_subscribe(service, ITEM, null, ITEM_PATH, null, Gio.DBusSignalFlags.NONE,
                 () => this._showFace()),
             bus.signal_subscribe(program, 'org.freedesktop.DBus.Properties', 'PropertiesChanged',
-                pathOf(program), null, Gio.DBusSignalFlags.NONE, () => this._showState()),
+                pathOf(program), PRODUCT, Gio.DBusSignalFlags.NONE,
+                (_bus, _sender, _path, _interface, _signal, changes) => {
+                    const isActive = propertyOf(changes.get_child_value(1), 'Active');
+                    if (isActive !== undefined)
+                        this._showState(isActive);
+                }),
         ];
         this._watchedName = Gio.bus_watch_name_on_connection(bus, service, Gio.BusNameWatcherFlags.NONE, null,
             () => {
@@ -132,7 +137,7 @@ export class ProductIndicator {
         const reply = await this._bus.call(destination, path, 'org.freedesktop.DBus.Properties', 'GetAll',
             new GLib.Variant('(s)', [name]), new GLib.VariantType('(a{sv})'),
             Gio.DBusCallFlags.NO_AUTO_START, -1, this._cancelled);
-        return reply.recursiveUnpack()[0];
+        return reply.get_child_value(0);
     }
 
     async _showFace() {
@@ -141,16 +146,17 @@ export class ProductIndicator {
             if (this._cancelled.is_cancelled())
                 return;
             // "Palisor: on", as a tool tip has it; a subtitle begins with a capital here.
-            const [title, state = ''] = all.Title.split(': ');
+            const [title, state = ''] = propertyOf(all, 'Title').split(': ');
             const subtitle = state.charAt(0).toLocaleUpperCase() + state.slice(1);
-            const face = {title, subtitle, menu: all.Menu, icon: iconOf(all)};
+            const face = {title, subtitle, menu: propertyOf(all, 'Menu'), icon: iconOf(all)};
             if (!this._indicator)
                 this._make(face);
             this._icon.gicon = face.icon;
             this._toggle.showFace(face);
             if (this._opensLater)
                 this.open();
-            await this._showState();
+            const own = await this._get(this.program, pathOf(this.program), PRODUCT);
+            this._showState(propertyOf(own, 'Active'));
         } catch (error) {
             this._report(error);
         }
@@ -165,16 +171,9 @@ export class ProductIndicator {
         addIndicator(this._indicator);
     }
 
-    async _showState() {
-        if (!this._indicator)
-            return;
-        try {
-            const {Active: active} = await this._get(this.program, pathOf(this.program), PRODUCT);
-            if (this._indicator)
-                this._toggle.checked = active;
-        } catch (error) {
-            this._report(error);
-        }
+    _showState(isActive) {
+        if (this._indicator)
+            this._toggle.checked = isActive;
     }
 
     _report(error) {
@@ -183,8 +182,15 @@ export class ProductIndicator {
     }
 }
 
+/**
+ * The others stay unpacked: there are pictures and settings among them, and the garbage of those is more than
+ * all else that a program leaves.
+ */
+const propertyOf = (all, name) => all.lookup_value(name, null)?.unpack();
+
 /** The icon that the program has drawn for panels, in the panel's own colour. */
-function iconOf({IconName: name, IconThemePath: folder}) {
+function iconOf(all) {
+    const [name, folder] = ['IconName', 'IconThemePath'].map(each => propertyOf(all, each));
     const file = Gio.File.new_for_path(`${folder}/${name}.svg`);
     if (name && file.query_exists(null))
         return new Gio.FileIcon({file});
