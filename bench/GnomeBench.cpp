@@ -206,6 +206,8 @@ template <class Act>
 std::optional<double> milliseconds(const Contest& contest, const Area& area, Act&& act) {
     const ShellWitness witness(*contest.shell, area);
     const Clock::time_point begun = act();
+    // Each question is a script that the shell reads and runs, and would have the cursor wait.
+    rest(100);
     constexpr support::milliseconds limit{2000};
     if (!support::waitUntil([&] { return witness.report().depth > 0; }, limit)) return std::nullopt;
     return std::chrono::duration<double, std::milli>(witness.report().left - begun).count();
