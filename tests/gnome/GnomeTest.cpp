@@ -36,6 +36,35 @@ TEST_F(Gnome, APushAcrossTheEdgeTakesTheHoldAlong) {
     EXPECT_EQ(shell->cursor().x, 1280) << "and there it is held";
 }
 
+// After a property or the icon's title a host may ask for all there is, and a crossing would wait.
+TEST_F(Gnome, ACrossingHasTheShellAskForNothing) {
+    start({.pushOption = true});
+    ASSERT_TRUE(waitUntil([&] {
+        return shell->isTrue("Main.panel.statusArea.quickSettings.menu._grid.get_children()"
+                             ".some(c => (c.title ?? c.label) === 'Palisor' && c.checked)");
+    }));
+    const auto monitor =
+        shell->spawn({"dbus-monitor", "--session", "type='method_call',member='GetAll'",
+                      "type='signal',member='Crossed'"});
+    ASSERT_TRUE(monitor->waitForText("NameAcquired"));
+    const auto crossings = [&] {
+        const std::string told = monitor->output(), crossed = "member=Crossed";
+        int count = 0;
+        for (auto at = told.find(crossed); at != std::string::npos; at = told.find(crossed, at + 1))
+            ++count;
+        return count;
+    };
+    // What the first one has the shell ask comes before the second.
+    for (const int way : {1, -1}) {
+        const int before = crossings();
+        shell->moveTo(way > 0 ? 1270 : 1290, 300);
+        hand->push(300 * way, 0, 40, mouseRate);
+        ASSERT_TRUE(waitUntil([&] { return crossings() == before + 1; })) << program->errors();
+        ASSERT_TRUE(waitUntil([&] { return veils() == (way > 0 ? firstIsDark : otherIsDark); }));
+    }
+    EXPECT_EQ(monitor->output().find("member=GetAll"), std::string::npos) << monitor->output();
+}
+
 TEST_F(Gnome, FreesEverythingWhenTheProgramIsKilled) {
     start();
     program->signal(SIGKILL);
